@@ -1,0 +1,68 @@
+// The connection-cost table.
+#ifndef TAVO_DIC_CONN_TABLE_HPP
+#define TAVO_DIC_CONN_TABLE_HPP
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace TAVO {
+
+class Dic;
+
+/// Immutable after construction, so it may be read from any thread.
+/// Ids run from 1 to idCount(); 1 is the beginning of a text, 2 its end,
+/// 3 the unknown word (a table always has at least these three).
+class ConnTable {
+public:
+    static constexpr std::uint8_t kForbidden = 255;
+    static constexpr std::uint16_t kBeginId = 1, kEndId = 2, kUnknownId = 3;
+
+    /// Loads @p path. Throws invalid_argument for null, file_not_found, and
+    /// illegal_format for a file that is cut short or holds an index outside
+    /// its matrix. @p flag is kept and not used.
+    ConnTable(bool flag, char const* path);
+
+    std::string const& path() const noexcept { return path_; }
+    std::uint16_t idCount() const noexcept { return idCount_; }
+    std::uint32_t nameStamp() const noexcept { return nameStamp_; }
+    std::uint16_t rows() const noexcept { return rows_; }
+    std::uint16_t cols() const noexcept { return cols_; }
+    /// Row index of a left id / column index of a right id, ids 1..idCount().
+    std::uint16_t row(std::uint16_t id) const noexcept { return rowIndex_[id - 1U]; }
+    std::uint16_t column(std::uint16_t id) const noexcept { return columnIndex_[id - 1U]; }
+    unsigned char const* rowStart(std::uint32_t row) const noexcept { return matrix_.data() + std::size_t{row} * cols_; }
+    /// Cost of id @p left directly before id @p right; 255 forbids. Ids 1..idCount().
+    std::uint8_t cost(std::uint16_t left, std::uint16_t right) const noexcept {
+        return rowStart(row(left))[column(right)];
+    }
+
+    /// Name of an id; empty for 0 and above idCount().
+    char const* getName(std::uint32_t id) const noexcept;
+    /// Id of a name, 0 when absent; a name that occurs twice has its later id.
+    std::uint16_t getId(std::string const& name) const noexcept;
+
+private:
+    bool flag_;
+    std::string path_;
+    std::uint16_t idCount_ = 0;
+    std::uint32_t nameStamp_ = 0;
+    std::uint32_t reserved_ = 0;
+    std::vector<std::uint16_t> rowIndex_;
+    std::vector<std::uint16_t> columnIndex_;
+    std::uint16_t rows_ = 0;
+    std::uint16_t cols_ = 0;
+    std::vector<unsigned char> matrix_;
+    std::vector<std::uint32_t> nameOffsets_;
+    std::vector<char> namePool_;
+    std::map<std::string, std::uint16_t, std::less<>> ids_;
+};
+
+/// True when the ids of @p dic's records name the same parts of speech as the
+/// ids of @p table: equal stamps, or names that are a prefix of the table's.
+bool checkAdaptable(ConnTable const& table, Dic const& dic);
+
+}  // namespace TAVO
+
+#endif

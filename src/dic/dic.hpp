@@ -1,0 +1,60 @@
+// A loaded compiled dictionary.
+#ifndef TAVO_DIC_DIC_HPP
+#define TAVO_DIC_DIC_HPP
+
+#include "dic/dic_trie.hpp"
+#include "dic/mapped_image.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace TAVO {
+
+/// Immutable once built and shared by analysers; lookups may run from any
+/// number of threads. Creation and destruction happen under the process-wide
+/// lock. Only a rebuild disturbs it, through release() and takeBack().
+class Dic {
+public:
+    static constexpr unsigned kVersion = 2;
+    static constexpr unsigned kShiftJis = 1;  // char type
+
+    /// Loads @p path; a file that is too short or has inconsistent offsets gives
+    /// a dictionary without header or trie that finds nothing. Throws
+    /// invalid_argument "INVALID_ARGUMENT: Dic::Dic()" for null, file_not_found,
+    /// illegal_format, invalid_dictionary_version, invalid_dictionary_char_type.
+    Dic(bool memoryMapped, char const* path);
+
+    bool hasHeader() const noexcept { return header_ != nullptr; }
+    /// Null without header.
+    DicTrie const* trie() const noexcept { return trie_.get(); }
+    std::string const& path() const noexcept { return image_.path(); }
+    unsigned charType() const noexcept;
+    std::uint32_t nameStamp() const noexcept;
+    std::uint16_t nameCount() const noexcept;
+    /// Name of part-of-speech id; "" for 0, above nameCount(), or a name that is
+    /// not terminated inside the pool.
+    char const* getPartOfSPName(std::uint32_t id) const noexcept;
+    /// True when @p record lies inside the image.
+    bool contains(unsigned char const* record) const noexcept;
+
+    /// Gives the mapping up so that the file can be moved; finds nothing until
+    /// takeBack(), which maps the path again and derives everything anew.
+    void release();
+    void takeBack();
+
+private:
+    void derive();
+
+    unsigned char const* header_ = nullptr;
+    unsigned char const* nameFlags_ = nullptr;
+    unsigned char const* nameOffsets_ = nullptr;
+    unsigned char const* namePool_ = nullptr;
+    std::unique_ptr<DicTrie> trie_;
+    MappedImage image_;
+};
+
+}  // namespace TAVO
+
+#endif

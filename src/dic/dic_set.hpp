@@ -1,0 +1,71 @@
+// The ordered list of dictionaries that one analyser uses.
+#ifndef TAVO_DIC_DIC_SET_HPP
+#define TAVO_DIC_DIC_SET_HPP
+
+#include "dic/conn_table.hpp"
+#include "dic/dic.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace TAVO {
+
+/// A word of the reading index; form is owned, the record stands in the image.
+struct ReadingWord {
+    std::string form;
+    unsigned char const* record;
+};
+
+struct DicEntry {
+    Dic const* dic = nullptr;
+    std::string path;
+    std::string sourcePath;
+    /// Built on first use by findByRead(); a dictionary's forms by their reading.
+    std::shared_ptr<std::multimap<std::string, ReadingWord>> readingIndex;
+    bool shared = true;
+    bool memoryMapped = true;
+};
+
+/// Entries hold pooled dictionaries and count as their users (DIC_USED); a copy
+/// counts each dictionary once more, the destructor once less.
+/// Errors carry the names of the analyser's operations, e.g. a bad index throws
+/// range_error "RANGE_ERROR: Tavo::getDicPath()".
+class DicSet {
+public:
+    DicSet() = default;
+    DicSet(DicSet const& other);
+    DicSet& operator=(DicSet const& other);
+    ~DicSet();
+
+    std::vector<DicEntry> const& entries() const noexcept { return entries_; }
+
+    void addDicPath(char const* pathSpec, bool memoryMapped, ConnTable const* table);
+    int getDicCount() const noexcept { return static_cast<int>(entries_.size()); }
+    int getDicIndex(char const* path) const;
+    char const* getDicPath(int index) const;
+    char const* getSrcPath(int index) const;
+    void offDic(int index);
+    void offDic(char const* path);
+    void offDic() noexcept;
+    void touchDic(int index) const;
+    void touchDic(char const* path) const;
+    /// @p names: the part-of-speech names from id 1 on. Result codes 0..6.
+    int updateDic(int index, std::vector<std::string> const& names);
+    /// The words whose reading equals @p reading, in the index's order; they
+    /// live until the entry is removed or rebuilt.
+    std::vector<ReadingWord const*> findByRead(char const* reading, int index);
+
+private:
+    DicEntry& entry(int index, char const* operation);
+    DicEntry const& entry(int index, char const* operation) const;
+
+    std::vector<DicEntry> entries_;
+};
+
+}  // namespace TAVO
+
+#endif

@@ -1,0 +1,37 @@
+// What a morpheme may ask of the analyser that made it.
+#ifndef TAVO_RESULT_CONTEXT_HPP
+#define TAVO_RESULT_CONTEXT_HPP
+
+#include "config/pos_tables.hpp"
+#include "config/settings.hpp"
+#include "dic/dic_set.hpp"
+#include "engine/lattice.hpp"
+#include "engine/sentence.hpp"
+
+#include <tavo/mrph.hpp>
+
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace TAVO {
+
+/// The analyser's state below the facade. Morphemes point at it, so it never
+/// moves while its analyser lives.
+struct AnalyzerContext {
+    explicit AnalyzerContext(std::uint32_t nodeCapacity) : lattice(nodeCapacity) {}
+
+    Settings settings;
+    PosTables pos;
+    DicSet dics;
+    ConnTable const* connTable = nullptr;  // owned by the pool
+
+    // State of the last input.
+    Lattice lattice;
+    std::vector<Sentence> sentences;
+    mutable std::deque<Mrph> alternatives;  // filled by storeAlt; freed with the input
+};
+
+}  // namespace TAVO
+
+#endif
