@@ -2,10 +2,10 @@
 #ifndef TAVO_TAVO_HPP
 #define TAVO_TAVO_HPP
 
-#include <tavo/error.hpp>
 #include <tavo/export.h>
-#include <tavo/mrph.hpp>
 #include <tavo/version.h>
+#include <tavo/error.hpp>
+#include <tavo/mrph.hpp>
 
 #include <iosfwd>
 #include <memory>

@@ -33,9 +33,9 @@ invalid_dictionary_char_type::~invalid_dictionary_char_type() = default;
 
 char const* getErrorMessage(int code) noexcept {
     static constexpr char const* kNames[] = {
-        "ERROR_BAD_ALLOC",      "ERROR_INVALID_ARGUMENT",        "ERROR_NOT_ENOUGH_BUFFER", "ERROR_FILE_NOT_OPEN",
-        "ERROR_ILLEGAL_FORMAT", "ERROR_ILLEGAL_PART_OF_SPEECH",  "ERROR_BUSY_DICTIONARY",   "ERROR_INVALID_RANGE",
-        "ERROR_LOGIC",          "ERROR_NOT_ADAPTABLE",           "ERROR_UNKNOWN_SETTING",   "ERROR_TOO_LONG_STRING",
+        "ERROR_BAD_ALLOC",      "ERROR_INVALID_ARGUMENT",       "ERROR_NOT_ENOUGH_BUFFER", "ERROR_FILE_NOT_OPEN",
+        "ERROR_ILLEGAL_FORMAT", "ERROR_ILLEGAL_PART_OF_SPEECH", "ERROR_BUSY_DICTIONARY",   "ERROR_INVALID_RANGE",
+        "ERROR_LOGIC",          "ERROR_NOT_ADAPTABLE",          "ERROR_UNKNOWN_SETTING",   "ERROR_TOO_LONG_STRING",
         "ERROR_NOT_READY",
     };
     if (code >= 0) return "ERROR_NONE";

@@ -31,8 +31,8 @@ inline constexpr std::size_t kModeCount = 14;
 
 struct ModeInfo {
     Mode mode;
-    char const* key;         // init-file key; setter "set" + key + "Mode"
-    int maximum;             // valid values are 0..maximum
+    char const* key;  // init-file key; setter "set" + key + "Mode"
+    int maximum;      // valid values are 0..maximum
     int defaultValue;
 };
 extern std::array<ModeInfo, kModeCount> const kModes;

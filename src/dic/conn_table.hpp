@@ -32,7 +32,9 @@ public:
     /// Row index of a left id / column index of a right id, ids 1..idCount().
     std::uint16_t row(std::uint16_t id) const noexcept { return rowIndex_[id - 1U]; }
     std::uint16_t column(std::uint16_t id) const noexcept { return columnIndex_[id - 1U]; }
-    unsigned char const* rowStart(std::uint32_t row) const noexcept { return matrix_.data() + std::size_t{row} * cols_; }
+    unsigned char const* rowStart(std::uint32_t row) const noexcept {
+        return matrix_.data() + std::size_t{row} * cols_;
+    }
     /// Cost of id @p left directly before id @p right; 255 forbids. Ids 1..idCount().
     std::uint8_t cost(std::uint16_t left, std::uint16_t right) const noexcept {
         return rowStart(row(left))[column(right)];

@@ -40,7 +40,8 @@ public:
 
     LatticeNode const& node(std::uint32_t index) const noexcept;
     /// Index of the first node that starts where @p node starts, and their number.
-    std::pair<std::uint32_t, std::uint32_t> candidates(Sentence const& sentence, LatticeNode const& node) const noexcept;
+    std::pair<std::uint32_t, std::uint32_t> candidates(Sentence const& sentence,
+                                                       LatticeNode const& node) const noexcept;
 
 private:
     struct Search;

@@ -1,0 +1,103 @@
+# The one front door: `make` lists what there is.
+#
+# Variables: LEXICON=DIR another MeCab-format lexicon; PREFIX=DIR where to
+# install; TEXT=FILE what the benchmark reads; CXX=clang++ another compiler,
+# with a build folder of its own.
+
+LEXICON ?= /usr/share/mecab/dic/ipadic
+PREFIX ?= /usr/local
+JOBS ?= $(shell nproc)
+TEXT ?=
+
+# A compiler named on the command line builds beside the default one.
+ifeq ($(origin CXX),command line)
+BUILD ?= build-$(notdir $(CXX))
+CONFIGURE_FLAGS := -DCMAKE_CXX_COMPILER=$(CXX)
+ifeq ($(findstring clang,$(CXX)),clang)
+CONFIGURE_FLAGS += -DCMAKE_C_COMPILER=clang
+endif
+else
+BUILD ?= build
+endif
+# Warnings are errors where nobody watches the output.
+CONFIGURE_FLAGS += -DTAVO_WERROR=$(if $(CI),ON,OFF)
+
+# A blank and a line of its own before each stage, so that long output reads.
+say = @printf '\n== %s\n' "$(1)"
+# Test results are printed in full when a test fails.
+CTEST := ctest --output-on-failure --no-tests=error -j $(JOBS)
+
+.DEFAULT_GOAL := help
+.PHONY: help demo test build lexicon bench accuracy lint format install \
+        test-release test-asan test-tsan
+
+help:
+	@echo 'make demo       install what is needed, build, make the lexicon, analyse some sentences'
+	@echo 'make test       all tests: release, address and undefined sanitizers, thread sanitizer'
+	@echo 'make build      program $(BUILD)/bin/tavo, library $(BUILD)/lib/libtavo.so; CXX=clang++ for another compiler'
+	@echo 'make lexicon    the default lexicon in $(BUILD)/share/tavo; LEXICON=DIR for another source'
+	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
+	@echo 'make bench      speed of the pieces and of the program; TEXT=FILE for a text of your own'
+	@echo 'make accuracy   word F1 against another analyser; TEXT=FILE'
+	@echo 'make lint       format, layers, clang-tidy, cppcheck, shellcheck'
+	@echo 'make format     reformat all C++ files'
+
+demo: lexicon
+	@BUILD=$(BUILD) scripts/demo
+
+build:
+	@scripts/setup
+	$(call say,compile program and library in $(BUILD))
+	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
+	@cmake --build $(BUILD) -j $(JOBS) --target tavo_program tavo
+
+lexicon: build
+	$(call say,lexicon from $(LEXICON) in $(BUILD)/share/tavo)
+	@scripts/make-lexicon $(BUILD) $(LEXICON)
+
+test: test-release test-asan test-tsan
+	$(call say,all tests passed)
+
+test-release: lexicon
+	@scripts/setup test
+	$(call say,tests, release)
+	@cmake --build $(BUILD) -j $(JOBS)
+	@$(CTEST) --test-dir $(BUILD)
+
+test-asan: test-release
+	$(call say,tests under the address and undefined behaviour sanitizers)
+	@cmake --preset asan-ubsan $(CONFIGURE_FLAGS) >/dev/null
+	@cmake --build --preset asan-ubsan -j $(JOBS)
+	@$(CTEST) --test-dir build-asan
+
+test-tsan: test-asan
+	$(call say,tests with threads under the thread sanitizer)
+	@cmake --preset tsan $(CONFIGURE_FLAGS) >/dev/null
+	@cmake --build --preset tsan -j $(JOBS) --target tavo_tests
+	@$(CTEST) --test-dir build-tsan -L threads
+
+install: lexicon
+	$(call say,install below $(PREFIX))
+	@cmake --install $(BUILD) --prefix $(PREFIX)
+
+bench: lexicon
+	@scripts/setup bench
+	$(call say,speed of the pieces)
+	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) -DTAVO_BUILD_BENCH=ON >/dev/null
+	@cmake --build $(BUILD) -j $(JOBS) --target tavo_bench
+	@$(BUILD)/bin/tavo_bench
+	$(call say,the whole program)
+	@scripts/bench-whole.py --tavo $(BUILD)/bin/tavo $(TEXT)
+
+accuracy: lexicon
+	@scripts/setup bench
+	@BUILD=$(BUILD) scripts/accuracy $(TEXT)
+
+lint:
+	@scripts/setup lint
+	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
+	@BUILD=$(BUILD) JOBS=$(JOBS) scripts/lint
+
+format:
+	@scripts/setup lint
+	@git ls-files '*.cpp' '*.hpp' '*.h' '*.c' | xargs clang-format -i

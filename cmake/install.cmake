@@ -1,0 +1,29 @@
+# What `cmake --install` lays down: program, library, headers, the CMake package
+# and the pkg-config file, and the lexicon where one was made.
+include(CMakePackageConfigHelpers)
+
+set(TAVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/tavo)
+
+install(TARGETS tavo EXPORT tavoTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tavo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT tavoTargets NAMESPACE tavo:: DESTINATION ${TAVO_PACKAGE_DIR})
+
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/tavoConfig.cmake.in
+  ${CMAKE_CURRENT_BINARY_DIR}/tavoConfig.cmake INSTALL_DESTINATION ${TAVO_PACKAGE_DIR})
+# Before 1.0 a minor version may change the interface.
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/tavoConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavoConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/tavoConfigVersion.cmake
+  DESTINATION ${TAVO_PACKAGE_DIR})
+
+# The file finds its prefix from where it lies, so that --prefix at install time holds.
+file(RELATIVE_PATH TAVO_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+string(REGEX REPLACE "/$" "" TAVO_PC_TO_PREFIX "${TAVO_PC_TO_PREFIX}")
+configure_file(${CMAKE_CURRENT_LIST_DIR}/tavo.pc.in ${CMAKE_CURRENT_BINARY_DIR}/tavo.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(TAVO_BUILD_TOOLS)
+  install(TARGETS tavo_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+install(DIRECTORY ${PROJECT_BINARY_DIR}/share/tavo DESTINATION ${CMAKE_INSTALL_DATADIR} OPTIONAL)

@@ -1,0 +1,39 @@
+#!/bin/sh
+# Installs the build below a fresh prefix, builds a consumer against it through
+# the CMake package and one through pkg-config, and runs both.
+#   consumers.sh BUILD CMAKE CXX
+set -eu
+build=$1
+cmake=$2
+cxx=$3
+here=$(cd "$(dirname "$0")" && pwd)
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+# Nothing of another installation may help.
+unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH TAVO_PATH
+
+prefix="$folder/a prefix"
+"$cmake" --install "$build" --prefix "$prefix" >"$folder/install.log" || { cat "$folder/install.log"; exit 1; }
+
+# Moved after the installation: no absolute path may be left in it.
+mv "$prefix" "$folder/moved"
+prefix=$folder/moved
+
+"$cmake" -S "$here/consumer" -B "$folder/cmake" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$cxx"
+"$cmake" --build "$folder/cmake"
+"$folder/cmake/consumer"
+
+pc=$(dirname "$(find "$prefix" -name tavo.pc)")
+# The flags are several words on purpose.
+# shellcheck disable=SC2046
+PKG_CONFIG_PATH=$pc "$cxx" -std=c++20 "$here/consumer/main.cpp" -o "$folder/consumer" \
+    $(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs tavo)
+LD_LIBRARY_PATH=$(PKG_CONFIG_PATH=$pc pkg-config --variable=libdir tavo) "$folder/consumer"
+
+# The headers alone are enough, each by itself and in strict C++20.
+for header in "$prefix"/include/tavo/*.hpp; do
+    "$cxx" -std=c++20 -Wall -Wextra -Wconversion -Wshadow -Werror -pedantic -I "$prefix/include" \
+        -fsyntax-only -x c++ "$header"
+done
+
+"$prefix/bin/tavo" --version
