@@ -2,9 +2,12 @@
 #ifndef TAVO_DIC_CONN_TABLE_HPP
 #define TAVO_DIC_CONN_TABLE_HPP
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace TAVO {
@@ -32,9 +35,7 @@ public:
     /// Row index of a left id / column index of a right id, ids 1..idCount().
     std::uint16_t row(std::uint16_t id) const noexcept { return rowIndex_[id - 1U]; }
     std::uint16_t column(std::uint16_t id) const noexcept { return columnIndex_[id - 1U]; }
-    unsigned char const* rowStart(std::uint32_t row) const noexcept {
-        return matrix_.data() + std::size_t{row} * cols_;
-    }
+    unsigned char const* rowStart(std::uint32_t row) const noexcept { return matrix_ + std::size_t{row} * cols_; }
     /// Cost of id @p left directly before id @p right; 255 forbids. Ids 1..idCount().
     std::uint8_t cost(std::uint16_t left, std::uint16_t right) const noexcept {
         return rowStart(row(left))[column(right)];
@@ -43,22 +44,25 @@ public:
     /// Name of an id; empty for 0 and above idCount().
     char const* getName(std::uint32_t id) const noexcept;
     /// Id of a name, 0 when absent; a name that occurs twice has its later id.
-    std::uint16_t getId(std::string const& name) const noexcept;
+    std::uint16_t getId(std::string_view name) const noexcept;
 
 private:
-    bool flag_;
+    void parse(std::size_t sizeBytes);
+    void parseNames(std::size_t offsetsPosition, std::size_t sizeBytes);
+
+    [[maybe_unused]] bool flag_;
     std::string path_;
     std::uint16_t idCount_ = 0;
     std::uint32_t nameStamp_ = 0;
-    std::uint32_t reserved_ = 0;
     std::vector<std::uint16_t> rowIndex_;
     std::vector<std::uint16_t> columnIndex_;
     std::uint16_t rows_ = 0;
     std::uint16_t cols_ = 0;
-    std::vector<unsigned char> matrix_;
-    std::vector<std::uint32_t> nameOffsets_;
-    std::vector<char> namePool_;
-    std::map<std::string, std::uint16_t, std::less<>> ids_;
+    /// The whole file; matrix and names stand in it.
+    std::unique_ptr<unsigned char[]> file_;
+    unsigned char const* matrix_ = nullptr;
+    std::vector<char const*> names_;
+    std::unordered_map<std::string_view, std::uint16_t> ids_;
 };
 
 /// True when the ids of @p dic's records name the same parts of speech as the

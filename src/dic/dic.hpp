@@ -47,10 +47,11 @@ public:
 private:
     void derive();
 
+    // Null without header, else inside the image.
     unsigned char const* header_ = nullptr;
-    unsigned char const* nameFlags_ = nullptr;
     unsigned char const* nameOffsets_ = nullptr;
     unsigned char const* namePool_ = nullptr;
+    std::size_t namePoolBytes_ = 0;
     std::unique_ptr<DicTrie> trie_;
     MappedImage image_;
 };

@@ -26,7 +26,6 @@ struct DicEntry {
     std::string sourcePath;
     /// Built on first use by findByRead(); a dictionary's forms by their reading.
     std::shared_ptr<std::multimap<std::string, ReadingWord>> readingIndex;
-    bool shared = true;
     bool memoryMapped = true;
 };
 

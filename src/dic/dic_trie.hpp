@@ -10,6 +10,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace TAVO {
 
@@ -62,12 +65,13 @@ public:
     /// Calls visit(std::size_t length, RecordChain) for every key that is a
     /// prefix of the n bytes, shortest first; visit returns true to go on.
     /// Returns false when a visit stopped the search. A NUL byte in the text
-    /// ends it. Never reads at or behind text + n.
+    /// ends it. Never reads at or behind text + n. A chain that does not lie
+    /// inside the leaf area is passed over, so visits see whole records only.
     template <class Visit>
     bool prefixSearch(unsigned char const* text, std::size_t n, Visit&& visit) const;
 
     /// Calls visit(std::string const& key, RecordChain) for every key, in byte
-    /// order. Safe on a corrupt trie: depth and cells are bounded.
+    /// order. Safe on a corrupt trie: each node is entered once at most.
     template <class Visit>
     void visitAll(Visit&& visit) const;
 
@@ -75,9 +79,30 @@ private:
     std::uint32_t cell(std::uint32_t index) const noexcept {
         return index < cellCount_ ? loadU32(cells_ + std::size_t{index} * 4) : 0;
     }
-    RecordChain chainAt(std::uint32_t value, std::size_t skip = 0) const noexcept {
-        std::size_t const position = std::size_t{value} * 4 + skip;
+    /// Label 0 and leaf flag set: a key ends at the node whose base is the
+    /// cell's index.
+    static bool isKeyEnd(std::uint32_t cell) noexcept { return (cell & ~kValueMask) == kLeafFlag; }
+    static std::uint32_t label(std::uint32_t cell) noexcept { return cell >> 24; }
+    static bool isLeaf(std::uint32_t cell) noexcept { return (cell & kLeafFlag) != 0; }
+
+    /// The chain at @p position (in bytes) of the leaf area.
+    RecordChain chainAt(std::size_t position) const noexcept {
         return position <= leafBytes_ ? RecordChain(leaf_ + position, leaf_ + leafBytes_) : RecordChain();
+    }
+    RecordChain chainOf(std::uint32_t endCell) const noexcept { return chainAt(std::size_t{endCell & kValueMask} * 4); }
+
+    /// The rest of a key that is alone in its branch. Its bytes lie inside the
+    /// leaf area; a tail that does not is empty and has no chain.
+    struct Tail {
+        unsigned char const* bytes = nullptr;
+        std::size_t length = 0;
+        RecordChain chain;
+    };
+    Tail tailOf(std::uint32_t cell) const noexcept {
+        std::size_t const position = std::size_t{cell & kValueMask} * 4;
+        if (position >= leafBytes_) return {};
+        std::size_t const length = leaf_[position];
+        return {leaf_ + position + 1, length, chainAt(position + 1 + length)};
     }
 
     std::array<std::uint32_t, 256> root_{};
@@ -86,6 +111,81 @@ private:
     unsigned char const* leaf_ = nullptr;
     std::size_t leafBytes_ = 0;
 };
+
+template <class Visit>
+bool DicTrie::prefixSearch(unsigned char const* text, std::size_t n, Visit&& visit) const {
+    if (n == 0) return true;
+    std::uint32_t base = root_[text[0]];
+    if (base == 0) return true;
+    for (std::size_t consumed = 1;;) {
+        if (std::uint32_t const end = cell(base); isKeyEnd(end)) {
+            RecordChain const chain = chainOf(end);
+            if (chain && !visit(consumed, chain)) return false;
+        }
+        if (consumed >= n) return true;
+        std::uint32_t const byte = text[consumed];
+        // A free cell and a key's end carry label 0, which a NUL would match.
+        if (byte == 0) return true;
+        std::uint32_t const next = cell(base + byte);
+        if (label(next) != byte) return true;
+        ++consumed;
+        if (isLeaf(next)) {
+            Tail const tail = tailOf(next);
+            // The chain comes first: with it, the tail's bytes are readable.
+            if (!tail.chain || tail.length > n - consumed) return true;
+            if (std::memcmp(tail.bytes, text + consumed, tail.length) != 0) return true;
+            return visit(consumed + tail.length, tail.chain);
+        }
+        base = next & kValueMask;
+    }
+}
+
+template <class Visit>
+void DicTrie::visitAll(Visit&& visit) const {
+    struct Step {
+        std::uint32_t base;
+        std::uint32_t nextLabel;
+    };
+    std::vector<Step> path;
+    std::vector<bool> entered(cellCount_, false);
+    std::string key;
+    auto const enter = [&](std::uint32_t base) {
+        if (base >= cellCount_ || entered[base]) return false;
+        entered[base] = true;
+        if (std::uint32_t const end = cell(base); isKeyEnd(end)) {
+            if (RecordChain const chain = chainOf(end)) visit(std::as_const(key), chain);
+        }
+        path.push_back({base, 1});
+        return true;
+    };
+    for (std::uint32_t first = 1; first < root_.size(); ++first) {
+        if (root_[first] == 0) continue;
+        key.assign(1, static_cast<char>(first));
+        if (!enter(root_[first])) continue;
+        while (!path.empty()) {
+            Step& step = path.back();
+            if (step.nextLabel > 255) {
+                path.pop_back();
+                key.pop_back();
+                continue;
+            }
+            std::uint32_t const byte = step.nextLabel++;
+            std::uint32_t const next = cell(step.base + byte);
+            if (label(next) != byte) continue;
+            key.push_back(static_cast<char>(byte));
+            if (!isLeaf(next)) {
+                if (!enter(next & kValueMask)) key.pop_back();
+                continue;
+            }
+            std::size_t const length = key.size();
+            if (Tail const tail = tailOf(next); tail.chain) {
+                key.append(asChars(tail.bytes), tail.length);
+                visit(std::as_const(key), tail.chain);
+            }
+            key.resize(length - 1);
+        }
+    }
+}
 
 }  // namespace TAVO
 

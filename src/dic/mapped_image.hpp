@@ -34,6 +34,7 @@ public:
     void takeBack();
 
 private:
+    void measure(std::string const& notFoundText);
     void map(std::string const& notFoundText);
     void read();
 

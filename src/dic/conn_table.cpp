@@ -1,0 +1,107 @@
+#include "dic/conn_table.hpp"
+
+#include <tavo/error.hpp>
+
+#include "base/bytes.hpp"
+#include "dic/dic.hpp"
+#include "dic/file_access.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace TAVO {
+namespace {
+
+/// Reads the whole file into @p bytes; its size.
+std::size_t readFile(std::string const& path, std::unique_ptr<unsigned char[]>& bytes) {
+    int const handle = FileOpenShared(path.c_str());
+    if (handle < 0) throw file_not_found(path);
+    std::int64_t size = -1;
+    std::int64_t got = -1;
+    try {
+        size = FileSeek(handle, 0, 2);
+        if (size > 0 && FileSeek(handle, 0, 0) == 0) {
+            bytes.reset(new unsigned char[static_cast<std::size_t>(size)]);
+            got = FileRead(handle, bytes.get(), static_cast<std::size_t>(size));
+        }
+    } catch (std::bad_alloc const&) {
+        FileClose(handle);
+        throw;
+    }
+    FileClose(handle);
+    if (got <= 0 || got != size) throw illegal_format(path);
+    return static_cast<std::size_t>(size);
+}
+
+std::vector<std::uint16_t> loadIndexes(unsigned char const* p, std::size_t count) {
+    std::vector<std::uint16_t> indexes(count);
+    for (std::size_t i = 0; i < count; ++i) indexes[i] = loadU16(p + 2 * i);
+    return indexes;
+}
+
+bool allBelow(std::vector<std::uint16_t> const& indexes, std::uint16_t bound) {
+    return std::all_of(indexes.begin(), indexes.end(), [bound](std::uint16_t index) { return index < bound; });
+}
+
+}  // namespace
+
+ConnTable::ConnTable(bool flag, char const* path)
+    : flag_(flag),
+      path_(path != nullptr ? path : throw std::invalid_argument("INVALID_ARGUMENT: ConnTable::ConnTable()")) {
+    parse(readFile(path_, file_));
+}
+
+void ConnTable::parse(std::size_t sizeBytes) {
+    constexpr std::size_t kHeaderBytes = 10;
+    unsigned char const* const bytes = file_.get();
+    if (sizeBytes < kHeaderBytes) throw illegal_format(path_);
+    idCount_ = loadU16(bytes);
+    nameStamp_ = loadU32(bytes + 2);
+    std::size_t const sizesPosition = kHeaderBytes + std::size_t{4} * idCount_;
+    if (idCount_ < kUnknownId || sizeBytes < sizesPosition + 4) throw illegal_format(path_);
+    rowIndex_ = loadIndexes(bytes + kHeaderBytes, idCount_);
+    columnIndex_ = loadIndexes(bytes + kHeaderBytes + std::size_t{2} * idCount_, idCount_);
+    rows_ = loadU16(bytes + sizesPosition);
+    cols_ = loadU16(bytes + sizesPosition + 2);
+    if (!allBelow(rowIndex_, rows_) || !allBelow(columnIndex_, cols_)) throw illegal_format(path_);
+    std::size_t const matrixPosition = sizesPosition + 4;
+    matrix_ = bytes + matrixPosition;
+    parseNames(matrixPosition + std::size_t{rows_} * cols_, sizeBytes);
+}
+
+void ConnTable::parseNames(std::size_t offsetsPosition, std::size_t sizeBytes) {
+    std::size_t const poolPosition = offsetsPosition + std::size_t{4} * idCount_;
+    if (sizeBytes <= poolPosition) throw illegal_format(path_);
+    unsigned char const* const pool = file_.get() + poolPosition;
+    std::size_t const poolBytes = sizeBytes - poolPosition;
+    names_.reserve(idCount_);
+    ids_.reserve(idCount_);
+    for (std::uint32_t id = 1; id <= idCount_; ++id) {
+        std::size_t const offset = loadU32(file_.get() + offsetsPosition + std::size_t{4} * (id - 1));
+        void const* const nul = offset < poolBytes ? std::memchr(pool + offset, 0, poolBytes - offset) : nullptr;
+        if (nul == nullptr) throw illegal_format(path_);
+        char const* const name = asChars(pool + offset);
+        names_.push_back(name);
+        ids_[{name, static_cast<std::size_t>(static_cast<char const*>(nul) - name)}] = static_cast<std::uint16_t>(id);
+    }
+}
+
+char const* ConnTable::getName(std::uint32_t id) const noexcept {
+    return id != 0 && id <= names_.size() ? names_[id - 1] : "";
+}
+
+std::uint16_t ConnTable::getId(std::string_view name) const noexcept {
+    auto const found = ids_.find(name);
+    return found != ids_.end() ? found->second : std::uint16_t{0};
+}
+
+bool checkAdaptable(ConnTable const& table, Dic const& dic) {
+    if (table.nameStamp() == dic.nameStamp()) return true;
+    if (dic.nameCount() > table.idCount()) return false;
+    for (std::uint32_t id = 1; id <= dic.nameCount(); ++id) {
+        if (std::strcmp(table.getName(id), dic.getPartOfSPName(id)) != 0) return false;
+    }
+    return true;
+}
+
+}  // namespace TAVO

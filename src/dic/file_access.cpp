@@ -1,0 +1,166 @@
+#include "dic/file_access.hpp"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+
+namespace TAVO {
+namespace {
+
+int openRetrying(char const* path, int flags, int mode = 0666) {
+    int handle;
+    do {
+        handle = ::open(path, flags | O_CLOEXEC, mode);
+    } while (handle < 0 && errno == EINTR);
+    return handle;
+}
+
+/// Takes an advisory lock without waiting. A file system that has no locks does
+/// not stand in the way; somebody else's lock does.
+bool lockFile(int handle, int operation) { return ::flock(handle, operation | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
+
+int openReading(char const* path) {
+    if (FileLength(path) < 0) return -1;
+    return openRetrying(path, O_RDONLY);
+}
+
+}  // namespace
+
+std::int64_t FileLength(char const* path) {
+    if (path == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: FileLength()");
+    struct stat status {};
+    // Looked at before it is opened, since opening a FIFO would wait for a writer.
+    if (::stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return -1;
+    int const handle = openRetrying(path, O_RDONLY | O_NONBLOCK);
+    if (handle < 0) return -1;
+    bool const measured = ::fstat(handle, &status) == 0 && S_ISREG(status.st_mode);
+    ::close(handle);
+    return measured ? static_cast<std::int64_t>(status.st_size) : -1;
+}
+
+int FileAccess(char const* path) {
+    if (path == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: FileAccess()");
+    if (::access(path, R_OK) == 0) return 0;
+    return errno == EACCES ? 1 : -1;
+}
+
+int FileOpenShared(char const* path) { return openReading(path); }
+
+int FileOpenExclusive(char const* path) {
+    int const handle = openReading(path);
+    if (handle >= 0 && !lockFile(handle, LOCK_SH)) {
+        ::close(handle);
+        return -1;
+    }
+    return handle;
+}
+
+int FileCreate(char const* path) {
+    // Emptied only once the lock is held, so that a reader's file stays whole.
+    int const handle = openRetrying(path, O_WRONLY | O_CREAT);
+    if (handle < 0) return -1;
+    if (!lockFile(handle, LOCK_EX) || ::ftruncate(handle, 0) != 0) {
+        ::close(handle);
+        return -1;
+    }
+    return handle;
+}
+
+int FileOpenMode(char const* path, int mode) {
+    return (mode & 1) == 0 ? openReading(path) : openRetrying(path, O_RDWR | O_CREAT | O_EXCL);
+}
+
+int FileClose(int handle) { return ::close(handle) == 0 ? 0 : -1; }
+
+std::int64_t FileRead(int handle, void* buffer, std::size_t count) {
+    std::size_t done = 0;
+    while (done < count) {
+        ssize_t const got = ::read(handle, static_cast<char*>(buffer) + done, count - done);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return -1;
+        if (got == 0) break;
+        done += static_cast<std::size_t>(got);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
+std::int64_t FileWrite(int handle, void const* buffer, std::size_t count) {
+    std::size_t done = 0;
+    while (done < count) {
+        ssize_t const put = ::write(handle, static_cast<char const*>(buffer) + done, count - done);
+        if (put < 0 && errno == EINTR) continue;
+        if (put < 0) return -1;
+        done += static_cast<std::size_t>(put);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
+std::int64_t FileSeek(int handle, std::int64_t distance, int origin) {
+    int const whence = origin == 1 ? SEEK_CUR : origin == 2 ? SEEK_END : SEEK_SET;
+    return ::lseek(handle, distance, whence);
+}
+
+int FileFlush(int handle) { return ::fsync(handle) == 0 ? 0 : -1; }
+
+std::int64_t FileReadLine(int handle, char* buffer, std::size_t capacity) {
+    if (buffer == nullptr) return -2;
+    if (capacity == 0) {
+        buffer[0] = '\0';
+        return -2;
+    }
+    std::size_t stored = 0;
+    bool anyRead = false;
+    while (stored < capacity) {
+        char byte;
+        std::int64_t const got = FileRead(handle, &byte, 1);
+        if (got < 0 || (got == 0 && !anyRead)) return -1;
+        anyRead = true;
+        if (got == 0 || byte == '\n') {
+            buffer[stored] = '\0';
+            return static_cast<std::int64_t>(stored);
+        }
+        if (byte != '\r') buffer[stored++] = byte;
+    }
+    buffer[capacity - 1] = '\0';
+    return static_cast<std::int64_t>(capacity - 1);
+}
+
+LineReader::LineReader(int handle, std::size_t capacity)
+    : handle_(handle),
+      capacity_(std::max<std::size_t>(capacity, 1)),
+      buffer_(new char[kBufferBytes]),
+      line_(new char[capacity_]) {}
+
+bool LineReader::fill() {
+    std::int64_t const got = FileRead(handle_, buffer_.get(), kBufferBytes);
+    failed_ = got < 0;
+    bufferPos_ = 0;
+    bufferEnd_ = got > 0 ? static_cast<std::size_t>(got) : 0;
+    return got > 0;
+}
+
+bool LineReader::next() {
+    if (failed_) return false;
+    if (!cut_) ++lineNumber_;
+    cut_ = false;
+    length_ = 0;
+    bool anyRead = false;
+    while (length_ < capacity_) {
+        if (bufferPos_ == bufferEnd_ && !fill()) return anyRead && !failed_;
+        anyRead = true;
+        char const byte = buffer_[bufferPos_++];
+        if (byte == '\n') return true;
+        if (byte != '\r') line_[length_++] = byte;
+    }
+    --length_;
+    cut_ = true;
+    return true;
+}
+
+}  // namespace TAVO

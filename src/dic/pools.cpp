@@ -1,0 +1,44 @@
+#include "dic/pools.hpp"
+
+#include <stdexcept>
+
+namespace TAVO {
+
+SharedPools& sharedPools() {
+    // Never destroyed, so that an analyser with static storage can still let go
+    // of its dictionaries while the process ends.
+    static SharedPools& pools = *new SharedPools;
+    return pools;
+}
+
+void SharedPools::readyForThread() {
+    if (HasCS) return;
+    CriticalSection = std::make_unique<std::recursive_mutex>();
+    HasCS = true;
+}
+
+void SharedPools::dispose() {
+    {
+        PoolLock const lock;
+        DIC_POOL.clear();
+        DIC_USED.clear();
+        CONN_TABLE_POOL.clear();
+        HasCS = false;
+    }
+    CriticalSection.reset();
+}
+
+ConnTable const* SharedPools::connTable(char const* path) {
+    if (path == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::setConnTablePath()");
+    PoolLock const lock;
+    if (auto const found = CONN_TABLE_POOL.find(path); found != CONN_TABLE_POOL.end()) return found->second.get();
+    auto table = std::make_unique<ConnTable const>(false, path);
+    return CONN_TABLE_POOL.emplace(path, std::move(table)).first->second.get();
+}
+
+PoolLock::PoolLock() {
+    SharedPools& pools = sharedPools();
+    if (pools.HasCS) lock_ = std::unique_lock(*pools.CriticalSection);
+}
+
+}  // namespace TAVO
