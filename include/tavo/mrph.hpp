@@ -8,6 +8,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace TAVO {
@@ -37,6 +38,7 @@ struct TagInfo;
 /// number of bytes copied (the cut may split a character); a negative size or
 /// start throws invalid_argument with "INVALID_ARGUMENT: Mrph::" + name + "()".
 /// Pointers returned live as long as the morpheme and its dictionary.
+/// A copy starts without the error state of its source.
 class TAVO_EXPORT Mrph {
 public:
     Mrph(Mrph const& other);
@@ -49,7 +51,8 @@ public:
 
     /// Part-of-speech id; 3 (unknown word) when there is no record.
     unsigned short getPid() const;
-    /// Word cost, 0 to 255; 255 when there is no record.
+    /// Word cost, 0 to 255; 255 when there is no record. A morpheme joined from
+    /// several costs their sum.
     int getCost() const;
     /// Part-of-speech name of getPid(); empty without analyser.
     char const* getPartOfSP() const;
@@ -208,8 +211,8 @@ private:
     std::uint32_t rawFormLength_;
     std::uint32_t candidateCount_ = 0;
     std::uint32_t partCount_ = 1;
-    mutable std::int32_t errorCode_ = 0;
-    mutable std::unique_ptr<std::string> errorWhat_;
+    std::int32_t dicIndex_ = -1;  // place of the record's dictionary in the analyser's list; -1 unless known
+    mutable std::unique_ptr<std::pair<int, std::string>> error_;
 };
 
 }  // namespace TAVO

@@ -1,0 +1,99 @@
+// The library's own doorway to the inside of a morpheme.
+#ifndef TAVO_RESULT_MRPH_ACCESS_HPP
+#define TAVO_RESULT_MRPH_ACCESS_HPP
+
+#include "dic/mrph_dic.hpp"
+#include "result/context.hpp"
+#include "result/mrph_cover.hpp"
+
+#include <tavo/mrph.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TAVO {
+
+struct MrphAccess {
+    // Making. Texts are not copied; records may be null, owners too.
+
+    static Mrph fromRecord(char const* text, unsigned int length, unsigned char const* record,
+                           AnalyzerContext const* owner) {
+        return Mrph(text, length, record, owner);
+    }
+    /// @p text is the first byte of the node's span of the sentence.
+    static Mrph fromNode(char const* text, LatticeNode const* node, unsigned int candidateIndex,
+                         unsigned int candidateCount, AnalyzerContext const* owner) {
+        return Mrph(text, node, candidateIndex, candidateCount, owner);
+    }
+    /// A copy of @p m on another record.
+    static Mrph withRecord(Mrph const& m, unsigned char const* record) { return Mrph(m, record); }
+
+    // Looking inside.
+
+    static unsigned char const* record(Mrph const& m) noexcept { return m.dic_; }
+    static LatticeNode const* node(Mrph const& m) noexcept { return m.node_; }
+    static AnalyzerContext const* owner(Mrph const& m) noexcept { return m.owner_; }
+    /// Null until an override was stored.
+    static MrphCover const* cover(Mrph const& m) noexcept { return m.cover_.get(); }
+    static std::string_view form(Mrph const& m) noexcept { return {m.form_, m.formLength_}; }
+    /// The span of the analysed text that the morpheme covers.
+    static std::string_view rawForm(Mrph const& m) noexcept { return {m.rawForm_, m.rawFormLength_}; }
+    static unsigned int candidateIndex(Mrph const& m) noexcept { return m.candidateIndex_; }
+    static unsigned int candidateCount(Mrph const& m) noexcept { return m.candidateCount_; }
+    static unsigned int partCount(Mrph const& m) noexcept { return m.partCount_; }
+    /// Place of the record's dictionary in the analyser's list; -1 unless known.
+    static int dicIndex(Mrph const& m) noexcept { return m.dicIndex_; }
+    static void setDicIndex(Mrph& m, int index) noexcept { m.dicIndex_ = index; }
+
+    // Values the way accessors see them: the cover's when given, else the record's.
+
+    using RecordText = char const* (MrphDic::*)() const noexcept;
+    static char const* text(Mrph const& m, std::string MrphCover::*own, RecordText field) noexcept;
+    /// A value that only a cover can hold.
+    static char const* coverText(Mrph const& m, std::string MrphCover::*own) noexcept {
+        return m.cover_ ? ((*m.cover_).*own).c_str() : "";
+    }
+    static char const* readPronPtr(Mrph const& m) noexcept { return text(m, &MrphCover::readPron, &MrphDic::readPron); }
+    static char const* stdFormPtr(Mrph const& m) noexcept { return text(m, &MrphCover::stdForm, &MrphDic::stdForm); }
+
+    // The cover.
+
+    /// True when a cover with content exists.
+    static bool hasCover(Mrph const& m) noexcept { return m.cover_ && m.cover_->hasContent(); }
+    /// The cover, made when missing. Not to be called from two threads at once.
+    static MrphCover& confirmCover(Mrph const& m);
+    /// Replaces the surface form; the covered span of the sentence stays.
+    static void setForm(Mrph& m, std::string form);
+
+    // Parts.
+
+    /// The morpheme that answers for part @p index, and the index inside it: @p m
+    /// itself unless it was joined from others. Throws logic_error
+    /// "LOGIC_ERROR: Mrph::getPartMrph()" when the joined morphemes run out.
+    static Mrph const& getPartMrph(Mrph const& m, int index, int& localIndex);
+    /// The same down to a morpheme that was not joined.
+    static Mrph const& leaf(Mrph const& m, int index, int& localIndex);
+    /// The span of part @p index in the form.
+    static std::string_view partForm(Mrph const& m, int index);
+
+    // Joining and splitting.
+
+    /// Extends @p m over @p next; both live on inside @p m, so that part indexes
+    /// keep addressing them. @p pid becomes the part of speech, 0 keeps m's own.
+    static void append(Mrph& m, Mrph const& next, unsigned short pid);
+    /// Replaces @p out by one morpheme per part.
+    static void divide(Mrph const& m, std::vector<Mrph>& out);
+    static void divideAndPush(Mrph const& m, std::vector<Mrph>& out);
+
+    /// Stores a copy with the analyser, which frees it with its input; null
+    /// without analyser.
+    static Mrph const* storeAlt(Mrph const& m);
+};
+
+/// Appends @p m to @p out. Rules that merge it with the morphemes before it act here.
+inline void reduceMrph(std::vector<Mrph>& out, Mrph&& m) { out.push_back(std::move(m)); }
+
+}  // namespace TAVO
+
+#endif

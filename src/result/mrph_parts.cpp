@@ -1,0 +1,296 @@
+// Accessors of one part of a morpheme, and of all parts in order.
+#include "base/sjis.hpp"
+#include "dic/read_pron.hpp"
+#include "result/mrph_access.hpp"
+#include "result/part_text.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace TAVO {
+
+Mrph const& MrphAccess::getPartMrph(Mrph const& m, int index, int& localIndex) {
+    localIndex = index;
+    if (m.partCount_ < 2 || !m.cover_ || m.cover_->subMrphs.empty()) return m;
+    for (Mrph const& sub : m.cover_->subMrphs) {
+        if (localIndex < sub.getPartCount()) return sub;
+        localIndex -= sub.getPartCount();
+    }
+    throw std::logic_error("LOGIC_ERROR: Mrph::getPartMrph()");
+}
+
+Mrph const& MrphAccess::leaf(Mrph const& m, int index, int& localIndex) {
+    Mrph const* at = &m;
+    localIndex = index;
+    for (;;) {
+        Mrph const& sub = getPartMrph(*at, localIndex, localIndex);
+        if (&sub == at) return sub;
+        at = &sub;
+    }
+}
+
+namespace {
+
+void requirePart(Mrph const& m, int index, char const* error) {
+    if (index < 0 || index >= m.getPartCount()) throw std::range_error(error);
+}
+
+/// Asks the morpheme that answers for part @p index: answer(leaf, localIndex).
+template <class Answer>
+auto ofPart(Mrph const& m, int index, char const* error, Answer answer) {
+    requirePart(m, index, error);
+    int localIndex = 0;
+    Mrph const& leaf = MrphAccess::leaf(m, index, localIndex);
+    return answer(leaf, localIndex);
+}
+
+/// The same for a value that all parts of a morpheme share.
+template <class Value>
+Value ofPart(Mrph const& m, int index, char const* error, Value (Mrph::*shared)() const) {
+    return ofPart(m, index, error, [shared](Mrph const& leaf, int) { return (leaf.*shared)(); });
+}
+
+template <class Value>
+void fillParts(Mrph const& m, std::vector<Value>& values, Value (Mrph::*part)(int) const) {
+    values.clear();
+    values.reserve(static_cast<std::size_t>(m.getPartCount()));
+    for (int i = 0; i < m.getPartCount(); ++i) values.push_back((m.*part)(i));
+}
+
+unsigned partCount(Mrph const& m) { return MrphAccess::partCount(m); }
+
+/// Where the record's part forms put part @p index of the form. The last part
+/// reaches to the end of the form, and no part beyond it.
+std::string_view leafForm(Mrph const& m, int index) {
+    std::string_view form = MrphAccess::form(m);
+    if (partCount(m) < 2) return form;
+    std::string_view const written = MrphDic(MrphAccess::record(m)).partForm();
+    for (unsigned i = 0;; ++i) {
+        std::size_t length = form.size();
+        if (i + 1 < partCount(m)) {
+            length = std::min(length, unescape(segment(written, "-/", i, partCount(m))).size());
+        }
+        if (i == static_cast<unsigned>(index)) return form.substr(0, length);
+        form.remove_prefix(length);
+    }
+}
+
+/// Part @p index of a text that is separated like the reading: "-" is a mark
+/// inside it, unless the text has the number of parts only with "-" as separator.
+std::string separatedPart(std::string_view text, int index, unsigned count) {
+    std::string_view const marks = count > 1 ? separatorsFor(text, count) : "/";
+    std::string part(segment(text, marks, static_cast<unsigned>(index), count));
+    dropMarks(part, "-/");
+    return part;
+}
+
+std::string leafReadPron(Mrph const& m, int index) {
+    return readPronPart(MrphAccess::readPronPtr(m), static_cast<unsigned>(index), partCount(m));
+}
+
+/// A cover's own text of that kind, else null.
+std::string const* ownText(Mrph const& m, std::string MrphCover::*own) {
+    MrphCover const* cover = MrphAccess::cover(m);
+    return cover != nullptr && !(cover->*own).empty() ? &(cover->*own) : nullptr;
+}
+
+std::string leafRead(Mrph const& m, int index) {
+    if (std::string const* own = ownText(m, &MrphCover::read)) return separatedPart(*own, index, partCount(m));
+    return extractRead(leafReadPron(m, index).c_str(), true);
+}
+
+std::string leafPron(Mrph const& m, int index) {
+    if (std::string const* own = ownText(m, &MrphCover::pron)) return separatedPart(*own, index, partCount(m));
+    std::string pron = extractPron(leafReadPron(m, index).c_str());
+    dropMarks(pron, "/");
+    return pron;
+}
+
+std::string leafLVRead(Mrph const& m, int index) {
+    if (std::string const* own = ownText(m, &MrphCover::lvRead)) return separatedPart(*own, index, partCount(m));
+    return leafRead(m, index);
+}
+
+/// A standard form that is not cut into as many parts cannot be spread over
+/// them; each part then has its own form as standard form.
+std::string leafStdForm(Mrph const& m, int index) {
+    std::string_view const stdForm = MrphAccess::stdFormPtr(m);
+    bool const spread = countSeparators(stdForm, separatorsFor(stdForm, partCount(m))) + 1 == partCount(m);
+    if (stdForm.empty() || (partCount(m) > 1 && !spread)) return std::string(leafForm(m, index));
+    return separatedPart(stdForm, index, partCount(m));
+}
+
+unsigned short leafPid(Mrph const& m, int index) {
+    return partCount(m) < 2 ? m.getPid() : MrphDic(MrphAccess::record(m)).partPid(static_cast<unsigned>(index));
+}
+
+}  // namespace
+
+std::string_view MrphAccess::partForm(Mrph const& m, int index) {
+    return ofPart(m, index, "RANGE_ERROR: Mrph::getPartFormNoConvert()", leafForm);
+}
+
+int Mrph::getPartLength(int index) const {
+    return static_cast<int>(ofPart(*this, index, "RANGE_ERROR: Mrph::getPartLength()", leafForm).size());
+}
+void Mrph::getPartLength(std::vector<int>& lengths) const { fillParts(*this, lengths, &Mrph::getPartLength); }
+
+int Mrph::getPartFormLength(int index) const {
+    return static_cast<int>(ofPart(*this, index, "RANGE_ERROR: Mrph::getPartFormLength()", leafForm).size());
+}
+void Mrph::getPartFormLength(std::vector<int>& lengths) const { fillParts(*this, lengths, &Mrph::getPartFormLength); }
+
+std::string Mrph::getPartForm(int index) const { return std::string(MrphAccess::partForm(*this, index)); }
+void Mrph::getPartForm(std::vector<std::string>& forms) const { fillParts(*this, forms, &Mrph::getPartForm); }
+
+std::string Mrph::getPartStdForm(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartStdForm()", leafStdForm);
+}
+void Mrph::getPartStdForm(std::vector<std::string>& forms) const { fillParts(*this, forms, &Mrph::getPartStdForm); }
+
+std::string Mrph::getPartRead(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartRead()", leafRead);
+}
+void Mrph::getPartRead(std::vector<std::string>& readings) const { fillParts(*this, readings, &Mrph::getPartRead); }
+
+std::string Mrph::getPartPron(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartPron()", leafPron);
+}
+void Mrph::getPartPron(std::vector<std::string>& pronunciations) const {
+    fillParts(*this, pronunciations, &Mrph::getPartPron);
+}
+
+std::string Mrph::getPartReadPron(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartReadPron()", leafReadPron);
+}
+void Mrph::getPartReadPron(std::vector<std::string>& readProns) const {
+    fillParts(*this, readProns, &Mrph::getPartReadPron);
+}
+
+std::string Mrph::getPartLVRead(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartLVRead()", leafLVRead);
+}
+void Mrph::getPartLVRead(std::vector<std::string>& readings) const { fillParts(*this, readings, &Mrph::getPartLVRead); }
+
+// No part of speech has an end-form rule, so the end forms are the plain ones.
+
+std::string Mrph::getPartEndForm(int index) const {
+    return std::string(ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndForm()", leafForm));
+}
+void Mrph::getPartEndForm(std::vector<std::string>& forms) const { fillParts(*this, forms, &Mrph::getPartEndForm); }
+
+std::string Mrph::getPartEndStdForm(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndStdForm()", leafStdForm);
+}
+void Mrph::getPartEndStdForm(std::vector<std::string>& forms) const {
+    fillParts(*this, forms, &Mrph::getPartEndStdForm);
+}
+
+std::string Mrph::getPartEndRead(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndRead()", leafRead);
+}
+void Mrph::getPartEndRead(std::vector<std::string>& readings) const {
+    fillParts(*this, readings, &Mrph::getPartEndRead);
+}
+
+std::string Mrph::getPartEndPron(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndPron()", leafPron);
+}
+void Mrph::getPartEndPron(std::vector<std::string>& pronunciations) const {
+    fillParts(*this, pronunciations, &Mrph::getPartEndPron);
+}
+
+std::string Mrph::getPartEndLVRead(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndLVRead()", leafLVRead);
+}
+void Mrph::getPartEndLVRead(std::vector<std::string>& readings) const {
+    fillParts(*this, readings, &Mrph::getPartEndLVRead);
+}
+
+unsigned short Mrph::getPartPid(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartPid()", leafPid);
+}
+void Mrph::getPartPid(std::vector<unsigned short>& pids) const { fillParts(*this, pids, &Mrph::getPartPid); }
+
+char const* Mrph::getPartOfSP(int index) const {
+    unsigned short const pid = ofPart(*this, index, "RANGE_ERROR: Mrph::getPartOfSP()", leafPid);
+    return owner_ != nullptr ? owner_->pos.name(pid) : "";
+}
+void Mrph::getPartOfSP(std::vector<char const*>& names) const { fillParts(*this, names, &Mrph::getPartOfSP); }
+
+int Mrph::getPartCost(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartCost()", &Mrph::getCost);
+}
+void Mrph::getPartCost(std::vector<int>& costs) const { fillParts(*this, costs, &Mrph::getPartCost); }
+
+char const* Mrph::getPartWordCooc(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartWordCooc()", &Mrph::getWordCooc);
+}
+void Mrph::getPartWordCooc(std::vector<char const*>& ids) const { fillParts(*this, ids, &Mrph::getPartWordCooc); }
+
+char const* Mrph::getPartGroupCooc(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartGroupCooc()", &Mrph::getGroupCooc);
+}
+void Mrph::getPartGroupCooc(std::vector<char const*>& ids) const { fillParts(*this, ids, &Mrph::getPartGroupCooc); }
+
+char const* Mrph::getPartGroup(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartGroup()", &Mrph::getGroup);
+}
+void Mrph::getPartGroup(std::vector<char const*>& groups) const { fillParts(*this, groups, &Mrph::getPartGroup); }
+
+void Mrph::getPartCategory(int index, std::vector<unsigned short>& category1, std::vector<unsigned short>& category2,
+                           std::vector<unsigned short>& category3) const {
+    ofPart(*this, index, "RANGE_ERROR: Mrph::getPartCategory()",
+           [&](Mrph const& leaf, int) { leaf.getCategory(category1, category2, category3); });
+}
+
+void Mrph::getPartCategoryCount(int index, unsigned char& count1, unsigned char& count2, unsigned char& count3) const {
+    ofPart(*this, index, "RANGE_ERROR: Mrph::getPartCategoryCount()",
+           [&](Mrph const& leaf, int) { leaf.getCategoryCount(count1, count2, count3); });
+}
+
+char const* Mrph::getPartProsodicInfo(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartProsodicInfo()", &Mrph::getProsodicInfo);
+}
+void Mrph::getPartProsodicInfo(std::vector<char const*>& infos) const {
+    fillParts(*this, infos, &Mrph::getPartProsodicInfo);
+}
+
+char const* Mrph::getPartAdditionalInfo(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartAdditionalInfo()", &Mrph::getAdditionalInfo);
+}
+void Mrph::getPartAdditionalInfo(std::vector<char const*>& infos) const {
+    fillParts(*this, infos, &Mrph::getPartAdditionalInfo);
+}
+
+char const* Mrph::getPartProsodicType(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartProsodicType()", &Mrph::getProsodicType);
+}
+void Mrph::getPartProsodicType(std::vector<char const*>& types) const {
+    fillParts(*this, types, &Mrph::getPartProsodicType);
+}
+
+char const* Mrph::getPartGrammarType(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartGrammarType()", &Mrph::getGrammarType);
+}
+void Mrph::getPartGrammarType(std::vector<char const*>& types) const {
+    fillParts(*this, types, &Mrph::getPartGrammarType);
+}
+
+int Mrph::getPartExtCount(int index) const {
+    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartExtCount()", &Mrph::getExtCount);
+}
+
+char const* Mrph::getPartExt(int index, int field) const {
+    std::vector<char const*> fields;
+    getPartExt(index, fields);
+    if (field < 0 || static_cast<std::size_t>(field) >= fields.size())
+        throw std::range_error("RANGE_ERROR: Mrph::getPartExt()");
+    return fields[static_cast<std::size_t>(field)];
+}
+
+void Mrph::getPartExt(int index, std::vector<char const*>& fields) const {
+    ofPart(*this, index, "RANGE_ERROR: Mrph::getPartExt()", [&fields](Mrph const& leaf, int) { leaf.getExt(fields); });
+}
+
+}  // namespace TAVO

@@ -1,0 +1,123 @@
+// The texts of the whole morpheme, as strings and into buffers.
+#include "base/sjis.hpp"
+#include "dic/read_pron.hpp"
+#include "result/given_text.hpp"
+#include "result/mrph_access.hpp"
+#include "result/part_text.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+namespace TAVO {
+namespace {
+
+constexpr int kConvertToGivenText = 3;
+
+/// Copies @p text from @p start on as all buffer forms do. @p error is the text
+/// of the exception for a null buffer and for a negative size or start.
+unsigned int copyOut(std::string_view text, char* buf, int size, int start, char const* error) {
+    if (buf == nullptr || size < 0 || start < 0) throw std::invalid_argument(error);
+    if (size == 0) return 0;
+    auto const from = std::min(static_cast<std::size_t>(start), text.size());
+    auto const count = std::min(text.size() - from, static_cast<std::size_t>(size) - 1);
+    std::memcpy(buf, text.data() + from, count);
+    buf[count] = '\0';
+    return static_cast<unsigned int>(count);
+}
+
+int outputConvert(AnalyzerContext const* owner) noexcept {
+    return owner != nullptr ? owner->settings.mode(Mode::OutputConvert) : 0;
+}
+
+/// A stored text without "-" and, when plain, without "/".
+std::string withoutMarks(std::string text, bool plain) {
+    dropMarks(text, plain ? "-/" : "-");
+    return text;
+}
+
+std::string const* coverValue(MrphCover const* cover, std::string MrphCover::*own) noexcept {
+    return cover != nullptr && !(cover->*own).empty() ? &(cover->*own) : nullptr;
+}
+
+}  // namespace
+
+// The convert rules that would give the modes 1 and 2 another form do not exist.
+std::string Mrph::getForm(bool) const {
+    if (outputConvert(owner_) == kConvertToGivenText) {
+        if (auto const given = givenText(owner_->sentences, MrphAccess::rawForm(*this))) return std::string(*given);
+    }
+    return std::string(form_, formLength_);
+}
+
+unsigned int Mrph::getForm(char* buf, int size, int start, bool plain) const {
+    constexpr char const* kError = "INVALID_ARGUMENT: Mrph::getForm()";
+    if (plain && outputConvert(owner_) == 0) return copyOut(MrphAccess::form(*this), buf, size, start, kError);
+    return copyOut(getForm(plain), buf, size, start, kError);
+}
+
+unsigned int Mrph::getFormLength() const { return formLength_; }
+
+char const* Mrph::getFormWithoutNullEnd(unsigned int& length) const {
+    length = formLength_;
+    return form_;
+}
+
+unsigned int Mrph::getRawForm(char* buf, int size, int start) const {
+    return copyOut(MrphAccess::rawForm(*this), buf, size, start, "INVALID_ARGUMENT: Mrph::getRawForm()");
+}
+
+std::string Mrph::getStdForm(bool plain) const {
+    char const* const stdForm = MrphAccess::stdFormPtr(*this);
+    return *stdForm == '\0' ? std::string(form_, formLength_) : withoutMarks(stdForm, plain);
+}
+
+unsigned int Mrph::getStdForm(char* buf, int size, int start, bool plain) const {
+    return copyOut(getStdForm(plain), buf, size, start, "INVALID_ARGUMENT: Mrph::getStdForm()");
+}
+
+std::string Mrph::getRead(bool plain) const {
+    if (std::string const* own = coverValue(cover_.get(), &MrphCover::read)) return withoutMarks(*own, plain);
+    return extractRead(MrphAccess::readPronPtr(*this), plain);
+}
+
+unsigned int Mrph::getRead(char* buf, int size, bool plain) const {
+    return copyOut(getRead(plain), buf, size, 0, "INVALID_ARGUMENT: Mrph::getRead()");
+}
+
+std::string Mrph::getPron(bool plain) const {
+    std::string const* own = coverValue(cover_.get(), &MrphCover::pron);
+    return withoutMarks(own != nullptr ? *own : extractPron(MrphAccess::readPronPtr(*this)), plain);
+}
+
+unsigned int Mrph::getPron(char* buf, int size, bool plain) const {
+    return copyOut(getPron(plain), buf, size, 0, "INVALID_ARGUMENT: Mrph::getPron()");
+}
+
+std::string Mrph::getReadPron(bool plain) const {
+    std::string text = MrphAccess::readPronPtr(*this);
+    if (plain) dropMarks(text, "/");
+    return text;
+}
+
+unsigned int Mrph::getReadPron(char* buf, int size, bool plain) const {
+    return copyOut(getReadPron(plain), buf, size, 0, "INVALID_ARGUMENT: Mrph::getReadPron()");
+}
+
+std::string Mrph::getLVRead(bool plain) const {
+    if (std::string const* own = coverValue(cover_.get(), &MrphCover::lvRead)) return withoutMarks(*own, plain);
+    return getRead(plain);
+}
+
+unsigned int Mrph::getLVRead(char* buf, int size, bool plain) const {
+    return copyOut(getLVRead(plain), buf, size, 0, "INVALID_ARGUMENT: Mrph::getLVRead()");
+}
+
+// No part of speech has an end-form rule, so the end forms are the plain ones.
+std::string Mrph::getEndForm(bool plain) const { return getForm(plain); }
+std::string Mrph::getEndStdForm(bool plain) const { return getStdForm(plain); }
+std::string Mrph::getEndRead(bool plain) const { return getRead(plain); }
+std::string Mrph::getEndPron(bool plain) const { return getPron(plain); }
+std::string Mrph::getEndLVRead(bool plain) const { return getLVRead(plain); }
+
+}  // namespace TAVO
