@@ -6,29 +6,35 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace TAVO {
 
 /// A name split up: the head ends at the first ":", "-" or "/"; features follow
-/// as long as ":" introduces them.
+/// as long as ":" introduces them. The views refer to the name's characters.
 struct PosName {
-    std::string head;
-    std::set<std::string> features;
+    std::string_view head;
+    std::vector<std::string_view> features;
+
+    bool hasFeature(std::string_view word) const noexcept;
+    /// True when @p word is the head or a feature.
+    bool has(std::string_view word) const noexcept { return head == word || hasFeature(word); }
 };
 
-PosName splitPosName(std::string_view name);
+/// Splits @p name into @p out, whose memory is used again.
+void splitPosName(std::string_view name, PosName& out);
 
 /// Patterns by head; a pattern is its set of features ("-X" forbids X).
 class PatternList {
 public:
-    void add(PosName pattern) { patterns_.emplace(std::move(pattern.head), std::move(pattern.features)); }
+    void add(PosName const& pattern);
     void clear() noexcept { patterns_.clear(); }
     bool empty() const noexcept { return patterns_.empty(); }
     /// True when any pattern under the name's head is satisfied.
     bool matches(PosName const& name) const;
 
 private:
-    std::multimap<std::string, std::set<std::string>> patterns_;
+    std::multimap<std::string, std::set<std::string>, std::less<>> patterns_;
 };
 
 }  // namespace TAVO

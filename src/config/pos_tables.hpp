@@ -5,7 +5,6 @@
 #include "config/pos_name.hpp"
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -27,7 +26,8 @@ enum PosType : std::uint8_t {
 
 class PosTables {
 public:
-    /// Rebuilds names, index and type masks from @p table; null empties them.
+    /// Takes names and ids from @p table, which must outlive this object, and
+    /// recomputes the type masks; null empties them.
     void setPartOfSP(ConnTable const* table);
 
     /// List files; null clears path and list, so that the defaults (number and
@@ -43,8 +43,8 @@ public:
 
     /// 0 when unknown.
     std::uint16_t getPid(std::string const& name) const;
-    /// Name of @p pid, "" when beyond the table; lives until the next rebuild.
-    char const* name(std::uint32_t pid) const noexcept { return pid < names_.size() ? names_[pid].c_str() : ""; }
+    /// Name of @p pid, "" when beyond the table; lives as long as the connection table.
+    char const* name(std::uint32_t pid) const noexcept;
     std::uint16_t getPidMax() const noexcept;
     /// All names from id 1 on, in id order.
     std::vector<std::string> listedNames() const;
@@ -65,10 +65,11 @@ public:
     bool isReducable(std::uint16_t pid) const noexcept { return (type(pid) & 0x7FU) != 0; }
 
 private:
+    void setList(PatternList& list, std::string& storedPath, char const* path);
     void setPartOfSPType();
 
-    std::vector<std::string> names_;
-    std::map<std::string, std::uint16_t> ids_;
+    // The table's own names serve both ways, so an analyser keeps no copy.
+    ConnTable const* table_ = nullptr;
     std::vector<std::uint8_t> types_;
     std::vector<std::uint8_t> conjugation_;  // per id; 0 until conjugation classes exist
     std::string numberPath_, majorPath_, publicPath_;

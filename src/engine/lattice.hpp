@@ -4,52 +4,84 @@
 #define TAVO_ENGINE_LATTICE_HPP
 
 #include "engine/lattice_node.hpp"
+#include "engine/node_pool.hpp"
 #include "engine/sentence.hpp"
 
 #include <cstdint>
-#include <memory>
-#include <utility>
 #include <vector>
 
 namespace TAVO {
 
 class ConnTable;
 class DicSet;
+class DicTrie;
+class RecordChain;
 
-/// The lattices of all sentences of one input. Nodes live until clear(); their
-/// addresses never change.
+/// Connection sums and word-cost sums have 32 bits; a text of more bytes than
+/// this could reach 2^32 with 255 a byte.
+inline constexpr std::size_t kMaxSentenceBytes = 16'843'009;
+
+/// The lattices of all sentences of one input. Nodes live until clear(), and
+/// their addresses never change.
 ///
-/// Invariants:
-/// 1. The nodes that start at one position stand next to each other, in the
-///    order of their making: two-byte unknown word, one-byte unknown word, then
-///    dictionary by dictionary, by increasing length, in chain order.
-/// 2. next of a node starts where the node ends.
+/// The best continuation of a word is the following node with the smallest
+/// connection sum, among equal ones the one with the smallest word-cost sum, and
+/// among those the one made first. The nodes of a position are made in this
+/// order: two-byte unknown word, one-byte unknown word, then dictionary by
+/// dictionary, by increasing length, in chain order.
 class Lattice {
 public:
     /// Room for @p capacity nodes is allocated at once; 0 means 4096.
-    explicit Lattice(std::uint32_t capacity);
-    ~Lattice();
+    explicit Lattice(std::uint32_t capacity) : pool_(capacity) {}
 
-    bool ready() const noexcept;
-    void clear() noexcept;
+    bool ready() const noexcept { return pool_.ready(); }
+    void clear() noexcept { pool_.clear(); }
 
-    /// Adds the nodes of @p sentence and sets its bestStart (kNoNode when no
+    /// Adds the nodes of @p sentence and sets its bestStart (null when no
     /// complete path exists). Throws tavo_not_ready without table or dictionary,
-    /// too_long_string for a text whose sums could leave 32 bits, bad_alloc.
+    /// too_long_string beyond kMaxSentenceBytes, bad_alloc.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics);
 
-    LatticeNode const& node(std::uint32_t index) const noexcept;
-    /// Index of the first node that starts where @p node starts, and their number.
-    std::pair<std::uint32_t, std::uint32_t> candidates(Sentence const& sentence,
-                                                       LatticeNode const& node) const noexcept;
+    /// Nodes by their index in the order of making: the table of candidates.
+    NodePool const& nodes() const noexcept { return pool_; }
 
 private:
-    struct Search;
-    std::unique_ptr<Search> search_;
+    /// The nodes that start at one position.
+    struct Starts {
+        LatticeNode const* begin;
+        std::uint32_t count;
+    };
+    /// A best continuation: the sums that a word before it takes over.
+    struct Best {
+        LatticeNode const* next;
+        std::uint32_t connSum;
+        std::uint32_t wordSum;
+        bool found;
+    };
+    /// What an id costs: its row's place in the matrix and its column.
+    struct Id {
+        std::uint32_t rowOffset;
+        std::uint16_t column;
+    };
+
+    void attach(ConnTable const& table);
+    Best bestAfter(std::size_t end, std::uint32_t rowOffset) const noexcept;
+    void addUnknown(Best const& best, std::uint32_t length);
+    void addRecords(std::size_t end, std::uint32_t length, RecordChain chain);
+    void addNode(unsigned char const* record, std::uint32_t length, std::uint16_t column, std::uint8_t wordCost,
+                 Best const& best);
+    LatticeNode const* chooseStart() const noexcept;
+
+    NodePool pool_;
+    ConnTable const* table_ = nullptr;
+    unsigned char const* matrix_ = nullptr;
+    std::vector<Id> ids_;         // by id; ids_[0] is unused
+    std::vector<Starts> starts_;  // by position of the sentence at work
+    std::size_t length_ = 0;      // of the sentence at work
 };
 
 /// The chosen path of @p sentence from first to last node; empty without result.
-std::vector<LatticeNode const*> bestPath(Lattice const& lattice, Sentence const& sentence);
+std::vector<LatticeNode const*> bestPath(Sentence const& sentence);
 
 }  // namespace TAVO
 

@@ -1,0 +1,51 @@
+#include "config/pos_name.hpp"
+
+#include "base/sjis.hpp"
+#include "base/text.hpp"
+
+#include <algorithm>
+
+namespace TAVO {
+namespace {
+
+bool satisfies(std::set<std::string> const& pattern, PosName const& name) {
+    if (pattern.empty()) return true;
+    // A name without features satisfies no pattern that has some, not even one
+    // of negative features only.
+    if (name.features.empty()) return false;
+    return std::all_of(pattern.begin(), pattern.end(), [&](std::string const& feature) {
+        if (feature.empty()) return true;
+        if (feature.front() == '-') return !name.hasFeature(std::string_view(feature).substr(1));
+        return name.hasFeature(feature);
+    });
+}
+
+}  // namespace
+
+bool PosName::hasFeature(std::string_view word) const noexcept {
+    return std::find(features.begin(), features.end(), word) != features.end();
+}
+
+void splitPosName(std::string_view name, PosName& out) {
+    constexpr std::string_view kSeparators = ":-/";
+    out.features.clear();
+    std::size_t end = findMark(name, kSeparators);
+    out.head = name.substr(0, end);
+    while (end != std::string_view::npos && name[end] == ':') {
+        std::size_t const begin = end + 1;
+        end = findMark(name, kSeparators, begin);
+        out.features.push_back(strip(name.substr(begin, end == std::string_view::npos ? end : end - begin)));
+    }
+}
+
+void PatternList::add(PosName const& pattern) {
+    patterns_.emplace(std::string(pattern.head),
+                      std::set<std::string>(pattern.features.begin(), pattern.features.end()));
+}
+
+bool PatternList::matches(PosName const& name) const {
+    auto const [first, last] = patterns_.equal_range(name.head);
+    return std::any_of(first, last, [&](auto const& pattern) { return satisfies(pattern.second, name); });
+}
+
+}  // namespace TAVO

@@ -1,0 +1,51 @@
+// The state behind the analyser's interface.
+#ifndef TAVO_CORE_IMPL_HPP
+#define TAVO_CORE_IMPL_HPP
+
+#include "config/init_file.hpp"
+#include "result/context.hpp"
+
+#include <tavo/tavo.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TAVO {
+
+struct Tavo::Impl {
+    explicit Impl(std::uint32_t nodeCapacity) : context(nodeCapacity) {}
+
+    /// Takes over settings, rule tables and attachments of @p other.
+    void copyFrom(Impl const& other);
+    /// Sets an integer mode; the results of the last analysis are dropped first.
+    void setMode(Mode mode, int value);
+
+    // Stages of an analysis.
+    int analyzeText(std::string_view text);
+    void analyzeLine(std::string_view piece);
+    void setErrorSentence();
+    /// Frees the results and everything they point at.
+    void dropInput() noexcept;
+
+    /// Throws tavo_not_ready without connection table or dictionary.
+    void requireReady() const;
+    /// The sentence, or null when the last input had none at all; throws
+    /// range_error with @p what for a bad index.
+    Sentence const* sentence(int index, char const* what) const;
+
+    /// Applies the keys of an init file in their fixed order.
+    void applyInitFile(Tavo& tavo, std::string const& path);
+    void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);
+
+    AnalyzerContext context;
+    bool hasResult = false;
+    // The error state may be set by const operations.
+    mutable int errorCode = 0;
+    mutable std::string errorWhat;
+    std::vector<unsigned int> errorSentences;
+};
+
+}  // namespace TAVO
+
+#endif

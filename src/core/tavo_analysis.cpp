@@ -1,0 +1,119 @@
+// From a text to its results.
+#include "core/impl.hpp"
+#include "engine/intake.hpp"
+#include "result/assembly.hpp"
+
+#include <stdexcept>
+
+namespace TAVO {
+
+int Tavo::analyze(char const* text, int length) {
+    if (length < 0 || (text == nullptr && length > 0))
+        throw std::invalid_argument("INVALID_ARGUMENT: Tavo::analyze()");
+    return impl_->analyzeText({text, static_cast<std::size_t>(length)});
+}
+
+int Tavo::analyze(std::string const& text) { return impl_->analyzeText(text); }
+
+void Tavo::Impl::dropInput() noexcept {
+    hasResult = false;
+    context.alternatives.clear();
+    context.sentences.clear();
+    context.lattice.clear();
+}
+
+int Tavo::Impl::analyzeText(std::string_view text) {
+    dropInput();
+    errorSentences.clear();
+    hasResult = true;
+    splitText(text, context.settings, [this](std::string_view piece) { analyzeLine(piece); });
+    return static_cast<int>(errorSentences.size());
+}
+
+void Tavo::Impl::analyzeLine(std::string_view piece) {
+    Sentence sentence;
+    sentence.given = piece;
+    sentence.text = piece;
+    if (context.settings.mode(Mode::DeleteCRLF) == 1 && context.settings.mode(Mode::DelimitCRLF) == 0) {
+        sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
+        sentence.text = *sentence.ownedText;
+    }
+    context.lattice.build(sentence, context.connTable, context.dics);
+    bool const complete = sentence.bestStart != nullptr || sentence.text.empty();
+    context.sentences.push_back(std::move(sentence));
+    if (!complete) setErrorSentence();
+}
+
+void Tavo::Impl::setErrorSentence() {
+    Sentence& sentence = context.sentences.back();
+    errorSentences.push_back(static_cast<unsigned int>(context.sentences.size() - 1));
+    sentence.bestStart = nullptr;
+    sentence.failed = true;
+    sentence.text = sentence.given;
+    sentence.ownedText.reset();
+}
+
+void Tavo::Impl::requireReady() const {
+    if (context.connTable == nullptr) throw tavo_not_ready("No ConnTable: Need to call setConnTablePath()");
+    if (context.dics.entries().empty()) throw tavo_not_ready("No Dictionary: Need to call addDicPath()");
+}
+
+Sentence const* Tavo::Impl::sentence(int index, char const* what) const {
+    if (context.sentences.empty()) return nullptr;
+    if (index < 0 || static_cast<std::size_t>(index) >= context.sentences.size()) throw std::range_error(what);
+    return &context.sentences[static_cast<std::size_t>(index)];
+}
+
+void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
+    constexpr char const* kRangeError = "RANGE_ERROR: Tavo::getResult()";
+    if (sentence < 0) throw std::range_error(kRangeError);
+    out.clear();
+    if (!impl_->hasResult) throw tavo_not_ready("No Analyze: Need to call analyze()");
+    impl_->requireReady();
+    if (Sentence const* const found = impl_->sentence(sentence, kRangeError))
+        assembleResult(out, impl_->context, *found);
+}
+
+std::ostream& Tavo::output(std::ostream& os, int sentence) {
+    std::vector<Mrph> morphemes;
+    getResult(morphemes, sentence);
+    return outputSentence(os, impl_->context, morphemes);
+}
+
+unsigned int Tavo::getSentenceCount() const { return static_cast<unsigned int>(impl_->context.sentences.size()); }
+
+std::string Tavo::getSentence(int sentence) const {
+    Sentence const* const found = impl_->sentence(sentence, "RANGE_ERROR: Tavo::getSentence()");
+    return found == nullptr ? std::string() : std::string(found->text);
+}
+
+unsigned int Tavo::getSentenceLength(int sentence) const {
+    Sentence const* const found = impl_->sentence(sentence, "RANGE_ERROR: Tavo::getSentenceLength()");
+    return found == nullptr ? 0 : static_cast<unsigned int>(found->text.size());
+}
+
+char const* Tavo::getSentencePtrWithoutNullEnd(int sentence) const {
+    // This text and the next have no colon after the error word; kept as is.
+    Sentence const* const found = impl_->sentence(sentence, "RANGE_ERROR Tavo::getSentencePtrWithoutNullEnd()");
+    return found == nullptr ? "" : found->text.data();
+}
+
+std::string Tavo::getAnalyzedText(int sentence) const {
+    Sentence const* const found = impl_->sentence(sentence, "RANGE_ERROR Tavo::getAnalyzedText()");
+    if (found == nullptr) return {};
+    // No rules of output conversion exist, so that modes 1 and 2 change nothing.
+    switch (impl_->context.settings.mode(Mode::OutputConvert)) {
+        case 0:
+        case 1:
+        case 2: return std::string(found->text);
+        case 3: return std::string(found->given);
+        // The misspelt name is kept as is.
+        default: throw std::logic_error("LOGIC_ERROR: Tavo::getAnalyedText(): Illegal Output Convert Mode");
+    }
+}
+
+unsigned int Tavo::getAnalyzedTextLength(int sentence) const {
+    return static_cast<unsigned int>(getAnalyzedText(sentence).size());
+}
+
+}  // namespace TAVO
