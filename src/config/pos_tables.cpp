@@ -12,7 +12,8 @@
 namespace TAVO {
 namespace {
 
-constexpr char const* kNumberDefaults[] = {"Number", "Rank", "Figure", "Period", "InterNumber", "Comma", "Dash", "Colon"};
+constexpr char const* kNumberDefaults[] = {"Number",      "Rank",  "Figure", "Period",
+                                           "InterNumber", "Comma", "Dash",   "Colon"};
 
 // Shift_JIS bytes; in order: noun, verb stem, adjective stem, adverbial word,
 // adnominal word, conjunction, independent word, full stop, auxiliary noun.

@@ -8,8 +8,7 @@
 namespace TAVO {
 
 int Tavo::analyze(char const* text, int length) {
-    if (length < 0 || (text == nullptr && length > 0))
-        throw std::invalid_argument("INVALID_ARGUMENT: Tavo::analyze()");
+    if (length < 0 || (text == nullptr && length > 0)) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::analyze()");
     return impl_->analyzeText({text, static_cast<std::size_t>(length)});
 }
 
@@ -105,10 +104,13 @@ std::string Tavo::getAnalyzedText(int sentence) const {
     switch (impl_->context.settings.mode(Mode::OutputConvert)) {
         case 0:
         case 1:
-        case 2: return std::string(found->text);
-        case 3: return std::string(found->given);
+        case 2:
+            return std::string(found->text);
+        case 3:
+            return std::string(found->given);
         // The misspelt name is kept as is.
-        default: throw std::logic_error("LOGIC_ERROR: Tavo::getAnalyedText(): Illegal Output Convert Mode");
+        default:
+            throw std::logic_error("LOGIC_ERROR: Tavo::getAnalyedText(): Illegal Output Convert Mode");
     }
 }
 

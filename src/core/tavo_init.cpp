@@ -68,8 +68,8 @@ void applyStrings(Settings& settings, InitValues const& values) {
 
 using PathSetter = void (Tavo::*)(char const*);
 constexpr std::pair<char const*, PathSetter> kPathKeys[] = {
-    {"ReduceRule", &Tavo::setReduceRulePath},           {"ConvertRule", &Tavo::setConvertRulePath},
-    {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath},   {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath},
+    {"ReduceRule", &Tavo::setReduceRulePath},         {"ConvertRule", &Tavo::setConvertRulePath},
+    {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath}, {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath},
     {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath},
 };
 
@@ -91,7 +91,8 @@ void Tavo::Impl::applyInitFile(Tavo& tavo, std::string const& path) {
 
     bool const memoryMapped = context.settings.mode(Mode::MemoryMapped) == 1;
     auto const dics = values.find("Dic");
-    if (dics == values.end()) tavo.addDicPath((defaultFolder() + "/SysDic").c_str(), memoryMapped);
+    if (dics == values.end())
+        tavo.addDicPath((defaultFolder() + "/SysDic").c_str(), memoryMapped);
     else
         for (std::string const& dic : dics->second) tavo.addDicPath(dic.c_str(), memoryMapped);
     for (auto const& [key, setter] : kPathKeys)

@@ -36,7 +36,8 @@ void splitText(std::string_view text, Settings const& settings, PieceSink const&
     std::size_t start = 0;
     if (settings.mode(Mode::DelimitCRLF) == 1) {
         bool const drop = settings.mode(Mode::DeleteCRLF) == 1;
-        for (std::size_t pos = findMark(text, "\r\n"); pos != std::string_view::npos; pos = findMark(text, "\r\n", start)) {
+        for (std::size_t pos = findMark(text, "\r\n"); pos != std::string_view::npos;
+             pos = findMark(text, "\r\n", start)) {
             std::size_t const end = pos + (text.substr(pos).starts_with("\r\n") ? 2 : 1);
             splitAtDelimiters(text.substr(start, (drop ? pos : end) - start), settings.delimiters, piece);
             start = end;

@@ -48,7 +48,8 @@ void NodePool::grow() {
 
 std::size_t NodePool::blockOf(LatticeNode const* node) const noexcept {
     std::size_t block = current_;
-    while (block > 0 && (std::less<>()(node, blocks_[block].slots.get()) || !std::less<>()(node, usedEnd(block)))) --block;
+    while (block > 0 && (std::less<>()(node, blocks_[block].slots.get()) || !std::less<>()(node, usedEnd(block))))
+        --block;
     return block;
 }
 

@@ -1,0 +1,45 @@
+// The search written down slowly and obviously: the gold standard that the
+// library's lattice is compared with.
+#ifndef TAVO_TESTS_REFERENCE_SEARCH_HPP
+#define TAVO_TESTS_REFERENCE_SEARCH_HPP
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace TAVO::test {
+
+struct Record {
+    unsigned pid;
+    unsigned cost;
+};
+/// Records of each surface form, in chain order.
+using WordTable = std::map<std::string, std::vector<Record>>;
+using CostFunction = std::function<unsigned(unsigned left, unsigned right)>;
+
+struct ReferenceNode {
+    std::size_t start;
+    std::size_t length;
+    unsigned pid;
+    unsigned cost;
+    std::uint64_t connSum;
+    std::uint64_t wordSum;
+    int next;        // index of the chosen following node, -1 at the end
+    int madeBefore;  // index of the node made before it at the same start, -1 for none
+};
+
+struct ReferenceLattice {
+    std::vector<ReferenceNode> nodes;  // in the order of making
+    std::vector<int> lastMade;         // by position, -1 for none
+    int best = -1;                     // chosen first node
+};
+
+/// Ids: 1 begins a text, 2 ends it, 3 is the unknown word. A cost of 255 forbids.
+ReferenceLattice referenceSearch(std::string const& text, std::vector<WordTable> const& dictionaries,
+                                 CostFunction const& cost);
+
+}  // namespace TAVO::test
+
+#endif

@@ -1,0 +1,65 @@
+#include "engine/intake.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace TAVO {
+namespace {
+
+using namespace std::string_literals;
+
+std::vector<std::string> pieces(std::string const& text, int delimitCrlf, int deleteCrlf,
+                                std::vector<std::string> const& delimiters) {
+    Settings settings;
+    settings.setMode(Mode::DelimitCRLF, delimitCrlf);
+    settings.setMode(Mode::DeleteCRLF, deleteCrlf);
+    settings.delimiters = delimiters;
+    std::vector<std::string> result;
+    splitText(text, settings, [&](std::string_view piece) { result.emplace_back(piece); });
+    return result;
+}
+
+TEST(SplitText, CutsAtLineBreaksAndDelimiters) {
+    struct Case {
+        std::string text;
+        int delimitCrlf;
+        int deleteCrlf;
+        std::vector<std::string> delimiters;
+        std::vector<std::string> expected;
+    };
+    // 0x81 0x42 is the ideographic full stop; in 0x81 0x81 0x42 its first byte
+    // is the second one of another character.
+    Case const cases[] = {
+        {"", 0, 0, {}, {}},
+        {"", 1, 0, {"x"}, {}},
+        {"ab\ncd", 0, 0, {}, {"ab\ncd"}},
+        {"ab\ncd", 1, 0, {}, {"ab\n", "cd"}},
+        {"ab\r\ncd\r\n", 1, 0, {}, {"ab\r\n", "cd\r\n"}},
+        {"ab\r\ncd\r\n", 1, 1, {}, {"ab", "cd"}},
+        {"\n\nab", 1, 1, {}, {"ab"}},
+        {"\n\nab", 1, 0, {}, {"\n", "\n", "ab"}},
+        {"a\rb\n\rc", 1, 1, {}, {"a", "b", "c"}},
+        {"\x83\x0A", 1, 0, {}, {"\x83\x0A"}},
+        {"A\x81\x42" "B", 0, 0, {"\x81\x42"}, {"A\x81\x42", "B"}},
+        {"\x81\x81\x42", 0, 0, {"\x81\x42"}, {"\x81\x81\x42"}},
+        {"a..b.", 0, 0, {".", ".."}, {"a.", ".", "b."}},
+        {"a..b.", 0, 0, {"..", "."}, {"a..", "b."}},
+        {"a.b\nc.", 1, 1, {"."}, {"a.", "b", "c."}},
+        {"ab.", 0, 0, {"", ".x", "."}, {"ab."}},
+        {"a\0b.c"s, 0, 0, {"."}, {"a\0b."s, "c"}},
+    };
+    for (Case const& c : cases)
+        EXPECT_EQ(pieces(c.text, c.delimitCrlf, c.deleteCrlf, c.delimiters), c.expected) << testing::PrintToString(c.text);
+}
+
+TEST(DeleteLineBreaks, StepsByCharacters) {
+    EXPECT_EQ(deleteLineBreaks("a\r\nb\nc\r"), "abc");
+    EXPECT_EQ(deleteLineBreaks("\x83\x0A\x0A"), "\x83\x0A");
+    EXPECT_EQ(deleteLineBreaks("\x83"), "\x83");
+    EXPECT_EQ(deleteLineBreaks("\x83\0\n"s), "\x83\0"s);
+}
+
+}  // namespace
+}  // namespace TAVO
