@@ -106,8 +106,10 @@ void Tavo::getByRead(std::vector<Mrph>& result, char const* reading, int index) 
     if (reading == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::getByRead()");
     std::vector<ReadingWord const*> const words = impl_->context.dics.findByRead(reading, index);
     result.clear();
-    for (ReadingWord const* word : words)
-        result.push_back(MrphAccess::fromRecord(word->form, word->record, &impl_->context));
+    for (ReadingWord const* word : words) {
+        auto const length = static_cast<unsigned int>(word->form.size());
+        result.push_back(MrphAccess::fromRecord(word->form.data(), length, word->record, &impl_->context));
+    }
 }
 
 void Tavo::getByRead(std::vector<Mrph>& result, char const* reading, char const* path) {

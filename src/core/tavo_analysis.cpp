@@ -3,6 +3,7 @@
 #include "engine/intake.hpp"
 #include "result/assembly.hpp"
 
+#include <ostream>
 #include <stdexcept>
 
 namespace TAVO {
@@ -70,13 +71,16 @@ void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
     if (!impl_->hasResult) throw tavo_not_ready("No Analyze: Need to call analyze()");
     impl_->requireReady();
     if (Sentence const* const found = impl_->sentence(sentence, kRangeError))
-        assembleResult(out, impl_->context, *found);
+        getMrphArray(out, bestPath(*found), impl_->context, *found);
 }
 
 std::ostream& Tavo::output(std::ostream& os, int sentence) {
     std::vector<Mrph> morphemes;
     getResult(morphemes, sentence);
-    return outputSentence(os, impl_->context, morphemes);
+    Settings const& settings = impl_->context.settings;
+    for (Mrph const& morpheme : morphemes)
+        morpheme.output(os, settings.outputFormat.c_str(), settings.nullString.c_str(), false);
+    return os << settings.eos;
 }
 
 unsigned int Tavo::getSentenceCount() const { return static_cast<unsigned int>(impl_->context.sentences.size()); }
