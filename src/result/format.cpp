@@ -52,17 +52,38 @@ std::string_view majorClass(std::string_view name) {
 /// The values that a part takes from the whole morpheme it belongs to.
 void appendSharedValue(std::string& out, Directive const& directive, Mrph const& m) {
     switch (directive.letter) {
-        case 'c': appendNumber(out, m.getCost()); break;
-        case 'C': appendCategory(out, m); break;
-        case 'D': appendExt(out, m, directive.field); break;
-        case 'g': out += m.getGroup(); break;
-        case 'a': out += m.getAdditionalInfo(); break;
-        case 'b': out += m.getGrammarType(); break;
-        case 'A': out += m.getProsodicInfo(); break;
-        case 'B': out += m.getProsodicType(); break;
-        case 'x': out += m.getWordCooc(); break;
-        case 'X': out += m.getGroupCooc(); break;
-        default: break;
+        case 'c':
+            appendNumber(out, m.getCost());
+            break;
+        case 'C':
+            appendCategory(out, m);
+            break;
+        case 'D':
+            appendExt(out, m, directive.field);
+            break;
+        case 'g':
+            out += m.getGroup();
+            break;
+        case 'a':
+            out += m.getAdditionalInfo();
+            break;
+        case 'b':
+            out += m.getGrammarType();
+            break;
+        case 'A':
+            out += m.getProsodicInfo();
+            break;
+        case 'B':
+            out += m.getProsodicType();
+            break;
+        case 'x':
+            out += m.getWordCooc();
+            break;
+        case 'X':
+            out += m.getGroupCooc();
+            break;
+        default:
+            break;
     }
 }
 
@@ -78,43 +99,95 @@ void appendForm(std::string& out, Mrph const& m, bool plain) {
 
 void appendValue(std::string& out, Directive const& directive, Mrph const& m) {
     switch (directive.letter) {
-        case 'w': appendForm(out, m, true); break;
-        case 'W': appendForm(out, m, false); break;
-        case 'h': out += m.getPartOfSP(); break;
-        case 'H': out += majorClass(m.getPartOfSP()); break;
-        case 'k': out += m.getRead(true); break;
-        case 'K': out += m.getRead(false); break;
-        case 'p': out += m.getPron(true); break;
-        case 'P': out += m.getPron(false); break;
-        case 's': out += m.getStdForm(true); break;
-        case 'S': out += m.getStdForm(false); break;
-        case 'l': out += m.getLVRead(true); break;
-        case 'L': out += m.getLVRead(false); break;
-        case 'e': out += m.getEndForm(true); break;
-        case 'E': out += m.getEndForm(false); break;
-        default: appendSharedValue(out, directive, m); break;
+        case 'w':
+            appendForm(out, m, true);
+            break;
+        case 'W':
+            appendForm(out, m, false);
+            break;
+        case 'h':
+            out += m.getPartOfSP();
+            break;
+        case 'H':
+            out += majorClass(m.getPartOfSP());
+            break;
+        case 'k':
+            out += m.getRead(true);
+            break;
+        case 'K':
+            out += m.getRead(false);
+            break;
+        case 'p':
+            out += m.getPron(true);
+            break;
+        case 'P':
+            out += m.getPron(false);
+            break;
+        case 's':
+            out += m.getStdForm(true);
+            break;
+        case 'S':
+            out += m.getStdForm(false);
+            break;
+        case 'l':
+            out += m.getLVRead(true);
+            break;
+        case 'L':
+            out += m.getLVRead(false);
+            break;
+        case 'e':
+            out += m.getEndForm(true);
+            break;
+        case 'E':
+            out += m.getEndForm(false);
+            break;
+        default:
+            appendSharedValue(out, directive, m);
+            break;
     }
 }
 
 void appendPartValue(std::string& out, Directive const& directive, Mrph const& m, int part) {
     switch (directive.letter) {
         case 'w':
-        case 'W': out += MrphAccess::partForm(m, part); break;
-        case 'h': out += m.getPartOfSP(part); break;
-        case 'H': out += majorClass(m.getPartOfSP(part)); break;
+        case 'W':
+            out += MrphAccess::partForm(m, part);
+            break;
+        case 'h':
+            out += m.getPartOfSP(part);
+            break;
+        case 'H':
+            out += majorClass(m.getPartOfSP(part));
+            break;
         case 'k':
-        case 'K': out += m.getPartRead(part); break;
+        case 'K':
+            out += m.getPartRead(part);
+            break;
         case 'p':
-        case 'P': out += m.getPartPron(part); break;
+        case 'P':
+            out += m.getPartPron(part);
+            break;
         case 's':
-        case 'S': out += m.getPartStdForm(part); break;
+        case 'S':
+            out += m.getPartStdForm(part);
+            break;
         case 'l':
-        case 'L': out += m.getPartLVRead(part); break;
+        case 'L':
+            out += m.getPartLVRead(part);
+            break;
         case 'e':
-        case 'E': out += m.getPartEndForm(part); break;
-        case 'c': appendNumber(out, m.getPartCost(part)); break;
-        case 'x': out += m.getPartWordCooc(part); break;
-        case 'X': out += m.getPartGroupCooc(part); break;
+        case 'E':
+            out += m.getPartEndForm(part);
+            break;
+        case 'c':
+            appendNumber(out, m.getPartCost(part));
+            break;
+        case 'x':
+            out += m.getPartWordCooc(part);
+            break;
+        case 'X':
+            out += m.getPartGroupCooc(part);
+            break;
         default: {
             int localIndex = 0;
             appendSharedValue(out, directive, MrphAccess::getPartMrph(m, part, localIndex));

@@ -26,16 +26,26 @@ constexpr bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 /// The byte that "\" and @p letter stand for; no byte for an unknown letter.
 constexpr std::string_view escapedByte(char letter) noexcept {
     switch (letter) {
-        case '%': return "%";
-        case '\\': return "\\";
-        case 'a': return "\a";
-        case 'b': return "\b";
-        case 'f': return "\f";
-        case 'n': return "\n";
-        case 'r': return "\r";
-        case 't': return "\t";
-        case 'v': return "\v";
-        default: return {};
+        case '%':
+            return "%";
+        case '\\':
+            return "\\";
+        case 'a':
+            return "\a";
+        case 'b':
+            return "\b";
+        case 'f':
+            return "\f";
+        case 'n':
+            return "\n";
+        case 'r':
+            return "\r";
+        case 't':
+            return "\t";
+        case 'v':
+            return "\v";
+        default:
+            return {};
     }
 }
 
@@ -71,7 +81,8 @@ void scanFormat(std::string_view format, Literal literal, Value value) {
         pos += width;
         if (width == 2) continue;
         if (kind == '\\') {
-            std::string_view const byte = width == 0 ? std::string_view() : format_detail::escapedByte(directive.letter);
+            std::string_view const byte =
+                width == 0 ? std::string_view() : format_detail::escapedByte(directive.letter);
             if (!byte.empty()) literal(byte);
             continue;
         }

@@ -191,7 +191,7 @@ void eachAlternative(Mrph const& m, Visit visit) {
     AnalyzerContext const* owner = MrphAccess::owner(m);
     if (owner == nullptr || MrphAccess::candidateCount(m) < 2) return;
     for (unsigned int i = 0; i < MrphAccess::candidateCount(m); ++i) {
-        LatticeNode const& node = owner->lattice.node(MrphAccess::candidateIndex(m) + i);
+        LatticeNode const& node = owner->lattice.nodes().at(MrphAccess::candidateIndex(m) + i);
         if (node.length != m.getFormLength() || node.record == MrphAccess::record(m)) continue;
         if (MrphDic(node.record).pid() != ConnTable::kUnknownId) visit(node);
     }
