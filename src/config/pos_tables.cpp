@@ -7,7 +7,7 @@
 
 #include <tavo/error.hpp>
 
-#include <utility>
+#include <atomic>
 
 namespace TAVO {
 namespace {
@@ -31,11 +31,6 @@ constexpr char const* kMajorDefaults[] = {
     "Katakana",
     "Kanji",
     "Alphabet",
-};
-
-constexpr std::pair<char const*, std::uint8_t> kClassWords[] = {
-    {"Undef", kUndefPos}, {"Alphabet", kAlphabetPos}, {"Katakana", kKatakanaPos},
-    {"Kana", kKanaPos},   {"Symbol", kSymbolPos},     {"Roman", kRomanPos},
 };
 
 /// Calls add(stripped line, line number) for every line that is no comment.
@@ -114,6 +109,8 @@ void PosTables::setPartOfSP(ConnTable const* table) {
 }
 
 void PosTables::setPartOfSPType() {
+    static std::atomic<std::uint64_t> lastRevision{0};
+    revision_ = ++lastRevision;
     std::size_t const count = table_ == nullptr ? 0 : table_->idCount() + std::size_t{1};
     types_.assign(count, 0);
     conjugation_.assign(count, 0);
@@ -123,7 +120,7 @@ void PosTables::setPartOfSPType() {
         unsigned type = 0;
         if (major_.matches(name)) type |= kMajorPos;
         if (number_.matches(name)) type |= kNumberPos;
-        for (auto const& [word, bit] : kClassWords)
+        for (auto const& [word, bit] : kPosClassWords)
             if (name.has(word)) type |= bit;
         types_[pid] = static_cast<std::uint8_t>(type);
     }

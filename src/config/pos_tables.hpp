@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace TAVO {
@@ -22,6 +23,16 @@ enum PosType : std::uint8_t {
     kKanaPos = 0x04,
     kSymbolPos = 0x02,
     kRomanPos = 0x01,
+};
+
+/// Class words: a name that has one as head or feature carries its bit.
+struct PosClassWord {
+    std::string_view word;
+    std::uint8_t bit;
+};
+inline constexpr PosClassWord kPosClassWords[] = {
+    {"Undef", kUndefPos}, {"Alphabet", kAlphabetPos}, {"Katakana", kKatakanaPos},
+    {"Kana", kKanaPos},   {"Symbol", kSymbolPos},     {"Roman", kRomanPos},
 };
 
 class PosTables {
@@ -49,6 +60,9 @@ public:
     /// All names from id 1 on, in id order.
     std::vector<std::string> listedNames() const;
 
+    /// Changes with every change of names or type masks, in any table; never 0
+    /// once a table was set.
+    std::uint64_t revision() const noexcept { return revision_; }
     std::uint8_t type(std::uint32_t pid) const noexcept { return pid < types_.size() ? types_[pid] : std::uint8_t{0}; }
     bool isMajor(std::uint16_t pid) const noexcept { return (type(pid) & kMajorPos) != 0; }
     bool isUndef(std::uint16_t pid) const noexcept { return (type(pid) & kUndefPos) != 0; }
@@ -72,6 +86,7 @@ private:
     ConnTable const* table_ = nullptr;
     std::vector<std::uint8_t> types_;
     std::vector<std::uint8_t> conjugation_;  // per id; 0 until conjugation classes exist
+    std::uint64_t revision_ = 0;
     std::string numberPath_, majorPath_, publicPath_;
     PatternList number_, major_, public_;
 };

@@ -1,0 +1,169 @@
+#include "result/reduce_rules.hpp"
+
+#include "base/sjis.hpp"
+#include "base/text.hpp"
+#include "config/line_file.hpp"
+#include "result/mrph_access.hpp"
+
+#include <tavo/error.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace TAVO {
+namespace {
+
+constexpr Mode kReduceModes[] = {Mode::ReduceUndef, Mode::ReduceNumber, Mode::ReduceChar};
+
+/// The words of @p text between separators; every one stripped.
+std::vector<std::string_view> split(std::string_view text, std::string_view separators) {
+    std::vector<std::string_view> words;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        std::size_t const end = std::min(findMark(text, separators, begin), text.size());
+        words.push_back(strip(text.substr(begin, end - begin)));
+        begin = end + 1;
+    }
+    return words;
+}
+
+/// Where the options start: at the first ":" behind a blank, since names hold ":".
+std::size_t optionsStart(std::string_view text) {
+    for (std::size_t pos = findMark(text, ":"); pos != std::string_view::npos; pos = findMark(text, ":", pos + 1))
+        if (pos == 0 || text[pos - 1] == ' ' || text[pos - 1] == '\t') return pos;
+    return text.size();
+}
+
+/// Fills @p rule from the class words; returns the cause of a refusal, or "".
+std::string parseClass(std::string_view text, ReduceRule& rule) {
+    for (std::string_view const word : split(text, ":")) {
+        auto const* const found = std::find_if(std::begin(kPosClassWords), std::end(kPosClassWords),
+                                               [&](PosClassWord const& known) { return known.word == word; });
+        if (found == std::end(kPosClassWords) && word != "Number") return "Unknown Class:" + std::string(word);
+        rule.mask = static_cast<std::uint8_t>(rule.mask | (word == "Number" ? kNumberPos : found->bit));
+    }
+    if ((rule.mask & kUndefPos) != 0) rule.mode = Mode::ReduceUndef;
+    else if ((rule.mask & kNumberPos) != 0) rule.mode = Mode::ReduceNumber;
+    return {};
+}
+
+std::string parseOptions(std::string_view text, ReduceRule& rule) {
+    for (std::string_view const option : split(text, " \t")) {
+        if (option.empty()) continue;
+        std::size_t const equals = option.find('=');
+        std::string_view const key = option.substr(0, equals);
+        if (equals == std::string_view::npos || equals + 1 == option.size())
+            return "Option Without Value:" + std::string(option);
+        std::string value(option.substr(equals + 1));
+        if (key == "with") rule.with = std::move(value);
+        else if (key == "inner") rule.inner = std::move(value);
+        else return "Unknown Option:" + std::string(key);
+    }
+    return {};
+}
+
+std::string parseRule(std::string_view line, ReduceRule& rule) {
+    std::size_t const equals = line.find('=');
+    if (equals == std::string_view::npos) return "No Equals Sign";
+    if (std::string cause = parseClass(strip(line.substr(0, equals)), rule); !cause.empty()) return cause;
+    std::string_view const rest = line.substr(equals + 1);
+    std::size_t const options = optionsStart(rest);
+    rule.partOfSP = std::string(strip(rest.substr(0, options)));
+    return options == rest.size() ? std::string() : parseOptions(rest.substr(options + 1), rule);
+}
+
+}  // namespace
+
+void ReduceRules::load(char const* path) {
+    std::string const kept = path == nullptr ? "" : path;
+    std::vector<ReduceRule> rules;
+    if (path != nullptr) {
+        LineFile file(kept);
+        for (unsigned number = 1; file.next(); ++number) {
+            std::string_view const line = strip(file.line());
+            if (isCommentLine(file.line()) || line.empty()) continue;
+            ReduceRule rule;
+            std::string cause = parseRule(line, rule);
+            if (cause.empty() && rules.size() == kMaxRules) cause = "Too Many Rules";
+            if (!cause.empty()) throw illegal_format(kept + ":" + std::to_string(number) + ":" + cause);
+            rules.push_back(std::move(rule));
+        }
+    }
+    path_ = kept;
+    rules_ = std::move(rules);
+    ids_.clear();
+    boundRevision_ = 0;
+}
+
+void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
+    if (rules_.empty()) return;
+    int modes[3];
+    std::transform(std::begin(kReduceModes), std::end(kReduceModes), modes, [&](Mode m) { return settings.mode(m); });
+    if (boundRevision_ == pos.revision() && std::equal(std::begin(modes), std::end(modes), boundModes_)) return;
+
+    joinedPids_.clear();
+    for (ReduceRule const& rule : rules_) joinedPids_.push_back(rule.partOfSP.empty() ? 0 : pos.getPid(rule.partOfSP));
+    ids_.assign(pos.getPidMax() + std::size_t{1}, kNone);
+    PosName name;
+    for (std::uint32_t pid = 1; pid < ids_.size(); ++pid) {
+        std::uint8_t const type = pos.type(pid);
+        for (std::size_t i = 0; i < rules_.size() && type != 0; ++i) {
+            ReduceRule const& rule = rules_[i];
+            if ((type & rule.mask) != rule.mask || settings.mode(rule.mode) != 1) continue;
+            splitPosName(pos.name(pid), name);
+            bool const follows = rule.with.empty() || name.hasFeature(rule.with);
+            ids_[pid] = static_cast<std::uint8_t>((i + 1) | (follows ? kFollows : 0U));
+            break;
+        }
+    }
+    boundRevision_ = pos.revision();
+    std::copy(std::begin(modes), std::end(modes), boundModes_);
+}
+
+bool RunJoiner::isInner(Mrph const& m) const {
+    std::string_view const inner = rules_.rule(rule_).inner;
+    std::string_view const form = MrphAccess::form(m);
+    for (std::size_t pos = 0; pos < inner.size(); pos += charWidth(inner, pos))
+        if (inner.substr(pos, charWidth(inner, pos)) == form) return true;
+    return false;
+}
+
+void RunJoiner::add(Mrph&& m) {
+    std::uint32_t const pid = m.getPid();
+    std::uint8_t const rule = rules_.ruleOf(pid);
+    if (rule_ != ReduceRules::kNone) {
+        if (rule == rule_ && (!inner_.empty() || rules_.mayFollow(pid))) {
+            std::move(inner_.begin(), inner_.end(), std::back_inserter(run_));
+            inner_.clear();
+            run_.push_back(std::move(m));
+            return;
+        }
+        if (inner_.empty() && isInner(m)) {
+            inner_.push_back(std::move(m));
+            return;
+        }
+        finish();
+    }
+    if (rule == ReduceRules::kNone) {
+        out_.push_back(std::move(m));
+        return;
+    }
+    rule_ = rule;
+    run_.push_back(std::move(m));
+}
+
+void RunJoiner::addAlone(Mrph&& m) {
+    finish();
+    out_.push_back(std::move(m));
+}
+
+void RunJoiner::finish() {
+    if (rule_ == ReduceRules::kNone) return;
+    if (run_.size() == 1) out_.push_back(std::move(run_.front()));
+    else out_.push_back(MrphAccess::join(std::move(run_), rules_.joinedPid(rule_)));
+    std::move(inner_.begin(), inner_.end(), std::back_inserter(out_));
+    run_.clear();
+    inner_.clear();
+    rule_ = ReduceRules::kNone;
+}
+
+}  // namespace TAVO

@@ -1,0 +1,88 @@
+// Reduce rules: runs of neighbouring morphemes that come out as one.
+#ifndef TAVO_RESULT_REDUCE_RULES_HPP
+#define TAVO_RESULT_REDUCE_RULES_HPP
+
+#include "config/pos_tables.hpp"
+#include "config/settings.hpp"
+
+#include <tavo/mrph.hpp>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TAVO {
+
+/// One rule: the class that its members share, and what a run becomes.
+/// docs/reduce-rules.md tells the file's syntax.
+struct ReduceRule {
+    std::uint8_t mask = 0;         ///< every bit must be in a member's type mask
+    Mode mode = Mode::ReduceChar;  ///< the mode that switches the rule
+    std::string partOfSP;          ///< of the joined morpheme; empty: the first member's
+    std::string with;              ///< feature that a member needs to follow another; empty: none
+    std::string inner;             ///< characters that join when they stand between two members
+};
+
+/// The rules of one analyser, bound to its part-of-speech ids. A copyable value.
+class ReduceRules {
+public:
+    static constexpr std::uint8_t kNone = 0;
+
+    /// Replaces the rules by those of @p path; null clears them. Throws
+    /// file_not_found, and illegal_format (path:line:cause), after which the
+    /// earlier rules stay.
+    void load(char const* path);
+    bool empty() const noexcept { return rules_.empty(); }
+    std::string const& path() const noexcept { return path_; }
+
+    /// Resolves the rules for the ids of @p pos; cheap when nothing changed.
+    void bind(PosTables const& pos, Settings const& settings);
+
+    /// Number of the rule (from 1) that @p pid is a member of, kNone for none:
+    /// the first rule of the file whose mode is on and whose class fits.
+    std::uint8_t ruleOf(std::uint32_t pid) const noexcept {
+        return pid < ids_.size() ? static_cast<std::uint8_t>(ids_[pid] & ~kFollows) : kNone;
+    }
+    /// True when a morpheme of @p pid may follow another member directly.
+    bool mayFollow(std::uint32_t pid) const noexcept { return (ids_[pid] & kFollows) != 0; }
+    ReduceRule const& rule(std::uint8_t number) const noexcept { return rules_[number - 1U]; }
+    std::uint16_t joinedPid(std::uint8_t number) const noexcept { return joinedPids_[number - 1U]; }
+
+private:
+    static constexpr std::uint8_t kFollows = 0x80;
+    static constexpr std::size_t kMaxRules = 0x7F;
+
+    std::string path_;
+    std::vector<ReduceRule> rules_;
+    std::vector<std::uint8_t> ids_;          // by id: rule number, and kFollows
+    std::vector<std::uint16_t> joinedPids_;  // by rule
+    // What the bindings were made from.
+    std::uint64_t boundRevision_ = 0;
+    int boundModes_[3] = {-1, -1, -1};
+};
+
+/// Takes the morphemes of one sentence in order and appends them to a result,
+/// runs joined. Call finish() after the last one.
+class RunJoiner {
+public:
+    RunJoiner(ReduceRules const& rules, std::vector<Mrph>& out) : rules_(rules), out_(out) {}
+
+    void add(Mrph&& m);
+    /// Appends a morpheme that no run may cross.
+    void addAlone(Mrph&& m);
+    void finish();
+
+private:
+    bool isInner(Mrph const& m) const;
+
+    ReduceRules const& rules_;
+    std::vector<Mrph>& out_;
+    std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
+    std::vector<Mrph> run_;
+    std::vector<Mrph> inner_;  // at most one: stands behind the run until its fate is known
+};
+
+}  // namespace TAVO
+
+#endif
