@@ -8,6 +8,7 @@
 
 #include <tavo/mrph.hpp>
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,6 +83,9 @@ struct MrphAccess {
     /// Extends @p m over @p next; both live on inside @p m, so that part indexes
     /// keep addressing them. @p pid becomes the part of speech, 0 keeps m's own.
     static void append(Mrph& m, Mrph const& next, unsigned short pid);
+    /// One morpheme over all @p members (at least one), which live on inside it.
+    /// Its reading is theirs joined, none when one has none.
+    static Mrph join(std::vector<Mrph>&& members, unsigned short pid);
     /// Replaces @p out by one morpheme per part.
     static void divide(Mrph const& m, std::vector<Mrph>& out);
     static void divideAndPush(Mrph const& m, std::vector<Mrph>& out);
@@ -89,6 +93,10 @@ struct MrphAccess {
     /// Stores a copy with the analyser, which frees it with its input; null
     /// without analyser.
     static Mrph const* storeAlt(Mrph const& m);
+
+private:
+    /// Lengthens @p m over @p rest and gives it @p cover.
+    static void setMembers(Mrph& m, MrphCover&& cover, std::span<Mrph const> rest);
 };
 
 /// Appends @p m to @p out. Rules that merge it with the morphemes before it act here.

@@ -2,18 +2,10 @@
 #include "result/mrph_access.hpp"
 
 #include <algorithm>
+#include <span>
 
 namespace TAVO {
 namespace {
-
-/// Two texts that carry part separators as one. A text that is missing beside
-/// one that is there counts as empty parts, so that parts stay in their places.
-std::string joinParts(std::string first, unsigned firstParts, std::string second, unsigned secondParts) {
-    if (first.empty() && second.empty()) return {};
-    if (first.empty()) first.assign(firstParts - 1, '/');
-    if (second.empty()) second.assign(secondParts - 1, '/');
-    return first + "/" + second;
-}
 
 bool has(Mrph const& m, std::string MrphCover::*own) {
     MrphCover const* cover = MrphAccess::cover(m);
@@ -45,20 +37,24 @@ std::string combine(std::string const& first, std::string const& last, int mode,
     return first.empty() || last.empty() ? first + last : first + filler + last;
 }
 
-std::vector<std::string> combineExt(Mrph const& first, Mrph const& last, Settings const& settings) {
-    std::vector<char const*> firstFields, lastFields;
-    first.getExt(firstFields);
-    last.getExt(lastFields);
-    std::vector<std::string> fields(std::max(firstFields.size(), lastFields.size()));
+/// Combines the extension fields of the next member into those so far.
+void combineExt(std::vector<std::string>& fields, Mrph const& member, Settings const& settings, bool isFirst) {
+    std::vector<char const*> more;
+    member.getExt(more);
+    if (fields.size() < more.size()) fields.resize(more.size());
     for (std::size_t i = 0; i < fields.size(); ++i) {
+        char const* const value = i < more.size() ? more[i] : "";
+        if (isFirst) {
+            fields[i] = value;
+            continue;
+        }
         auto const index = static_cast<int>(i);
         auto const mode = settings.extCombine.find(index);
         auto const filler = settings.extFiller.find(index);
-        fields[i] = combine(i < firstFields.size() ? firstFields[i] : "", i < lastFields.size() ? lastFields[i] : "",
+        fields[i] = combine(fields[i], value,
                             mode != settings.extCombine.end() ? mode->second : static_cast<int>(Combine::Join),
                             filler != settings.extFiller.end() ? filler->second : std::string());
     }
-    return fields;
 }
 
 void addMissing(std::vector<unsigned short>& list, std::vector<unsigned short> const& more) {
@@ -67,37 +63,64 @@ void addMissing(std::vector<unsigned short>& list, std::vector<unsigned short> c
     }
 }
 
+/// What joining does with a text that some members lack.
+enum class Missing { Empty, DropsAll };
+
+/// The members' texts as one, parts separated. A text that is missing beside
+/// others counts as empty parts, so that parts stay in their places.
+template <class Text>
+std::string joinParts(std::span<Mrph const> members, Missing missing, Text&& textOf) {
+    std::string joined;
+    bool any = false;
+    for (Mrph const& member : members) {
+        std::string text = textOf(member);
+        if (text.empty() && missing == Missing::DropsAll) return {};
+        any = any || !text.empty();
+        if (text.empty()) text.assign(MrphAccess::partCount(member) - 1, '/');
+        if (&member != members.data()) joined.push_back('/');
+        joined += text;
+    }
+    return any ? joined : std::string();
+}
+
 /// Everything of a joined morpheme but its members and its form.
-MrphCover joinedCover(Mrph const& first, Mrph const& last, unsigned short pid, AnalyzerContext const* owner) {
+MrphCover joinedCover(std::span<Mrph const> members, unsigned short pid, AnalyzerContext const* owner,
+                      Missing missing) {
     static Settings const kDefaults;
     Settings const& settings = owner != nullptr ? owner->settings : kDefaults;
-    unsigned const firstParts = MrphAccess::partCount(first);
-    unsigned const lastParts = MrphAccess::partCount(last);
+    auto const anyHas = [&](std::string MrphCover::*own) {
+        return std::any_of(members.begin(), members.end(), [&](Mrph const& m) { return has(m, own); });
+    };
+    Mrph const& first = members.front();
     MrphCover cover;
     cover.replacesRecord = true;
     cover.pid = pid != 0 ? pid : first.getPid();
-    cover.cost = first.getCost() + last.getCost();
-    if (*MrphAccess::stdFormPtr(first) != '\0' || *MrphAccess::stdFormPtr(last) != '\0')
-        cover.stdForm = stdFormInParts(first) + "/" + stdFormInParts(last);
-    cover.readPron = joinParts(first.getReadPron(false), firstParts, last.getReadPron(false), lastParts);
-    if (has(first, &MrphCover::read) || has(last, &MrphCover::read))
-        cover.read = joinParts(first.getRead(false), firstParts, last.getRead(false), lastParts);
-    if (has(first, &MrphCover::pron) || has(last, &MrphCover::pron))
-        cover.pron = joinParts(first.getPron(false), firstParts, last.getPron(false), lastParts);
-    if (has(first, &MrphCover::lvRead) || has(last, &MrphCover::lvRead))
-        cover.lvRead = joinParts(first.getLVRead(false), firstParts, last.getLVRead(false), lastParts);
-    cover.group = combine(first.getGroup(), last.getGroup(), static_cast<int>(Combine::Join), ":");
-    cover.prosodicInfo = combine(first.getProsodicInfo(), last.getProsodicInfo(), settings.prosodicInfoCombine,
-                                 settings.prosodicInfoFiller);
-    cover.ext = combineExt(first, last, settings);
+    if (std::any_of(members.begin(), members.end(), [](Mrph const& m) { return *MrphAccess::stdFormPtr(m) != '\0'; }))
+        cover.stdForm = joinParts(members, Missing::Empty, stdFormInParts);
+    cover.readPron = joinParts(members, missing, [](Mrph const& m) { return m.getReadPron(false); });
+    if (anyHas(&MrphCover::read))
+        cover.read = joinParts(members, missing, [](Mrph const& m) { return m.getRead(false); });
+    if (anyHas(&MrphCover::pron))
+        cover.pron = joinParts(members, missing, [](Mrph const& m) { return m.getPron(false); });
+    if (anyHas(&MrphCover::lvRead))
+        cover.lvRead = joinParts(members, missing, [](Mrph const& m) { return m.getLVRead(false); });
     cover.grammarType = first.getGrammarType();  // marks of the boundary before the first member
     cover.prosodicType = first.getProsodicType();
-    first.getCategory(cover.category1, cover.category2, cover.category3);
-    std::vector<unsigned short> category1, category2, category3;
-    last.getCategory(category1, category2, category3);
-    addMissing(cover.category1, category1);
-    addMissing(cover.category2, category2);
-    addMissing(cover.category3, category3);
+    cover.cost = 0;
+    for (Mrph const& member : members) {
+        bool const isFirst = &member == &first;
+        cover.cost += member.getCost();
+        cover.group = combine(cover.group, member.getGroup(), static_cast<int>(Combine::Join), ":");
+        cover.prosodicInfo = isFirst ? member.getProsodicInfo()
+                                     : combine(cover.prosodicInfo, member.getProsodicInfo(),
+                                               settings.prosodicInfoCombine, settings.prosodicInfoFiller);
+        combineExt(cover.ext, member, settings, isFirst);
+        std::vector<unsigned short> category1, category2, category3;
+        member.getCategory(category1, category2, category3);
+        addMissing(cover.category1, category1);
+        addMissing(cover.category2, category2);
+        addMissing(cover.category3, category3);
+    }
     return cover;
 }
 
@@ -127,23 +150,39 @@ MrphCover partCover(Mrph const& m, int index, Mrph const& sub) {
 }  // namespace
 
 void MrphAccess::append(Mrph& m, Mrph const& next, unsigned short pid) {
-    Mrph last(next);  // next may be m itself
-    MrphCover cover = joinedCover(m, last, pid, m.owner_);
-    bool const wasJoined = m.cover_ && !m.cover_->subMrphs.empty();
-    if (wasJoined) {
+    Mrph const members[] = {m, next};
+    MrphCover cover = joinedCover(members, pid, m.owner_, Missing::Empty);
+    if (m.cover_ && !m.cover_->subMrphs.empty()) {
         cover.subMrphs = std::move(m.cover_->subMrphs);
         cover.additionalInfo = std::move(m.cover_->additionalInfo);
     } else {
-        cover.subMrphs.push_back(m);
+        cover.subMrphs.push_back(members[0]);
     }
-    std::string joinedForm;
-    bool const adjoins = m.form_ + m.formLength_ == last.form_ && m.form_ == m.rawForm_;
-    if (!adjoins) joinedForm = std::string(form(m)).append(form(last));
-    if (m.rawForm_ + m.rawFormLength_ == last.rawForm_) m.rawFormLength_ += last.rawFormLength_;
-    m.partCount_ += last.partCount_;
-    m.formLength_ += last.formLength_;
-    cover.subMrphs.push_back(std::move(last));
+    cover.subMrphs.push_back(members[1]);
+    setMembers(m, std::move(cover), std::span(members).subspan(1));
+}
+
+Mrph MrphAccess::join(std::vector<Mrph>&& members, unsigned short pid) {
+    Mrph joined(members.front());
+    MrphCover cover = joinedCover(members, pid, joined.owner_, Missing::DropsAll);
+    std::span<Mrph const> const rest = std::span<Mrph const>(members).subspan(1);
+    cover.subMrphs = std::move(members);  // the elements stay where rest points
+    setMembers(joined, std::move(cover), rest);
+    return joined;
+}
+
+void MrphAccess::setMembers(Mrph& m, MrphCover&& cover, std::span<Mrph const> rest) {
+    std::string joinedForm(form(m));
+    bool adjoins = m.form_ == m.rawForm_;
+    for (Mrph const& next : rest) {
+        adjoins = adjoins && m.form_ + m.formLength_ == next.form_;
+        joinedForm.append(form(next));
+        if (m.rawForm_ + m.rawFormLength_ == next.rawForm_) m.rawFormLength_ += next.rawFormLength_;
+        m.partCount_ += next.partCount_;
+        m.formLength_ += next.formLength_;
+    }
     m.cover_ = std::make_unique<MrphCover>(std::move(cover));
+    // A form that is no stretch of the sentence is kept by the morpheme.
     if (!adjoins) setForm(m, std::move(joinedForm));
 }
 

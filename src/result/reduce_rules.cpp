@@ -39,10 +39,13 @@ std::string parseClass(std::string_view text, ReduceRule& rule) {
         auto const* const found = std::find_if(std::begin(kPosClassWords), std::end(kPosClassWords),
                                                [&](PosClassWord const& known) { return known.word == word; });
         if (found == std::end(kPosClassWords) && word != "Number") return "Unknown Class:" + std::string(word);
-        rule.mask = static_cast<std::uint8_t>(rule.mask | (word == "Number" ? kNumberPos : found->bit));
+        std::uint8_t const bit = word == "Number" ? std::uint8_t{kNumberPos} : found->bit;
+        rule.mask = static_cast<std::uint8_t>(rule.mask | bit);
     }
-    if ((rule.mask & kUndefPos) != 0) rule.mode = Mode::ReduceUndef;
-    else if ((rule.mask & kNumberPos) != 0) rule.mode = Mode::ReduceNumber;
+    if ((rule.mask & kUndefPos) != 0)
+        rule.mode = Mode::ReduceUndef;
+    else if ((rule.mask & kNumberPos) != 0)
+        rule.mode = Mode::ReduceNumber;
     return {};
 }
 
@@ -54,9 +57,12 @@ std::string parseOptions(std::string_view text, ReduceRule& rule) {
         if (equals == std::string_view::npos || equals + 1 == option.size())
             return "Option Without Value:" + std::string(option);
         std::string value(option.substr(equals + 1));
-        if (key == "with") rule.with = std::move(value);
-        else if (key == "inner") rule.inner = std::move(value);
-        else return "Unknown Option:" + std::string(key);
+        if (key == "with")
+            rule.with = std::move(value);
+        else if (key == "inner")
+            rule.inner = std::move(value);
+        else
+            return "Unknown Option:" + std::string(key);
     }
     return {};
 }
@@ -158,8 +164,10 @@ void RunJoiner::addAlone(Mrph&& m) {
 
 void RunJoiner::finish() {
     if (rule_ == ReduceRules::kNone) return;
-    if (run_.size() == 1) out_.push_back(std::move(run_.front()));
-    else out_.push_back(MrphAccess::join(std::move(run_), rules_.joinedPid(rule_)));
+    if (run_.size() == 1)
+        out_.push_back(std::move(run_.front()));
+    else
+        out_.push_back(MrphAccess::join(std::move(run_), rules_.joinedPid(rule_)));
     std::move(inner_.begin(), inner_.end(), std::back_inserter(out_));
     run_.clear();
     inner_.clear();
