@@ -37,6 +37,7 @@ private:
     std::uint32_t capacity_ = 0;
     std::vector<std::uint64_t> free_;
     std::vector<std::uint64_t> bases_;
+    std::vector<std::uint8_t> failures_;  ///< per word of bases_, up to the limit
     std::uint32_t firstFree_ = 1;
 };
 

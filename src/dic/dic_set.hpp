@@ -61,6 +61,7 @@ public:
 private:
     DicEntry& entry(int index, char const* operation);
     DicEntry const& entry(int index, char const* operation) const;
+    int position(char const* path, char const* operation) const;
 
     std::vector<DicEntry> entries_;
 };

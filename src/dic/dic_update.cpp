@@ -1,0 +1,181 @@
+// Rebuilds a dictionary in place from its source text.
+#include <tavo/error.hpp>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "base/text.hpp"
+#include "dic/dic_compiler.hpp"
+#include "dic/dic_set.hpp"
+#include "dic/file_access.hpp"
+#include "dic/pools.hpp"
+
+#include <cstdio>
+#include <new>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+namespace TAVO {
+namespace {
+
+enum UpdateResult { kNothingToDo, kRebuilt, kUsedByOthers, kNoSource, kSourceUnreadable, kRefused, kFileStepFailed };
+
+/// Modification time in the full resolution of the file system.
+using FileTime = std::pair<std::int64_t, std::int64_t>;
+
+std::optional<FileTime> modificationTime(std::string const& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    return FileTime(status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
+}
+
+class OpenFile {
+public:
+    explicit OpenFile(int handle) : handle_(handle) {}
+    ~OpenFile() { close(); }
+    OpenFile(OpenFile const&) = delete;
+    OpenFile& operator=(OpenFile const&) = delete;
+
+    explicit operator bool() const noexcept { return handle_ >= 0; }
+    int handle() const noexcept { return handle_; }
+    bool close() {
+        int const handle = std::exchange(handle_, -1);
+        return handle < 0 || FileClose(handle) == 0;
+    }
+
+private:
+    int handle_;
+};
+
+/// Marks a dictionary as being rebuilt by its only user, and ends that state on
+/// every way out.
+class RebuildMark {
+public:
+    explicit RebuildMark(Dic const* dic) : dic_(dic) { sharedPools().DIC_USED[dic_] = -1; }
+    ~RebuildMark() { sharedPools().DIC_USED[dic_] = 1; }
+    RebuildMark(RebuildMark const&) = delete;
+    RebuildMark& operator=(RebuildMark const&) = delete;
+
+    /// @p dic takes the marked one's place.
+    void moveTo(Dic const* dic) {
+        sharedPools().DIC_USED[dic] = -1;
+        sharedPools().DIC_USED.erase(std::exchange(dic_, dic));
+    }
+
+private:
+    Dic const* dic_;
+};
+
+/// Hands every line of the source to @p compiler.
+UpdateResult readSource(std::string const& path, DicCompiler& compiler) {
+    OpenFile const source(FileOpenShared(path.c_str()));
+    if (!source) return kSourceUnreadable;
+    LineReader reader(source.handle());
+    while (reader.next()) {
+        if (!isCommentLine(reader.line()) && !compiler.add(reader.line())) return kRefused;
+    }
+    return reader.failed() ? kSourceUnreadable : kRebuilt;
+}
+
+/// Writes the compiled dictionary to @p path; nothing stays there on failure.
+UpdateResult writeDictionary(DicCompiler& compiler, std::string const& path) {
+    OpenFile file(FileCreate(path.c_str()));
+    if (!file) return kFileStepFailed;
+    bool written = false;
+    try {
+        // On disk before it takes the old file's name, so that a crash leaves
+        // one of the two whole.
+        written = compiler.compile(file.handle(), false) && FileFlush(file.handle()) == 0 && file.close();
+    } catch (...) {
+        ::unlink(path.c_str());
+        throw;
+    }
+    if (written) return kRebuilt;
+    ::unlink(path.c_str());
+    return kRefused;
+}
+
+/// Puts the file @p path + "_tmp" in the place of @p path.
+bool replaceFile(std::string const& path) {
+    std::string const tmp = path + "_tmp";
+    std::string const bak = path + "_bak";
+    ::unlink(bak.c_str());
+    if (std::rename(path.c_str(), bak.c_str()) != 0) {
+        ::unlink(tmp.c_str());
+        return false;
+    }
+    if (std::rename(tmp.c_str(), path.c_str()) != 0) {
+        std::rename(bak.c_str(), path.c_str());
+        ::unlink(tmp.c_str());
+        return false;
+    }
+    ::unlink(bak.c_str());
+    return true;
+}
+
+/// Without its file a dictionary finds nothing; the next rebuild may cure that.
+void takeBackIfPossible(Dic& dic) {
+    try {
+        dic.takeBack();
+    } catch (std::exception const&) {
+        dic.release();
+    }
+}
+
+/// The dictionary now at @p path, null when it cannot be used.
+std::unique_ptr<Dic const> loadReplacement(std::string const& path, bool memoryMapped) {
+    try {
+        auto dic = std::make_unique<Dic const>(memoryMapped, path.c_str());
+        return dic->trie() != nullptr ? std::move(dic) : nullptr;
+    } catch (std::bad_alloc const&) {
+        throw;
+    } catch (std::exception const&) {
+        return nullptr;
+    }
+}
+
+/// Steps from the compiled temporary file to the entry's new dictionary.
+UpdateResult exchangeDictionary(DicEntry& entry, RebuildMark& mark) {
+    // Loaded dictionaries are constant to everybody but their only user here.
+    Dic& old = const_cast<Dic&>(*entry.dic);
+    old.release();
+    std::unique_ptr<Dic const> replacement;
+    try {
+        if (replaceFile(entry.path)) replacement = loadReplacement(entry.path, entry.memoryMapped);
+        if (replacement != nullptr) mark.moveTo(replacement.get());
+    } catch (...) {
+        takeBackIfPossible(old);
+        throw;
+    }
+    if (replacement == nullptr) {
+        takeBackIfPossible(old);
+        return kFileStepFailed;
+    }
+    entry.dic = replacement.get();
+    entry.readingIndex.reset();
+    sharedPools().DIC_POOL[entry.path] = std::move(replacement);  // frees the old one
+    return kRebuilt;
+}
+
+}  // namespace
+
+int DicSet::updateDic(int index, std::vector<std::string> const& names) {
+    DicEntry& updated = entry(index, "updateDic");
+    std::optional<FileTime> const compiledTime = modificationTime(updated.path);
+    if (!compiledTime) throw file_not_found(updated.path);
+    if (updated.sourcePath.empty()) return kNoSource;
+    std::optional<FileTime> const sourceTime = modificationTime(updated.sourcePath);
+    if (!sourceTime) return kSourceUnreadable;
+    if (*sourceTime <= *compiledTime) return kNothingToDo;
+
+    PoolLock const lock;
+    if (sharedPools().DIC_USED[updated.dic] != 1) return kUsedByOthers;
+    RebuildMark mark(updated.dic);
+    DicCompiler compiler(names);
+    if (UpdateResult const read = readSource(updated.sourcePath, compiler); read != kRebuilt) return read;
+    UpdateResult const written = writeDictionary(compiler, updated.path + "_tmp");
+    return written == kRebuilt ? exchangeDictionary(updated, mark) : written;
+}
+
+}  // namespace TAVO
