@@ -126,9 +126,11 @@ public:
     char const* getMajorPartOfSPPath() const;
     void setPublicPartOfSPPath(char const* path);
     char const* getPublicPartOfSPPath() const;
-    /// Kept only: convert and reduce rules act on nothing yet.
+    /// Kept only: convert rules act on nothing yet.
     void setConvertRulePath(char const* path);
     char const* getConvertRulePath() const;
+    /// Reads rules that join runs of morphemes (docs/reduce-rules.md); null
+    /// clears them. Throws file_not_found, and illegal_format (path:line:cause).
     void setReduceRulePath(char const* path);
     char const* getReduceRulePath() const;
 

@@ -61,7 +61,6 @@ struct Settings {
     std::string initFilePath;
     std::string connTablePath;
     std::string convertRulePath;
-    std::string reduceRulePath;
 };
 
 }  // namespace TAVO

@@ -25,6 +25,8 @@ struct Tavo::Impl {
     int analyzeText(std::string_view text);
     void analyzeLine(std::string_view piece);
     void setErrorSentence();
+    /// Turns a path of @p found into morphemes.
+    void assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found);
     /// Frees the results and everything they point at.
     void dropInput() noexcept;
 

@@ -51,10 +51,12 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     // Everything that can fail comes first.
     Settings settings = other.context.settings;
     PosTables pos = other.context.pos;
+    ReduceRules reduce = other.context.reduce;
     DicSet dics = other.context.dics;
     dropInput();
     context.settings = std::move(settings);
     context.pos = std::move(pos);
+    context.reduce = std::move(reduce);
     context.dics = std::move(dics);
     context.connTable = other.context.connTable;
 }

@@ -71,7 +71,13 @@ void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
     if (!impl_->hasResult) throw tavo_not_ready("No Analyze: Need to call analyze()");
     impl_->requireReady();
     if (Sentence const* const found = impl_->sentence(sentence, kRangeError))
-        getMrphArray(out, bestPath(*found), impl_->context, *found);
+        impl_->assemble(out, bestPath(*found), *found);
+}
+
+void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path,
+                          Sentence const& found) {
+    context.reduce.bind(context.pos, context.settings);
+    getMrphArray(out, path, context, found);
 }
 
 std::ostream& Tavo::output(std::ostream& os, int sentence) {

@@ -12,6 +12,7 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
     NodePool const& nodes = context.lattice.nodes();
     out.clear();
     out.reserve(path.size());
+    RunJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
     for (LatticeNode const* node : path) {
         std::span<LatticeNode const> const candidates = nodes.candidates(node);
@@ -19,11 +20,13 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
                                       static_cast<unsigned int>(candidates.size()), &context);
         text += node->length;
         if (divideWords && m.getPartCount() > 1) {
+            joiner.finish();
             MrphAccess::divideAndPush(m, out);
         } else {
-            reduceMrph(out, std::move(m));
+            joiner.add(std::move(m));
         }
     }
+    joiner.finish();
 }
 
 }  // namespace TAVO

@@ -7,6 +7,7 @@
 #include "dic/dic_set.hpp"
 #include "engine/lattice.hpp"
 #include "engine/sentence.hpp"
+#include "result/reduce_rules.hpp"
 
 #include <tavo/mrph.hpp>
 
@@ -24,6 +25,7 @@ struct AnalyzerContext {
     Settings settings;
     PosTables pos;
     DicSet dics;
+    ReduceRules reduce;
     ConnTable const* connTable = nullptr;  // owned by the pool
 
     // State of the last input.

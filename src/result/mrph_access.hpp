@@ -99,9 +99,6 @@ private:
     static void setMembers(Mrph& m, MrphCover&& cover, std::span<Mrph const> rest);
 };
 
-/// Appends @p m to @p out. Rules that merge it with the morphemes before it act here.
-inline void reduceMrph(std::vector<Mrph>& out, Mrph&& m) { out.push_back(std::move(m)); }
-
 }  // namespace TAVO
 
 #endif
