@@ -195,10 +195,10 @@ public:
 private:
     friend struct MrphAccess;
 
-    Mrph(char const* text, unsigned int length, unsigned char const* dic, AnalyzerContext const* owner);
-    Mrph(char const* text, LatticeNode const* node, unsigned int candidateIndex, unsigned int candidateCount,
-         AnalyzerContext const* owner);
-    Mrph(Mrph const& other, unsigned char const* dic);
+    TAVO_HIDDEN Mrph(char const* text, unsigned int length, unsigned char const* dic, AnalyzerContext const* owner);
+    TAVO_HIDDEN Mrph(char const* text, LatticeNode const* node, unsigned int candidateIndex,
+                     unsigned int candidateCount, AnalyzerContext const* owner);
+    TAVO_HIDDEN Mrph(Mrph const& other, unsigned char const* dic);
 
     char const* form_;
     std::uint32_t formLength_;

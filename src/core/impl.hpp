@@ -13,7 +13,7 @@
 
 namespace TAVO {
 
-struct Tavo::Impl {
+struct TAVO_HIDDEN Tavo::Impl {
     explicit Impl(std::uint32_t nodeCapacity) : context(nodeCapacity) {}
 
     /// Takes over settings, rule tables and attachments of @p other.
