@@ -49,12 +49,9 @@ TEST(PatternList, MatchesByHeadThenFeatures) {
         bool matches;
     };
     Case const cases[] = {
-        {"Noun", "Noun:Proper", true},
-        {"Noun:Proper", "Noun:Proper:Place", true},
-        {"Noun:Proper", "Noun", false},
-        {"Noun:Proper:Place", "Noun:Proper", false},
-        {"Noun", "Verb", false},
-        {"Noun:Proper", "Noun:Proper-7", true},
+        {"Noun", "Noun:Proper", true},  {"Noun:Proper", "Noun:Proper:Place", true},
+        {"Noun:Proper", "Noun", false}, {"Noun:Proper:Place", "Noun:Proper", false},
+        {"Noun", "Verb", false},        {"Noun:Proper", "Noun:Proper-7", true},
     };
     for (Case const& c : cases) {
         PatternList list;

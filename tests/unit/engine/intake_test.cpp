@@ -42,7 +42,12 @@ TEST(SplitText, CutsAtLineBreaksAndDelimiters) {
         {"\n\nab", 1, 0, {}, {"\n", "\n", "ab"}},
         {"a\rb\n\rc", 1, 1, {}, {"a", "b", "c"}},
         {"\x83\x0A", 1, 0, {}, {"\x83\x0A"}},
-        {"A\x81\x42" "B", 0, 0, {"\x81\x42"}, {"A\x81\x42", "B"}},
+        {"A\x81\x42"
+         "B",
+         0,
+         0,
+         {"\x81\x42"},
+         {"A\x81\x42", "B"}},
         {"\x81\x81\x42", 0, 0, {"\x81\x42"}, {"\x81\x81\x42"}},
         {"a..b.", 0, 0, {".", ".."}, {"a.", ".", "b."}},
         {"a..b.", 0, 0, {"..", "."}, {"a..", "b."}},
@@ -51,7 +56,8 @@ TEST(SplitText, CutsAtLineBreaksAndDelimiters) {
         {"a\0b.c"s, 0, 0, {"."}, {"a\0b."s, "c"}},
     };
     for (Case const& c : cases)
-        EXPECT_EQ(pieces(c.text, c.delimitCrlf, c.deleteCrlf, c.delimiters), c.expected) << testing::PrintToString(c.text);
+        EXPECT_EQ(pieces(c.text, c.delimitCrlf, c.deleteCrlf, c.delimiters), c.expected)
+            << testing::PrintToString(c.text);
 }
 
 TEST(DeleteLineBreaks, StepsByCharacters) {
