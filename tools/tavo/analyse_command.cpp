@@ -1,0 +1,137 @@
+// tavo [FILE...]: analyses text line by line.
+#include "command_line.hpp"
+#include "file_io.hpp"
+#include "lexicon.hpp"
+#include "line_reader.hpp"
+#include "pipeline.hpp"
+
+#include "config/init_file.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+#include <thread>
+
+#include <unistd.h>
+
+namespace tool {
+
+namespace {
+
+enum class Flush { Auto, Line };
+
+struct AnalyseOptions {
+    std::vector<std::string> files;
+    LexiconOptions lexicon;
+    OutputOptions output;
+    Flush flush = Flush::Auto;
+    unsigned threads = 1;
+};
+
+constexpr char kDescription[] = "Analyses Japanese text: splits it into words and tells what they are.";
+
+constexpr char kExamples[] =
+    "Examples:\n"
+    "  echo すもももももももものうち | tavo     each word with part of speech and reading\n"
+    "  tavo -O wakati novel.txt               words separated by blanks, for search and statistics\n"
+    "  tavo -O mecab < novel.txt              word, tab, fields; EOS ends a line\n"
+    "  tavo -O json novel.txt | jq .          one object a line, with positions\n"
+    "  tavo -F '%w[%k] ' --eos '\\n' a.txt     your own format: each word and its reading\n"
+    "  tavo -d my.dic a.txt                   with a dictionary of your own\n"
+    "  tavo -j 4 -O wakati big.txt            on four threads\n"
+    "\n"
+    "Other commands (each has --help):\n"
+    "  tavo dic build words.txt -c ConnTable -o my.dic   compile a dictionary\n"
+    "  tavo dic dump my.dic                              its words as source text\n"
+    "  tavo dic check my.dic                             look for damage\n"
+    "  tavo lookup すもも                                the entries of a word\n"
+    "  tavo reading すもも                               the words that read so\n"
+    "  tavo import mecab DIR -o OUT                      make a lexicon from a MeCab-format one\n"
+    "\n"
+    "The lexicon is looked for in the folder TAVO_PATH, in the installed data folder,\n"
+    "and beside the program. Whatever a line holds comes back unchanged: characters\n"
+    "that dictionaries cannot hold and bytes that are not UTF-8 included.\n"
+    "Exit status: 0 all went well, 1 something about the data failed, 2 wrong usage.";
+
+void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
+    static std::map<std::string, OutputKind> const kKinds = {{"tavo", OutputKind::Tavo},
+                                                             {"wakati", OutputKind::Wakati},
+                                                             {"mecab", OutputKind::Mecab},
+                                                             {"json", OutputKind::Json}};
+    static std::map<std::string, Flush> const kFlushes = {{"auto", Flush::Auto}, {"line", Flush::Line}};
+    OutputOptions& output = options.output;
+    app.add_option("-O,--output", output.kind, "tavo (default), wakati, mecab or json")
+        ->transform(CLI::CheckedTransformer(kKinds).description(""))
+        ->type_name("FORM");
+    app.add_option("-F,--format", output.format,
+                   "Format of each word: %w word, %h part of speech, %k reading, %p pronunciation, %s base form, "
+                   "%c cost, %10w padded to 10 columns, \\n \\t \\\\ \\%")
+        ->type_name("FORMAT");
+    app.add_option("--eos", output.eos, "Text behind each sentence (forms tavo and mecab); knows \\n and \\t")
+        ->type_name("TEXT");
+    app.add_option("--null", output.nullString, "Text for an empty value (forms tavo and mecab)")->type_name("TEXT");
+    app.add_flag("--classes", output.showClasses, "Show the cost class of a part of speech (NAME-2)");
+    addEncodingOption(app, output.encoding);
+    app.add_option("--flush", options.flush, "line: write each line's result at once, for use between programs")
+        ->transform(CLI::CheckedTransformer(kFlushes).description(""))
+        ->type_name("WHEN");
+}
+
+void check(OutputOptions& output) {
+    bool const styled = output.kind == OutputKind::Tavo || output.kind == OutputKind::Mecab;
+    if (output.format && output.kind != OutputKind::Tavo)
+        throw ToolError(ExitStatus::Usage, "-F is a form of its own: leave -O out");
+    if (!styled && (output.eos || output.nullString))
+        throw ToolError(ExitStatus::Usage, "--eos and --null go with the forms tavo and mecab only");
+    if (output.eos) output.eos = TAVO::decodeEscapes(*output.eos);
+    if (output.nullString) output.nullString = TAVO::decodeEscapes(*output.nullString);
+}
+
+/// True when somebody may be waiting for the result of each line.
+bool isInteractive(AnalyseOptions const& options) {
+    bool const readsTerminal =
+        std::find(options.files.begin(), options.files.end(), "-") != options.files.end() && isatty(STDIN_FILENO) == 1;
+    return readsTerminal || isatty(STDOUT_FILENO) == 1;
+}
+
+void warnOfInvalidBytes(InputReport const& report) {
+    if (report.invalidBytes == 0) return;
+    std::string const file = report.firstInvalidFile == "-" ? "standard input" : report.firstInvalidFile;
+    complain("warning: " + std::to_string(report.invalidBytes) +
+             " bytes are not UTF-8 and came back unchanged; the first in " + file + ", line " +
+             std::to_string(report.firstInvalidLine) + " (Shift_JIS text? use --encoding sjis)");
+}
+
+ExitStatus analyse(AnalyseOptions& options) {
+    check(options.output);
+    if (options.files.empty()) options.files.emplace_back("-");
+    if (options.threads == 0) options.threads = std::max(1U, std::thread::hardware_concurrency());
+    if (options.threads > 1) TAVO::Tavo::readyForThread();
+
+    TAVO::Tavo prototype;
+    openLexicon(prototype, options.lexicon);
+    // A line is a text whatever an init file says, and none of it is left out.
+    prototype.setDelimitCRLFMode(0);
+    prototype.setDeleteCRLFMode(0);
+
+    LineReader reader(options.files, options.flush == Flush::Line || isInteractive(options));
+    warnOfInvalidBytes(runPipeline(reader, prototype, options.output, options.threads, writeStandardOutput));
+    return reader.failed() ? ExitStatus::Data : ExitStatus::Ok;
+}
+
+}  // namespace
+
+ExitStatus analyseCommand(int argc, char** argv) {
+    AnalyseOptions options;
+    CLI::App app(kDescription, "tavo");
+    app.footer(kExamples);
+    app.set_version_flag("--version", "tavo " TAVO_VERSION);
+    app.add_option("FILE", options.files, "Text, one line a text; standard input without, or for -")->type_name("");
+    addOutputOptions(app, options);
+    addLexiconOptions(app, options.lexicon);
+    app.add_option("-j,--jobs", options.threads, "Number of threads; 0: one per processor")->type_name("N");
+    return parseAndRun(app, argc, argv, [&] { return analyse(options); });
+}
+
+}  // namespace tool

@@ -1,0 +1,67 @@
+#include "block_analyser.hpp"
+
+#include "base/sjis.hpp"
+
+#include <cstring>
+
+namespace tool {
+
+std::size_t pieceLength(std::string_view line, std::size_t limit, Encoding encoding) noexcept {
+    if (line.size() <= limit) return line.size();
+    if (encoding == Encoding::Sjis) {
+        std::size_t at = 0;
+        for (std::size_t next = 0; next <= limit; next += TAVO::charWidth(line, next)) at = next;
+        return at;
+    }
+    auto const continues = [&](std::size_t at) { return (static_cast<unsigned char>(line[at]) & 0xC0U) == 0x80; };
+    constexpr std::size_t kMostContinuationBytes = 3;
+    for (std::size_t back = 0; back <= kMostContinuationBytes && back < limit; ++back)
+        if (!continues(limit - back)) return limit - back;
+    return limit;  // no character, so nothing to keep whole
+}
+
+BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& options)
+    : analyser_(prototype), encoding_(options.encoding), writer_(makeLineWriter(options, analyser_)) {}
+
+BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
+    BlockReport report;
+    while (!block.empty()) {
+        void const* const found = std::memchr(block.data(), '\n', block.size());
+        bool const complete = found != nullptr;
+        auto const length =
+            complete ? static_cast<std::size_t>(static_cast<char const*>(found) - block.data()) : block.size();
+        std::string_view line = block.substr(0, length);
+        block.remove_prefix(length + (complete ? 1 : 0));
+        // CR LF is a line break as a whole; any other CR is text.
+        bool const carriageReturn = complete && line.ends_with('\r');
+        if (carriageReturn) line.remove_suffix(1);
+
+        ++report.lines;
+        writer_->beginLine(line, out);
+        runLine(line, out);
+        writer_->endLine(carriageReturn, out);
+        if (invalidBytes_ != 0) {
+            if (report.invalidBytes == 0) report.firstInvalidLine = report.lines;
+            report.invalidBytes += invalidBytes_;
+            invalidBytes_ = 0;
+        }
+    }
+    return report;
+}
+
+void BlockAnalyser::runLine(std::string_view line, OutBuffer& out) {
+    while (!line.empty()) {
+        std::string_view const piece = line.substr(0, pieceLength(line, kMaxPieceBytes, encoding_));
+        line.remove_prefix(piece.size());
+        if (encoding_ == Encoding::Utf8) {
+            text_.assignUtf8(piece);
+            invalidBytes_ += text_.invalidBytes();
+        } else {
+            text_.assignSjis(piece);
+        }
+        analyser_.analyze(text_.sjis().data(), static_cast<int>(text_.sjis().size()));
+        writer_->writePiece(text_, analyser_, out);
+    }
+}
+
+}  // namespace tool

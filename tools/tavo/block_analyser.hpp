@@ -1,0 +1,54 @@
+// Analyses blocks of lines.
+#ifndef TAVO_TOOL_BLOCK_ANALYSER_HPP
+#define TAVO_TOOL_BLOCK_ANALYSER_HPP
+
+#include "line_text.hpp"
+#include "line_writer.hpp"
+#include "out_buffer.hpp"
+
+#include <tavo/tavo.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+namespace tool {
+
+/// What a block held.
+struct BlockReport {
+    std::size_t lines = 0;
+    std::size_t invalidBytes = 0;
+    std::size_t firstInvalidLine = 0;  // 1-based in the block; 0 when there is none
+};
+
+/// The length of the piece of @p line to analyse next: all of it, or at most
+/// @p limit bytes, which end between two characters.
+std::size_t pieceLength(std::string_view line, std::size_t limit, Encoding encoding) noexcept;
+
+/// An analyser with its output form. One thread uses it at a time.
+class BlockAnalyser {
+public:
+    /// Longer lines are analysed in pieces of at most this many bytes, which is
+    /// what the library takes at once.
+    static constexpr std::size_t kMaxPieceBytes = 16'843'009;
+
+    /// Copies settings and attachments of @p prototype.
+    BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& options);
+
+    /// Appends the analysis of each line of @p block to @p out. The bytes behind
+    /// the block must be as LineText::assignUtf8 demands.
+    BlockReport run(std::string_view block, OutBuffer& out);
+
+private:
+    void runLine(std::string_view line, OutBuffer& out);
+
+    TAVO::Tavo analyser_;
+    Encoding encoding_;
+    std::unique_ptr<LineWriter> writer_;
+    LineText text_;
+    std::size_t invalidBytes_ = 0;
+};
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,36 @@
+#include "command_line.hpp"
+
+#include "file_io.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <map>
+
+namespace tool {
+
+ExitStatus parseAndRun(CLI::App& app, int argc, char** argv, std::function<ExitStatus()> const& action) {
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::CallForHelp const&) {
+        // A command below this one may have been asked.
+        CLI::App const* asked = &app;
+        while (!asked->get_subcommands().empty()) asked = asked->get_subcommands().front();
+        writeStandardOutput(asked->help());
+        return ExitStatus::Ok;
+    } catch (CLI::CallForVersion const& version) {
+        writeStandardOutput(std::string(version.what()) + "\n");
+        return ExitStatus::Ok;
+    } catch (CLI::ParseError const& error) {
+        throw ToolError(ExitStatus::Usage, std::string(error.what()) + "\nTry: " + app.get_name() + " --help");
+    }
+    return action();
+}
+
+void addEncodingOption(CLI::App& app, Encoding& encoding) {
+    static std::map<std::string, Encoding> const kNames = {{"utf8", Encoding::Utf8}, {"sjis", Encoding::Sjis}};
+    app.add_option("--encoding", encoding, "Of input and output: utf8 (default) or sjis, code page 932")
+        ->transform(CLI::CheckedTransformer(kNames, CLI::ignore_case).description(""))
+        ->type_name("NAME");
+}
+
+}  // namespace tool

@@ -1,0 +1,33 @@
+// Whole texts between UTF-8 and Shift_JIS (code page 932): arguments,
+// dictionary sources, values of dictionary records.
+#ifndef TAVO_TOOL_ENCODING_HPP
+#define TAVO_TOOL_ENCODING_HPP
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+class OutBuffer;
+
+enum class Encoding { Utf8, Sjis };
+
+/// Appends @p sjis in UTF-8; U+FFFD for a code that has no character.
+void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis);
+std::string sjisToUtf8(std::string_view sjis);
+
+/// Appends @p utf8 in Shift_JIS. Stops at the first character that code page
+/// 932 lacks, or byte that is not UTF-8, and returns its offset.
+std::optional<std::size_t> appendUtf8AsSjis(std::string& out, std::string_view utf8);
+
+/// An argument of the command line in Shift_JIS. Throws ToolError (usage) that
+/// names @p what when code page 932 cannot hold it.
+std::string argumentToSjis(std::string_view utf8, Encoding encoding, std::string_view what);
+/// Shift_JIS as the user's encoding shows it.
+std::string fromSjis(std::string_view sjis, Encoding encoding);
+
+}  // namespace tool
+
+#endif

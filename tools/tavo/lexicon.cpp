@@ -1,0 +1,108 @@
+#include "lexicon.hpp"
+
+#include "tool_error.hpp"
+
+#include <CLI/App.hpp>
+
+#include <cstdlib>
+#include <optional>
+#include <system_error>
+
+namespace tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kPathVariable[] = "TAVO_PATH";
+
+char const* pathVariable() {
+    char const* const value = std::getenv(kPathVariable);
+    return value != nullptr && *value != '\0' ? value : nullptr;
+}
+
+bool holdsLexicon(fs::path const& folder) {
+    std::error_code ignored;
+    return fs::exists(folder / "SysDic", ignored) && fs::exists(folder / "ConnTable", ignored);
+}
+
+/// The folder to use; a TAVO_PATH that is passed over is worth a warning.
+std::optional<fs::path> findLexicon() {
+    auto const folders = lexiconFolders();
+    for (fs::path const& folder : folders) {
+        if (!holdsLexicon(folder)) continue;
+        if (pathVariable() != nullptr && folder != folders.front())
+            complain("warning: no lexicon in " + folders.front().string() + " (TAVO_PATH); using " + folder.string());
+        return folder;
+    }
+    return std::nullopt;
+}
+
+ToolError noLexicon() {
+    std::string text = "no lexicon found; looked for SysDic and ConnTable in";
+    for (fs::path const& folder : lexiconFolders()) text += "\n  " + folder.string();
+    text +=
+        "\nMake one with `make lexicon` in the source tree, or from any MeCab-format lexicon with"
+        "\n  tavo import mecab DIR -o OUT"
+        "\nand name it: TAVO_PATH=OUT tavo ...";
+    return ToolError(ExitStatus::Data, text);
+}
+
+void addDictionaries(TAVO::Tavo& analyser, LexiconOptions const& options) {
+    for (std::string const& dictionary : options.dictionaries) analyser.addDicPath(dictionary.c_str(), true);
+}
+
+}  // namespace
+
+void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
+    app.add_option("-i,--init", options.initFile, "Init file with settings, dictionaries and connection table")
+        ->type_name("FILE");
+    app.add_option("-d,--dic", options.dictionaries,
+                   "Dictionary, used before those of the lexicon; with its source for rebuilding: DIC,SRC. "
+                   "May be repeated")
+        ->type_name("DIC[,SRC]")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    app.add_option("-c,--conn", options.connTable, "Connection table; then only the dictionaries of -d are used")
+        ->type_name("FILE");
+}
+
+std::vector<fs::path> lexiconFolders() {
+    std::vector<fs::path> folders;
+    if (char const* const folder = pathVariable()) folders.emplace_back(folder);
+    folders.emplace_back(TAVO_DATA_DIR);
+    std::error_code failed;
+    fs::path const program = fs::read_symlink("/proc/self/exe", failed);
+    if (!failed) {
+        fs::path const beside = program.parent_path().parent_path() / "share" / "tavo";
+        if (beside != folders.back()) folders.push_back(beside);
+    }
+    return folders;
+}
+
+void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options) {
+    if (!options.connTable.empty()) {
+        if (options.dictionaries.empty() && options.initFile.empty())
+            throw ToolError(ExitStatus::Usage, "-c needs dictionaries: name them with -d or in the init file of -i");
+        if (options.initFile.empty()) {
+            analyser.setConnTablePath(options.connTable.c_str());
+            return addDictionaries(analyser, options);
+        }
+    }
+    auto const folder = findLexicon();
+    if (options.initFile.empty() && !folder) throw noLexicon();
+    // The library looks here for what an init file does not name.
+    if (folder) setenv(kPathVariable, folder->c_str(), 1);
+    addDictionaries(analyser, options);
+
+    std::string const initFile = options.initFile.empty() ? (*folder / "tavo.init").string() : options.initFile;
+    if (std::error_code ignored; !options.initFile.empty() || fs::exists(initFile, ignored)) {
+        analyser.setInitFilePath(initFile.c_str());
+    } else {
+        analyser.addDicPath((*folder / "SysDic").c_str(), true);
+        analyser.setConnTablePath((*folder / "ConnTable").c_str());
+    }
+    if (!options.connTable.empty()) analyser.setConnTablePath(options.connTable.c_str());
+}
+
+}  // namespace tool

@@ -1,0 +1,142 @@
+#include "line_text.hpp"
+
+#include "cp932_tables.hpp"
+#include "utf8.hpp"
+
+#include "base/bytes.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tool {
+
+namespace {
+
+constexpr std::uint16_t kFirstTwoByteCode = 0x100;
+
+void storeCode(char* out, std::uint16_t code) noexcept {
+    out[0] = static_cast<char>(code & 0xFF);
+    out[1] = static_cast<char>(code >> 8);
+}
+
+/// The kana that @p kana and a combining mark (U+3099 voiced, U+309A
+/// semi-voiced) show together; 0 when they do not combine.
+char32_t voicedKana(char32_t kana, char32_t mark) noexcept {
+    if (kana == 0x30A6 && mark == 0x3099) return 0x30F4;  // the katakana U; hiragana has no such character here
+    char32_t const hiragana = kana >= 0x30A1 && kana <= 0x30F6 ? kana - 0x60 : kana;
+    bool const haRow = hiragana >= 0x306F && hiragana <= 0x307B && (hiragana - 0x306F) % 3 == 0;
+    bool const kaToTi = hiragana >= 0x304B && hiragana <= 0x3061 && hiragana % 2 == 1;
+    bool const tuToTo = hiragana >= 0x3064 && hiragana <= 0x3068 && hiragana % 2 == 0;
+    if (mark == 0x3099) return haRow || kaToTi || tuToTo ? kana + 1 : 0;
+    return haRow ? kana + 2 : 0;
+}
+
+}  // namespace
+
+/// Where the conversion stands.
+struct LineText::Cursor {
+    char const* in;
+    char* out;
+    std::uint32_t* offset;
+
+    std::uint32_t position(std::string_view line) const noexcept {
+        return static_cast<std::uint32_t>(in - line.data());
+    }
+};
+
+void LineText::assignSjis(std::string_view line) noexcept {
+    original_ = sjis_ = line;
+    utf8_ = false;
+    invalidBytes_ = 0;
+}
+
+void LineText::grow(std::size_t lineBytes) {
+    // No character has more Shift_JIS bytes than UTF-8 bytes; the stores of the
+    // fast paths reach beyond the end.
+    capacity_ = std::max(lineBytes, capacity_ * 2) + 4 * kPaddingBytes;
+    bytes_ = std::make_unique_for_overwrite<char[]>(capacity_);
+    offsets_ = std::make_unique_for_overwrite<std::uint32_t[]>(capacity_);
+}
+
+void LineText::assignUtf8(std::string_view line) {
+    if (capacity_ < line.size() + 4 * kPaddingBytes) grow(line.size());
+    original_ = line;
+    utf8_ = true;
+    invalidBytes_ = 0;
+
+    Cursor at{line.data(), bytes_.get(), offsets_.get()};
+    char const* const end = line.data() + line.size();
+    while (at.in < end) {
+        std::uint32_t const w = TAVO::loadU32(TAVO::asBytes(at.in));
+        std::uint32_t const position = at.position(line);
+        if ((w & 0x00C0C0F0U) == 0x008080E0U) {
+            std::uint32_t const character = (w & 0xFU) << 12 | (w >> 2 & 0xFC0U) | (w >> 16 & 0x3FU);
+            std::uint16_t const code = kCp932FromUnicode[character];
+            if (code >= kFirstTwoByteCode && character >= 0x800) {
+                storeCode(at.out, code);
+                at.offset[0] = position;
+                at.offset[1] = position + 3;
+                at.in += 3;
+                at.out += 2;
+                at.offset += 2;
+                continue;
+            }
+        } else if ((w & 0x80U) == 0) {
+            *at.out++ = *at.in++;
+            *at.offset++ = position;
+            continue;
+        }
+        convertRare(at);
+    }
+    if (at.out == bytes_.get() && !line.empty()) {
+        // Nothing but characters that belong to a neighbour, and no neighbour.
+        std::memcpy(at.out, kUnknownCharacter, 2);
+        at.offset[1] = static_cast<std::uint32_t>(line.size());
+        at.out += 2;
+        at.offset += 2;
+    }
+    *at.offset = static_cast<std::uint32_t>(line.size());
+    offsets_[0] = 0;
+    sjis_ = {bytes_.get(), static_cast<std::size_t>(at.out - bytes_.get())};
+}
+
+/// Everything but ASCII and three-byte sequences of two-byte codes.
+void LineText::convertRare(Cursor& at) {
+    std::string_view const rest = original_.substr(static_cast<std::size_t>(at.in - original_.data()));
+    Utf8Char const c = decodeUtf8(rest);
+    std::uint32_t const position = at.position(original_);
+    at.in += c.bytes;
+    if (!c.valid) {
+        ++invalidBytes_;
+        *at.out++ = kInvalidByte;
+        *at.offset++ = position;
+        return;
+    }
+    bool const afterTwoBytes = at.out - bytes_.get() >= 2 && at.offset[-1] == position;
+    if (isZeroWidth(c.character)) {
+        if (!afterTwoBytes) return;
+        at.offset[-1] = position + c.bytes;
+        auto const* const last = TAVO::asBytes(at.out) - 2;
+        if (c.character != 0x3099 && c.character != 0x309A) return;
+        char32_t const joined = voicedKana(kUnicodeFromCp932[(last[0] & 0x7FU) * 0x100U + last[1]], c.character);
+        if (joined != 0) storeCode(at.out - 2, kCp932FromUnicode[joined]);
+        return;
+    }
+    std::uint16_t const code = c.character < 0x10000 ? kCp932FromUnicode[c.character] : std::uint16_t{0};
+    if (code != 0 && code < kFirstTwoByteCode) {
+        *at.out++ = static_cast<char>(code);
+        *at.offset++ = position;
+        return;
+    }
+    if (code != 0) {
+        storeCode(at.out, code);
+    } else {
+        std::memcpy(at.out, kUnknownCharacter, 2);
+    }
+    at.out += 2;
+    at.offset[0] = position;
+    at.offset[1] = position + c.bytes;
+    at.offset += 2;
+}
+
+}  // namespace tool

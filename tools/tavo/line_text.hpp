@@ -1,0 +1,73 @@
+// One piece of a line of input: the Shift_JIS bytes that are analysed, and the
+// way back from them to the bytes that were read.
+#ifndef TAVO_TOOL_LINE_TEXT_HPP
+#define TAVO_TOOL_LINE_TEXT_HPP
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace tool {
+
+/// Readable bytes that the input reader keeps behind every line.
+inline constexpr std::size_t kPaddingBytes = 16;
+
+/// Output never shows the Shift_JIS bytes of a word: it shows the bytes of the
+/// line that the word came from, so whatever a line holds comes back unchanged.
+///
+/// - A character that code page 932 lacks is analysed as one character that no
+///   dictionary has.
+/// - A byte that is not UTF-8 is analysed as one control character.
+/// - Variation selectors, joiners and combining marks belong to the character
+///   before them (at the start of the text: behind them); kana followed by a
+///   combining voicing mark are analysed as the one kana that they show.
+/// - A boundary inside a two-byte character lies behind that character.
+///
+/// Reused from line to line: buffers grow to the longest line and stay.
+class LineText {
+public:
+    /// The character that stands for every character that code page 932 lacks.
+    /// No word begins with its second byte, so no word is found inside it.
+    static constexpr char kUnknownCharacter[] = "\xF0\x80";
+    /// Stands for a byte that is not UTF-8.
+    static constexpr char kInvalidByte = '\x1A';
+
+    /// Converts @p line, at most 2^32 - 1 bytes, which must stay unchanged while
+    /// this text is used. kPaddingBytes bytes behind it must be readable, the
+    /// first of them no UTF-8 continuation byte.
+    void assignUtf8(std::string_view line);
+    /// Takes Shift_JIS bytes as they are.
+    void assignSjis(std::string_view line) noexcept;
+
+    std::string_view sjis() const noexcept { return sjis_; }
+    std::string_view original() const noexcept { return original_; }
+    bool isUtf8() const noexcept { return utf8_; }
+    /// The offset in original() of offset @p sjisOffset (0..sjis().size()).
+    std::size_t originalOffset(std::size_t sjisOffset) const noexcept {
+        return utf8_ ? offsets_[sjisOffset] : sjisOffset;
+    }
+    std::string_view slice(std::size_t begin, std::size_t end) const noexcept {
+        return original_.substr(begin, end - begin);
+    }
+    /// Number of bytes of the line that are not UTF-8.
+    std::size_t invalidBytes() const noexcept { return invalidBytes_; }
+
+private:
+    struct Cursor;
+    void grow(std::size_t lineBytes);
+    void convertRare(Cursor& at);
+
+    std::string_view original_, sjis_;
+    bool utf8_ = false;
+    std::size_t invalidBytes_ = 0;
+    std::size_t capacity_ = 0;
+    std::unique_ptr<char[]> bytes_;
+    // By Shift_JIS offset: the offset in the line. The second byte of a
+    // character has the offset of the character behind it.
+    std::unique_ptr<std::uint32_t[]> offsets_;
+};
+
+}  // namespace tool
+
+#endif

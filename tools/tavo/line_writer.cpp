@@ -1,0 +1,21 @@
+#include "line_writer.hpp"
+
+namespace tool {
+
+void LineWriter::beginLine(std::string_view, OutBuffer&) {}
+
+std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::Tavo const& analyser) {
+    switch (options.kind) {
+        case OutputKind::Wakati:
+            return makeWakatiWriter();
+        case OutputKind::Mecab:
+            return makeMecabWriter(options, analyser);
+        case OutputKind::Json:
+            return makeJsonWriter(options, analyser);
+        case OutputKind::Tavo:
+            break;
+    }
+    return makeFormatWriter(options, analyser);
+}
+
+}  // namespace tool

@@ -1,0 +1,52 @@
+// Words separated by one blank, an input line an output line.
+#include "line_writer.hpp"
+#include "token.hpp"
+
+#include <cstring>
+
+namespace tool {
+
+namespace {
+
+bool isBlank(std::string_view word) noexcept { return word.find_first_not_of(' ') == std::string_view::npos; }
+
+class WakatiWriter final : public LineWriter {
+public:
+    void beginLine(std::string_view, OutBuffer&) override { first_ = true; }
+
+    void writePiece(LineText const& text, TAVO::Tavo& analyser, OutBuffer& out) override {
+        // At most one separator a byte, and whole blocks are copied.
+        char* to = out.reserve(2 * text.original().size() + kCopyBytes);
+        bool first = first_;
+        auto const write = [&](Token const& token) {
+            std::string_view const word = text.slice(token.begin, token.end);
+            // A word of blanks is not written: the separators stand for it.
+            if (word.front() == ' ' && isBlank(word)) return;
+            if (!first) *to++ = ' ';
+            first = false;
+            if (text.isUtf8() && word.size() <= kCopyBytes) {
+                std::memcpy(to, word.data(), kCopyBytes);  // padding behind the line keeps this inside the buffer
+            } else {
+                std::memcpy(to, word.data(), word.size());
+            }
+            to += word.size();
+        };
+        forEachToken(text, analyser, morphemes_, write, [] {});
+        first_ = first;
+        out.finish(to);
+    }
+
+    void endLine(bool carriageReturn, OutBuffer& out) override { out.append(carriageReturn ? "\r\n" : "\n"); }
+
+private:
+    static constexpr std::size_t kCopyBytes = kPaddingBytes;
+
+    bool first_ = true;
+    std::vector<TAVO::Mrph> morphemes_;
+};
+
+}  // namespace
+
+std::unique_ptr<LineWriter> makeWakatiWriter() { return std::make_unique<WakatiWriter>(); }
+
+}  // namespace tool
