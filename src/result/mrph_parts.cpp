@@ -64,12 +64,10 @@ unsigned partCount(Mrph const& m) { return MrphAccess::partCount(m); }
 std::string_view leafForm(Mrph const& m, int index) {
     std::string_view form = MrphAccess::form(m);
     if (partCount(m) < 2) return form;
-    std::string_view const written = MrphDic(MrphAccess::record(m)).partForm();
+    std::string_view written = MrphDic(MrphAccess::record(m)).partForm();
     for (unsigned i = 0;; ++i) {
-        std::size_t length = form.size();
-        if (i + 1 < partCount(m)) {
-            length = std::min(length, unescape(segment(written, "-/", i, partCount(m))).size());
-        }
+        bool const isLast = i + 1 == partCount(m);
+        std::size_t const length = isLast ? form.size() : std::min(form.size(), takePartLength(written));
         if (i == static_cast<unsigned>(index)) return form.substr(0, length);
         form.remove_prefix(length);
     }
@@ -115,7 +113,7 @@ std::string leafLVRead(Mrph const& m, int index) {
 /// them; each part then has its own form as standard form.
 std::string leafStdForm(Mrph const& m, int index) {
     std::string_view const stdForm = MrphAccess::stdFormPtr(m);
-    bool const spread = countSeparators(stdForm, separatorsFor(stdForm, partCount(m))) + 1 == partCount(m);
+    bool const spread = countMarks(stdForm, separatorsFor(stdForm, partCount(m))) + 1 == partCount(m);
     if (stdForm.empty() || (partCount(m) > 1 && !spread)) return std::string(leafForm(m, index));
     return separatedPart(stdForm, index, partCount(m));
 }

@@ -29,7 +29,7 @@ std::string flattenGroups(std::string_view readPron, std::string_view marks) {
         flat.append(readPron, pos, open - pos);
         std::string_view const read = readPron.substr(open + 1, bar - open - 1);
         std::string_view const pron = readPron.substr(bar + 1, close - bar - 1);
-        unsigned const pieces = 1 + std::max(countSeparators(read, marks), countSeparators(pron, marks));
+        unsigned const pieces = 1 + std::max(countMarks(read, marks), countMarks(pron, marks));
         for (unsigned i = 0; i < pieces; ++i) {
             if (i > 0) flat.push_back('/');
             flat.append("(").append(segment(read, marks, i, pieces));
@@ -43,44 +43,34 @@ std::string flattenGroups(std::string_view readPron, std::string_view marks) {
 
 }  // namespace
 
-std::size_t findSeparator(std::string_view text, std::string_view marks, std::size_t pos) noexcept {
-    while (pos < text.size()) {
-        std::size_t const width = charWidth(text, pos);
-        if (width == 1 && marks.find(text[pos]) != npos) return pos;
-        bool const escape = text[pos] == '\\' && pos + 1 < text.size();
-        pos += escape ? 1 + charWidth(text, pos + 1) : width;
-    }
-    return text.size();
-}
-
-unsigned countSeparators(std::string_view text, std::string_view marks) noexcept {
+unsigned countMarks(std::string_view text, std::string_view marks) noexcept {
     unsigned count = 0;
-    for (std::size_t pos = findSeparator(text, marks, 0); pos < text.size(); pos = findSeparator(text, marks, pos + 1))
-        ++count;
+    for (std::size_t pos = findMark(text, marks); pos != npos; pos = findMark(text, marks, pos + 1)) ++count;
     return count;
 }
 
 std::string_view segment(std::string_view text, std::string_view marks, unsigned index, unsigned count) noexcept {
     std::size_t begin = 0;
     for (unsigned i = 0; i < index; ++i) {
-        std::size_t const end = findSeparator(text, marks, begin);
-        if (end == text.size()) return {};
+        std::size_t const end = findMark(text, marks, begin);
+        if (end == npos) return {};
         begin = end + 1;
     }
-    std::size_t const end = index + 1 == count ? text.size() : findSeparator(text, marks, begin);
-    return text.substr(begin, end - begin);
+    std::size_t const end = index + 1 == count ? npos : findMark(text, marks, begin);
+    return text.substr(begin, end == npos ? npos : end - begin);
 }
 
-std::string unescape(std::string_view text) {
-    std::string plain;
-    plain.reserve(text.size());
-    for (std::size_t pos = 0; pos < text.size();) {
-        if (text[pos] == '\\' && pos + 1 < text.size()) ++pos;
-        std::size_t const width = charWidth(text, pos);
-        plain.append(text.substr(pos, width));
+std::size_t takePartLength(std::string_view& written) noexcept {
+    std::size_t length = 0;
+    std::size_t pos = 0;
+    for (; pos < written.size() && written[pos] != '-' && written[pos] != '/';) {
+        if (written[pos] == '\\' && ++pos == written.size()) break;
+        std::size_t const width = charWidth(written, pos);
+        length += width;
         pos += width;
     }
-    return plain;
+    written.remove_prefix(std::min(pos + 1, written.size()));
+    return length;
 }
 
 void dropMarks(std::string& text, std::string_view marks) {
@@ -96,7 +86,7 @@ void dropMarks(std::string& text, std::string_view marks) {
 }
 
 std::string_view separatorsFor(std::string_view text, unsigned count) noexcept {
-    bool const both = countSeparators(text, "/") + 1 != count && countSeparators(text, "-/") + 1 == count;
+    bool const both = countMarks(text, "/") + 1 != count && countMarks(text, "-/") + 1 == count;
     return both ? "-/" : "/";
 }
 
@@ -104,9 +94,9 @@ std::string readPronPart(std::string_view readPron, unsigned index, unsigned cou
     if (count < 2) return std::string(readPron);
     std::string flat = flattenGroups(readPron, "/");
     std::string_view marks = "/";
-    if (countSeparators(flat, marks) + 1 != count) {
+    if (countMarks(flat, marks) + 1 != count) {
         std::string flatAtBoth = flattenGroups(readPron, "-/");
-        if (countSeparators(flatAtBoth, "-/") + 1 == count) {
+        if (countMarks(flatAtBoth, "-/") + 1 == count) {
             flat = std::move(flatAtBoth);
             marks = "-/";
         }

@@ -7,20 +7,18 @@
 
 namespace TAVO {
 
-/// Position of the first of @p marks in @p text from @p pos on, where "\" makes
-/// the character after it literal; text.size() when there is none.
-std::size_t findSeparator(std::string_view text, std::string_view marks, std::size_t pos) noexcept;
-
-/// Number of @p marks in @p text, escaped ones not counted.
-unsigned countSeparators(std::string_view text, std::string_view marks) noexcept;
+/// Number of one-byte characters of @p text that are one of @p marks.
+unsigned countMarks(std::string_view text, std::string_view marks) noexcept;
 
 /// Segment @p index of the @p count segments that @p marks cut @p text into.
 /// The segments joined give the text: the last one takes what is left, and
 /// segments that the text does not have are empty.
 std::string_view segment(std::string_view text, std::string_view marks, unsigned index, unsigned count) noexcept;
 
-/// Replaces each "\" and the character after it by that character.
-std::string unescape(std::string_view text);
+/// Length of the first part of @p written, which is removed with its separator.
+/// @p written are part forms as a dictionary source has them: separated by "-"
+/// or "/", with "\" making the next character literal and not counting itself.
+std::size_t takePartLength(std::string_view& written) noexcept;
 
 /// Removes the one-byte characters of @p marks.
 void dropMarks(std::string& text, std::string_view marks);
