@@ -195,6 +195,7 @@ void SourceRecord::setCooc(Field const& field, std::string& text) {
 
 bool SourceRecord::setCategory(Field const& field, std::vector<std::uint16_t>& values, std::string& error) {
     std::string_view rest = field.text;
+    if (rest == "0") return true;  // a list without numbers, as Mrph::source writes it
     while (!field.text.empty()) {
         std::size_t const colon = findMark(rest, ":");
         unsigned value = 0;
