@@ -88,7 +88,7 @@ std::string sourceLine(Mrph const& m, Dic const& dic) {
     m.getExt(ext);
 
     std::string line = sourceForm(m);
-    if (!line.empty() && isCommentLine(line)) line.insert(0, "\\");  // else the line would be a comment
+    if (!line.empty() && isCommentLine(line)) line.insert(line.begin(), '\\');  // else the line would be a comment
     line.append(",").append(sourceNames(m, dic));
     line.append(",").append(std::to_string(cost));
     line.append(",").append(escapedParts(MrphAccess::readPronPtr(m), partCount));
