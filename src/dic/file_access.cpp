@@ -1,7 +1,6 @@
 #include "dic/file_access.hpp"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,9 +20,15 @@ int openRetrying(char const* path, int flags, int mode = 0666) {
     return handle;
 }
 
-/// Takes an advisory lock without waiting. A file system that has no locks does
-/// not stand in the way; somebody else's lock does.
-bool lockFile(int handle, int operation) { return ::flock(handle, operation | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
+/// Takes an advisory lock (F_RDLCK or F_WRLCK) that lasts until the handle is
+/// closed, without waiting. A file system that has no locks does not stand in
+/// the way; somebody else's lock does.
+bool lockFile(int handle, short type) {
+    struct flock lock {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    return ::fcntl(handle, F_OFD_SETLK, &lock) == 0 || (errno != EAGAIN && errno != EACCES);
+}
 
 int openReading(char const* path) {
     if (FileLength(path) < 0) return -1;
@@ -54,7 +59,7 @@ int FileOpenShared(char const* path) { return openReading(path); }
 
 int FileOpenExclusive(char const* path) {
     int const handle = openReading(path);
-    if (handle >= 0 && !lockFile(handle, LOCK_SH)) {
+    if (handle >= 0 && !lockFile(handle, F_RDLCK)) {
         ::close(handle);
         return -1;
     }
@@ -65,7 +70,7 @@ int FileCreate(char const* path) {
     // Emptied only once the lock is held, so that a reader's file stays whole.
     int const handle = openRetrying(path, O_WRONLY | O_CREAT);
     if (handle < 0) return -1;
-    if (!lockFile(handle, LOCK_EX) || ::ftruncate(handle, 0) != 0) {
+    if (!lockFile(handle, F_WRLCK) || ::ftruncate(handle, 0) != 0) {
         ::close(handle);
         return -1;
     }

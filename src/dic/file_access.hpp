@@ -22,7 +22,7 @@ int FileAccess(char const* path);
 /// Opens an existing file for reading.
 int FileOpenShared(char const* path);
 /// The same, and nobody who asks may write it meanwhile: an advisory shared lock
-/// (flock). Fails while FileCreate's handle of the same file is open.
+/// (of the open file, not the process). Fails while FileCreate's handle of the same file is open.
 int FileOpenExclusive(char const* path);
 /// Creates the file or empties it, for writing, under an advisory exclusive
 /// lock. Fails, and leaves the file as it was, while a FileOpenExclusive or
