@@ -14,6 +14,13 @@
 
 namespace TAVO {
 
+/// What an analysis of a sentence costs. Analyses are ordered by the first sum,
+/// then by the second.
+struct PathCost {
+    unsigned int connection;  ///< sum of the connection costs, from the beginning of the text to its end
+    unsigned int word;        ///< sum of the word costs
+};
+
 /// The analyser: settings, attached dictionaries and connection table, and the
 /// state of the last analysis.
 ///
@@ -175,6 +182,12 @@ public:
     int analyze(char const* text, int length);
     int analyze(std::string const& text);
 
+    /// The same, so that getResultNBest() can give more than the best analysis; a
+    /// line of more than 8192 bytes throws too_long_string (the sentences before
+    /// it stay).
+    int analyzeNBest(char const* text, int length);
+    int analyzeNBest(std::string const& text);
+
     unsigned int getSentenceCount() const;
     std::string getSentence(int sentence) const;
     unsigned int getSentenceLength(int sentence) const;
@@ -183,6 +196,16 @@ public:
     unsigned int getAnalyzedTextLength(int sentence) const;
     /// The morphemes of a sentence.
     void getResult(std::vector<Mrph>& out, int sentence);
+    /// Replaces @p results by up to @p n analyses of a sentence, best first; n of 0
+    /// changes nothing. The order is by connection costs, then by word costs, then
+    /// as docs/n-best.md tells; each analysis comes once. After a plain analyze()
+    /// (unless the Alternative or the Cooccurrence mode is 1) and for a sentence
+    /// that failed, the one analysis that getResult() gives. Throws range_error
+    /// for a bad sentence, invalid_argument for a negative n, tavo_not_ready
+    /// without analysis; @p results then stay as they were.
+    void getResultNBest(std::vector<std::vector<Mrph>>& results, int sentence, int n);
+    /// The same with the costs of each analysis; both 0 for a failed sentence.
+    void getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<PathCost>& costs, int sentence, int n);
     /// Writes a sentence: each morpheme in the output format, then EOS.
     std::ostream& output(std::ostream& os, int sentence);
 

@@ -22,8 +22,10 @@ struct TAVO_HIDDEN Tavo::Impl {
     void setMode(Mode mode, int value);
 
     // Stages of an analysis.
-    int analyzeText(std::string_view text);
-    void analyzeLine(std::string_view piece);
+    int analyzeText(std::string_view text, bool nBest);
+    void analyzeLine(std::string_view piece, bool nBest);
+    /// Builds all paths when more than the best one is wanted.
+    void buildLattice(Sentence& sentence, bool nBest);
     void setErrorSentence();
     /// Turns a path of @p found into morphemes.
     void assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found);

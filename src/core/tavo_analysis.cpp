@@ -10,27 +10,30 @@ namespace TAVO {
 
 int Tavo::analyze(char const* text, int length) {
     if (length < 0 || (text == nullptr && length > 0)) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::analyze()");
-    return impl_->analyzeText({text, static_cast<std::size_t>(length)});
+    return impl_->analyzeText({text, static_cast<std::size_t>(length)}, false);
 }
 
-int Tavo::analyze(std::string const& text) { return impl_->analyzeText(text); }
+int Tavo::analyze(std::string const& text) { return impl_->analyzeText(text, false); }
 
 void Tavo::Impl::dropInput() noexcept {
     hasResult = false;
     context.alternatives.clear();
     context.sentences.clear();
     context.lattice.clear();
+    context.allPaths.clear();
 }
 
-int Tavo::Impl::analyzeText(std::string_view text) {
+int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     dropInput();
     errorSentences.clear();
     hasResult = true;
-    splitText(text, context.settings, [this](std::string_view piece) { analyzeLine(piece); });
+    splitText(text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); });
     return static_cast<int>(errorSentences.size());
 }
 
-void Tavo::Impl::analyzeLine(std::string_view piece) {
+void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
+    if (nBest && piece.size() > kMaxNBestBytes)
+        throw too_long_string("Exceed nbest limit: length=" + std::to_string(piece.size()));
     Sentence sentence;
     sentence.given = piece;
     sentence.text = piece;
@@ -38,10 +41,22 @@ void Tavo::Impl::analyzeLine(std::string_view piece) {
         sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
         sentence.text = *sentence.ownedText;
     }
-    context.lattice.build(sentence, context.connTable, context.dics);
+    buildLattice(sentence, nBest);
     bool const complete = sentence.bestStart != nullptr || sentence.text.empty();
     context.sentences.push_back(std::move(sentence));
     if (!complete) setErrorSentence();
+}
+
+void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
+    Settings const& settings = context.settings;
+    if (nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1) {
+        context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes());
+    } else {
+        context.lattice.build(sentence, context.connTable, context.dics);
+    }
+    if (sentence.bestStart != nullptr)
+        sentence.beginCost =
+            context.connTable->rowStart(context.connTable->row(ConnTable::kBeginId))[sentence.bestStart->column];
 }
 
 void Tavo::Impl::setErrorSentence() {

@@ -32,11 +32,16 @@ void Lattice::attach(ConnTable const& table) {
     table_ = &table;
 }
 
-void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
+void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet const& dics) {
     if (table == nullptr) throw tavo_not_ready("No ConnTable: Need to call setConnTablePath()");
     if (dics.getDicCount() == 0) throw tavo_not_ready("No Dictionary: Need to call addDicPath()");
+    std::size_t const length = sentence.text.size();
+    if (length > kMaxSentenceBytes) throw too_long_string("Exceed limit: length=" + std::to_string(length));
+}
+
+void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
+    checkSearchable(sentence, table, dics);
     length_ = sentence.text.size();
-    if (length_ > kMaxSentenceBytes) throw too_long_string("Exceed limit: length=" + std::to_string(length_));
     attach(*table);
     if (starts_.size() <= length_) starts_.resize(length_ + 1);
     starts_[length_] = {nullptr, 0};

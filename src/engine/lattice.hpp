@@ -44,6 +44,8 @@ public:
 
     /// Nodes by their index in the order of making: the table of candidates.
     NodePool const& nodes() const noexcept { return pool_; }
+    /// For other builders of lattices of the same input.
+    NodePool& nodes() noexcept { return pool_; }
 
 private:
     /// The nodes that start at one position.
@@ -79,6 +81,10 @@ private:
     std::vector<Starts> starts_;  // by position of the sentence at work
     std::size_t length_ = 0;      // of the sentence at work
 };
+
+/// Throws tavo_not_ready without table or dictionary, too_long_string beyond
+/// kMaxSentenceBytes.
+void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet const& dics);
 
 /// The chosen path of @p sentence from first to last node; empty without result.
 std::vector<LatticeNode const*> bestPath(Sentence const& sentence);

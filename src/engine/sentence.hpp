@@ -13,6 +13,8 @@
 namespace TAVO {
 
 struct Sentence {
+    static constexpr std::uint32_t kNoEdges = 0xFFFFFFFF;
+
     /// The piece of the caller's text, as given (not owned).
     std::string_view given;
     /// The text that was analysed: equal to given, or to ownedText.
@@ -22,6 +24,12 @@ struct Sentence {
     std::unique_ptr<std::string> ownedText;
     /// The chosen first node; null when the sentence has no result.
     LatticeNode const* bestStart = nullptr;
+    /// Of an all-paths lattice: the first of the sentence's edge lists, and its
+    /// last one, which leads to the words that may begin the sentence.
+    std::uint32_t firstEdgeList = 0;
+    std::uint32_t startEdgeList = kNoEdges;
+    /// The connection cost from the beginning of the text to bestStart.
+    std::uint8_t beginCost = 0;
     bool failed = false;
 };
 

@@ -5,6 +5,7 @@
 #include "config/pos_tables.hpp"
 #include "config/settings.hpp"
 #include "dic/dic_set.hpp"
+#include "engine/all_paths.hpp"
 #include "engine/lattice.hpp"
 #include "engine/sentence.hpp"
 #include "result/reduce_rules.hpp"
@@ -30,6 +31,7 @@ struct AnalyzerContext {
 
     // State of the last input.
     Lattice lattice;
+    AllPaths allPaths;  // the edges, where the input was analysed with all paths
     std::vector<Sentence> sentences;
     mutable std::deque<Mrph> alternatives;  // filled by storeAlt; freed with the input
 };
