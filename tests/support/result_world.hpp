@@ -1,0 +1,53 @@
+// A small world with an analyser's state around it: from words and costs to
+// the morphemes of a text.
+#ifndef TAVO_TESTS_RESULT_WORLD_HPP
+#define TAVO_TESTS_RESULT_WORLD_HPP
+
+#include "result/assembly.hpp"
+#include "support/small_world.hpp"
+#include "support/temp_dir.hpp"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace TAVO::test {
+
+class ResultWorld {
+public:
+    explicit ResultWorld(SmallWorld const& world)
+        : paths(world.writeTo(dir_.path())), table_(true, paths.connTable.c_str()) {
+        context.connTable = &table_;
+        context.pos.setPartOfSP(&table_);
+        context.dics.addDicPath(paths.dicSpec().c_str(), false, &table_);
+    }
+
+    Dic const& dic() const { return *context.dics.entries().front().dic; }
+
+    /// Analyses @p text as the only sentence; it must outlive the morphemes.
+    std::vector<Mrph> analyse(std::string const& text) {
+        context.sentences.clear();
+        context.lattice.clear();
+        Sentence sentence;
+        sentence.given = sentence.text = text;
+        context.lattice.build(sentence, &table_, context.dics);
+        context.sentences.push_back(std::move(sentence));
+        std::vector<Mrph> out;
+        getMrphArray(out, bestPath(context.sentences.back()), context, context.sentences.back());
+        return out;
+    }
+
+private:
+    TempDir dir_;
+
+public:
+    SmallWorld::Paths const paths;
+    AnalyzerContext context{0};
+
+private:
+    ConnTable table_;
+};
+
+}  // namespace TAVO::test
+
+#endif

@@ -1,0 +1,99 @@
+#include "result/mrph_access.hpp"
+#include "support/result_world.hpp"
+
+#include <gtest/gtest.h>
+
+namespace TAVO {
+namespace {
+
+using test::ResultWorld;
+using test::SmallWorld;
+
+SmallWorld words(std::initializer_list<char const*> lines) {
+    SmallWorld world;
+    world.names({"Begin", "End", "Undef", "Noun", "Verb", "Tail"}).cost([](unsigned, unsigned) { return 10; });
+    for (char const* line : lines) world.line(line);
+    return world;
+}
+
+std::vector<std::string> forms(std::vector<Mrph> const& morphemes) {
+    std::vector<std::string> result;
+    for (Mrph const& m : morphemes) result.push_back(m.getForm(true));
+    return result;
+}
+
+using Forms = std::vector<std::string>;
+
+TEST(Assembly, MakesOneMorphemePerNode) {
+    ResultWorld world(words({"ab,Noun,1", "c,Verb,2"}));
+    std::string const text = "abzc";
+    std::vector<Mrph> const result = world.analyse(text);
+    ASSERT_EQ(forms(result), (Forms{"ab", "z", "c"}));
+    EXPECT_STREQ(result[0].getPartOfSP(), "Noun");
+    EXPECT_STREQ(result[1].getPartOfSP(), "Undef");
+    EXPECT_TRUE(result[1].isUndef());
+    EXPECT_FALSE(result[0].isUndef());
+    EXPECT_TRUE(result[0].isFirstDic());
+    EXPECT_FALSE(result[1].isFirstDic());
+    EXPECT_EQ(result[1].getCost(), 255);
+    unsigned int length = 0;
+    EXPECT_EQ(result[2].getFormWithoutNullEnd(length), text.data() + 3);
+    EXPECT_EQ(world.analyse("").size(), 0U);
+}
+
+TEST(Assembly, DividesCompoundsOnlyInDivideWordMode) {
+    ResultWorld world(words({"ab-c,Noun-Verb-Tail,1", "d,Noun,1"}));
+    std::string const text = "abcd";
+    EXPECT_EQ(forms(world.analyse(text)), (Forms{"abc", "d"}));
+    EXPECT_EQ(world.analyse(text)[0].getPartCount(), 2);
+    world.context.settings.setMode(Mode::DivideWord, 1);
+    std::vector<Mrph> const divided = world.analyse(text);
+    ASSERT_EQ(forms(divided), (Forms{"ab", "c", "d"}));
+    for (Mrph const& m : divided) EXPECT_EQ(m.getPartCount(), 1);
+    EXPECT_STREQ(divided[0].getPartOfSP(), "Verb");
+    EXPECT_STREQ(divided[1].getPartOfSP(), "Tail");
+}
+
+TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
+    ResultWorld world(
+        words({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "abc,Noun,9", "c,Noun,1"}));
+    std::string const text = "abc";
+    std::vector<Mrph> result = world.analyse(text);
+    ASSERT_EQ(forms(result).front(), "abc");
+    EXPECT_EQ(result[0].getAltCount(), 0);
+
+    ResultWorld shorter(words({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "c,Noun,1"}));
+    result = shorter.analyse(text);
+    ASSERT_EQ(forms(result), (Forms{"ab", "c"}));
+    EXPECT_EQ(result[0].getPid(), 4);
+    EXPECT_EQ(result[0].getAltCount(), 2);
+    std::vector<Mrph> alternatives(3, result[1]);
+    result[0].getAlt(alternatives);
+    ASSERT_EQ(forms(alternatives), (Forms{"ab", "ab"}));
+    EXPECT_STREQ(alternatives[0].getPartOfSP(), "Verb");
+    EXPECT_STREQ(alternatives[1].getPartOfSP(), "Tail");
+    // An alternative's alternatives are the others.
+    EXPECT_EQ(alternatives[1].getAltCount(), 2);
+    result[0].getAlt(result);
+    EXPECT_EQ(result.size(), 2U);
+    EXPECT_EQ(Mrph(alternatives[0]).getAltCount(), 2);
+}
+
+TEST(Assembly, MorphemesOfEarlierSentencesKeepTheirCandidates) {
+    ResultWorld world(words({"a,Noun,1", "a,Verb,2"}));
+    std::vector<Sentence> sentences(3);
+    std::string const texts[] = {"a", std::string(6000, 'a'), "aa"};  // the middle one needs more room
+    for (std::size_t i = 0; i < 3; ++i) {
+        sentences[i].given = sentences[i].text = texts[i];
+        world.context.lattice.build(sentences[i], world.context.connTable, world.context.dics);
+    }
+    for (std::size_t i = 0; i < 3; ++i) {
+        std::vector<Mrph> out;
+        getMrphArray(out, bestPath(sentences[i]), world.context, sentences[i]);
+        ASSERT_EQ(out.size(), texts[i].size());
+        for (Mrph const& m : out) ASSERT_EQ(m.getAltCount(), 1);
+    }
+}
+
+}  // namespace
+}  // namespace TAVO
