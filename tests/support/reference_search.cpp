@@ -25,7 +25,7 @@ private:
         int chosen = -1;
         for (int i = lattice_.lastMade[position]; i != -1; i = lattice_.nodes[static_cast<std::size_t>(i)].madeBefore) {
             ReferenceNode const& node = lattice_.nodes[static_cast<std::size_t>(i)];
-            unsigned const c = cost_(left, node.pid);
+            unsigned const c = cost_(left, node.record.pid);
             if (c == 255) continue;
             std::uint64_t const sum = node.connSum + c;
             bool const better =
@@ -41,7 +41,7 @@ private:
     void make(std::size_t start, std::size_t length, Record record, std::uint64_t connSum, int next) {
         std::uint64_t const after = next == -1 ? 0 : lattice_.nodes[static_cast<std::size_t>(next)].wordSum;
         int& last = lattice_.lastMade[start];
-        lattice_.nodes.push_back({start, length, record.pid, record.cost, connSum, record.cost + after, next, last});
+        lattice_.nodes.push_back({start, length, record, connSum, record.cost + after, next, last});
         last = static_cast<int>(lattice_.nodes.size()) - 1;
     }
 
@@ -52,7 +52,7 @@ private:
             next = best(end, 3);
             if (next == -1) return;
             ReferenceNode const& node = lattice_.nodes[static_cast<std::size_t>(next)];
-            connSum = node.connSum + cost_(3, node.pid);
+            connSum = node.connSum + cost_(3, node.record.pid);
         }
         make(end - 1, 1, {3, 255}, connSum, next);
         if (end >= 2 && static_cast<unsigned char>(text_[end - 2]) >= 128) make(end - 2, 2, {3, 255}, connSum, next);
@@ -81,7 +81,7 @@ private:
         int const next = best(start + length, record.pid);
         if (next == -1) return;
         ReferenceNode const& node = lattice_.nodes[static_cast<std::size_t>(next)];
-        make(start, length, record, node.connSum + cost_(record.pid, node.pid), next);
+        make(start, length, record, node.connSum + cost_(record.pid, node.record.pid), next);
     }
 
     std::string const& text_;

@@ -14,6 +14,7 @@ namespace TAVO::test {
 struct Record {
     unsigned pid;
     unsigned cost;
+    int dictionary = -1;  // position in the list; -1 for the unknown word
 };
 /// Records of each surface form, in chain order.
 using WordTable = std::map<std::string, std::vector<Record>>;
@@ -22,8 +23,7 @@ using CostFunction = std::function<unsigned(unsigned left, unsigned right)>;
 struct ReferenceNode {
     std::size_t start;
     std::size_t length;
-    unsigned pid;
-    unsigned cost;
+    Record record;
     std::uint64_t connSum;
     std::uint64_t wordSum;
     int next;        // index of the chosen following node, -1 at the end
