@@ -39,7 +39,7 @@ std::string escapeReading(std::string_view text, unsigned partCount) {
 std::string formField(std::string_view form, MrphDic record) {
     std::string field = record.partCount() > 1 ? record.partForm() : escape(form, kMarks);
     // At the start of a line these would make it a comment.
-    if (isCommentLine(field)) field.insert(0, "\\");
+    if (isCommentLine(field)) field.insert(field.begin(), '\\');
     return field;
 }
 
@@ -50,7 +50,8 @@ std::string partOfSpField(MrphDic record, Dic const& dic) {
     for (unsigned i = 0; i < parts; ++i) allOwn = allOwn && record.partPid(i) == record.pid();
     // Parts without names of their own have the word's.
     if (allOwn) return field;
-    for (unsigned i = 0; i < parts; ++i) field += "-" + escape(dic.getPartOfSPName(record.partPid(i)), kMarks);
+    for (unsigned i = 0; i < parts; ++i)
+        field.append("-").append(escape(dic.getPartOfSPName(record.partPid(i)), kMarks));
     return field;
 }
 
@@ -60,6 +61,8 @@ std::string categoryField(MrphDic record, unsigned list) {
         if (!field.empty()) field += ':';
         field += std::to_string(value);
     }
+    // A lone "0" would be read as no list.
+    if (field == "0") field = "00";
     return field;
 }
 
@@ -84,7 +87,7 @@ std::string formatSourceLine(std::string_view form, MrphDic record, Dic const& d
     // Every Ext field counts, even an empty one.
     while (ext.empty() && fields.back().empty()) fields.pop_back();
     std::string line = fields.front();
-    for (std::size_t i = 1; i < fields.size(); ++i) line += "," + fields[i];
+    for (std::size_t i = 1; i < fields.size(); ++i) line.append(",").append(fields[i]);
     return line;
 }
 

@@ -1,0 +1,220 @@
+#include "dic/source_record.hpp"
+
+#include <gtest/gtest.h>
+
+#include "dic/mrph_dic.hpp"
+#include "support/encoding.hpp"
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace TAVO::test {
+namespace {
+
+using namespace std::string_literals;
+
+SourceRecord parsed(std::string const& line) {
+    SourceRecord record;
+    std::string error;
+    EXPECT_TRUE(record.parse(line, error)) << line << ": " << error;
+    return record;
+}
+
+std::string parts(unsigned count, char separator) {
+    std::string text = "a";
+    for (unsigned i = 1; i < count; ++i) text += std::string(1, separator) + "a";
+    return text;
+}
+
+struct Refusal {
+    std::string line;
+    char const* error;
+};
+
+TEST(SourceRecordTest, RefusesLinesWithTheirFirstFault) {
+    Refusal const refusals[] = {
+        {"", "Error: No Word"},
+        {",N", "Error: No Word"},
+        {"a", "Error: Too Less Fields"},
+        {"\\", "Error: Word Disappeared"},
+        {"-ab,N", "Error: Illegal Separator"},
+        {"ab-,N", "Error: Illegal Separator"},
+        {"a--b,N", "Error: Illegal Separator"},
+        {"a/-b,N", "Error: Illegal Separator"},
+        {"-,N", "Error: Illegal Separator"},
+        {parts(256, '/') + ",N", "Error: Too Much Part"},
+        {"a,", "Error: No PartOfSP"},
+        {"a,,1", "Error: No PartOfSP"},
+        {"a,N-", "Error: No Part PartOfSP"},
+        {"a-b,N--M", "Error: No Part PartOfSP"},
+        {"a-b,-N-M", "Error: No Part PartOfSP"},
+        {"a-b,N-M", "Error: Missmatch the number of PartOfSPs"},
+        {"a-b,N-M-M-M", "Error: Missmatch the number of PartOfSPs"},
+        {"a,N-M-M", "Error: Missmatch the number of PartOfSPs"},
+        {"a,N,x", "Error: Illegal Mrph Cost: [x]"},
+        {"a,N,+1", "Error: Illegal Mrph Cost: [+1]"},
+        {"a,N,-1", "Error: Illegal Mrph Cost: [-1]"},
+        {"a,N,1 ", "Error: Illegal Mrph Cost: [1 ]"},
+        {"a,N,12x", "Error: Illegal Mrph Cost: [12x]"},
+        {"a,N,,r", "Error: Illegal Mrph Cost: []"},
+        {"a,N,", "Error: Illegal Mrph Cost: []"},
+        {"a,N,256", "Error: Overflaw Mrph Cost: [256]"},
+        {"a,N,99999999999999999999", "Error: Overflaw Mrph Cost: [99999999999999999999]"},
+        {"a-b,N,1,AB", "Error: Missmatch Word and Read"},
+        {"a-b,N,1,A-B-C", "Error: Missmatch Word and Read"},
+        {"a-b,N,1,A\\-B", "Error: Missmatch Word and Read"},
+        {"a-b,N,1,,A/B/C", "Error: Missmatch Word and StdForm"},
+        {"a,N,1,,,,,,x", "Error: Illegal Category Number"},
+        {"a,N,1,,,,,,1:", "Error: Illegal Category Number"},
+        {"a,N,1,,,,,,,1::2", "Error: Illegal Category Number"},
+        {"a,N,1,,,,,,,,65536", "Error: Illegal Category Number"},
+        {"a,N,1,,,,,,-1", "Error: Illegal Category Number"},
+        {"\x81,N", "Error: Too Less Fields"},  // the lead byte takes the comma for its second byte
+        {"a\0b,N"s, "Error: NUL Character in Line"},
+    };
+    for (Refusal const& refusal : refusals) {
+        SourceRecord record;
+        std::string error;
+        EXPECT_FALSE(record.parse(refusal.line, error)) << refusal.line;
+        EXPECT_EQ(error, refusal.error) << refusal.line;
+    }
+}
+
+TEST(SourceRecordTest, WritesErrorsToTheStandardErrorStream) {
+    SourceRecord record;
+    ::testing::internal::CaptureStderr();
+    EXPECT_FALSE(record.parse("ab"));
+    EXPECT_TRUE(record.parse("ab,N"));
+    std::string out;
+    EXPECT_FALSE(record.serialize(out, NameTable{{"M", std::uint16_t{1}}}));
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Error: Too Less Fields\nError: Unlisted PartOfSP: N(ab)\n");
+}
+
+TEST(SourceRecordTest, TakesAllFields) {
+    SourceRecord const record = parsed("a-b,N-M-L,255,A/B,S,@w,g,G,1:2,0:0,65535,P,x,,z");
+    EXPECT_EQ(record.form, "ab");
+    EXPECT_EQ(record.partForm, "a-b");
+    EXPECT_EQ(record.partCount, 2U);
+    EXPECT_EQ(record.partOfSP, "N");
+    EXPECT_EQ(record.partNames, (std::vector<std::string>{"M", "L"}));
+    EXPECT_EQ(record.cost, 255);
+    EXPECT_EQ(record.readPron, "A/B");
+    EXPECT_EQ(record.stdForm, "S");
+    EXPECT_EQ(record.wordCooc, "@w");
+    EXPECT_EQ(record.groupCooc, "g");
+    EXPECT_EQ(record.group, "G");
+    EXPECT_EQ(record.categories[0], (std::vector<std::uint16_t>{1, 2}));
+    EXPECT_EQ(record.categories[1], (std::vector<std::uint16_t>{0, 0}));
+    EXPECT_EQ(record.categories[2], (std::vector<std::uint16_t>{65535}));
+    EXPECT_EQ(record.prosodicInfo, "P");
+    EXPECT_EQ(record.ext, (std::vector<std::string>{"x", "", "z"}));
+}
+
+TEST(SourceRecordTest, KeepsDefaultsOfFieldsLeftOut) {
+    SourceRecord const record = parsed("a,N");
+    EXPECT_EQ(record.cost, 100);
+    EXPECT_EQ(record.partCount, 1U);
+    EXPECT_EQ(record.partForm, "");
+    EXPECT_TRUE(record.ext.empty());
+    EXPECT_EQ(parsed(parts(255, '-') + ",N").partCount, 255U);
+}
+
+TEST(SourceRecordTest, ResolvesEscapesButInThePartForm) {
+    SourceRecord const simple = parsed("a\\,b\\-c\\\\,N\\-1,1,r\\,p");
+    EXPECT_EQ(simple.form, "a,b-c\\");
+    EXPECT_EQ(simple.partCount, 1U);
+    EXPECT_EQ(simple.partOfSP, "N-1");
+    EXPECT_EQ(simple.readPron, "r,p");
+    SourceRecord const compound = parsed("a\\-b/c,N");
+    EXPECT_EQ(compound.form, "a-bc");
+    EXPECT_EQ(compound.partForm, "a\\-b/c");
+    EXPECT_EQ(compound.partCount, 2U);
+    // An escaped two-byte character is literal with its second byte 0x5C.
+    EXPECT_EQ(parsed(toSjis("\\表,N")).form, toSjis("表"));
+}
+
+TEST(SourceRecordTest, TakesNoSecondByteForAMark) {
+    // Second bytes 0x5C "\", 0x7C "|", 0x2D-like marks do not exist below 0x40;
+    // "L" (0x4C), "R" (0x52), "@" (0x40) do.
+    std::string const form = toSjis("ソ表十");
+    EXPECT_EQ(parsed(form + "," + form).form, form);
+    EXPECT_EQ(parsed(form + "," + form).partOfSP, form);
+}
+
+TEST(SourceRecordTest, SetsCooccurrenceMarks) {
+    struct Case {
+        std::string word, group;
+        bool left, right;
+    };
+    Case const cases[] = {{"", "", false, false},        {"@", "", true, true},    {"x@", "", false, false},
+                          {"xLx", "", true, false},      {"", "xR", false, true},  {"L", "R", true, true},
+                          {"", "@1", true, true},        {"lr", "", false, false}, {"\x83\x4C", "", false, false},
+                          {"\x83\x52", "", false, false}};
+    for (Case const& c : cases) {
+        SourceRecord const record = parsed("a,N,1,,," + c.word + "," + c.group);
+        EXPECT_EQ(record.leftMark, c.left) << c.word << "," << c.group;
+        EXPECT_EQ(record.rightMark, c.right) << c.word << "," << c.group;
+    }
+}
+
+TEST(SourceRecordTest, SerializesFieldsInOrder) {
+    NameTable const names{{"N", std::uint16_t{1}}, {"M", std::uint16_t{0x0203}}};
+    std::string out = "before";
+    std::string error;
+    ASSERT_TRUE(parsed("a-b,N-M-N,7,A-B,S,L,g,G,1:2,,3,P,x,").serialize(out, names, error)) << error;
+    std::string const head = "\x2A\0\x01\0\x07\0\xFD\x1A"s;  // length, id, cost, reserved, flags A and B
+    std::string const parts = "\x02\x03\x02\x01\0a-b\0"s;
+    std::string const texts = "A-B\0S\0L\0g\0G\0"s;
+    std::string const lists = "\x02\x01\0\x02\0\x01\x03\0"s;
+    EXPECT_EQ(out, "before" + head + parts + texts + lists + "P\0x\0\0"s);
+}
+
+TEST(SourceRecordTest, GivesPartsTheWordsIdWhenTheyHaveNone) {
+    std::string out;
+    std::string error;
+    ASSERT_TRUE(parsed("a-b-c,N").serialize(out, NameTable{{"N", std::uint16_t{9}}}, error));
+    MrphDic const record(asBytes(out.data()));
+    ASSERT_EQ(record.partCount(), 3U);
+    for (unsigned i = 0; i < 3; ++i) EXPECT_EQ(record.partPid(i), 9);
+    EXPECT_STREQ(record.partForm(), "a-b-c");
+}
+
+TEST(SourceRecordTest, RefusesToSerializeWhatDoesNotFit) {
+    NameTable const names{{"N", std::uint16_t{1}}};
+    std::string const categories256 = [] {
+        std::string list = "0";
+        for (int i = 1; i < 256; ++i) list += ":0";
+        return list;
+    }();
+    // A record of 65536 bytes: 8 of head, the reading, its NUL.
+    Refusal const refusals[] = {
+        {"a,M", "Error: Unlisted PartOfSP: M(a)"},
+        {"a-b,N-N-M", "Error: Unlisted PartOfSP: M(ab)"},
+        {"a,N,1," + std::string(65527, 'r'), "Error: Too Big MrphData"},
+        {"a,N,1,,,,,," + categories256, "Error: Too Much Category Number"},
+    };
+    for (Refusal const& refusal : refusals) {
+        std::string out = "kept";
+        std::string error;
+        EXPECT_FALSE(parsed(refusal.line).serialize(out, names, error));
+        EXPECT_EQ(error, refusal.error);
+        EXPECT_EQ(out, "kept");
+    }
+    std::string out;
+    std::string error;
+    EXPECT_TRUE(parsed("a,N,1," + std::string(65526, 'r')).serialize(out, names, error)) << error;
+    EXPECT_EQ(out.size(), 65535U);
+}
+
+TEST(SourceRecordTest, PrintsLabelledLines) {
+    std::ostringstream out;
+    parsed("a-b,N-M-L,7,A-B,S,w,g,G,1:2,,3,P,x,y").print(out);
+    EXPECT_EQ(
+        out.str(),
+        "Form\tab\nPartOfSP\tN\nPartCount\t2\nPartForm\ta-b\nM\nL\nCost\t7\nReadPron\tA-B\nStdForm\tS\n"
+        "WordCooc\tw\nGroupCooc\tg\nGroup\tG\nCat1,1\t1\nCat1,2\t2\nCat3,1\t3\nProsodicInfo\tP\nExt1\tx\nExt2\ty\n");
+}
+
+}  // namespace
+}  // namespace TAVO::test
