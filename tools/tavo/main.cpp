@@ -1,6 +1,7 @@
 // The program: picks the subcommand and turns failures into messages.
 #include "command_line.hpp"
 #include "file_io.hpp"
+#include "import_command.hpp"
 
 #include <exception>
 #include <new>
@@ -13,7 +14,9 @@ struct Command {
     tool::ExitStatus (*run)(int argc, char** argv);
 };
 
-constexpr Command kCommands[] = {};
+constexpr Command kCommands[] = {
+    {"import", tool::importCommand},
+};
 
 tool::ExitStatus dispatch(int argc, char** argv) {
     if (argc > 1) {

@@ -1,0 +1,152 @@
+#include "import_command.hpp"
+
+#include "command_line.hpp"
+#include "import_charset.hpp"
+#include "import_fit.hpp"
+#include "import_lexicon.hpp"
+#include "import_report.hpp"
+#include "import_search.hpp"
+#include "import_table.hpp"
+#include "import_unknown.hpp"
+#include "import_write.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace TAVO::importer {
+namespace fs = std::filesystem;
+namespace {
+
+struct Options {
+    std::string folder, out, text, charset, dataFolder;
+    FieldLayout layout;
+    bool layoutGiven = false;
+    TableOptions table;
+    std::size_t drawn = 3000;
+};
+
+/// Names of stages on standard error, when a person watches.
+class Progress {
+public:
+    void stage(char const* name) const {
+        if (shown_) std::fprintf(stderr, "%s...\n", name);
+    }
+
+private:
+    bool shown_ = isatty(STDERR_FILENO) == 1;
+};
+
+/// The lines of a UTF-8 file that code page 932 can hold.
+std::vector<std::string> readSentences(std::string const& path) {
+    std::string const text = readFile(path);
+    std::vector<std::string> sentences;
+    for (std::size_t pos = 0; pos < text.size();) {
+        std::size_t const end = std::min(text.find('\n', pos), text.size());
+        std::string line;
+        if (Cp932::table().append(line, std::string_view(text).substr(pos, end - pos)) && !line.empty())
+            sentences.push_back(std::move(line));
+        pos = end + 1;
+    }
+    if (sentences.empty()) throw ImportError(path + ": no line of text to fit on");
+    return sentences;
+}
+
+void importMecab(Options const& options) {
+    Progress const progress;
+    progress.stage("Reading the lexicon");
+    Lexicon lexicon = readLexicon(options.folder, options.charset, options.layoutGiven ? &options.layout : nullptr);
+    addUnknownWords(lexicon, readCharMap(lexicon.folder / "char.def"));
+    FormIndex const index(lexicon);
+
+    progress.stage("Fitting costs");
+    std::vector<std::string> const sentences =
+        options.text.empty() ? drawSentences(lexicon, options.drawn) : readSentences(options.text);
+    FitOptions const fit(options.table.step);
+    Usage const usage = countEdges(lexicon, index, sentences, fit.nearBest);
+    Shifts const shifts = fitShifts(lexicon, usage, fit);
+    Tables const tables = buildTables(lexicon, index, shifts, usage, options.table);
+    Agreement const agreement = measureAgreement(lexicon, index, tables, sentences);
+
+    progress.stage("Writing the dictionary");
+    fs::create_directories(options.out);
+    fs::path const out = fs::absolute(options.out);
+    std::vector<std::string> const lines = sourceLines(lexicon, tables);
+    std::string source;
+    for (std::string const& line : lines) source.append(line).append("\n");
+    std::string const dictionary = compileDictionary(tables.names, lines);
+    std::string const table = connTableBytes(tables);
+    writeFile(out / "SysDic.txt", source);
+    writeFile(out / "ConnTable", table);
+    writeFile(out / "SysDic", dictionary);
+    writeFile(out / "reduce.rules", reduceRuleText());
+    writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder)));
+
+    ReportFacts facts;
+    facts.fittedOn = options.text.empty() ? "sentences drawn from the lexicon" : options.text;
+    facts.sentences = sentences.size();
+    facts.linesWritten = lines.size();
+    facts.dictionaryBytes = dictionary.size();
+    facts.tableBytes = table.size();
+    facts.perByte = shifts.perByte;
+    facts.step = options.table.step;
+    std::string const report = reportText(lexicon, tables, agreement, facts);
+    writeFile(out / "report.txt", report);
+    std::fputs(report.c_str(), stdout);
+}
+
+}  // namespace
+}  // namespace TAVO::importer
+
+namespace tool {
+namespace {
+
+/// Adds "mecab" with its options; @p given tells whether a field option was used.
+CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<CLI::Option*>& fields) {
+    CLI::App* mecab = app.add_subcommand("mecab", "A folder of *.csv, matrix.def, unk.def, char.def and dicrc");
+    mecab->footer(
+        "Example:\n"
+        "  tavo import mecab /usr/share/mecab/dic/ipadic -o lexicon\n"
+        "  tavo -i lexicon/tavo.init FILE");
+    mecab->add_option("DIR", options.folder, "The lexicon's source folder")->required();
+    mecab->add_option("-o,--output", options.out, "Folder to write to")->required()->type_name("OUTDIR");
+    mecab->add_option("--text", options.text, "UTF-8 text to fit costs on, a sentence a line (default: none needed)")
+        ->type_name("FILE");
+    mecab->add_option("--charset", options.charset, "Encoding of the source (default: as its dicrc says)");
+    mecab->add_option("--data-dir", options.dataFolder, "Folder that tavo.init names (default: OUTDIR)");
+    mecab->add_option("--step", options.table.step, "Source cost of one unit of a connection cost")
+        ->check(CLI::Range(1.0, 1000.0))
+        ->capture_default_str();
+    mecab->add_option("--merge", options.table.levelTolerance, "Error at which cost levels merge; 0: none do")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
+    fields = {mecab->add_option("--pos-fields", options.layout.posFields, "Number of part-of-speech fields"),
+              mecab->add_option("--base-field", options.layout.base, "Field of the base form, from 0; -1: none"),
+              mecab->add_option("--reading-field", options.layout.reading, "Field of the reading"),
+              mecab->add_option("--pron-field", options.layout.pron, "Field of the pronunciation")};
+    return mecab;
+}
+
+}  // namespace
+
+ExitStatus importCommand(int argc, char** argv) {
+    TAVO::importer::Options options;
+    CLI::App app("Makes a lexicon of another format into one for tavo.", "tavo import");
+    app.require_subcommand(1);
+    std::vector<CLI::Option*> fields;
+    addMecab(app, options, fields);
+    return parseAndRun(app, argc, argv, [&] {
+        options.layoutGiven =
+            std::any_of(fields.begin(), fields.end(), [](CLI::Option const* option) { return option->count() > 0; });
+        importMecab(options);
+        return ExitStatus::Ok;
+    });
+}
+
+}  // namespace tool

@@ -1,0 +1,321 @@
+#include "import_lexicon.hpp"
+
+#include "import_charset.hpp"
+
+#include "base/text.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+
+namespace TAVO::importer {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr std::size_t kMaxExamples = 20;
+
+[[noreturn]] void fail(fs::path const& file, std::size_t line, std::string const& cause) {
+    throw ImportError(file.string() + ":" + std::to_string(line) + ": " + cause);
+}
+
+long long parseNumber(std::string_view text, long long low, long long high, fs::path const& file, std::size_t line,
+                      char const* what) {
+    long long value = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size())
+        fail(file, line, std::string(what) + " \"" + std::string(text) + "\" is not a number");
+    if (value < low || value > high)
+        fail(file, line,
+             std::string(what) + " " + std::to_string(value) + " is outside " + std::to_string(low) + ".." +
+                 std::to_string(high));
+    return value;
+}
+
+template <class Visit>
+void forEachLine(std::string_view text, Visit&& visit) {
+    std::size_t number = 0;
+    for (std::size_t pos = 0; pos < text.size();) {
+        std::size_t end = text.find('\n', pos);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = text.substr(pos, end - pos);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        visit(line, ++number);
+        pos = end + 1;
+    }
+}
+
+std::string readCharset(fs::path const& folder) {
+    fs::path const file = folder / "dicrc";
+    std::string charset;
+    forEachLine(readFile(file), [&](std::string_view line, std::size_t) {
+        std::size_t const equals = line.find('=');
+        if (equals != std::string_view::npos && strip(line.substr(0, equals)) == "config-charset")
+            charset = strip(line.substr(equals + 1));
+    });
+    if (charset.empty())
+        throw ImportError(file.string() + ": no config-charset line; name the encoding with --charset");
+    return charset;
+}
+
+std::string readText(fs::path const& file, std::string const& charset) {
+    try {
+        return toUtf8(readFile(file), charset);
+    } catch (ImportError const&) {
+        throw;
+    } catch (std::runtime_error const& error) {
+        throw ImportError(file.string() + ": " + error.what() + "; name another encoding with --charset");
+    }
+}
+
+/// Reads numbers from a file of any size through one buffer.
+class NumberReader {
+public:
+    explicit NumberReader(fs::path const& path) : path_(path), file_(std::fopen(path.c_str(), "rb"), &std::fclose) {
+        if (!file_) throw ImportError(path.string() + ": cannot be opened");
+    }
+    /// False at the end of the file.
+    bool next(long& value) {
+        int c = get();
+        while (c == ' ' || c == '\t' || c == '\r' || c == '\n') c = get();
+        if (c < 0) return false;
+        bool const negative = c == '-';
+        if (negative) c = get();
+        if (c < '0' || c > '9') fail(path_, line_, "a number is expected");
+        value = 0;
+        for (; c >= '0' && c <= '9'; c = get()) {
+            value = value * 10 + (c - '0');
+            if (value > 10'000'000) fail(path_, line_, "the number is too large");
+        }
+        if (c >= 0 && c != ' ' && c != '\t' && c != '\r' && c != '\n') fail(path_, line_, "a number is expected");
+        if (negative) value = -value;
+        return true;
+    }
+    std::size_t line() const noexcept { return line_; }
+
+private:
+    int get() {
+        if (last_ == '\n') ++line_;
+        if (pos_ == size_) {
+            size_ = std::fread(buffer_.data(), 1, buffer_.size(), file_.get());
+            pos_ = 0;
+            if (size_ == 0) return last_ = -1;
+        }
+        return last_ = static_cast<unsigned char>(buffer_[pos_++]);
+    }
+
+    fs::path path_;
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+    std::vector<char> buffer_ = std::vector<char>(1 << 20);
+    std::size_t pos_ = 0, size_ = 0, line_ = 1;
+    int last_ = 0;
+};
+
+Matrix readMatrix(fs::path const& file) {
+    NumberReader reader(file);
+    long rows = 0, cols = 0;
+    if (!reader.next(rows) || !reader.next(cols) || rows < 1 || cols < 1 || rows > 65535 || cols > 65535)
+        fail(file, 1, "the first line gives the number of right ids and of left ids, 1..65535 each");
+    Matrix matrix;
+    matrix.rows = static_cast<std::uint32_t>(rows);
+    matrix.cols = static_cast<std::uint32_t>(cols);
+    matrix.cells.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), 0);
+    std::size_t seen = 0;
+    long right = 0, left = 0, cost = 0;
+    while (reader.next(right)) {
+        if (!reader.next(left) || !reader.next(cost)) fail(file, reader.line(), "the file is cut short");
+        if (right < 0 || right >= rows || left < 0 || left >= cols)
+            fail(file, reader.line(),
+                 "the ids " + std::to_string(right) + " " + std::to_string(left) + " lie outside the matrix");
+        if (cost < -32767 || cost > 32767) fail(file, reader.line(), "the cost does not fit 16 bits");
+        matrix.at(static_cast<std::uint32_t>(right), static_cast<std::uint32_t>(left)) =
+            static_cast<std::int16_t>(cost);
+        ++seen;
+    }
+    if (seen < matrix.cells.size())
+        throw ImportError(file.string() + ": " + std::to_string(matrix.cells.size()) + " costs are announced, " +
+                          std::to_string(seen) + " given");
+    return matrix;
+}
+
+/// The name of a part of speech: the fields joined with ":", "*" left out. A
+/// "-" or "/" would end a name's features, so it separates features as well.
+std::string joinName(std::vector<std::string> const& fields, std::size_t first, std::size_t count) {
+    std::string name;
+    for (std::size_t i = first; i < std::min(fields.size(), first + count); ++i) {
+        if (fields[i].empty() || fields[i] == "*") continue;
+        if (!name.empty()) name += ':';
+        for (char c : fields[i]) name += c == '-' || c == '/' ? ':' : c;
+    }
+    return name.empty() ? "*" : name;
+}
+
+struct Reader {
+    Lexicon& lexicon;
+    FieldLayout layout;
+    Cp932 const& cp932;
+    std::vector<std::string> fields;
+    std::string scratch;
+
+    void ids(fs::path const& file, std::size_t line, std::uint32_t& row, std::uint32_t& col, std::int32_t& cost) {
+        if (fields.size() < 5) fail(file, line, "fewer than 5 fields");
+        long long const maxLeft = lexicon.matrix.cols - 1, maxRight = lexicon.matrix.rows - 1;
+        col = static_cast<std::uint32_t>(parseNumber(fields[1], 0, maxLeft, file, line, "left id"));
+        row = static_cast<std::uint32_t>(parseNumber(fields[2], 0, maxRight, file, line, "right id"));
+        cost = static_cast<std::int32_t>(parseNumber(fields[3], -32768, 32767, file, line, "cost"));
+    }
+
+    std::string name(fs::path const& file, std::size_t line) {
+        std::string const utf8 = joinName(fields, 4, static_cast<std::size_t>(layout.posFields));
+        std::string result;
+        if (!cp932.append(result, utf8)) fail(file, line, "the part of speech has characters outside code page 932");
+        return result;
+    }
+
+    std::string_view field(int index) {
+        if (index < 0 || fields.size() <= static_cast<std::size_t>(index) + 4) return {};
+        std::string const& text = fields[static_cast<std::size_t>(index) + 4];
+        if (text == "*") return {};
+        scratch.clear();
+        if (!cp932.append(scratch, text)) {
+            ++lexicon.leftOut.lostFields;
+            return {};
+        }
+        return lexicon.keep(scratch);
+    }
+
+    void csvLine(fs::path const& file, std::string_view line, std::size_t number) {
+        if (line.empty()) return;
+        splitCsv(line, fields);
+        ++lexicon.entriesRead;
+        Word word;
+        ids(file, number, word.row, word.col, word.cost);
+        if (fields[0].empty()) fail(file, number, "the surface form is empty");
+        scratch.clear();
+        if (!cp932.append(scratch, fields[0])) {
+            ++lexicon.leftOut.noCode;
+            if (lexicon.leftOut.examples.size() < kMaxExamples) lexicon.leftOut.examples.push_back(fields[0]);
+            return;
+        }
+        word.form = lexicon.keep(scratch);
+        word.name = lexicon.names.add(name(file, number));
+        word.base = field(layout.base);
+        if (word.base == word.form) word.base = {};
+        word.reading = field(layout.reading);
+        word.pron = field(layout.pron);
+        lexicon.words.push_back(word);
+    }
+
+    void unknownLine(fs::path const& file, std::string_view line, std::size_t number) {
+        if (line.empty()) return;
+        splitCsv(line, fields);
+        UnknownTemplate entry;
+        ids(file, number, entry.row, entry.col, entry.cost);
+        entry.category = fields[0];
+        entry.name = name(file, number);
+        lexicon.templates.push_back(entry);
+    }
+};
+
+/// The two layouts in use differ in the number of fields: 9, and 17 or more.
+FieldLayout guessLayout(fs::path const& file, std::string_view text) {
+    std::vector<std::string> fields;
+    splitCsv(text.substr(0, text.find('\n')), fields);
+    std::size_t const features = fields.size() - std::min<std::size_t>(fields.size(), 4);
+    if (features < 1) fail(file, 1, "fewer than 5 fields");
+    if (features >= 17) return {6, 10, 9, 9};
+    auto const present = [&](int index) { return static_cast<std::size_t>(index) < features ? index : -1; };
+    return {static_cast<int>(std::min<std::size_t>(features, 6)), present(6), present(7), present(8)};
+}
+
+}  // namespace
+
+std::uint32_t StringPool::add(std::string_view text) {
+    auto const found = index_.find(text);
+    if (found != index_.end()) return found->second;
+    strings_.emplace_back(text);
+    std::uint32_t const index = size() - 1;
+    index_.emplace(strings_.back(), index);
+    return index;
+}
+
+std::string_view Lexicon::keep(std::string_view text) {
+    constexpr std::size_t kBlock = 1 << 20;
+    if (text.size() > room_) {
+        storage_.emplace_back();
+        room_ = std::max(kBlock, text.size());
+        storage_.back().reserve(room_);
+    }
+    std::string& block = storage_.back();
+    std::size_t const at = block.size();
+    block.append(text);
+    room_ -= text.size();
+    return std::string_view(block).substr(at);
+}
+
+std::string readFile(fs::path const& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw ImportError(path.string() + ": cannot be opened");
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad()) throw ImportError(path.string() + ": cannot be read");
+    return text;
+}
+
+void splitCsv(std::string_view line, std::vector<std::string>& fields) {
+    std::size_t count = 0;
+    std::size_t pos = 0;
+    while (true) {
+        if (fields.size() == count) fields.emplace_back();
+        std::string& field = fields[count++];
+        field.clear();
+        if (pos < line.size() && line[pos] == '"') {
+            ++pos;
+            while (pos < line.size() && (line[pos] != '"' || (pos + 1 < line.size() && line[pos + 1] == '"'))) {
+                if (line[pos] == '"') ++pos;
+                field += line[pos++];
+            }
+            pos = std::min(line.find(',', pos), line.size());
+        } else {
+            std::size_t const end = std::min(line.find(',', pos), line.size());
+            field.assign(line.substr(pos, end - pos));
+            pos = end;
+        }
+        if (pos >= line.size()) break;
+        ++pos;
+    }
+    fields.resize(count);
+}
+
+Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, FieldLayout const* layout) {
+    if (!fs::is_directory(folder)) throw ImportError(folder.string() + ": is not a folder");
+    Lexicon lexicon;
+    lexicon.folder = folder;
+    lexicon.charset = charsetOverride.empty() ? readCharset(folder) : charsetOverride;
+    std::vector<fs::path> files;
+    for (auto const& entry : fs::directory_iterator(folder))
+        if (entry.path().extension() == ".csv") files.push_back(entry.path());
+    if (files.empty()) throw ImportError(folder.string() + ": holds no *.csv file");
+    std::sort(files.begin(), files.end());
+    lexicon.matrix = readMatrix(folder / "matrix.def");
+    lexicon.sourceRows = lexicon.matrix.rows;
+    lexicon.sourceCols = lexicon.matrix.cols;
+    for (std::uint32_t row = 0; row < lexicon.sourceRows; ++row) lexicon.rowBase.push_back(row);
+
+    Reader reader{lexicon, layout ? *layout : FieldLayout{}, Cp932::table(), {}, {}};
+    bool layoutKnown = layout != nullptr;
+    for (fs::path const& file : files) {
+        std::string const text = readText(file, lexicon.charset);
+        if (!layoutKnown && !text.empty()) {
+            reader.layout = guessLayout(file, text);
+            layoutKnown = true;
+        }
+        forEachLine(text, [&](std::string_view line, std::size_t number) { reader.csvLine(file, line, number); });
+    }
+    fs::path const unk = folder / "unk.def";
+    forEachLine(readText(unk, lexicon.charset),
+                [&](std::string_view line, std::size_t number) { reader.unknownLine(unk, line, number); });
+    return lexicon;
+}
+
+}  // namespace TAVO::importer

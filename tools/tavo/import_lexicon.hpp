@@ -1,0 +1,114 @@
+// A MeCab-format lexicon in memory: words, unknown-word templates, connection
+// costs. Text is in code page 932.
+#ifndef TAVO_TOOLS_IMPORT_LEXICON_HPP
+#define TAVO_TOOLS_IMPORT_LEXICON_HPP
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace TAVO::importer {
+
+/// A fault of the lexicon's files; the text begins with "file:line: " or "file: ".
+class ImportError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Unique strings with stable addresses, numbered from 0.
+class StringPool {
+public:
+    std::uint32_t add(std::string_view text);
+    std::string const& at(std::uint32_t index) const noexcept { return strings_[index]; }
+    std::uint32_t size() const noexcept { return static_cast<std::uint32_t>(strings_.size()); }
+
+private:
+    std::deque<std::string> strings_;
+    std::unordered_map<std::string_view, std::uint32_t> index_;
+};
+
+/// Connection costs m[right id of the word before][left id of the word behind].
+/// Id 0 is the text's end on both sides.
+struct Matrix {
+    static constexpr std::int16_t kForbidden = INT16_MIN;
+
+    std::uint32_t rows = 0, cols = 0;
+    std::vector<std::int16_t> cells;
+
+    std::int16_t at(std::uint32_t row, std::uint32_t col) const noexcept {
+        return cells[std::size_t{row} * cols + col];
+    }
+    std::int16_t& at(std::uint32_t row, std::uint32_t col) noexcept { return cells[std::size_t{row} * cols + col]; }
+};
+
+struct Word {
+    std::string_view form;                 ///< stands in the lexicon's storage
+    std::string_view base, reading, pron;  ///< empty when the source has none
+    std::uint32_t row = 0, col = 0;        ///< of the (extended) matrix: right id, left id
+    std::int32_t cost = 0;
+    std::uint32_t name = 0;  ///< index into Lexicon::names
+    bool unknown = false;    ///< stands for one character of an unknown word
+};
+
+/// One line of unk.def.
+struct UnknownTemplate {
+    std::string category;
+    std::uint32_t row = 0, col = 0;
+    std::int32_t cost = 0;
+    std::string name;
+};
+
+/// Where the fields behind the four fixed ones stand; -1: the source has no such field.
+struct FieldLayout {
+    int posFields = 6;
+    int base = 6;
+    int reading = 7;
+    int pron = 8;
+};
+
+struct LeftOut {
+    std::uint64_t noCode = 0;           ///< a form with a character outside code page 932
+    std::uint64_t duplicates = 0;       ///< equal in all that a user can see
+    std::uint64_t lostFields = 0;       ///< a base form or reading dropped, the word kept
+    std::vector<std::string> examples;  ///< of noCode, UTF-8
+};
+
+struct Lexicon {
+    std::string charset;
+    std::filesystem::path folder;
+    std::uint64_t entriesRead = 0;
+    StringPool names;
+    std::vector<Word> words;
+    std::vector<UnknownTemplate> templates;
+    Matrix matrix;
+    std::uint32_t sourceRows = 0, sourceCols = 0;  ///< of the matrix as the source has it
+    std::vector<std::uint32_t> rowBase;            ///< per row: the source's right id that it stands for
+    double costFactor = 800;                       ///< source cost of a factor e in probability
+    LeftOut leftOut;
+
+    /// Keeps a copy of @p text for the lexicon's life.
+    std::string_view keep(std::string_view text);
+
+private:
+    std::deque<std::string> storage_;
+    std::size_t room_ = 0;
+};
+
+/// Reads the folder's *.csv, matrix.def, unk.def and dicrc. Throws ImportError.
+Lexicon readLexicon(std::filesystem::path const& folder, std::string const& charsetOverride, FieldLayout const* layout);
+
+/// The whole file. Throws ImportError when it cannot be read.
+std::string readFile(std::filesystem::path const& path);
+
+/// Splits @p line at commas; a field in double quotes may hold commas, and two
+/// double quotes for one.
+void splitCsv(std::string_view line, std::vector<std::string>& fields);
+
+}  // namespace TAVO::importer
+
+#endif

@@ -1,0 +1,289 @@
+#include "import_table.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <numeric>
+#include <tuple>
+#include <unordered_map>
+
+namespace TAVO::importer {
+namespace {
+
+constexpr std::uint16_t kFixedIds = 3;  // beginning, end, unknown
+constexpr std::uint32_t kNoIndex = 0xFFFFFFFF;
+
+/// Groups the values of one source column into levels: neighbours merge while
+/// the weighted squared error that this adds stays below a tolerance.
+class Levels {
+public:
+    struct Level {
+        double mean, weight;
+        std::uint32_t first, last;  ///< rounded values that belong to it
+    };
+
+    void add(double value, double weight) {
+        auto& [sum, total] = sums_[static_cast<std::int32_t>(std::lround(value))];
+        sum += value * weight;
+        total += weight;
+    }
+
+    /// Calls assign(rounded value, mean of its level) for each rounded value.
+    template <class Assign>
+    void merge(double tolerance, Assign&& assign) const {
+        struct Group {
+            std::int32_t first, last;
+            double mean, weight;
+        };
+        std::vector<Group> groups;
+        for (auto const& [value, sum] : sums_) groups.push_back({value, value, sum.first / sum.second, sum.second});
+        while (groups.size() > 1) {
+            std::size_t best = 0;
+            double least = tolerance;
+            for (std::size_t i = 0; i + 1 < groups.size(); ++i) {
+                Group const &a = groups[i], &b = groups[i + 1];
+                double const gap = b.mean - a.mean;
+                double const loss = a.weight * b.weight / (a.weight + b.weight) * gap * gap;
+                if (loss >= least) continue;
+                least = loss;
+                best = i + 1;
+            }
+            if (best == 0) break;
+            Group &a = groups[best - 1], &b = groups[best];
+            a = {a.first, b.last, (a.mean * a.weight + b.mean * b.weight) / (a.weight + b.weight), a.weight + b.weight};
+            groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(best));
+        }
+        for (Group const& group : groups)
+            for (auto at = sums_.find(group.first); at != sums_.end() && at->first <= group.last; ++at)
+                assign(at->first, group.mean);
+    }
+
+private:
+    std::map<std::int32_t, std::pair<double, double>> sums_;
+};
+
+class Builder {
+public:
+    Builder(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
+            TableOptions const& options)
+        : lexicon_(lexicon), index_(index), shifts_(shifts), options_(options), weights_(lexicon.words.size(), 0.0) {
+        for (Usage::Edge const& edge : usage.edges)
+            if (edge.right != Lattice::kNone) weights_[edge.right] += static_cast<double>(edge.weight);
+    }
+
+    Tables build() {
+        makeLevels();
+        makeIds();
+        nameIds();
+        fillMatrix();
+        mergeEqual();
+        return std::move(tables_);
+    }
+
+private:
+    struct Column {
+        std::uint32_t col;  ///< of the source matrix; kNoIndex: the last resort
+        double level;
+    };
+    struct Id {
+        std::uint32_t name, row, column;
+        std::uint64_t words;
+        double weight;
+    };
+
+    /// Part of an edge's cost that depends on the word behind it alone.
+    double wordPart(Word const& word) const {
+        double const shifted = word.cost - shifts_.row[lexicon_.rowBase[word.row]] +
+                               shifts_.perByte * static_cast<double>(word.form.size());
+        return shifted / options_.step;
+    }
+
+    void makeLevels() {
+        constexpr double kLeastWeight = 0.02;
+        std::vector<Levels> levels(lexicon_.matrix.cols);
+        for (std::size_t i = 0; i < lexicon_.words.size(); ++i)
+            levels[lexicon_.words[i].col].add(wordPart(lexicon_.words[i]), weights_[i] + kLeastWeight);
+        columnOfLevel_.resize(lexicon_.matrix.cols);
+        columns_.push_back({0, -shifts_.end / options_.step});  // the text's end
+        for (std::uint32_t col = 0; col < lexicon_.matrix.cols; ++col)
+            levels[col].merge(options_.levelTolerance, [&](std::int32_t value, double mean) {
+                if (columns_.back().col != col || columns_.back().level != mean) columns_.push_back({col, mean});
+                columnOfLevel_[col][value] = static_cast<std::uint32_t>(columns_.size() - 1);
+            });
+        columns_.push_back({kNoIndex, 0});  // the last resort
+    }
+
+    std::uint32_t columnOf(Word const& word) const {
+        return columnOfLevel_[word.col].at(static_cast<std::int32_t>(std::lround(wordPart(word))));
+    }
+
+    /// Of a form's words with equal row and column the dearer ones can't win: they
+    /// take the id of the cheapest, so that the lattice makes one node of them.
+    void makeIds() {
+        std::map<std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>, std::uint32_t> ids;
+        wordId_.assign(lexicon_.words.size(), kNoIndex);
+        auto const idOf = [&](Word const& word, std::uint32_t column) {
+            auto const [place, fresh] =
+                ids.emplace(std::tuple(word.name, word.row, column), static_cast<std::uint32_t>(ids_.size()));
+            if (fresh) ids_.push_back({word.name, word.row, column, 0, 0});
+            return place->second;
+        };
+        std::unordered_map<std::string_view, std::vector<std::uint32_t>> winners;
+        for (std::uint32_t const i : index_.wordsOf()) winners[lexicon_.words[i].form].push_back(i);
+        for (std::uint32_t i = 0; i < lexicon_.words.size(); ++i) {
+            Word const& word = lexicon_.words[i];
+            std::uint32_t column = columnOf(word);
+            for (std::uint32_t const winner : winners[word.form]) {
+                Word const& other = lexicon_.words[winner];
+                if (other.row == word.row && other.col == word.col && other.name == word.name) column = columnOf(other);
+            }
+            std::uint32_t const id = wordId_[i] = idOf(word, column);
+            ids_[id].words += 1;
+            ids_[id].weight += weights_[i];
+        }
+    }
+
+    /// Ids in the order of their names, levels rising; the level of the middle
+    /// word of a name has the bare name.
+    void nameIds() {
+        std::vector<std::uint32_t> order(ids_.size());
+        std::iota(order.begin(), order.end(), 0U);
+        auto const key = [&](std::uint32_t i) {
+            return std::tuple(std::string_view(lexicon_.names.at(ids_[i].name)), columns_[ids_[i].column].level,
+                              ids_[i].row, ids_[i].column);
+        };
+        std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) { return key(a) < key(b); });
+        if (order.size() + kFixedIds > 65534)
+            throw ImportError("the lexicon needs " + std::to_string(order.size()) +
+                              " ids, more than 65531; raise --step or --merge");
+        tables_.names = {"BOS", "EOS", "Undef"};
+        std::vector<std::uint16_t> finalId(ids_.size());
+        for (std::size_t from = 0, to = 0; from < order.size(); from = to) {
+            std::uint64_t words = 0;
+            while (to < order.size() && ids_[order[to]].name == ids_[order[from]].name)
+                words += ids_[order[to++]].words;
+            std::uint64_t seen = 0;
+            unsigned number = 0;
+            bool typicalSeen = false;
+            for (std::size_t i = from; i < to; ++i) {
+                seen += ids_[order[i]].words;
+                bool const typical = !typicalSeen && seen * 2 >= words;
+                typicalSeen = typicalSeen || typical;
+                std::string name = lexicon_.names.at(ids_[order[i]].name);
+                if (!typical) name += "-" + std::to_string(++number);
+                tables_.names.push_back(std::move(name));
+                finalId[order[i]] = static_cast<std::uint16_t>(tables_.names.size());
+            }
+        }
+        order_ = std::move(order);
+        for (std::size_t i = 0; i < lexicon_.words.size(); ++i) {
+            Word const& word = lexicon_.words[i];
+            double const rest = wordPart(word) - columns_[ids_[wordId_[i]].column].level;
+            tables_.idOfWord.push_back(finalId[wordId_[i]]);
+            tables_.costOfWord.push_back(
+                static_cast<std::uint8_t>(std::clamp(std::lround(128 + 127 * rest), 1L, 255L)));
+            tables_.exactOfWord.push_back(static_cast<float>(wordPart(word)));
+        }
+    }
+
+    std::uint8_t cell(std::uint32_t row, Column const& column) const {
+        bool const inside = column.col != kNoIndex && column.col >= lexicon_.sourceCols;
+        if (row == lexicon_.matrix.rows) return inside ? Tables::kForbidden : Tables::kHighest;
+        if (column.col == kNoIndex) return Tables::kHighest;
+        std::int16_t const cost = lexicon_.matrix.at(row, column.col);
+        if (cost == Matrix::kForbidden) return Tables::kForbidden;
+        double const value = (cost + shifts_.row[lexicon_.rowBase[row]]) / options_.step + column.level;
+        return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, static_cast<long>(Tables::kHighest)));
+    }
+
+    /// Row and column per id, still with one row per right id and one column per level.
+    void fillMatrix() {
+        std::uint32_t const lastRow = lexicon_.matrix.rows;
+        auto const lastColumn = static_cast<std::uint32_t>(columns_.size() - 1);
+        rowOf_ = {0, 0, lastRow};
+        columnOf_ = {lastColumn, 0, lastColumn};
+        rowUse_.assign(lastRow + 1U, 0);
+        columnUse_.assign(columns_.size(), 0);
+        for (std::uint32_t const i : order_) {
+            rowOf_.push_back(ids_[i].row);
+            columnOf_.push_back(ids_[i].column);
+            rowUse_[ids_[i].row] += ids_[i].weight;
+            columnUse_[ids_[i].column] += ids_[i].weight;
+        }
+        tables_.rows = lastRow + 1;
+        tables_.columns = static_cast<std::uint32_t>(columns_.size());
+        for (std::uint32_t row = 0; row < tables_.rows; ++row)
+            for (Column const& column : columns_) tables_.matrix.push_back(cell(row, column));
+    }
+
+    /// Keeps one of equal rows and columns, the most used ones first, so that the
+    /// cells in use lie together.
+    void mergeEqual() {
+        std::vector<std::uint8_t>& matrix = tables_.matrix;
+        std::uint32_t const wide = tables_.columns;
+        auto const rowText = [&](std::uint32_t row) {
+            return std::string(reinterpret_cast<char const*>(&matrix[std::size_t{row} * wide]), wide);
+        };
+        std::vector<std::uint32_t> const rows = keepDistinct(rowOf_, rowUse_, rowText, tables_.rowOf);
+        auto const columnText = [&](std::uint32_t column) {
+            std::string text;
+            for (std::uint32_t const row : rows) text += static_cast<char>(matrix[std::size_t{row} * wide + column]);
+            return text;
+        };
+        std::vector<std::uint32_t> const columns = keepDistinct(columnOf_, columnUse_, columnText, tables_.columnOf);
+        std::vector<std::uint8_t> small;
+        for (std::uint32_t const row : rows)
+            for (std::uint32_t const column : columns) small.push_back(matrix[std::size_t{row} * wide + column]);
+        matrix = std::move(small);
+        tables_.rows = static_cast<std::uint32_t>(rows.size());
+        tables_.columns = static_cast<std::uint32_t>(columns.size());
+    }
+
+    /// The first of each set of equal lines among those that @p lineOf names, most
+    /// used first; @p place gets the position per id.
+    template <class Text>
+    static std::vector<std::uint32_t> keepDistinct(std::vector<std::uint32_t> const& lineOf,
+                                                   std::vector<double> const& use, Text&& text,
+                                                   std::vector<std::uint16_t>& place) {
+        std::unordered_map<std::string, std::uint32_t> seen;
+        std::vector<std::uint32_t> same(use.size(), kNoIndex);
+        std::vector<double> sum(use.size(), 0);
+        std::vector<std::uint32_t> kept;
+        for (std::uint32_t const line : lineOf) {
+            if (same[line] != kNoIndex) continue;
+            auto const [first, fresh] = seen.emplace(text(line), line);
+            same[line] = first->second;
+            sum[first->second] += use[line];
+            if (fresh) kept.push_back(line);
+        }
+        std::stable_sort(kept.begin(), kept.end(), [&](std::uint32_t a, std::uint32_t b) { return sum[a] > sum[b]; });
+        if (kept.size() > 65535) throw ImportError("the matrix has more than 65535 columns; raise --step or --merge");
+        std::vector<std::uint32_t> position(use.size(), 0);
+        for (std::uint32_t i = 0; i < kept.size(); ++i) position[kept[i]] = i;
+        for (std::uint32_t const line : lineOf) place.push_back(static_cast<std::uint16_t>(position[same[line]]));
+        return kept;
+    }
+
+    Lexicon const& lexicon_;
+    FormIndex const& index_;
+    Shifts const& shifts_;
+    TableOptions const& options_;
+    std::vector<double> weights_;  // per word: its use in near-best analyses
+    std::vector<std::map<std::int32_t, std::uint32_t>> columnOfLevel_;
+    std::vector<Column> columns_;
+    std::vector<Id> ids_;
+    std::vector<std::uint32_t> order_;  // of ids_, in final order
+    std::vector<std::uint32_t> wordId_;
+    std::vector<std::uint32_t> rowOf_, columnOf_;  // per final id
+    std::vector<double> rowUse_, columnUse_;
+    Tables tables_;
+};
+
+}  // namespace
+
+Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
+                   TableOptions const& options) {
+    return Builder(lexicon, index, shifts, usage, options).build();
+}
+
+}  // namespace TAVO::importer

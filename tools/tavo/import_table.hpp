@@ -1,0 +1,59 @@
+// Turns shifted source costs into part-of-speech ids, a matrix of bytes and
+// word-cost bytes.
+#ifndef TAVO_TOOLS_IMPORT_TABLE_HPP
+#define TAVO_TOOLS_IMPORT_TABLE_HPP
+
+#include "import_fit.hpp"
+#include "import_lexicon.hpp"
+#include "import_search.hpp"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace TAVO::importer {
+
+struct TableOptions {
+    double step = 130;          ///< source cost of one unit of a byte
+    double levelTolerance = 1;  ///< how much weighted error merges two neighbouring cost levels
+};
+
+/// What the connection table and the records hold. Ids run from 1; the vectors
+/// over ids have their entry for id i at i - 1.
+struct Tables {
+    static constexpr std::uint8_t kForbidden = 255, kHighest = 254;
+
+    std::vector<std::string> names;
+    std::vector<std::uint16_t> rowOf, columnOf;
+    std::uint32_t rows = 0, columns = 0;
+    std::vector<std::uint8_t> matrix;
+
+    std::vector<std::uint16_t> idOfWord;   ///< per word of the lexicon
+    std::vector<std::uint8_t> costOfWord;  ///< word-cost byte
+    std::vector<float> exactOfWord;        ///< the cost that level and byte stand for, in units of a byte
+
+    std::uint8_t byteOf(std::uint16_t left, std::uint16_t right) const noexcept {
+        return matrix[std::size_t{rowOf[left - 1U]} * columns + columnOf[right - 1U]];
+    }
+};
+
+/// Throws ImportError when the ids do not fit 16 bits.
+Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
+                   TableOptions const& options);
+
+/// Tavo's own cost of an edge, for the search: the connection byte first, the
+/// word-cost byte among equal sums.
+struct TableEdge {
+    Tables const& tables;
+    std::int64_t operator()(std::uint32_t left, std::uint32_t right) const noexcept {
+        std::uint16_t const leftId = left == Lattice::kNone ? std::uint16_t{1} : tables.idOfWord[left];
+        std::uint16_t const rightId = right == Lattice::kNone ? std::uint16_t{2} : tables.idOfWord[right];
+        std::uint8_t const byte = tables.byteOf(leftId, rightId);
+        if (byte == Tables::kForbidden) return Lattice::kNoPath;
+        return std::int64_t{byte} << 32 | (right == Lattice::kNone ? 0 : tables.costOfWord[right]);
+    }
+};
+
+}  // namespace TAVO::importer
+
+#endif

@@ -1,0 +1,207 @@
+#include "import_unknown.hpp"
+
+#include "import_charset.hpp"
+
+#include "base/text.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <sstream>
+#include <unordered_set>
+#include <utility>
+
+namespace TAVO::importer {
+namespace {
+
+constexpr unsigned kMaxLevels = 8;
+
+struct Parser {
+    std::filesystem::path const& file;
+    CharMap& map;
+    std::map<std::vector<std::string>, std::uint16_t> kindIndex;
+    std::size_t line = 0;
+
+    [[noreturn]] void fail(std::string const& cause) const {
+        throw ImportError(file.string() + ":" + std::to_string(line) + ": " + cause);
+    }
+
+    unsigned number(std::string_view text, int base) const {
+        unsigned value = 0;
+        if (base == 16 && text.substr(0, 2) == "0x") text.remove_prefix(2);
+        auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+        if (error != std::errc{} || end != text.data() + text.size())
+            fail("\"" + std::string(text) + "\" is not a number");
+        return value;
+    }
+
+    void category(std::vector<std::string> const& words) {
+        if (words.size() < 4) fail("a category needs INVOKE, GROUP and LENGTH");
+        map.categories[words[0]] = {number(words[1], 10) != 0, number(words[2], 10) != 0, number(words[3], 10)};
+    }
+
+    void range(std::vector<std::string> const& words) {
+        std::string_view const codes = words[0];
+        std::size_t const dots = codes.find("..");
+        unsigned const low = number(codes.substr(0, dots), 16);
+        unsigned const high = dots == std::string_view::npos ? low : number(codes.substr(dots + 2), 16);
+        if (low > high || high > 0xFFFF) fail("the range of characters is not within 0x0000..0xFFFF");
+        std::vector<std::string> const kind(words.begin() + 1, words.end());
+        if (kind.empty()) fail("a category is missing");
+        for (std::string const& name : kind)
+            if (map.categories.count(name) == 0) fail("category " + name + " is not defined above");
+        auto const [place, fresh] = kindIndex.emplace(kind, static_cast<std::uint16_t>(map.kinds.size()));
+        if (fresh) map.kinds.push_back(kind);
+        std::fill(map.kindOf.begin() + low, map.kindOf.begin() + high + 1, place->second);
+    }
+
+    void parse(std::string_view text) {
+        while (!text.empty()) {
+            std::size_t const end = std::min(text.find('\n'), text.size());
+            std::istringstream words(std::string(text.substr(0, std::min(end, text.find('#')))));
+            text.remove_prefix(std::min(end + 1, text.size()));
+            ++line;
+            std::vector<std::string> list;
+            for (std::string word; words >> word;) list.push_back(word);
+            if (list.empty()) continue;
+            list[0].compare(0, 2, "0x") == 0 ? range(list) : category(list);
+        }
+    }
+};
+
+/// One unknown word of unk.def with the rows and columns of its chain.
+struct Chain {
+    UnknownTemplate const* entry;
+    bool group;
+    /// Row and column per level; level 0 is "begin". A group has two levels.
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> levels;
+    std::vector<std::uint32_t> names;
+};
+
+class ChainBuilder {
+public:
+    ChainBuilder(Lexicon& lexicon, CharMap const& map) : lexicon_(lexicon) {
+        for (UnknownTemplate const& entry : lexicon.templates) {
+            auto const category = map.categories.find(entry.category);
+            if (category == map.categories.end())
+                throw ImportError((lexicon.folder / "unk.def").string() + ": category " + entry.category +
+                                  " is not in char.def");
+            plan(entry, category->second);
+        }
+        extendMatrix();
+    }
+
+    std::vector<Chain> const& chains() const noexcept { return chains_; }
+
+private:
+    void plan(UnknownTemplate const& entry, CharCategory const& category) {
+        Chain chain{&entry, category.group, {{entry.row, entry.col}}, {}};
+        std::string const mark = classWord(entry.category);
+        std::string const name = entry.name + ":Undef" + (mark.empty() ? "" : ":" + mark);
+        chain.names.push_back(lexicon_.names.add(name));
+        unsigned const levels = category.group ? 2 : std::clamp(category.length, 1U, kMaxLevels);
+        if (levels > 1) chain.levels[0].first = newRow(entry.row);
+        for (unsigned level = 1; level < levels; ++level) {
+            bool const last = level + 1 == levels;
+            std::uint32_t const row = !last ? newRow(entry.row) : category.group ? chain.levels[0].first : entry.row;
+            chain.levels.emplace_back(row, newColumn());
+            chain.names.push_back(lexicon_.names.add(name + ":Inside"));
+            allowed_.emplace_back(chain.levels[level - 1].first, chain.levels[level].second);
+        }
+        if (category.group) allowed_.emplace_back(chain.levels[1].first, chain.levels[1].second);
+        chains_.push_back(std::move(chain));
+    }
+
+    std::uint32_t newRow(std::uint32_t like) {
+        rowsLike_.push_back(like);
+        lexicon_.rowBase.push_back(like);
+        return lexicon_.sourceRows + static_cast<std::uint32_t>(rowsLike_.size()) - 1;
+    }
+    std::uint32_t newColumn() { return lexicon_.sourceCols + newColumns_++; }
+
+    void extendMatrix() {
+        Matrix& old = lexicon_.matrix;
+        Matrix wide;
+        wide.rows = old.rows + static_cast<std::uint32_t>(rowsLike_.size());
+        wide.cols = old.cols + newColumns_;
+        wide.cells.assign(std::size_t{wide.rows} * wide.cols, Matrix::kForbidden);
+        for (std::uint32_t row = 0; row < wide.rows; ++row) {
+            std::uint32_t const from = row < old.rows ? row : rowsLike_[row - old.rows];
+            std::copy_n(&old.cells[std::size_t{from} * old.cols], old.cols, &wide.cells[std::size_t{row} * wide.cols]);
+        }
+        for (auto const& [row, col] : allowed_) wide.at(row, col) = 0;
+        old = std::move(wide);
+    }
+
+    Lexicon& lexicon_;
+    std::vector<Chain> chains_;
+    std::vector<std::uint32_t> rowsLike_;
+    std::uint32_t newColumns_ = 0;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> allowed_;
+};
+
+std::string bytesOf(std::uint16_t code) {
+    std::string text;
+    if (code >= 0x100) text += static_cast<char>(code >> 8);
+    text += static_cast<char>(code & 0xFF);
+    return text;
+}
+
+}  // namespace
+
+char const* classWord(std::string const& category) noexcept {
+    static constexpr std::array<std::pair<std::string_view, char const*>, 11> kWords{{{"KATAKANA", "Katakana"},
+                                                                                      {"HIRAGANA", "Kana"},
+                                                                                      {"KANJI", "Kanji"},
+                                                                                      {"ALPHA", "Alphabet"},
+                                                                                      {"GREEK", "Alphabet"},
+                                                                                      {"CYRILLIC", "Alphabet"},
+                                                                                      {"NUMERIC", "Number"},
+                                                                                      {"KANJINUMERIC", "Number"},
+                                                                                      {"SYMBOL", "Symbol"},
+                                                                                      {"SPACE", "Symbol"},
+                                                                                      {"DEFAULT", "Symbol"}}};
+    for (auto const& [name, word] : kWords)
+        if (name == category) return word;
+    return "";
+}
+
+CharMap readCharMap(std::filesystem::path const& file) {
+    CharMap map;
+    map.kindOf.assign(0x10000, 0);
+    map.kinds.push_back({"DEFAULT"});
+    Parser parser{file, map, {{{"DEFAULT"}, std::uint16_t{0}}}};
+    parser.parse(readFile(file));
+    if (map.categories.count("DEFAULT") == 0) throw ImportError(file.string() + ": category DEFAULT is not defined");
+    return map;
+}
+
+void addUnknownWords(Lexicon& lexicon, CharMap const& map) {
+    std::unordered_set<std::string_view> oneCharacter;
+    for (Word const& word : lexicon.words)
+        if (word.form.size() <= 2) oneCharacter.insert(word.form);
+    ChainBuilder const builder(lexicon, map);
+    for (auto const& [code, point] : Cp932::table().all()) {
+        if (code == '\n' || code == '\r') continue;  // no line of dictionary source can hold them
+        std::string_view const form = lexicon.keep(bytesOf(code));
+        std::vector<std::string> const& kind = map.at(point);
+        bool const begins = map.categories.at(kind.front()).always || oneCharacter.count(form) == 0;
+        for (Chain const& chain : builder.chains()) {
+            std::string const& category = chain.entry->category;
+            std::size_t const firstLevel = begins && category == kind.front() ? 0 : 1;
+            bool const inside = std::find(kind.begin(), kind.end(), category) != kind.end();
+            for (std::size_t level = firstLevel; level < (inside ? chain.levels.size() : 1); ++level) {
+                Word word;
+                word.form = form;
+                word.row = chain.levels[level].first;
+                word.col = chain.levels[level].second;
+                word.cost = level == 0 ? chain.entry->cost : 0;
+                word.name = chain.names[level];
+                word.unknown = true;
+                lexicon.words.push_back(word);
+            }
+        }
+    }
+}
+
+}  // namespace TAVO::importer

@@ -1,0 +1,164 @@
+#include "import_write.hpp"
+
+#include "base/sjis.hpp"
+#include "dic/conn_table_writer.hpp"
+#include "dic/dic_compiler.hpp"
+
+#include <algorithm>
+#include <fstream>
+#include <numeric>
+#include <set>
+#include <sstream>
+#include <tuple>
+
+namespace TAVO::importer {
+namespace {
+
+std::vector<std::string_view> characters(std::string_view text) {
+    std::vector<std::string_view> result;
+    for (std::size_t pos = 0; pos < text.size(); pos += result.back().size())
+        result.push_back(text.substr(pos, charWidth(text, pos)));
+    return result;
+}
+
+std::string group(std::vector<std::string_view> const& reading, std::size_t readFrom, std::size_t readTo,
+                  std::vector<std::string_view> const& pron, std::size_t pronFrom, std::size_t pronTo) {
+    std::string text = "(";
+    for (; readFrom < readTo; ++readFrom) text += reading[readFrom];
+    text += '|';
+    for (; pronFrom < pronTo; ++pronFrom) text += pron[pronFrom];
+    return text + ")";
+}
+
+std::string sourceLine(Lexicon const& lexicon, Tables const& tables, std::size_t word) {
+    Word const& source = lexicon.words[word];
+    std::string line = escapeField(source.form);
+    // A line that begins so would be a comment.
+    if (line[0] == ';' || line[0] == '#') line.insert(0, 1, '\\');
+    line += ',' + escapeField(tables.names[tables.idOfWord[word] - 1U]);
+    line += ',' + std::to_string(tables.costOfWord[word]);
+    std::string const readPron = joinReadPron(source.reading, source.pron);
+    if (!readPron.empty() || !source.base.empty()) line += ',' + escapeField(readPron);
+    if (!source.base.empty()) line += ',' + escapeField(source.base);
+    return line;
+}
+
+}  // namespace
+
+std::string joinReadPron(std::string_view reading, std::string_view pron) {
+    if (pron.empty()) pron = reading;
+    constexpr std::string_view kMarks = "(|)/-";
+    if (findMark(reading, kMarks) != std::string_view::npos || findMark(pron, kMarks) != std::string_view::npos)
+        return {};
+    auto const r = characters(reading), p = characters(pron);
+    std::string result;
+    if (r.size() == p.size()) {
+        for (std::size_t i = 0; i < r.size();) {
+            std::size_t const from = i;
+            while (i < r.size() && r[i] != p[i]) ++i;
+            if (i > from) result += group(r, from, i, p, from, i);
+            for (; i < r.size() && r[i] == p[i]; ++i) result += r[i];
+        }
+        return result;
+    }
+    std::size_t const shorter = std::min(r.size(), p.size());
+    std::size_t head = 0, tail = 0;
+    while (head < shorter && r[head] == p[head]) ++head;
+    while (tail < shorter - head && r[r.size() - 1 - tail] == p[p.size() - 1 - tail]) ++tail;
+    for (std::size_t i = 0; i < head; ++i) result += r[i];
+    result += group(r, head, r.size() - tail, p, head, p.size() - tail);
+    for (std::size_t i = r.size() - tail; i < r.size(); ++i) result += r[i];
+    return result;
+}
+
+std::string escapeField(std::string_view text) {
+    constexpr std::string_view kSpecial = "\\,-/";
+    std::string result;
+    for (std::size_t pos = 0; pos < text.size();) {
+        std::size_t const width = charWidth(text, pos);
+        if (width == 1 && kSpecial.find(text[pos]) != std::string_view::npos) result += '\\';
+        result += text.substr(pos, width);
+        pos += width;
+    }
+    return result;
+}
+
+std::vector<std::string> sourceLines(Lexicon& lexicon, Tables const& tables) {
+    std::vector<std::uint32_t> order(lexicon.words.size());
+    std::iota(order.begin(), order.end(), 0U);
+    auto const key = [&](std::uint32_t i) {
+        return std::tuple(lexicon.words[i].form, tables.idOfWord[i], tables.costOfWord[i], lexicon.words[i].cost, i);
+    };
+    std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) { return key(a) < key(b); });
+
+    std::vector<std::string> lines;
+    using Visible = std::tuple<std::uint16_t, std::string_view, std::string_view, std::string_view>;
+    std::set<Visible> seen;
+    std::string_view form;
+    for (std::uint32_t const i : order) {
+        Word const& word = lexicon.words[i];
+        if (word.form != form) seen.clear();
+        form = word.form;
+        if (seen.emplace(tables.idOfWord[i], word.base, word.reading, word.pron).second)
+            lines.push_back(sourceLine(lexicon, tables, i));
+        else
+            ++lexicon.leftOut.duplicates;
+    }
+    return lines;
+}
+
+void writeFile(std::filesystem::path const& path, std::string_view text) {
+    std::filesystem::path temporary = path;
+    temporary += ".tmp";
+    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    out.close();
+    std::error_code error;
+    if (out) std::filesystem::rename(temporary, path, error);
+    if (!out || error) {
+        std::filesystem::remove(temporary, error);
+        throw ImportError(path.string() + ": cannot be written");
+    }
+}
+
+std::string connTableBytes(Tables const& tables) {
+    ConnTableContent content;
+    content.names = tables.names;
+    content.rowIndex = tables.rowOf;
+    content.columnIndex = tables.columnOf;
+    content.rows = static_cast<std::uint16_t>(tables.rows);
+    content.cols = static_cast<std::uint16_t>(tables.columns);
+    content.matrix = tables.matrix;
+    return serializeConnTable(content);
+}
+
+std::string compileDictionary(std::vector<std::string> const& names, std::vector<std::string> const& lines) {
+    DicCompiler compiler(names);
+    std::string error;
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        if (!compiler.add(lines[i], error)) throw ImportError("SysDic.txt:" + std::to_string(i + 1) + ": " + error);
+    std::ostringstream out;
+    if (!compiler.compile(out, false)) throw ImportError("SysDic: " + compiler.error());
+    return std::move(out).str();
+}
+
+std::string initFileText(std::filesystem::path const& data) {
+    std::string const folder = data.string();
+    return "; Settings of an imported lexicon. The paths are absolute; to move the folder, change\n"
+           "; them here, or take out the lines Dic and ConnTable and set TAVO_PATH to the folder.\n"
+           "Dic=" +
+           folder + "/SysDic," + folder +
+           "/SysDic.txt\n"
+           "ReduceRule=" +
+           folder +
+           "/reduce.rules\n"
+           "ConnTable=" +
+           folder + "/ConnTable\n";
+}
+
+std::string reduceRuleText() {
+    return "; An unknown word comes as its first character and others with the feature Inside.\n"
+           "Undef = : with=Inside\n";
+}
+
+}  // namespace TAVO::importer

@@ -1,0 +1,46 @@
+// Writes an imported lexicon: dictionary source text, compiled dictionary,
+// connection table, init file and reduce rules.
+#ifndef TAVO_TOOLS_IMPORT_WRITE_HPP
+#define TAVO_TOOLS_IMPORT_WRITE_HPP
+
+#include "import_lexicon.hpp"
+#include "import_table.hpp"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TAVO::importer {
+
+/// Reading and pronunciation in one string: what they share stands plain, spans
+/// where they differ as "(reading|pronunciation)". Both in code page 932. Empty
+/// when a one-byte mark in them would be taken for one of the encoding.
+std::string joinReadPron(std::string_view reading, std::string_view pron);
+
+/// @p text (code page 932) with a "\" before each "\", ",", "-" and "/".
+std::string escapeField(std::string_view text);
+
+/// The lines of the dictionary source, sorted by form, id, word-cost byte and
+/// exact cost. Lines of a form that a user can't tell apart are written once;
+/// the others are counted in the lexicon's leftOut.
+std::vector<std::string> sourceLines(Lexicon& lexicon, Tables const& tables);
+
+/// Writes @p text to @p path through a temporary file, so that nothing
+/// half-written is left. Throws ImportError.
+void writeFile(std::filesystem::path const& path, std::string_view text);
+
+/// The connection table's file.
+std::string connTableBytes(Tables const& tables);
+
+/// Compiles @p lines. Throws ImportError naming the line that is refused.
+std::string compileDictionary(std::vector<std::string> const& names, std::vector<std::string> const& lines);
+
+/// The text of tavo.init for files in folder @p data (an absolute path).
+std::string initFileText(std::filesystem::path const& data);
+std::string reduceRuleText();
+
+}  // namespace TAVO::importer
+
+#endif
