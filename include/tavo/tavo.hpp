@@ -181,6 +181,7 @@ public:
     /// Analyses @p length bytes. Returns the number of sentences that failed.
     int analyze(char const* text, int length);
     int analyze(std::string const& text);
+    int analyze(std::string&& text) = delete;  // would die before its results
 
     /// The same, so that getResultNBest() can give more than the best analysis; a
     /// line of more than 8192 bytes throws too_long_string (the sentences before

@@ -1,0 +1,162 @@
+#include "config/init_file.hpp"
+
+#include "dic/pools.hpp"
+#include "support/small_world.hpp"
+#include "support/temp_dir.hpp"
+
+#include <tavo/tavo.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace TAVO {
+namespace {
+
+using test::TempDir;
+
+class InitFile : public testing::Test {
+protected:
+    void SetUp() override {
+        paths_ = test::SmallWorld().names({"BOS", "EOS", "Undef", "Noun"}).line("a,Noun").writeTo(dir_.path());
+        unsetenv("TAVO_PATH");
+    }
+    void TearDown() override {
+        unsetenv("TAVO_PATH");
+        sharedPools().dispose();
+    }
+
+    /// Applies @p lines, with the small world's files named unless @p bare.
+    std::string apply(Tavo& tavo, std::string const& lines, bool bare = false) {
+        std::string const files = bare ? "" : "\nDic=" + paths_.dic + "\nConnTable=" + paths_.connTable + "\n";
+        std::string const path = dir_.write("tavo.ini", lines + files);
+        tavo.setInitFilePath(path.c_str());
+        return path;
+    }
+    std::string errorOf(std::string const& lines, bool bare = false) {
+        Tavo tavo;
+        try {
+            apply(tavo, lines, bare);
+        } catch (std::exception const& e) {
+            return e.what();
+        }
+        return "no error";
+    }
+
+    TempDir dir_;
+    test::SmallWorld::Paths paths_;
+};
+
+TEST_F(InitFile, SetsEveryIntegerModeLastValueWins) {
+    struct Case {
+        char const* lines;
+        int (Tavo::*getter)() const;
+        int expected;
+    };
+    Case const cases[] = {
+        {"MemoryMapped=0\nCooccurrence=1\nMemoryMapped=1", &Tavo::getMemoryMappedMode, 1},
+        {"MemoryMapped=0", &Tavo::getMemoryMappedMode, 0},
+        {"Cooccurrence=1abc", &Tavo::getCooccurrenceMode, 1},
+        {"TaggedInput=1", &Tavo::getTaggedInputMode, 1},
+        {"DeleteSlash=0", &Tavo::getDeleteSlashMode, 0},
+        {"InputConvert=2", &Tavo::getInputConvertMode, 2},
+        {"OutputConvert=3", &Tavo::getOutputConvertMode, 3},
+        {"DivideWord=1", &Tavo::getDivideWordMode, 1},
+        {" DelimitCRLF = 1 ", &Tavo::getDelimitCRLFMode, 1},
+        {"DeleteCRLF=1", &Tavo::getDeleteCRLFMode, 1},
+        {"AlphabetCapitalize=01", &Tavo::getAlphabetCapitalizeMode, 1},
+        {"Alternative=1", &Tavo::getAlternativeMode, 1},
+        {"ReduceUndef=0", &Tavo::getReduceUndefMode, 0},
+        {"ReduceChar=0", &Tavo::getReduceCharMode, 0},
+        {"ReduceNumber=0", &Tavo::getReduceNumberMode, 0},
+        {";DivideWord=1\n#DivideWord=1", &Tavo::getDivideWordMode, 0},
+        {" ;x=1\nDivideWord=1", &Tavo::getDivideWordMode, 1},
+        {"dividEWord=1\n[DivideWord]\nDivideWord\nDivideWord=\n=1", &Tavo::getDivideWordMode, 0},
+        {"ProsodicInfoCombine=begin", &Tavo::getProsodicInfoCombineMode, 1},
+        {"ProsodicInfoCombine=end", &Tavo::getProsodicInfoCombineMode, 2},
+        {"ProsodicInfoCombine=|", &Tavo::getProsodicInfoCombineMode, 0},
+    };
+    for (Case const& c : cases) {
+        Tavo tavo;
+        apply(tavo, c.lines);
+        EXPECT_EQ((tavo.*c.getter)(), c.expected) << c.lines;
+    }
+}
+
+TEST_F(InitFile, RefusesBadIntegers) {
+    std::string const path = dir_.file("tavo.ini");
+    struct Case {
+        char const* line;
+        std::string expected;
+    };
+    Case const cases[] = {
+        {"Cooccurrence=2", "UNKNOWN_SETTING:" + path + ": Cooccurrence=2"},
+        {"ReduceNumber=5", "UNKNOWN_SETTING:" + path + ": ReduceNumber=5"},
+        {"DelimitCRLF=99999999999999999999", "UNKNOWN_SETTING:" + path + ": DelimitCRLF=99999999999999999999"},
+        {"Cooccurrence=x", "UNKNOWN_SETTING:"},
+        {"Cooccurrence=-1", "UNKNOWN_SETTING:"},
+        {"Cooccurrence=9\nCooccurrence=0", "no error"},
+    };
+    for (Case const& c : cases) EXPECT_EQ(errorOf(c.line), c.expected) << c.line;
+}
+
+TEST_F(InitFile, StringsAndLists) {
+    Tavo tavo;
+    apply(tavo,
+          "OutputFormat=%w\\n\nEOS=E\\n\\q\\\\\nNullString=\\t*\nDelimiter=.\nDelimiter=!=\n"
+          "ExtCombine=3:end\nExtCombine=1:+\nExtCombine=7\nProsodicInfoCombine=|");
+    EXPECT_STREQ(tavo.getOutputFormat(), "%w\\n");
+    EXPECT_STREQ(tavo.getEOS(), "E\n\\q\\");
+    EXPECT_STREQ(tavo.getNullString(), "\t*");
+    ASSERT_EQ(tavo.getDelimiterString().size(), 2U);
+    EXPECT_STREQ(tavo.getDelimiterString()[1], "!=");
+    EXPECT_EQ(tavo.getExtCombineMode(3), 2);
+    EXPECT_STREQ(tavo.getExtFiller(3), "");
+    EXPECT_STREQ(tavo.getExtFiller(1), "+");
+    EXPECT_STREQ(tavo.getProsodicInfoFiller(), "|");
+    apply(tavo, "ExtCombine=2:begin");
+    EXPECT_EQ(tavo.getExtCombineMode(3), 0) << "the key clears the earlier fields";
+    EXPECT_STREQ(tavo.getOutputFormat(), "%w\\n") << "keys that are absent keep their values";
+}
+
+TEST_F(InitFile, LongLinesAreCutAndGoOnAsFurtherLines) {
+    // 4095 bytes form the first line, one byte is lost, and the rest is a line.
+    std::string const first = "NullString=" + std::string(4095 - 11, 'x');
+    Tavo tavo;
+    apply(tavo, first + "?" + "EOS=y");
+    EXPECT_EQ(std::string(tavo.getNullString()).size(), 4095U - 11U);
+    EXPECT_STREQ(tavo.getEOS(), "y");
+}
+
+TEST_F(InitFile, DefaultFilesComeFromTavoPath) {
+    setenv("TAVO_PATH", (dir_.path() + "\\").c_str(), 1);
+    Tavo tavo;
+    apply(tavo, "", true);
+    EXPECT_STREQ(tavo.getDicPath(0), (dir_.path() + "/SysDic").c_str());
+    EXPECT_STREQ(tavo.getConnTablePath(), (dir_.path() + "/ConnTable").c_str());
+    EXPECT_TRUE(static_cast<bool>(tavo));
+    unsetenv("TAVO_PATH");
+    EXPECT_EQ(errorOf("", true), "FILE_NOT_OPEN: ./SysDic");
+}
+
+TEST_F(InitFile, ErrorsKeepWhatWasAppliedBefore) {
+    Tavo tavo;
+    EXPECT_THROW(tavo.setInitFilePath(nullptr), std::invalid_argument);
+    EXPECT_THROW(tavo.setInitFilePath(dir_.file("none").c_str()), file_not_found);
+    EXPECT_STREQ(tavo.getInitFilePath(), dir_.file("none").c_str());
+    EXPECT_THROW(apply(tavo, "DivideWord=1\nReduceRule=" + dir_.file("none")), file_not_found);
+    EXPECT_EQ(tavo.getDivideWordMode(), 1);
+    EXPECT_EQ(tavo.getDicCount(), 1);
+    EXPECT_STREQ(tavo.getConnTablePath(), "");
+}
+
+TEST(DecodeEscapes, StepsByCharacters) {
+    EXPECT_EQ(decodeEscapes("\\a\\b\\f\\n\\r\\t\\v\\\\"), "\a\b\f\n\r\t\v\\");
+    EXPECT_EQ(decodeEscapes("\x83\x5Cn\\"), "\x83\x5Cn\\");
+}
+
+}  // namespace
+}  // namespace TAVO

@@ -1,0 +1,278 @@
+#include <tavo/tavo.hpp>
+
+#include "dic/pools.hpp"
+#include "support/small_world.hpp"
+#include "support/temp_dir.hpp"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace TAVO {
+namespace {
+
+std::string whatOf(std::function<void()> const& action) {
+    try {
+        action();
+    } catch (std::exception const& e) {
+        return e.what();
+    }
+    return "no error";
+}
+
+/// Words of letters: "ab" and its halves, "c" only before the end of a text.
+class Analyzer : public testing::Test {
+protected:
+    void SetUp() override {
+        test::SmallWorld world;
+        world.names({"BOS", "EOS", "Undef", "Noun", "End"});
+        world.cost([](unsigned left, unsigned right) -> std::uint8_t {
+            if (left == 3 || right == 3) return 200;
+            return left == 5 && right != 2 ? 255 : 10;
+        });
+        world.line("a,Noun,1,x").line("b,Noun,2").line("a-b,Noun-Noun-End,3,x/y").line("c,End");
+        paths_ = world.writeTo(dir_.path());
+    }
+    void TearDown() override { sharedPools().dispose(); }
+
+    void attach(Tavo& tavo) const {
+        tavo.setConnTablePath(paths_.connTable.c_str());
+        tavo.addDicPath(paths_.dicSpec().c_str(), true);
+    }
+    /// Keeps the text, which results point into.
+    int analyze(Tavo& tavo, std::string text) { return tavo.analyze(texts_.emplace_back(std::move(text))); }
+    static std::vector<std::string> forms(Tavo& tavo, int sentence) {
+        std::vector<Mrph> morphemes;
+        tavo.getResult(morphemes, sentence);
+        std::vector<std::string> result;
+        for (Mrph const& m : morphemes) result.push_back(m.getForm(true));
+        return result;
+    }
+
+    test::TempDir dir_;
+    test::SmallWorld::Paths paths_;
+    std::deque<std::string> texts_;
+};
+
+using Forms = std::vector<std::string>;
+
+TEST_F(Analyzer, AnalysesFromEndToEnd) {
+    Tavo tavo;
+    attach(tavo);
+    EXPECT_EQ(analyze(tavo, "abc"), 0);
+    EXPECT_EQ(forms(tavo, 0), (Forms{"ab", "c"}));
+    tavo.setDivideWordMode(1);
+    EXPECT_EQ(whatOf([&] { forms(tavo, 0); }), "TAVO_NOT_READY: No Analyze: Need to call analyze()");
+    analyze(tavo, "abc");
+    EXPECT_EQ(forms(tavo, 0), (Forms{"a", "b", "c"}));
+    std::ostringstream os;
+    tavo.setOutputFormat("%w/%h/%k ");
+    tavo.setNullString("-");
+    tavo.setEOS("$");
+    tavo.output(os, 0);
+    EXPECT_EQ(os.str(), "a/Noun/- b/End/- c/End/- $") << "one-byte readings hold no characters";
+}
+
+TEST_F(Analyzer, SplitsSentencesAndServesTheirTexts) {
+    Tavo tavo;
+    attach(tavo);
+    tavo.setDelimitCRLFMode(1);
+    EXPECT_EQ(analyze(tavo, "ab\nc"), 0);
+    ASSERT_EQ(tavo.getSentenceCount(), 2U);
+    EXPECT_EQ(tavo.getSentence(0), "ab\n");
+    EXPECT_EQ(tavo.getSentenceLength(1), 1U);
+    EXPECT_EQ(std::string(tavo.getSentencePtrWithoutNullEnd(1), 1), "c");
+    EXPECT_EQ(forms(tavo, 0), (Forms{"ab", "\n"}));
+    tavo.setDelimitCRLFMode(0);
+    tavo.setDeleteCRLFMode(1);
+    tavo.setOutputConvertMode(3);
+    analyze(tavo, "a\nb");
+    EXPECT_EQ(forms(tavo, 0), (Forms{"ab"}));
+    EXPECT_EQ(tavo.getSentence(0), "ab");
+    EXPECT_EQ(tavo.getAnalyzedText(0), "a\nb");
+    analyze(tavo, "");
+    EXPECT_EQ(tavo.getSentenceCount(), 0U);
+    EXPECT_EQ(tavo.getSentence(7), "");
+    EXPECT_EQ(forms(tavo, 7), Forms{});
+}
+
+TEST_F(Analyzer, RecordsSentencesWithoutAPath) {
+    // No text may begin with the unknown word.
+    test::SmallWorld world;
+    world.names({"BOS", "EOS", "Undef", "Noun", "End"});
+    world.cost([](unsigned left, unsigned right) -> std::uint8_t { return left == 1 && right == 3 ? 255 : 9; });
+    test::TempDir const dir;
+    test::SmallWorld::Paths const paths = world.line("a,Noun").writeTo(dir.path());
+    Tavo tavo;
+    tavo.setConnTablePath(paths.connTable.c_str());
+    tavo.addDicPath(paths.dic.c_str(), false);
+    tavo.setDelimitCRLFMode(1);
+    EXPECT_EQ(analyze(tavo, "a\nz\na"), 1);
+    EXPECT_EQ(tavo.getErrorSentenceIndex(), std::vector<unsigned>{1});
+    EXPECT_EQ(forms(tavo, 1), Forms{});
+    EXPECT_EQ(tavo.getSentence(1), "z\n");
+    tavo.clearError();
+    EXPECT_EQ(tavo.getErrorSentenceIndex().size(), 1U);
+    analyze(tavo, "a");
+    EXPECT_TRUE(tavo.getErrorSentenceIndex().empty());
+}
+
+TEST_F(Analyzer, ErrorTexts) {
+    Tavo tavo;
+    Tavo ready;
+    attach(ready);
+    analyze(ready, "a");
+    std::vector<Mrph> out;
+    struct Case {
+        std::function<void()> action;
+        char const* expected;
+    };
+    Case const cases[] = {
+        {[] { Tavo(-1); }, "INVALID_ARGUMENT: Tavo::Tavo()"},
+        {[&] { tavo.analyze("a", -1); }, "INVALID_ARGUMENT: Tavo::analyze()"},
+        {[&] { analyze(tavo, "a"); }, "TAVO_NOT_READY: No ConnTable: Need to call setConnTablePath()"},
+        {[&] {
+             Tavo t;
+             t.setConnTablePath(paths_.connTable.c_str());
+             analyze(t, "a");
+         },
+         "TAVO_NOT_READY: No Dictionary: Need to call addDicPath()"},
+        {[&] {
+             Tavo t;
+             t.getResult(out, 0);
+         },
+         "TAVO_NOT_READY: No Analyze: Need to call analyze()"},
+        {[&] {
+             Tavo t;
+             t.getResult(out, -1);
+         },
+         "RANGE_ERROR: Tavo::getResult()"},
+        {[&] { ready.getResult(out, 1); }, "RANGE_ERROR: Tavo::getResult()"},
+        {[&] { ready.getSentence(1); }, "RANGE_ERROR: Tavo::getSentence()"},
+        {[&] { ready.getSentenceLength(-1); }, "RANGE_ERROR: Tavo::getSentenceLength()"},
+        {[&] { ready.getSentencePtrWithoutNullEnd(1); }, "RANGE_ERROR Tavo::getSentencePtrWithoutNullEnd()"},
+        {[&] { ready.getAnalyzedText(1); }, "RANGE_ERROR Tavo::getAnalyzedText()"},
+        {[&] { tavo.setReduceCharMode(2); }, "INVALID_ARGUMENT: Tavo::setReduceCharMode()"},
+        {[&] { tavo.setInputConvertMode(3); }, "INVALID_ARGUMENT: Tavo::setInputConvertMode()"},
+        {[&] { tavo.setProsodicInfoCombineMode(3, ""); }, "INVALID_ARGUMENT: Tavo::setProsodicInfoCobineMode()"},
+        {[&] { tavo.setExtCombineMode(-1, 0, ""); }, "RANGE_ERROR: Tavo::setExtCombineMode()"},
+        {[&] { tavo.setExtCombineMode(0, 3, ""); }, "INVALID_ARGUMENT: Tavo::setExtCombineMode()"},
+        {[&] { tavo.getExtCombineMode(-1); }, "RANGE_ERROR: Tavo::getExtCombineMode()"},
+        {[&] { tavo.setOutputFormat(nullptr); }, "INVALID_ARGUMENT: Tavo::setOutputFormat()"},
+        {[&] { tavo.setNullString(nullptr); }, "INVALID_ARGUMENT: Tavo::setNullString()"},
+        {[&] { tavo.setEOS(nullptr); }, "INVALID_ARGUMENT: Tavo::setEOS()"},
+        {[&] {
+             tavo.setDelimiterString({"a", nullptr});
+         },
+         "INVALID_ARGUMENT: Tavo::setDelimiterString()"},
+        {[&] { tavo.setConnTablePath(nullptr); }, "INVALID_ARGUMENT: Tavo::setConnTablePath()"},
+        {[&] { tavo.addDicPath(nullptr, true); }, "INVALID_ARGUMENT: Tavo::addDicPath()"},
+        {[&] { ready.getDicPath(1); }, "RANGE_ERROR: Tavo::getDicPath()"},
+        {[&] { ready.touchDic(1); }, "RANGE_ERROR: Tavo::touchDic()"},
+        {[&] { ready.getByRead(out, "x", 1); }, "RANGE_ERROR: Tavo::getByRead()"},
+    };
+    for (Case const& c : cases) EXPECT_EQ(whatOf(c.action), c.expected);
+    EXPECT_EQ(tavo.getDelimiterString().size(), 1U) << "strings before the null one are stored";
+    EXPECT_EQ(forms(ready, 0), Forms{"a"}) << "errors leave the results alone";
+}
+
+TEST_F(Analyzer, ModeSettersDropResultsEvenWhenTheyFail) {
+    Tavo tavo;
+    attach(tavo);
+    analyze(tavo, "a");
+    EXPECT_TRUE(tavo.hasResult());
+    EXPECT_THROW(tavo.setCooccurrenceMode(5), std::invalid_argument);
+    EXPECT_FALSE(tavo.hasResult());
+    analyze(tavo, "a");
+    tavo.setNullString("x");
+    EXPECT_TRUE(tavo.hasResult());
+}
+
+TEST_F(Analyzer, CopiesShareDictionariesAndCountThem) {
+    Tavo first;
+    EXPECT_FALSE(static_cast<bool>(first));
+    attach(first);
+    EXPECT_TRUE(static_cast<bool>(first));
+    first.setDivideWordMode(1);
+    EXPECT_EQ(sharedPools().DIC_USED.begin()->second, 1);
+    {
+        Tavo copy(first);
+        EXPECT_EQ(sharedPools().DIC_USED.begin()->second, 2);
+        Tavo assigned;
+        assigned = copy;
+        assigned = copy;
+        EXPECT_EQ(sharedPools().DIC_USED.begin()->second, 3);
+        analyze(assigned, "ab");
+        EXPECT_EQ(forms(assigned, 0), (Forms{"a", "b"}));
+        EXPECT_FALSE(copy.hasResult());
+        EXPECT_EQ(sharedPools().ObjectCount, 3U);
+    }
+    EXPECT_EQ(sharedPools().DIC_USED.begin()->second, 1);
+    first.offDic();
+    EXPECT_EQ(sharedPools().DIC_USED.begin()->second, 0);
+    EXPECT_EQ(sharedPools().DIC_POOL.size(), 1U) << "pooled dictionaries stay until dispose";
+}
+
+TEST_F(Analyzer, RefusesADictionaryOfOtherNames) {
+    test::SmallWorld other;
+    std::string const dic =
+        dir_.write("other", other.names({"BOS", "EOS", "Undef", "Verb"}).line("v,Verb").dictionary());
+    Tavo tavo;
+    tavo.setConnTablePath(paths_.connTable.c_str());
+    EXPECT_EQ(whatOf([&] { tavo.addDicPath(dic.c_str(), true); }), "NOT_ADAPTABLE: " + paths_.connTable + ": " + dic);
+    EXPECT_EQ(tavo.getDicCount(), 0);
+    Tavo reverse;
+    reverse.addDicPath(dic.c_str(), true);
+    EXPECT_EQ(whatOf([&] { reverse.setConnTablePath(paths_.connTable.c_str()); }),
+              "NOT_ADAPTABLE: " + paths_.connTable + ": " + dic);
+}
+
+TEST(Errors, CodesAndPrefixes) {
+    struct Case {
+        std::function<void()> thrower;
+        int code;
+        char const* name;
+        char const* what;
+    };
+    Case const cases[] = {
+        {[] { throw std::bad_alloc(); }, -10000, "ERROR_BAD_ALLOC", "std::bad_alloc"},
+        {[] { throw std::invalid_argument("x"); }, -10001, "ERROR_INVALID_ARGUMENT", "x"},
+        {[] { throw file_not_found("abc"); }, -10003, "ERROR_FILE_NOT_OPEN", "FILE_NOT_OPEN: abc"},
+        {[] { throw illegal_format("abc"); }, -10004, "ERROR_ILLEGAL_FORMAT", "ILLEGAL_FORMAT: abc"},
+        {[] { throw illegal_part_of_speech("a"); }, -10005, "ERROR_ILLEGAL_PART_OF_SPEECH",
+         "ILLEGAL_PART_OF_SPEECH: a"},
+        {[] { throw busy_dictionary("a"); }, -10006, "ERROR_BUSY_DICTIONARY", "BUSY_DICTIONARY: a"},
+        {[] { throw std::range_error("x"); }, -10007, "ERROR_INVALID_RANGE", "x"},
+        {[] { throw std::length_error("x"); }, -10008, "ERROR_LOGIC", "x"},
+        {[] { throw not_adaptable("a"); }, -10009, "ERROR_NOT_ADAPTABLE", "NOT_ADAPTABLE: a"},
+        {[] { throw unknown_setting("abc"); }, -10010, "ERROR_UNKNOWN_SETTING", "UNKNOWN_SETTING:abc"},
+        {[] { throw too_long_string("a"); }, -10011, "ERROR_TOO_LONG_STRING", "TOO_LONG_STRING: a"},
+        {[] { throw tavo_not_ready("a"); }, -10012, "ERROR_NOT_READY", "TAVO_NOT_READY: a"},
+        {[] { throw invalid_dictionary_version("3"); }, -10013, "ERROR_UNKNOWN", "INVALID_DIC_VERSION:3"},
+        {[] { throw invalid_dictionary_char_type("3"); }, -10014, "ERROR_UNKNOWN", "INVALID_DIC_CHAR_TYPE:3"},
+        {[] { throw std::runtime_error("x"); }, -99999, "ERROR_UNKNOWN", "x"},
+        {[] { throw 1; }, -99999, "ERROR_UNKNOWN", "ERROR_UNKNOWN"},
+    };
+    for (Case const& c : cases) {
+        std::string what;
+        int code = 0;
+        try {
+            c.thrower();
+        } catch (...) {
+            code = currentExceptionCode(what);
+        }
+        EXPECT_EQ(code, c.code);
+        EXPECT_EQ(what, c.what);
+        EXPECT_STREQ(getErrorMessage(code), c.name);
+    }
+    EXPECT_STREQ(getErrorMessage(7), "ERROR_NONE");
+    EXPECT_STREQ(getErrorMessage(-10002), "ERROR_NOT_ENOUGH_BUFFER");
+    EXPECT_STREQ(getErrorMessage(-1), "ERROR_UNKNOWN");
+}
+
+}  // namespace
+}  // namespace TAVO
