@@ -6,14 +6,9 @@
 #include <vector>
 
 namespace TAVO {
-namespace {
 
-constexpr std::string_view kSeparators = "-/";
-constexpr std::string_view kMarks = "\\,-/";
-
-/// @p text with an escape before each of @p marks, but for the first
-/// @p plainSeparators separators.
-std::string escape(std::string_view text, std::string_view marks, std::size_t plainSeparators = 0) {
+std::string escapeSource(std::string_view text, std::string_view marks, std::size_t plainSeparators) {
+    constexpr std::string_view kSeparators = "-/";
     std::string escaped;
     for (std::size_t pos = 0; pos < text.size();) {
         std::size_t const width = charWidth(text, pos);
@@ -30,28 +25,28 @@ std::string escape(std::string_view text, std::string_view marks, std::size_t pl
     return escaped;
 }
 
-/// For fields in which only a compound's separators count: a stored separator
-/// more than a compound may have was escaped in the source.
-std::string escapeReading(std::string_view text, unsigned partCount) {
-    return partCount > 1 ? escape(text, kMarks, partCount - 1) : escape(text, "\\,");
+std::string escapeSourceReading(std::string_view text, unsigned partCount) {
+    return partCount > 1 ? escapeSource(text, kFormMarks, partCount - 1) : escapeSource(text, kTextMarks);
 }
 
+namespace {
+
 std::string formField(std::string_view form, MrphDic record) {
-    std::string field = record.partCount() > 1 ? record.partForm() : escape(form, kMarks);
+    std::string field = record.partCount() > 1 ? record.partForm() : escapeSource(form, kFormMarks);
     // At the start of a line these would make it a comment.
     if (isCommentLine(field)) field.insert(field.begin(), '\\');
     return field;
 }
 
 std::string partOfSpField(MrphDic record, Dic const& dic) {
-    std::string field = escape(dic.getPartOfSPName(record.pid()), kMarks);
+    std::string field = escapeSource(dic.getPartOfSPName(record.pid()), kFormMarks);
     unsigned const parts = record.partCount();
     bool allOwn = true;
     for (unsigned i = 0; i < parts; ++i) allOwn = allOwn && record.partPid(i) == record.pid();
     // Parts without names of their own have the word's.
     if (allOwn) return field;
     for (unsigned i = 0; i < parts; ++i)
-        field.append("-").append(escape(dic.getPartOfSPName(record.partPid(i)), kMarks));
+        field.append("-").append(escapeSource(dic.getPartOfSPName(record.partPid(i)), kFormMarks));
     return field;
 }
 
@@ -73,17 +68,17 @@ std::string formatSourceLine(std::string_view form, MrphDic record, Dic const& d
     std::vector<std::string> fields{formField(form, record),
                                     partOfSpField(record, dic),
                                     std::to_string(record.cost()),
-                                    escapeReading(record.readPron(), parts),
-                                    escapeReading(record.stdForm(), parts),
-                                    escape(record.wordCooc(), "\\,"),
-                                    escape(record.groupCooc(), "\\,"),
-                                    escape(record.group(), "\\,"),
+                                    escapeSourceReading(record.readPron(), parts),
+                                    escapeSourceReading(record.stdForm(), parts),
+                                    escapeSource(record.wordCooc(), kTextMarks),
+                                    escapeSource(record.groupCooc(), kTextMarks),
+                                    escapeSource(record.group(), kTextMarks),
                                     categoryField(record, 1),
                                     categoryField(record, 2),
                                     categoryField(record, 3),
-                                    escape(record.prosodicInfo(), "\\,")};
+                                    escapeSource(record.prosodicInfo(), kTextMarks)};
     std::vector<char const*> const ext = record.ext();
-    for (char const* const text : ext) fields.push_back(escape(text, "\\,"));
+    for (char const* const text : ext) fields.push_back(escapeSource(text, kTextMarks));
     // Every Ext field counts, even an empty one.
     while (ext.empty() && fields.back().empty()) fields.pop_back();
     std::string line = fields.front();

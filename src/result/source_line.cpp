@@ -1,9 +1,7 @@
 // A morpheme as one line of dictionary source text.
-#include "base/sjis.hpp"
 #include "base/text.hpp"
-#include "dic/dic.hpp"
+#include "dic/record_source.hpp"
 #include "result/mrph_access.hpp"
-#include "result/part_text.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -11,35 +9,6 @@
 
 namespace TAVO {
 namespace {
-
-/// @p text with a "\" before each one-byte character of @p marks.
-std::string escaped(std::string_view text, std::string_view marks) {
-    std::string result;
-    std::size_t begin = 0;
-    for (std::size_t pos = findMark(text, marks); pos != std::string_view::npos; pos = findMark(text, marks, pos + 1)) {
-        result.append(text, begin, pos - begin).push_back('\\');
-        begin = pos;
-    }
-    return result.append(text.substr(begin));
-}
-
-constexpr std::string_view kFormMarks = ",-/\\";
-constexpr std::string_view kTextMarks = ",\\";
-
-/// A text with part separators. The parser counts those without escape, and for
-/// a word of several parts there must be no more than it has joints; others stood
-/// in the source with an escape.
-std::string escapedParts(std::string_view text, unsigned partCount) {
-    if (partCount < 2 || countMarks(text, "-/") < partCount) return escaped(text, kTextMarks);
-    if (countMarks(text, "/") + 1 == partCount) return escaped(text, ",-\\");
-    std::string result;
-    for (unsigned i = 0; i + 1 < partCount; ++i) {
-        std::size_t const end = findMark(text, "-/");
-        result.append(escaped(text.substr(0, end), kTextMarks)).push_back(text[end]);
-        text.remove_prefix(end + 1);
-    }
-    return result.append(escaped(text, kFormMarks));
-}
 
 /// The part forms with their separators: as the dictionary's source had them
 /// when the form is the record's own.
@@ -50,7 +19,7 @@ std::string sourceForm(Mrph const& m) {
     std::string form;
     for (int i = 0; i < m.getPartCount(); ++i) {
         if (i > 0) form.push_back('-');
-        form.append(escaped(MrphAccess::partForm(m, i), kFormMarks));
+        form.append(escapeSource(MrphAccess::partForm(m, i), kFormMarks));
     }
     return form;
 }
@@ -59,7 +28,7 @@ std::string sourceName(Mrph const& m, unsigned short pid, Dic const& dic) {
     AnalyzerContext const* const owner = MrphAccess::owner(m);
     char const* name = dic.getPartOfSPName(pid);
     if (*name == '\0' && owner != nullptr) name = owner->pos.name(pid);
-    return escaped(name, kFormMarks);
+    return escapeSource(name, kFormMarks);
 }
 
 std::string sourceNames(Mrph const& m, Dic const& dic) {
@@ -91,13 +60,13 @@ std::string sourceLine(Mrph const& m, Dic const& dic) {
     if (!line.empty() && isCommentLine(line)) line.insert(line.begin(), '\\');  // else the line would be a comment
     line.append(",").append(sourceNames(m, dic));
     line.append(",").append(std::to_string(cost));
-    line.append(",").append(escapedParts(MrphAccess::readPronPtr(m), partCount));
-    line.append(",").append(escapedParts(MrphAccess::stdFormPtr(m), partCount));
+    line.append(",").append(escapeSourceReading(MrphAccess::readPronPtr(m), partCount));
+    line.append(",").append(escapeSourceReading(MrphAccess::stdFormPtr(m), partCount));
     for (char const* text : {m.getWordCooc(), m.getGroupCooc(), m.getGroup()})
-        line.append(",").append(escaped(text, kTextMarks));
+        line.append(",").append(escapeSource(text, kTextMarks));
     for (auto const& list : {category1, category2, category3}) line.append(",").append(sourceList(list));
-    line.append(",").append(escaped(m.getProsodicInfo(), kTextMarks));
-    for (char const* field : ext) line.append(",").append(escaped(field, kTextMarks));
+    line.append(",").append(escapeSource(m.getProsodicInfo(), kTextMarks));
+    for (char const* field : ext) line.append(",").append(escapeSource(field, kTextMarks));
     return line;
 }
 

@@ -47,8 +47,8 @@ TEST_F(SourceLine, HasTheFieldsOfADictionarySource) {
         // Compounds: the part forms as written, a name per part.
         {"a\\-b/c-d,Noun-Noun-Number\\/Odd-Verb:Stem", "a\\-b/c-d,Noun-Noun-Number\\/Odd-Verb:Stem,100,,,,,,0,0,0,\n"},
         {"a-b,Noun,1,r/p,s", "a-b,Noun-Noun-Noun,1,r/p,s,,,,0,0,0,\n"},
-        // Separators that stood escaped in a compound's texts are so again.
-        {"a-b,Noun,1,r\\-p/q,s\\-t/u", "a-b,Noun-Noun-Noun,1,r\\-p/q,s\\-t/u,,,,0,0,0,\n"},
+        // Of the separators in a compound's texts only as many as it has joints stay plain.
+        {"a-b,Noun,1,r-p\\/q,s\\-t/u", "a-b,Noun-Noun-Noun,1,r-p\\/q,s-t\\/u,,,,0,0,0,\n"},
         {"a-b-c,Noun,1,r-p/q\\-t,", "a-b-c,Noun-Noun-Noun-Noun,1,r-p/q\\-t,,,,,0,0,0,\n"},
     };
     for (Case const& c : cases) EXPECT_EQ(source(records.mrph(c.line)), c.expected) << c.line;
