@@ -1,0 +1,52 @@
+// Analysing, and the sentences of the last text.
+#include "api/shapes.hpp"
+
+using namespace TAVO;
+using namespace TAVO::api;
+
+namespace {
+
+int analyzeWith(tavo_t* tavo, char const* function, int (Tavo::*analyze)(char const*, int), char const* text,
+                int length) noexcept {
+    return guarded(tavo, [&](tavo_t& object) {
+        require(length >= 0 && (text != nullptr || length == 0), function);
+        object.endHandles();
+        return (object.*analyze)(text, length);
+    });
+}
+
+}  // namespace
+
+int tavo_analyze(tavo_t* tavo, char const* text, int length) {
+    return analyzeWith(tavo, __func__, &Tavo::analyze, text, length);
+}
+
+int tavo_getResult(tavo_t* tavo, tavo_result_t* result, int sentence) {
+    return guarded(tavo, [&, function = __func__](tavo_t& object) {
+        require(result != nullptr && sentence >= 0, function);
+        *result = {};
+        object.getResult(object.results.onePath(), sentence);
+        return object.results.publish(result, function), 0;
+    });
+}
+
+int tavo_getSentenceCount(tavo_t* tavo) {
+    return guarded(tavo, [](Tavo& object) { return static_cast<int>(object.getSentenceCount()); });
+}
+
+int tavo_getSentence(tavo_t* tavo, int sentence, char* buffer, int size) {
+    return textOf(tavo, __func__, sentence >= 0, {buffer, size},
+                  [&](Tavo& object) { return object.getSentence(sentence); });
+}
+
+int tavo_getSentenceLength(tavo_t* tavo, int sentence) {
+    return guarded(tavo, [&, function = __func__](Tavo& object) {
+        require(sentence >= 0, function);
+        return static_cast<int>(object.getSentenceLength(sentence));
+    });
+}
+
+int tavo_getAnalyzedText(tavo_t* tavo, int sentence, char* buffer, int size) {
+    return textOf(tavo, __func__, sentence >= 0, {buffer, size},
+                  [&](Tavo& object) { return object.getAnalyzedText(sentence); });
+}

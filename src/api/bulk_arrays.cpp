@@ -1,0 +1,173 @@
+#include "api/bulk_arrays.hpp"
+
+#include "base/sjis.hpp"
+#include "result/mrph_access.hpp"
+
+#include <stdexcept>
+#include <tuple>
+#include <utility>
+
+namespace TAVO::api {
+namespace {
+
+constexpr unsigned kTextFields[] = {TAVO_BULK_FORM, TAVO_BULK_PART_OF_SP, TAVO_BULK_STD_FORM, TAVO_BULK_READ,
+                                    TAVO_BULK_PRON, TAVO_BULK_GROUP,      TAVO_BULK_INFO};
+
+/// True when the morpheme's texts but its form are those of its record.
+bool recordSaysAll(Mrph const& mrph) {
+    return MrphAccess::record(mrph) != nullptr && MrphAccess::cover(mrph) == nullptr;
+}
+
+bool isBreak(char c) noexcept { return c == '\r' || c == '\n'; }
+
+/// Finds the places of a sentence's text in the text as given, from which line
+/// breaks may have been taken out; quick while they ascend.
+class GivenPlaces {
+public:
+    explicit GivenPlaces(Sentence const& sentence) : sentence_(sentence) {}
+
+    /// Where the bytes [begin, end) of the sentence's text stand; breaks come
+    /// back inside, not at the ends.
+    std::pair<std::size_t, std::size_t> find(std::size_t begin, std::size_t end) {
+        advance(begin);
+        if (begin < end) skipBreaks();
+        std::size_t const first = given_;
+        advance(end);
+        return {first, given_};
+    }
+
+private:
+    void advance(std::size_t byte) {
+        if (byte < text_) text_ = given_ = 0;
+        for (; text_ < byte; ++text_, ++given_) {
+            skipBreaks();
+            if (given_ == sentence_.given.size() || sentence_.given[given_] != sentence_.text[text_])
+                throw std::logic_error(
+                    "LOGIC_ERROR: marks changed the text, so that only TAVO_BULK_ANALYZED tells places");
+        }
+    }
+    void skipBreaks() {
+        while (given_ < sentence_.given.size() && isBreak(sentence_.given[given_]) &&
+               sentence_.given[given_] != sentence_.text[text_])
+            ++given_;
+    }
+
+    Sentence const& sentence_;
+    std::size_t text_ = 0;
+    std::size_t given_ = 0;
+};
+
+}  // namespace
+
+std::uint32_t PositionCounter::at(std::size_t byte) {
+    if (!inCharacters_) return static_cast<std::uint32_t>(byte);
+    if (byte < byte_) byte_ = characters_ = 0;
+    for (; byte_ < byte; ++characters_) byte_ += charWidth(text_, byte_);
+    return characters_;
+}
+
+void BulkArrays::start(unsigned what) {
+    what_ = what;
+    textFields_.clear();
+    for (unsigned const field : kTextFields)
+        if ((what & field) != 0) textFields_.push_back(field);
+    for (auto* const column : {&rowEnd_, &rowLength_, &rowFailed_, &rowText_, &start_, &length_, &texts_, &fields_})
+        column->clear();
+    cost_.clear();
+    pid_.clear();
+    flags_.clear();
+    strings_.clear();
+    records_.clear(textFields_.size());
+}
+
+void BulkArrays::addRow(BulkRow const& row) {
+    std::string_view const text = inAnalyzedText() ? row.analyzed : row.given;
+    PositionCounter positions(text, asked(TAVO_BULK_CHARACTERS));
+    for (std::size_t i = 0; i < row.morphemes.size(); ++i) addSentence(row, i, positions);
+    rowLength_.push_back(positions.end());
+    rowFailed_.push_back(row.failed);
+    rowText_.push_back(inAnalyzedText() ? strings_.add(text) : 0);
+    rowEnd_.push_back(static_cast<std::uint32_t>(start_.size()));
+}
+
+void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionCounter& positions) {
+    std::vector<Mrph> const& morphemes = *row.morphemes[sentence];
+    if (morphemes.empty()) return;
+    Sentence const& source = MrphAccess::owner(morphemes.front())->sentences[sentence];
+    std::size_t const base = inAnalyzedText() ? row.analyzedBegin[sentence]
+                                              : static_cast<std::size_t>(source.given.data() - row.given.data());
+    GivenPlaces places(source);
+    std::size_t last = base;  // where an annotation stands
+    for (Mrph const& mrph : morphemes) {
+        if (mrph.isAnnotation()) {
+            addMorpheme(mrph, positions.at(last), 0);
+            continue;
+        }
+        std::string_view const span = MrphAccess::rawForm(mrph);
+        auto begin = static_cast<std::size_t>(span.data() - source.text.data());
+        std::size_t end = begin + span.size();
+        if (!inAnalyzedText() && source.ownedText) std::tie(begin, end) = places.find(begin, end);
+        last = base + end;
+        std::uint32_t const start = positions.at(base + begin);
+        addMorpheme(mrph, start, positions.at(last) - start);
+    }
+}
+
+void BulkArrays::addMorpheme(Mrph const& mrph, std::uint32_t start, std::uint32_t length) {
+    unsigned short const pid = mrph.getPid();
+    bool const unknown = pid == ConnTable::kUnknownId || mrph.isUndef();
+    start_.push_back(start);
+    length_.push_back(length);
+    cost_.push_back(mrph.getCost());
+    pid_.push_back(pid);
+    flags_.push_back(static_cast<std::uint8_t>((unknown ? TAVO_BULK_UNKNOWN : 0) |
+                                               (mrph.isAnnotation() ? TAVO_BULK_ANNOTATION : 0)));
+    if (!textFields_.empty()) addTexts(mrph);
+}
+
+void BulkArrays::addTexts(Mrph const& mrph) {
+    // Only a form can differ between two morphemes of one record without cover,
+    // and without cover it is the text they stand for.
+    bool const shared = recordSaysAll(mrph);
+    std::size_t const width = textFields_.size();
+    if (std::uint32_t const* const known = shared ? records_.find(MrphAccess::record(mrph)) : nullptr) {
+        texts_.insert(texts_.end(), known, known + width);
+        return;
+    }
+    for (unsigned const field : textFields_) texts_.push_back(textOf(mrph, field));
+    if (shared) records_.add(MrphAccess::record(mrph), texts_.data() + texts_.size() - width);
+}
+
+std::uint32_t BulkArrays::textOf(Mrph const& mrph, unsigned field) {
+    switch (field) {
+        case TAVO_BULK_FORM:
+            return MrphAccess::form(mrph) == MrphAccess::rawForm(mrph) && !mrph.isAnnotation()
+                       ? 0
+                       : strings_.add(MrphAccess::form(mrph));
+        case TAVO_BULK_PART_OF_SP:
+            return strings_.add(mrph.getPartOfSP());
+        case TAVO_BULK_STD_FORM:
+            return *MrphAccess::stdFormPtr(mrph) == '\0' ? 0 : strings_.add(mrph.getStdForm(true));
+        case TAVO_BULK_READ:
+            return strings_.add(mrph.getRead(true));
+        case TAVO_BULK_PRON:
+            return strings_.add(mrph.getPron(true));
+        case TAVO_BULK_GROUP:
+            return strings_.add(mrph.getGroup());
+        default:
+            return strings_.add(mrph.getAdditionalInfo());
+    }
+}
+
+void BulkArrays::describe(tavo_bulk_t& out) {
+    std::size_t const count = rowEnd_.empty() ? 0 : rowEnd_.back();  // a row that failed may have left more
+    std::size_t const width = textFields_.size();
+    fields_.resize(count * width);
+    for (std::size_t field = 0; field < width; ++field)
+        for (std::size_t i = 0; i < count; ++i) fields_[field * count + i] = texts_[i * width + field];
+    out = {rowEnd_.size(),    count,           width,          strings_.size(), rowEnd_.data(), rowLength_.data(),
+           rowFailed_.data(), rowText_.data(), start_.data(),  length_.data(),  cost_.data(),   pid_.data(),
+           flags_.data(),     fields_.data(),  strings_.data()};
+}
+
+}  // namespace TAVO::api
