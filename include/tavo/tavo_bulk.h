@@ -51,10 +51,12 @@ typedef struct tavo_bulk_t {
     size_t stringBytes;
 
     // One element a row.
-    uint32_t const* rowEnd;     ///< number of morphemes up to the end of the row
-    uint32_t const* rowLength;  ///< length of the text that starts count in
-    uint32_t const* rowFailed;  ///< number of sentences that could not be analysed
-    uint32_t const* rowText;    ///< with TAVO_BULK_ANALYZED that text, as an offset into strings, else 0
+    uint32_t const* rowEnd;             ///< number of morphemes up to the end of the row
+    uint32_t const* rowLength;          ///< length of the text that starts count in
+    uint32_t const* rowFailed;          ///< number of sentences that could not be analysed
+    uint32_t const* rowText;            ///< with TAVO_BULK_ANALYZED that text, as an offset into strings, else 0
+    uint32_t const* rowConnectionCost;  ///< of tavo_bulkAnalyzeNBest: sum of the connection costs, else 0
+    uint32_t const* rowWordCost;        ///< of tavo_bulkAnalyzeNBest: sum of the word costs, else 0
 
     // One element a morpheme.
     uint32_t const* start;

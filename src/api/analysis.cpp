@@ -21,12 +21,28 @@ int tavo_analyze(tavo_t* tavo, char const* text, int length) {
     return analyzeWith(tavo, __func__, &Tavo::analyze, text, length);
 }
 
+int tavo_analyzeNBest(tavo_t* tavo, char const* text, int length) {
+    return analyzeWith(tavo, __func__, &Tavo::analyzeNBest, text, length);
+}
+
 int tavo_getResult(tavo_t* tavo, tavo_result_t* result, int sentence) {
     return guarded(tavo, [&, function = __func__](tavo_t& object) {
         require(result != nullptr && sentence >= 0, function);
         *result = {};
         object.getResult(object.results.onePath(), sentence);
         return object.results.publish(result, function), 0;
+    });
+}
+
+int tavo_getResultNBest(tavo_t* tavo, tavo_result_t* results, int sentence, int n) {
+    return guarded(tavo, [&, function = __func__](tavo_t& object) {
+        require(results != nullptr && sentence >= 0 && n >= 0, function);
+        std::vector<std::vector<Mrph>> paths;
+        object.getResultNBest(paths, sentence, n);
+        if (paths.empty()) return 0;
+        object.results.paths() = std::move(paths);
+        object.results.publish(results, function);
+        return static_cast<int>(object.results.paths().size());
     });
 }
 

@@ -2,6 +2,7 @@
 #include "api/bulk_arrays.hpp"
 #include "api/guard.hpp"
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <string>
@@ -55,6 +56,32 @@ int fillArrays(tavo_t& tavo, tavo_bulk_t& result, unsigned what, Fill fill) {
     return static_cast<int>(result.rowCount);
 }
 
+/// The n best analyses of every sentence of the last text.
+struct NBest {
+    NBest(Tavo& tavo, int n) : paths(tavo.getSentenceCount()), costs(paths.size()) {
+        for (std::size_t s = 0; s < paths.size(); ++s) {
+            tavo.getResultNBest(paths[s], costs[s], static_cast<int>(s), n);
+            rows = std::max(rows, paths[s].size());
+        }
+    }
+
+    /// Takes the k-th analysis of every sentence into @p row, or its last one.
+    void choose(std::size_t k, BulkRow& row) const {
+        row.morphemes.clear();
+        row.cost = {};
+        for (std::size_t s = 0; s < paths.size(); ++s) {
+            std::size_t const at = std::min(k, paths[s].size() - 1);
+            row.morphemes.push_back(&paths[s][at]);
+            row.cost.connection += costs[s][at].connection;
+            row.cost.word += costs[s][at].word;
+        }
+    }
+
+    std::vector<std::vector<std::vector<Mrph>>> paths;
+    std::vector<std::vector<PathCost>> costs;
+    std::size_t rows = 0;
+};
+
 }  // namespace
 
 int tavo_bulkVersion(void) { return TAVO_BULK_VERSION; }
@@ -78,6 +105,25 @@ int tavo_bulkAnalyze(tavo_t* tavo, tavo_bulk_t* result, char const* const* texts
                     object.getResult(morphemes[s], static_cast<int>(s));
                     row.morphemes.push_back(&morphemes[s]);
                 }
+                arrays.addRow(row);
+            }
+        });
+    });
+}
+
+int tavo_bulkAnalyzeNBest(tavo_t* tavo, tavo_bulk_t* result, char const* text, int length, int n, unsigned what) {
+    return guarded(tavo, [&, function = __func__](tavo_t& object) {
+        require(result != nullptr, function);
+        *result = {};
+        require(areTexts(&text, &length, 1) && n >= 0, function);
+        return fillArrays(object, *result, what, [&](BulkArrays& arrays) {
+            std::string_view const given(text, static_cast<std::size_t>(length));
+            int const failed = object.analyzeNBest(text, length);
+            std::string analyzed;
+            BulkRow row = rowOf(object, given, failed, arrays.inAnalyzedText(), analyzed);
+            NBest const best(object, n);
+            for (std::size_t k = 0; k < best.rows; ++k) {
+                best.choose(k, row);
                 arrays.addRow(row);
             }
         });

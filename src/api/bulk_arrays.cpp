@@ -71,7 +71,8 @@ void BulkArrays::start(unsigned what) {
     textFields_.clear();
     for (unsigned const field : kTextFields)
         if ((what & field) != 0) textFields_.push_back(field);
-    for (auto* const column : {&rowEnd_, &rowLength_, &rowFailed_, &rowText_, &start_, &length_, &texts_, &fields_})
+    for (auto* const column : {&rowEnd_, &rowLength_, &rowFailed_, &rowText_, &rowConnectionCost_, &rowWordCost_,
+                               &start_, &length_, &texts_, &fields_})
         column->clear();
     cost_.clear();
     pid_.clear();
@@ -87,6 +88,8 @@ void BulkArrays::addRow(BulkRow const& row) {
     rowLength_.push_back(positions.end());
     rowFailed_.push_back(row.failed);
     rowText_.push_back(inAnalyzedText() ? strings_.add(text) : 0);
+    rowConnectionCost_.push_back(row.cost.connection);
+    rowWordCost_.push_back(row.cost.word);
     rowEnd_.push_back(static_cast<std::uint32_t>(start_.size()));
 }
 
@@ -165,9 +168,23 @@ void BulkArrays::describe(tavo_bulk_t& out) {
     fields_.resize(count * width);
     for (std::size_t field = 0; field < width; ++field)
         for (std::size_t i = 0; i < count; ++i) fields_[field * count + i] = texts_[i * width + field];
-    out = {rowEnd_.size(),    count,           width,          strings_.size(), rowEnd_.data(), rowLength_.data(),
-           rowFailed_.data(), rowText_.data(), start_.data(),  length_.data(),  cost_.data(),   pid_.data(),
-           flags_.data(),     fields_.data(),  strings_.data()};
+    out.rowCount = rowEnd_.size();
+    out.morphemeCount = count;
+    out.fieldCount = width;
+    out.stringBytes = strings_.size();
+    out.rowEnd = rowEnd_.data();
+    out.rowLength = rowLength_.data();
+    out.rowFailed = rowFailed_.data();
+    out.rowText = rowText_.data();
+    out.rowConnectionCost = rowConnectionCost_.data();
+    out.rowWordCost = rowWordCost_.data();
+    out.start = start_.data();
+    out.length = length_.data();
+    out.cost = cost_.data();
+    out.pid = pid_.data();
+    out.flags = flags_.data();
+    out.fields = fields_.data();
+    out.strings = strings_.data();
 }
 
 }  // namespace TAVO::api

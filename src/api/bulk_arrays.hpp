@@ -38,6 +38,7 @@ struct BulkRow {
     std::vector<std::vector<Mrph> const*> morphemes;
     /// Where the sentences begin in analyzed.
     std::vector<std::size_t> analyzedBegin;
+    PathCost cost{};
 };
 
 class BulkArrays {
@@ -61,7 +62,7 @@ private:
 
     unsigned what_ = 0;
     std::vector<unsigned> textFields_;  // bits, ascending
-    std::vector<std::uint32_t> rowEnd_, rowLength_, rowFailed_, rowText_;
+    std::vector<std::uint32_t> rowEnd_, rowLength_, rowFailed_, rowText_, rowConnectionCost_, rowWordCost_;
     std::vector<std::uint32_t> start_, length_;
     std::vector<std::int32_t> cost_;
     std::vector<std::uint16_t> pid_;
