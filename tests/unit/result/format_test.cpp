@@ -79,6 +79,20 @@ TEST(Format, ScansMarksAndEscapes) {
     EXPECT_EQ(formatted(m, "[%g%3g]", ""), "[   ]");
 }
 
+/// The examples of docs/format-string.md.
+TEST(Format, GivesTheDocumentedExamples) {
+    ResultWorld world(worldOfNames());
+    RecordBuilder records;
+    Mrph const m = records.mrph("ab,Noun,7,,,,,,,,,,e,f", &world.context);
+    struct Case {
+        std::string format, expected;
+    };
+    for (Case const& c : {Case{"%w/%h", "ab/Noun"}, Case{"[%5w][%5k]", "[ab   ][*    ]"},
+                          Case{"%w costs %c, 100\\%", "ab costs 7, 100%"}, Case{"%D;%D0;%D1;%D2", "e,f;e;f;*"},
+                          Case{"%%", "*"}, Case{"a\\qb", "ab"}})
+        EXPECT_EQ(formatted(m, c.format, "*"), c.expected) << c.format;
+}
+
 TEST(Format, AWidthBeyondAnIntIsTheLargest) {
     struct Case {
         char const* digits;
