@@ -18,18 +18,18 @@ constexpr std::uint8_t kMaxFailures = 100;
 void CellMap::reset(std::uint32_t cells) {
     free_.clear();
     bases_.clear();
-    failures_.clear();
+    single_ = several_ = Search{};
     capacity_ = 0;
     grow(cells);
     bases_[0] |= 1;  // base 0 stands for "no node"
-    firstFree_ = 1;
 }
 
 void CellMap::grow(std::uint32_t cells) {
     capacity_ = cells / kWordBits * kWordBits + kWordBits;
     free_.resize((capacity_ + kSlack) / kWordBits + 1, ~std::uint64_t{0});
     bases_.resize(capacity_ / kWordBits, 0);
-    failures_.resize(bases_.size(), 0);
+    single_.failures.resize(bases_.size(), 0);
+    several_.failures.resize(bases_.size(), 0);
 }
 
 std::uint64_t CellMap::freeFrom(std::uint32_t cell) const noexcept {
@@ -39,18 +39,19 @@ std::uint64_t CellMap::freeFrom(std::uint32_t cell) const noexcept {
 }
 
 std::uint32_t CellMap::findBase(std::span<std::uint8_t const> labels) {
-    while (firstFree_ < capacity_ && freeFrom(firstFree_) == 0) firstFree_ += kWordBits;
-    std::uint32_t const lowest = firstFree_ > labels.front() ? firstFree_ - labels.front() : 0;
-    bool const mayPassOver = labels.size() > 1;
-    for (std::uint32_t word = lowest / kWordBits;; ++word) {
+    Search& search = labels.size() == 1 ? single_ : several_;
+    for (std::uint32_t word = search.firstWord;; ++word) {
         if (word >= bases_.size()) grow(capacity_ * 2);
-        if (mayPassOver && failures_[word] >= kMaxFailures) continue;
+        if (search.failures[word] >= kMaxFailures) {
+            if (word == search.firstWord) ++search.firstWord;
+            continue;
+        }
         std::uint64_t candidates = ~bases_[word];
         for (std::size_t i = 0; i < labels.size() && candidates != 0; ++i) {
             candidates &= freeFrom(word * kWordBits + labels[i]);
         }
         if (candidates != 0) return word * kWordBits + static_cast<std::uint32_t>(std::countr_zero(candidates));
-        if (mayPassOver) ++failures_[word];
+        ++search.failures[word];
     }
 }
 

@@ -17,13 +17,14 @@ public:
     void reset(std::uint32_t cells);
     std::uint32_t capacity() const noexcept { return capacity_; }
 
-    /// The lowest base of 1 or above that no node has and for which all cells
-    /// base + label are free. Labels ascend. Grows the map when it is full.
+    /// A base of 1 or above that no node has and for which all cells base +
+    /// label are free: the lowest one outside the stretches that are given up.
+    /// Labels ascend. Grows the map when it is full.
     ///
-    /// The front of a large map is full of holes that fit hardly any node.
-    /// A stretch of bases where searches for nodes with several labels kept
-    /// failing is passed over by later searches of such nodes; this gives up a
-    /// few cells and keeps the search short.
+    /// The front of a large map is full of holes that fit hardly any node. A
+    /// stretch of 64 bases where searches kept failing is given up; that leaves a
+    /// few cells unused and keeps the search short. Nodes of one cell, which fit
+    /// nearly everywhere, give up stretches of their own.
     std::uint32_t findBase(std::span<std::uint8_t const> labels);
     /// Marks the base taken and its cells used.
     void take(std::uint32_t base, std::span<std::uint8_t const> labels);
@@ -31,14 +32,20 @@ public:
 private:
     static constexpr std::uint32_t kWordBits = 64;
 
+    /// How often searches failed in each word of bases_.
+    struct Search {
+        std::vector<std::uint8_t> failures;
+        std::uint32_t firstWord = 0;  ///< all words before it are given up
+    };
+
     void grow(std::uint32_t cells);
     std::uint64_t freeFrom(std::uint32_t cell) const noexcept;
 
     std::uint32_t capacity_ = 0;
     std::vector<std::uint64_t> free_;
     std::vector<std::uint64_t> bases_;
-    std::vector<std::uint8_t> failures_;  ///< per word of bases_, up to the limit
-    std::uint32_t firstFree_ = 1;
+    Search single_;
+    Search several_;
 };
 
 }  // namespace TAVO

@@ -3,10 +3,14 @@
 #include <gtest/gtest.h>
 #include <tavo/error.hpp>
 
+#include "dic/file_access.hpp"
 #include "support/encoding.hpp"
+#include "support/guarded_bytes.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
 
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,31 +21,248 @@ namespace {
 SmallWorld world() {
     SmallWorld made;
     made.namesUtf8({"文頭", "文末", "未定義", "名詞", "助詞"});
-    made.linesUtf8(
-        {"東,名詞,10,ヒガシ", "東京,名詞,20,トウキョウ", "東京都,名詞,30,トウキョウト", "と,助詞,5", "と,名詞,7"});
+    made.linesUtf8({"東,名詞,10,ヒガシ", "東京,名詞,20,トウキョウ", "東京都,名詞,30,トウキョウト", "と,助詞,5",
+                    "と,名詞,7", "a,名詞,1", "国際連合,名詞,40"});
     return made;
 }
 
-std::vector<std::pair<std::size_t, std::uint16_t>> prefixes(Dic const& dic, std::string const& text) {
-    std::vector<std::pair<std::size_t, std::uint16_t>> found;
-    dic.trie()->prefixSearch(asBytes(text.data()), text.size(), [&](std::size_t length, RecordChain chain) {
+using Found = std::vector<std::pair<std::size_t, unsigned>>;  // length and cost
+
+Found prefixes(Dic const& dic, std::string const& text) {
+    Found found;
+    // At the end of a page: a read at or behind the end of the text is fatal.
+    GuardedBytes const guarded(text);
+    dic.trie()->prefixSearch(guarded.data(), guarded.size(), [&](std::size_t length, RecordChain chain) {
         for (; chain; chain = chain.next()) found.emplace_back(length, chain.record().cost());
         return true;
     });
     return found;
 }
 
+bool finds(Dic const& dic, std::string const& form) {
+    GuardedBytes const guarded(form);
+    return static_cast<bool>(dic.trie()->exactMatch(guarded.data(), guarded.size()));
+}
+
 TEST(DicTest, FindsPrefixesShortestFirst) {
     TempDir const dir;
     std::string const path = world().writeTo(dir.path()).dic;
+    std::pair<std::string, Found> const cases[] = {
+        {toSjis("東京都と"), {{2, 10}, {4, 20}, {6, 30}}},
+        {toSjis("東京都"), {{2, 10}, {4, 20}, {6, 30}}},
+        {toSjis("東京と"), {{2, 10}, {4, 20}}},
+        {toSjis("東"), {{2, 10}}},
+        {toSjis("東").substr(0, 1), {}},
+        {toSjis("とと"), {{2, 5}, {2, 7}}},
+        {toSjis("西"), {}},
+        {"a", {{1, 1}}},
+        {"ab", {{1, 1}}},
+        {toSjis("国際連合"), {{8, 40}}},
+        {toSjis("国際連合軍"), {{8, 40}}},
+        // The text ends inside the tail, or differs from it.
+        {toSjis("国際連"), {}},
+        {toSjis("国際連盟"), {}},
+        {"", {}},
+        {std::string("\0a", 2), {}},
+        {toSjis("東") + std::string("\0", 1) + toSjis("京"), {{2, 10}}},
+    };
     for (bool const memoryMapped : {false, true}) {
         Dic const dic(memoryMapped, path.c_str());
-        using Found = std::vector<std::pair<std::size_t, std::uint16_t>>;
-        EXPECT_EQ(prefixes(dic, toSjis("東京都と")), (Found{{2, 10}, {4, 20}, {6, 30}}));
-        EXPECT_EQ(prefixes(dic, toSjis("東京と")), (Found{{2, 10}, {4, 20}}));
-        EXPECT_EQ(prefixes(dic, toSjis("とと")), (Found{{2, 5}, {2, 7}}));
-        EXPECT_EQ(prefixes(dic, toSjis("西")), Found{});
+        for (auto const& [text, found] : cases) EXPECT_EQ(prefixes(dic, text), found) << toUtf8(text);
     }
+}
+
+TEST(DicTest, FindsExactForms) {
+    TempDir const dir;
+    Dic const dic(true, world().writeTo(dir.path()).dic.c_str());
+    for (char const* form : {"東", "東京", "東京都", "と", "a", "国際連合"})
+        EXPECT_TRUE(finds(dic, toSjis(form))) << form;
+    for (char const* form : {"京", "東京都と", "国際連", "国際連合軍", "aa", "b", ""}) {
+        EXPECT_FALSE(finds(dic, toSjis(form))) << form;
+    }
+}
+
+TEST(DicTest, AVisitThatStopsEndsTheSearch) {
+    TempDir const dir;
+    Dic const dic(true, world().writeTo(dir.path()).dic.c_str());
+    std::string const text = toSjis("東京都");
+    int visits = 0;
+    EXPECT_FALSE(dic.trie()->prefixSearch(asBytes(text.data()), text.size(),
+                                          [&](std::size_t, RecordChain) { return ++visits < 2; }));
+    EXPECT_EQ(visits, 2);
+}
+
+TEST(DicTest, AnswersNames) {
+    TempDir const dir;
+    Dic const dic(false, world().writeTo(dir.path()).dic.c_str());
+    EXPECT_EQ(dic.nameCount(), 5);
+    EXPECT_EQ(toUtf8(dic.getPartOfSPName(1)), "文頭");
+    EXPECT_EQ(toUtf8(dic.getPartOfSPName(5)), "助詞");
+    EXPECT_EQ(toUtf8(dic.getPartOfSPName(0x10005)), "助詞") << "16 bits of the id are used";
+    EXPECT_STREQ(dic.getPartOfSPName(0), "");
+    EXPECT_STREQ(dic.getPartOfSPName(6), "");
+    EXPECT_EQ(dic.charType(), 1U);
+}
+
+std::string loading(std::string const& path, bool memoryMapped) {
+    try {
+        Dic const dic(memoryMapped, path.c_str());
+        EXPECT_EQ(dic.trie() != nullptr, dic.hasHeader());
+        return dic.hasHeader() ? (dic.trie()->empty() ? "empty" : "words") : "no header";
+    } catch (illegal_format const& e) {
+        EXPECT_EQ(e.what(), "ILLEGAL_FORMAT: " + path);
+        return "illegal";
+    } catch (std::exception const& e) {
+        return e.what();
+    }
+}
+
+TEST(DicTest, JudgesHeaders) {
+    std::string const good = world().dictionary();
+    auto const with = [&good](std::size_t position, char value) {
+        std::string bytes = good;
+        bytes[position] = value;
+        return bytes;
+    };
+    std::size_t const trie = loadU32(asBytes(good.data()) + 4);
+    std::pair<std::string, char const*> const cases[] = {
+        {good, "words"},
+        {SmallWorld().dictionary(), "empty"},  // a dictionary without words is valid
+        {"", "illegal"},
+        {good.substr(0, 1), "no header"},
+        {good.substr(0, 16), "no header"},
+        {std::string(16, '\3'), "no header"},  // too short to be judged
+        {with(0, 3), "INVALID_DIC_VERSION:3"},
+        {with(0, 0), "INVALID_DIC_VERSION:0"},
+        {with(1, 3), "INVALID_DIC_CHAR_TYPE:3"},
+        {with(1, 0), "words"},
+        {with(1, 2), "words"},
+        {with(7, 1), "no header"},  // the trie lies outside
+        {with(9, 1), "no header"},  // 261 names reach into the trie
+        {good.substr(0, trie), "empty"},
+        {good.substr(0, trie + 1031), "empty"},
+        {with(trie + 3, 1), "empty"},  // cells outside
+        {with(trie + 7, 1), "empty"},  // leaf area outside
+        {with(trie + 4, static_cast<char>(good[trie + 4] + 1)), "empty"},
+    };
+    TempDir const dir;
+    for (auto const& [bytes, outcome] : cases) {
+        std::string const path = dir.write("dic", bytes);
+        EXPECT_EQ(loading(path, false), outcome);
+        EXPECT_EQ(loading(path, true), outcome);
+    }
+}
+
+TEST(DicTest, ADictionaryOfBadOffsetsFindsNothing) {
+    std::string bytes = world().dictionary();
+    bytes[loadU32(asBytes(bytes.data()) + 4) + 7] = 1;
+    TempDir const dir;
+    Dic const dic(true, dir.write("dic", bytes).c_str());
+    EXPECT_EQ(prefixes(dic, toSjis("東京")), Found{});
+    EXPECT_FALSE(finds(dic, toSjis("東")));
+    int visited = 0;
+    dic.trie()->visitAll([&](std::string const&, RecordChain) { ++visited; });
+    EXPECT_EQ(visited, 0);
+}
+
+TEST(DicTest, ANameOutsideThePoolIsEmpty) {
+    std::string bytes = world().dictionary();
+    std::size_t const trie = loadU32(asBytes(bytes.data()) + 4);
+    bytes[16 + 5 + 3] = 1;  // offset of name 1
+    bytes[trie - 1] = 'x';  // the NUL of the last name
+    TempDir const dir;
+    Dic const dic(true, dir.write("dic", bytes).c_str());
+    EXPECT_STREQ(dic.getPartOfSPName(1), "");
+    EXPECT_STREQ(dic.getPartOfSPName(5), "");
+    EXPECT_EQ(toUtf8(dic.getPartOfSPName(2)), "文末");
+}
+
+TEST(DicTest, TellsWhatIsMissing) {
+    TempDir const dir;
+    for (bool const memoryMapped : {false, true}) {
+        for (std::string const& path : {dir.file("absent"), dir.path()}) {
+            try {
+                Dic const dic(memoryMapped, path.c_str());
+                ADD_FAILURE() << path;
+            } catch (file_not_found const& e) {
+                EXPECT_EQ(e.what(), "FILE_NOT_OPEN: " + path);
+            }
+        }
+        try {
+            Dic const dic(memoryMapped, nullptr);
+            ADD_FAILURE();
+        } catch (std::invalid_argument const& e) {
+            EXPECT_STREQ(e.what(), "INVALID_ARGUMENT: Dic::Dic()");
+        }
+    }
+}
+
+TEST(DicTest, The257thMappingIsRefused) {
+    TempDir const dir;
+    std::string const path = world().writeTo(dir.path()).dic;
+    std::vector<std::unique_ptr<Dic>> mapped;
+    for (std::size_t i = 0; i < kMappingSlots; ++i) mapped.push_back(std::make_unique<Dic>(true, path.c_str()));
+    try {
+        Dic const dic(true, path.c_str());
+        ADD_FAILURE();
+    } catch (std::runtime_error const& e) {
+        EXPECT_STREQ(e.what(), "OVERFLOW_MMAP_DESCRIPTOR:");
+    }
+    EXPECT_TRUE(finds(Dic(false, path.c_str()), "a")) << "reading takes no slot";
+    mapped.pop_back();
+    EXPECT_TRUE(finds(Dic(true, path.c_str()), "a"));
+}
+
+TEST(DicTest, AConstructorThatThrowsGivesItsMappingBack) {
+    TempDir const dir;
+    std::string const path = dir.write("dic", std::string(20, '\3'));
+    for (std::size_t i = 0; i < kMappingSlots + 1; ++i) {
+        EXPECT_THROW(Dic(true, path.c_str()), invalid_dictionary_version);
+    }
+}
+
+TEST(DicTest, TakesTheFileThatNowHasItsNameBack) {
+    TempDir const dir;
+    std::string const path = world().writeTo(dir.path()).dic;
+    Dic dic(true, path.c_str());
+    dic.release();
+    EXPECT_FALSE(dic.hasHeader());
+    EXPECT_EQ(dic.trie(), nullptr);
+    EXPECT_STREQ(dic.getPartOfSPName(1), "");
+    SmallWorld other;
+    other.names({"A", "B", "C", "D", "E", "F", "G"}).line("longer,F").line("words,G");
+    writeFile(path, other.dictionary());
+    dic.takeBack();
+    EXPECT_TRUE(finds(dic, "longer"));
+    EXPECT_FALSE(finds(dic, "a"));
+    EXPECT_STREQ(dic.getPartOfSPName(7), "G");
+    dic.release();
+    std::remove(path.c_str());
+    try {
+        dic.takeBack();
+        ADD_FAILURE();
+    } catch (file_not_found const& e) {
+        EXPECT_EQ(e.what(), "FILE_NOT_OPEN: FILE_NOT_OPEN:" + path);
+    }
+}
+
+TEST(DicTest, AHeapImageStaysWhenReleased) {
+    TempDir const dir;
+    Dic dic(false, world().writeTo(dir.path()).dic.c_str());
+    dic.release();
+    EXPECT_TRUE(finds(dic, "a"));
+    dic.takeBack();
+    EXPECT_TRUE(finds(dic, "a"));
+}
+
+TEST(DicTest, KnowsItsRecords) {
+    TempDir const dir;
+    Dic const dic(true, world().writeTo(dir.path()).dic.c_str());
+    Dic const other(false, dic.path().c_str());
+    RecordChain const chain = dic.trie()->exactMatch(asBytes("a"), 1);
+    EXPECT_TRUE(dic.contains(chain.head()));
+    EXPECT_FALSE(other.contains(chain.head()));
+    EXPECT_FALSE(dic.contains(nullptr));
 }
 
 }  // namespace
