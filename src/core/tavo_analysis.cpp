@@ -98,10 +98,11 @@ void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*
 std::ostream& Tavo::output(std::ostream& os, int sentence) {
     std::vector<Mrph> morphemes;
     getResult(morphemes, sentence);
-    Settings const& settings = impl_->context.settings;
-    for (Mrph const& morpheme : morphemes)
-        morpheme.output(os, settings.outputFormat.c_str(), settings.nullString.c_str(), false);
-    return os << settings.eos;
+    AnalyzerContext& context = impl_->context;
+    context.outputFormat.set(context.settings.outputFormat);
+    std::string text;
+    for (Mrph const& morpheme : morphemes) context.outputFormat.write(text, morpheme, context.settings.nullString);
+    return os << text << context.settings.eos;
 }
 
 unsigned int Tavo::getSentenceCount() const { return static_cast<unsigned int>(impl_->context.sentences.size()); }

@@ -8,6 +8,7 @@
 #include "engine/all_paths.hpp"
 #include "engine/lattice.hpp"
 #include "engine/sentence.hpp"
+#include "result/format.hpp"
 #include "result/reduce_rules.hpp"
 
 #include <tavo/mrph.hpp>
@@ -28,6 +29,7 @@ struct AnalyzerContext {
     DicSet dics;
     ReduceRules reduce;
     ConnTable const* connTable = nullptr;  // owned by the pool
+    CompiledFormat outputFormat;           // of settings.outputFormat, as of the last output
 
     // State of the last input.
     Lattice lattice;

@@ -19,7 +19,10 @@ public:
     CompiledFormat() = default;
     explicit CompiledFormat(std::string format);
 
-    std::string const& format() const noexcept { return format_; }
+    /// Takes on another format; costs one comparison when it is the same.
+    void set(std::string const& format) {
+        if (format != format_) *this = CompiledFormat(format);
+    }
 
     /// Appends the whole morpheme to @p out.
     void write(std::string& out, Mrph const& m, std::string_view nullString) const;

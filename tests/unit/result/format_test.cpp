@@ -27,7 +27,9 @@ SmallWorld worldOfNames() {
 std::string formatted(Mrph const& m, std::string const& format, std::string const& nullString) {
     std::string const direct = m.format(format.c_str(), nullString.c_str());
     std::string compiled = "before";
-    CompiledFormat(format).write(compiled, m, nullString);
+    static CompiledFormat kept;  // takes on one format after the other
+    kept.set(format);
+    kept.write(compiled, m, nullString);
     EXPECT_EQ(compiled, "before" + direct) << format;
     return direct;
 }
