@@ -10,7 +10,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <map>
 #include <thread>
 
 #include <unistd.h>
@@ -55,15 +54,13 @@ constexpr char kExamples[] =
     "Exit status: 0 all went well, 1 something about the data failed, 2 wrong usage.";
 
 void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
-    static std::map<std::string, OutputKind> const kKinds = {{"tavo", OutputKind::Tavo},
-                                                             {"wakati", OutputKind::Wakati},
-                                                             {"mecab", OutputKind::Mecab},
-                                                             {"json", OutputKind::Json}};
-    static std::map<std::string, Flush> const kFlushes = {{"auto", Flush::Auto}, {"line", Flush::Line}};
     OutputOptions& output = options.output;
-    app.add_option("-O,--output", output.kind, "tavo (default), wakati, mecab or json")
-        ->transform(CLI::CheckedTransformer(kKinds).description(""))
-        ->type_name("FORM");
+    addChoice(app, "-O,--output", output.kind,
+              {{"tavo", OutputKind::Tavo},
+               {"wakati", OutputKind::Wakati},
+               {"mecab", OutputKind::Mecab},
+               {"json", OutputKind::Json}},
+              "tavo (default), wakati, mecab or json");
     app.add_option("-F,--format", output.format,
                    "Format of each word: %w word, %h part of speech, %k reading, %p pronunciation, %s base form, "
                    "%c cost, %10w padded to 10 columns, \\n \\t \\\\ \\%")
@@ -73,9 +70,8 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
     app.add_option("--null", output.nullString, "Text for an empty value (forms tavo and mecab)")->type_name("TEXT");
     app.add_flag("--classes", output.showClasses, "Show the cost class of a part of speech (NAME-2)");
     addEncodingOption(app, output.encoding);
-    app.add_option("--flush", options.flush, "line: write each line's result at once, for use between programs")
-        ->transform(CLI::CheckedTransformer(kFlushes).description(""))
-        ->type_name("WHEN");
+    addChoice(app, "--flush", options.flush, {{"auto", Flush::Auto}, {"line", Flush::Line}},
+              "line: write each line's result at once, for use between programs");
 }
 
 void check(OutputOptions& output) {

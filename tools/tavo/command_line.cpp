@@ -2,10 +2,6 @@
 
 #include "file_io.hpp"
 
-#include <CLI/CLI.hpp>
-
-#include <map>
-
 namespace tool {
 
 ExitStatus parseAndRun(CLI::App& app, int argc, char** argv, std::function<ExitStatus()> const& action) {
@@ -27,10 +23,8 @@ ExitStatus parseAndRun(CLI::App& app, int argc, char** argv, std::function<ExitS
 }
 
 void addEncodingOption(CLI::App& app, Encoding& encoding) {
-    static std::map<std::string, Encoding> const kNames = {{"utf8", Encoding::Utf8}, {"sjis", Encoding::Sjis}};
-    app.add_option("--encoding", encoding, "Of input and output: utf8 (default) or sjis, code page 932")
-        ->transform(CLI::CheckedTransformer(kNames, CLI::ignore_case).description(""))
-        ->type_name("NAME");
+    addChoice(app, "--encoding", encoding, {{"utf8", Encoding::Utf8}, {"sjis", Encoding::Sjis}},
+              "Of input and output: utf8 (default) or sjis, code page 932");
 }
 
 }  // namespace tool

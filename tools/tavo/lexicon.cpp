@@ -49,10 +49,22 @@ ToolError noLexicon() {
 }
 
 void addDictionaries(TAVO::Tavo& analyser, LexiconOptions const& options) {
-    for (std::string const& dictionary : options.dictionaries) analyser.addDicPath(dictionary.c_str(), true);
+    for (std::string const& dictionary : options.dictionaries)
+        namingDictionary(dictionary, [&] { analyser.addDicPath(dictionary.c_str(), true); });
 }
 
 }  // namespace
+
+void namingDictionary(std::string const& path, std::function<void()> const& load) {
+    constexpr char kCause[] = ": no compiled dictionary, or one of another version";
+    try {
+        load();
+    } catch (TAVO::invalid_dictionary_version const&) {
+        throw ToolError(ExitStatus::Data, path + kCause);
+    } catch (TAVO::invalid_dictionary_char_type const&) {
+        throw ToolError(ExitStatus::Data, path + kCause);
+    }
+}
 
 void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
     app.add_option("-i,--init", options.initFile, "Init file with settings, dictionaries and connection table")

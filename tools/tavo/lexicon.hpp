@@ -5,6 +5,7 @@
 #include <tavo/tavo.hpp>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,10 @@ struct LexiconOptions {
     std::vector<std::string> dictionaries;
     std::string connTable;
 };
+
+/// Throws ToolError (data) naming @p path when it is no compiled dictionary; the
+/// library's own exceptions of this kind name no file. Other exceptions pass.
+void namingDictionary(std::string const& path, std::function<void()> const& load);
 
 void addLexiconOptions(CLI::App& app, LexiconOptions& options);
 

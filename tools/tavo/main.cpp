@@ -16,6 +16,9 @@ struct Command {
 
 constexpr Command kCommands[] = {
     {"import", tool::importCommand},
+    {"dic", tool::dicCommand},
+    {"lookup", tool::lookupCommand},
+    {"reading", tool::readingCommand},
 };
 
 tool::ExitStatus dispatch(int argc, char** argv) {

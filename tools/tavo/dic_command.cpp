@@ -1,0 +1,58 @@
+// tavo dic: build, dump, check.
+#include "dic_command.hpp"
+
+#include "command_line.hpp"
+
+#include <CLI/CLI.hpp>
+
+namespace tool {
+
+namespace {
+
+constexpr char kFooter[] =
+    "A source line is WORD,PART OF SPEECH,COST,READING and more, separated by commas:\n"
+    "  すもも,名詞:一般,30,すもも\n"
+    "Parts of speech are names of the connection table; costs run from 0 to 255.\n"
+    "Lines that begin with ; or # are comments.";
+
+constexpr char kBuildFooter[] =
+    "Example:\n"
+    "  tavo dic build words.txt -c ConnTable -o my.dic && tavo -d my.dic text.txt\n"
+    "All faults of the source are reported at once, each with its line. Without any,\n"
+    "the dictionary takes its place; else an older one there stays as it was.";
+
+}  // namespace
+
+ExitStatus dicCommand(int argc, char** argv) {
+    DicOptions options;
+    ExitStatus (*action)(DicOptions const&) = nullptr;
+    CLI::App app("Makes and inspects dictionaries.", "tavo dic");
+    app.footer(kFooter);
+    app.require_subcommand(1);
+
+    CLI::App* const build = app.add_subcommand("build", "Compiles source text into a dictionary");
+    build->footer(kBuildFooter);
+    build->add_option("SRC", options.input, "Dictionary source text, - for standard input")->required()->type_name("");
+    build->add_option("-c,--conn", options.connTable, "Connection table, which names the parts of speech")
+        ->required()
+        ->type_name("FILE");
+    build->add_option("-o,--output", options.output, "Dictionary to write")->required()->type_name("FILE");
+    build->add_flag("-v,--verbose", options.verbose, "Show progress");
+    addEncodingOption(*build, options.encoding);
+    build->callback([&] { action = buildDictionary; });
+
+    CLI::App* const dump = app.add_subcommand("dump", "Writes a dictionary's words as source text");
+    dump->add_option("DIC", options.input, "Dictionary")->required()->type_name("");
+    addEncodingOption(*dump, options.encoding);
+    dump->callback([&] { action = dumpDictionary; });
+
+    CLI::App* const check = app.add_subcommand("check", "Reads a whole dictionary and reports each fault");
+    check->add_option("DIC", options.input, "Dictionary")->required()->type_name("");
+    check->add_option("-c,--conn", options.connTable, "Connection table that it is used with: checked too")
+        ->type_name("FILE");
+    check->callback([&] { action = checkDictionary; });
+
+    return parseAndRun(app, argc, argv, [&] { return action(options); });
+}
+
+}  // namespace tool
