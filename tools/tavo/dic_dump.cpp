@@ -3,9 +3,9 @@
 #include "file_io.hpp"
 #include "lexicon.hpp"
 #include "out_buffer.hpp"
-#include "source_line.hpp"
 
 #include "dic/dic.hpp"
+#include "dic/record_source.hpp"
 
 #include <optional>
 
@@ -28,12 +28,11 @@ ExitStatus dumpDictionary(DicOptions const& options) {
     namingDictionary(options.input, [&] { loaded.emplace(true, options.input.c_str()); });
     TAVO::Dic const& dic = *loaded;
     if (dic.trie() == nullptr) throw ToolError(ExitStatus::Data, options.input + ": damaged dictionary");
-    auto const nameOf = [&dic](unsigned id) { return std::string(dic.getPartOfSPName(id)); };
     OutBuffer out;
     std::size_t changed = 0;
     auto const write = [&](std::string const& form, TAVO::RecordChain chain) {
         for (; chain; chain = chain.next()) {
-            std::string const sjis = sourceLine(form, chain.record(), nameOf);
+            std::string const sjis = TAVO::formatSourceLine(form, chain.record(), dic);
             std::string const line = fromSjis(sjis, options.encoding);
             if (options.encoding == Encoding::Utf8 && !survives(sjis, line)) ++changed;
             out.append(line);

@@ -3,9 +3,9 @@
 #include "file_io.hpp"
 #include "lexicon.hpp"
 #include "out_buffer.hpp"
-#include "source_line.hpp"
 
 #include "dic/pools.hpp"
+#include "dic/record_source.hpp"
 #include "result/mrph_access.hpp"
 
 #include <CLI/CLI.hpp>
@@ -25,27 +25,23 @@ struct LookupOptions {
     Encoding encoding = Encoding::Utf8;
 };
 
-/// Entries of one dictionary are collected by find(analyser, index, text, add),
-/// which calls add(form, record) for each.
+/// Entries of one dictionary are collected by find(analyser, index, dic,
+/// text, add), which calls add(form, record) for each.
 template <class Find>
 ExitStatus lookUp(LookupOptions const& options, std::string_view what, Find const& find) {
     TAVO::Tavo analyser;
     openLexicon(analyser, options.lexicon);
     std::string const text = argumentToSjis(options.text, options.encoding, what);
-    auto const nameOf = [&analyser](unsigned id) { return analyser.getPartOfSP(static_cast<unsigned short>(id)); };
     OutBuffer out;
     for (int index = 0; index < analyser.getDicCount(); ++index) {
-        find(analyser, index, text, [&](std::string_view form, unsigned char const* record) {
-            out.append(fromSjis(sourceLine(form, TAVO::MrphDic(record), nameOf), options.encoding));
+        TAVO::Dic const& dic = *TAVO::sharedPools().DIC_POOL.at(analyser.getDicPath(index));
+        find(analyser, index, dic, text, [&](std::string_view form, unsigned char const* record) {
+            out.append(fromSjis(TAVO::formatSourceLine(form, TAVO::MrphDic(record), dic), options.encoding));
             out.append('\n');
         });
     }
     writeStandardOutput(out.view());
     return out.size() == 0 ? ExitStatus::Data : ExitStatus::Ok;
-}
-
-TAVO::Dic const& dictionaryAt(TAVO::Tavo const& analyser, int index) {
-    return *TAVO::sharedPools().DIC_POOL.at(analyser.getDicPath(index));
 }
 
 ExitStatus run(int argc, char** argv, CLI::App& app, LookupOptions& options, char const* argument,
@@ -62,8 +58,8 @@ ExitStatus run(int argc, char** argv, CLI::App& app, LookupOptions& options, cha
 ExitStatus lookupCommand(int argc, char** argv) {
     LookupOptions options;
     CLI::App app("Shows the dictionary entries of a word.", "tavo lookup");
-    auto const find = [](TAVO::Tavo const& analyser, int index, std::string const& word, auto const& add) {
-        TAVO::DicTrie const* const trie = dictionaryAt(analyser, index).trie();
+    auto const find = [](TAVO::Tavo const&, int, TAVO::Dic const& dic, std::string const& word, auto const& add) {
+        TAVO::DicTrie const* const trie = dic.trie();
         if (trie == nullptr || word.empty()) return;
         for (auto chain = trie->exactMatch(TAVO::asBytes(word.data()), word.size()); chain; chain = chain.next())
             add(word, chain.head());
@@ -74,7 +70,8 @@ ExitStatus lookupCommand(int argc, char** argv) {
 ExitStatus readingCommand(int argc, char** argv) {
     LookupOptions options;
     CLI::App app("Shows the dictionary entries that have a reading.", "tavo reading");
-    auto const find = [](TAVO::Tavo& analyser, int index, std::string const& reading, auto const& add) {
+    auto const find = [](TAVO::Tavo& analyser, int index, TAVO::Dic const&, std::string const& reading,
+                         auto const& add) {
         std::vector<TAVO::Mrph> words;
         analyser.getByRead(words, reading.c_str(), index);
         for (TAVO::Mrph const& word : words) add(TAVO::MrphAccess::form(word), TAVO::MrphAccess::record(word));
