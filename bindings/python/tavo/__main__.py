@@ -19,7 +19,7 @@ def parsed(arguments):
     parser.add_argument("files", nargs="*", metavar="FILE", help="UTF-8 text; standard input without, or for -")
     parser.add_argument("-O", "--output", choices=["columns", "wakati"], default="columns",
                         help="columns: surface, part of speech, reading, pronunciation, base form, cost (default); "
-                        "wakati: surfaces separated by blanks")  # fmt: skip
+                        "wakati: surfaces separated by blanks, without those that are blanks themselves")  # fmt: skip
     parser.add_argument("-i", "--init", help="init file, or folder of a lexicon")
     parser.add_argument("--version", action="version", version=f"tavo {__version__}")
     return parser.parse_args(arguments)
@@ -59,7 +59,7 @@ def main(arguments=None) -> int:
         for file in options.files or ["-"]:
             if options.output == "wakati":
                 for end, surfaces in analyzed(tagger.split_batch, lines_of(file), chunk):
-                    print(" ".join(surfaces), end=end, file=out, flush=chunk == 1)
+                    print(" ".join(s for s in surfaces if s.strip(" ")), end=end, file=out, flush=chunk == 1)
             else:
                 for _, result in analyzed(tagger.batch, lines_of(file), chunk):
                     print(columns(result), file=out, flush=chunk == 1)
