@@ -73,7 +73,7 @@ test-asan: test-release
 test-tsan: test-asan
 	$(call say,tests with threads under the thread sanitizer)
 	@cmake --preset tsan $(CONFIGURE_FLAGS) >/dev/null
-	@cmake --build --preset tsan -j $(JOBS) --target tavo_tests
+	@cmake --build --preset tsan -j $(JOBS) --target tavo_thread_tests
 	@$(CTEST) --test-dir build-tsan -L threads
 
 install: lexicon

@@ -92,9 +92,9 @@ void PosTables::setPublicPartOfSPPath(char const* path) {
     public_.clear();
     if (path == nullptr) return;
     readList(kept, [&](std::string_view line, unsigned number) {
-        PosName pattern = splitPublicPattern(line);
+        PosName const pattern = splitPublicPattern(line);
         if (pattern.head.empty()) throw illegal_format(kept + ":" + std::to_string(number));
-        public_.add(std::move(pattern));
+        public_.add(pattern);
     });
     publicPath_ = kept;
 }

@@ -89,8 +89,7 @@ void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
         impl_->assemble(out, bestPath(*found), *found);
 }
 
-void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path,
-                          Sentence const& found) {
+void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found) {
     context.reduce.bind(context.pos, context.settings);
     getMrphArray(out, path, context, found);
 }

@@ -119,7 +119,7 @@ std::vector<TrieKey> DicCompiler::makeKeys(std::string& chains, bool verbose) co
         std::size_t const begin = chains.size();
         chains.append(records_, items_[i].record, items_[i].recordBytes);
         if (moreFollows) chains[begin + kFlagsB] |= static_cast<char>(MrphDic::kAnotherFollows);
-        if (first) keys.push_back({form, {chains.data() + begin, 0}});
+        if (first) keys.push_back({form, std::string_view(chains).substr(begin, 0)});
         keys.back().chain = {keys.back().chain.data(), keys.back().chain.size() + items_[i].recordBytes};
         if (verbose && first && keys.size() % kFormsPerDot == 0) std::cerr << '.';
     }

@@ -38,6 +38,10 @@ public:
     DicSet() = default;
     DicSet(DicSet const& other);
     DicSet& operator=(DicSet const& other);
+    DicSet& operator=(DicSet&& other) noexcept {
+        entries_.swap(other.entries_);
+        return *this;
+    }
     ~DicSet();
 
     std::vector<DicEntry> const& entries() const noexcept { return entries_; }
