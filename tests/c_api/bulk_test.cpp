@@ -1,0 +1,198 @@
+// Bulk calls against the functions they stand for.
+#include "api/bulk_arrays.hpp"
+#include "c_api/flat_world.hpp"
+
+#include <tavo/tavo_bulk.h>
+
+#include <limits>
+#include <stdexcept>
+
+namespace TAVO::test {
+namespace {
+
+constexpr unsigned kTexts = TAVO_BULK_FORM | TAVO_BULK_PART_OF_SP | TAVO_BULK_STD_FORM | TAVO_BULK_READ |
+                            TAVO_BULK_PRON | TAVO_BULK_GROUP | TAVO_BULK_INFO;
+
+class BulkFunctions : public FlatWorld {
+protected:
+    int bulkOf(std::vector<std::string> const& texts, unsigned what) {
+        std::vector<char const*> pointers;
+        std::vector<int> lengths;
+        for (std::string const& text : texts) {
+            pointers.push_back(text.data());
+            lengths.push_back(static_cast<int>(text.size()));
+        }
+        return tavo_bulkAnalyze(tavo, &bulk, pointers.data(), lengths.data(), static_cast<int>(texts.size()), what);
+    }
+    std::string text(std::size_t field, std::size_t morpheme) const {
+        return bulk.strings + bulk.fields[field * bulk.morphemeCount + morpheme];
+    }
+    /// "start+length" of every morpheme, rows separated by "|".
+    std::string places() const {
+        std::string places;
+        std::size_t m = 0;
+        for (std::size_t row = 0; row < bulk.rowCount; ++row) {
+            for (; m < bulk.rowEnd[row]; ++m)
+                places += std::to_string(bulk.start[m]) + "+" + std::to_string(bulk.length[m]) + " ";
+            places += "|";
+        }
+        return places;
+    }
+
+    tavo_bulk_t bulk{};
+};
+
+TEST_F(BulkFunctions, HaveTheVersionOfTheHeader) { EXPECT_EQ(tavo_bulkVersion(), TAVO_BULK_VERSION); }
+
+TEST_F(BulkFunctions, DeliverWhatTheMorphemesSay) {
+    std::string const given = "abcdz";
+    ASSERT_EQ(bulkOf({given, "", "dd"}, kTexts), 3) << tavo_getErrorWhat(tavo);
+    ASSERT_EQ(bulk.morphemeCount, 5U);
+    ASSERT_EQ(bulk.fieldCount, 7U);
+    EXPECT_EQ(places(), "0+3 3+1 4+1 ||0+1 1+1 |");
+    EXPECT_EQ((std::vector<std::uint32_t>(bulk.rowLength, bulk.rowLength + 3)), (std::vector<std::uint32_t>{5, 0, 2}));
+    std::vector<std::string> first, unknown;
+    for (std::size_t field = 0; field < 7; ++field) {
+        first.push_back(text(field, 0));
+        unknown.push_back(text(field, 2));
+    }
+    EXPECT_EQ(first,
+              (std::vector<std::string>{"", "Noun", "ABC", toSjis("えいびし"), toSjis("えいびーし"), "grp", ""}));
+    EXPECT_EQ(unknown, (std::vector<std::string>{"", "Undef", "", "", "", "", ""}));
+    EXPECT_EQ(bulk.fields[3 * 5 + 1], bulk.fields[3 * 5 + 4]) << "texts of one record stand once";
+
+    tavo_result_t const result = [&] {
+        std::vector<int> pids(bulk.pid, bulk.pid + 3), costs(bulk.cost, bulk.cost + 3),
+            flags(bulk.flags, bulk.flags + 3);
+        tavo_result_t const morphemes = analyze(given);
+        for (int i = 0; i < morphemes.count; ++i) {
+            auto const at = static_cast<std::size_t>(i);
+            EXPECT_EQ(pids[at], tavo_getPid(morphemes.array[i]));
+            EXPECT_EQ(costs[at], tavo_getCost(morphemes.array[i]));
+            EXPECT_EQ(flags[at], tavo_isUndef(morphemes.array[i]) == 1 ? TAVO_BULK_UNKNOWN : 0);
+        }
+        return morphemes;
+    }();
+    EXPECT_EQ(result.count, 3);
+}
+
+TEST_F(BulkFunctions, StartsCountBytesOrCharactersOfTheGivenText) {
+    struct Case {
+        char const* text;
+        unsigned what;
+        bool deleteBreaks;
+        bool breaksDelimit;
+        char const* places;
+        unsigned rowLength;
+    };
+    Case const cases[] = {
+        {"ソd能", 0, false, false, "0+2 2+1 3+2 |", 5},
+        {"ソd能", TAVO_BULK_CHARACTERS, false, false, "0+1 1+1 2+1 |", 3},
+        // The break inside "abc" belongs to it, those around do not.
+        {"\r\nd\nab\r\ncd\n", 0, true, false, "2+1 4+5 9+1 |", 11},
+        {"ソ\nab\ncd", TAVO_BULK_CHARACTERS, true, false, "0+1 2+4 6+1 |", 7},
+        {"d\r\nd", 0, true, true, "0+1 3+1 |", 4},
+        {"d\nd", 0, false, true, "0+1 1+1 2+1 |", 3},
+        {"\nd\nd", TAVO_BULK_ANALYZED, true, false, "0+1 1+1 |", 2},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.places);
+        ASSERT_EQ(tavo_setDeleteCRLFMode(tavo, c.deleteBreaks), 0);
+        ASSERT_EQ(tavo_setDelimitCRLFMode(tavo, c.breaksDelimit), 0);
+        ASSERT_EQ(bulkOf({toSjis(c.text)}, c.what), 1) << tavo_getErrorWhat(tavo);
+        EXPECT_EQ(places(), c.places);
+        EXPECT_EQ(bulk.rowLength[0], c.rowLength);
+        EXPECT_STREQ(bulk.strings + bulk.rowText[0], c.what == TAVO_BULK_ANALYZED ? "dd" : "");
+    }
+}
+
+TEST_F(BulkFunctions, NBestGivesARowAPath) {
+    char const* const stops[] = {"."};
+    ASSERT_EQ(tavo_setDelimiterString(tavo, stops, 1), 0);
+    // Three analyses of the first sentence, one of the second.
+    ASSERT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, "d.z", 3, 9, TAVO_BULK_PART_OF_SP), 3) << tavo_getErrorWhat(tavo);
+    EXPECT_EQ(places(), "0+1 1+1 2+1 |0+1 1+1 2+1 |0+1 1+1 2+1 |");
+    EXPECT_EQ(text(0, 0) + text(0, 1) + text(0, 2), "NounUndefUndef");
+    EXPECT_EQ(text(0, 3) + text(0, 4) + text(0, 5), "VerbUndefUndef");
+    EXPECT_EQ(text(0, 6), "Undef");
+    EXPECT_EQ(bulk.rowWordCost[0], 5U + 255U + 255U);
+    EXPECT_EQ(bulk.rowWordCost[1], 6U + 255U + 255U);
+    EXPECT_EQ(bulk.rowWordCost[2], 255U + 255U + 255U);
+    EXPECT_GE(bulk.rowConnectionCost[0], 40U);
+    EXPECT_EQ(bulk.rowConnectionCost[0], bulk.rowConnectionCost[1]);
+    EXPECT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, "d", 1, 0, 0), 0);
+    ASSERT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, "", 0, 3, 0), 0);
+    ASSERT_EQ(bulkOf({"d"}, 0), 1);
+    EXPECT_EQ(bulk.rowWordCost[0], 0U) << "of N-best alone";
+}
+
+TEST_F(BulkFunctions, ErrorsLeaveTheRowsBefore) {
+    EXPECT_EQ(tavo_setTaggedInputMode(tavo, 0), 0);
+    char const* const texts[] = {"d", "d", nullptr};
+    int const lengths[] = {1, 1, 1};
+    int const negative[] = {-1};
+    int const tooMuch[] = {std::numeric_limits<int>::max(), 1};
+    struct Case {
+        tavo_bulk_t* out;
+        char const* const* texts;
+        int const* lengths;
+        int count;
+    };
+    Case const bad[] = {{nullptr, texts, lengths, 1}, {&bulk, nullptr, lengths, 1}, {&bulk, texts, nullptr, 1},
+                        {&bulk, texts, lengths, -1},  {&bulk, texts, lengths, 3},   {&bulk, texts, negative, 1},
+                        {&bulk, texts, tooMuch, 2}};
+    for (Case const& c : bad) {
+        bulk.rowCount = 7;
+        EXPECT_EQ(tavo_bulkAnalyze(tavo, c.out, c.texts, c.lengths, c.count, 0), -10001) << "case " << &c - bad;
+        EXPECT_STREQ(tavo_getErrorWhat(tavo), "INVALID_ARGUMENT:tavo_bulkAnalyze()");
+        EXPECT_EQ(bulk.rowCount, c.out == nullptr ? 7U : 0U);
+    }
+    EXPECT_EQ(tavo_bulkAnalyze(nullptr, &bulk, texts, lengths, 1, 0), -10001);
+    EXPECT_EQ(tavo_bulkAnalyze(tavo, &bulk, nullptr, nullptr, 0, 0), 0);
+    EXPECT_EQ(tavo_bulkAnalyzeNBest(nullptr, &bulk, "", 0, 1, 0), -10001);
+    EXPECT_EQ(tavo_bulkAnalyzeNBest(tavo, nullptr, "", 0, 1, 0), -10001);
+    EXPECT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, "", 0, -1, 0), -10001);
+    EXPECT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, nullptr, 1, 1, 0), -10001);
+    EXPECT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, "", -1, 1, 0), -10001);
+    EXPECT_STREQ(tavo_getErrorWhat(tavo), "INVALID_ARGUMENT:tavo_bulkAnalyzeNBest()");
+
+    std::string const tooLong(16'843'010, 'd');
+    EXPECT_EQ(bulkOf({"d", "dd", tooLong, "d"}, TAVO_BULK_READ), -10011);
+    EXPECT_EQ(places(), "0+1 |0+1 1+1 |");
+    EXPECT_EQ(text(0, 2), toSjis("でぃ"));
+    EXPECT_EQ(tavo_offDicAll(tavo), 0);
+    EXPECT_EQ(bulkOf({"d"}, 0), -10012);
+    EXPECT_EQ(bulk.rowCount, 0U);
+}
+
+TEST(StringBlock, RefusesToGrowBeyondItsLimit) {
+    api::StringBlock block(8);
+    EXPECT_EQ(block.add(""), 0U);
+    EXPECT_EQ(block.add("abc"), 1U);
+    EXPECT_THROW(block.add("abc"), std::length_error);
+    EXPECT_EQ(block.add("ab"), 5U);
+    EXPECT_EQ(std::string(block.data(), block.size()), std::string("\0abc\0ab\0", 8));
+    EXPECT_THROW(block.add("a"), std::length_error);
+}
+
+TEST(RecordTexts, FindsEveryRecordWhileItGrows) {
+    api::RecordTexts texts;
+    texts.clear(2);
+    std::vector<unsigned char> const image(40000);
+    for (std::uint32_t i = 0; i < image.size(); i += 8) {
+        EXPECT_EQ(texts.find(&image[i]), nullptr);
+        std::uint32_t const offsets[] = {i, i + 1};
+        texts.add(&image[i], offsets);
+    }
+    for (std::uint32_t i = 0; i < image.size(); i += 8) {
+        std::uint32_t const* const found = texts.find(&image[i]);
+        ASSERT_NE(found, nullptr);
+        EXPECT_EQ(found[0], i);
+        EXPECT_EQ(found[1], i + 1);
+    }
+    texts.clear(2);
+    EXPECT_EQ(texts.find(&image[8]), nullptr);
+}
+
+}  // namespace
+}  // namespace TAVO::test

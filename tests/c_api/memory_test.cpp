@@ -1,0 +1,155 @@
+// What happens when memory runs out at any place of a call.
+#include "c_api/flat_world.hpp"
+
+#include <tavo/tavo_bulk.h>
+
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <utility>
+
+namespace {
+
+enum class Fail { None, One, AllFromThere };
+Fail fail = Fail::None;
+/// Allocations before the one that fails.
+long allocationsLeft = 0;
+
+void* allocate(std::size_t size) {
+    if (fail != Fail::None && allocationsLeft-- <= 0) {
+        if (fail == Fail::One) fail = Fail::None;
+        throw std::bad_alloc();
+    }
+    if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace TAVO::test {
+namespace {
+
+class OutOfMemory : public FlatWorld {
+protected:
+    void TearDown() override {
+        fail = Fail::None;
+        FlatWorld::TearDown();
+    }
+
+    /// Lets the first, then the second... allocation of the call fail until it
+    /// succeeds; the number of failures.
+    static int failures(Fail kind, std::function<int()> const& call, std::function<void(int)> const& judge) {
+        for (int allowed = 0; allowed < 10000; ++allowed) {
+            allocationsLeft = allowed;
+            fail = kind;
+            int const code = call();
+            bool const failed = fail != kind || allocationsLeft < 0;
+            fail = Fail::None;
+            if (!failed) return allowed;
+            judge(code);
+        }
+        ADD_FAILURE() << "never succeeds";
+        return 0;
+    }
+
+    /// Analyses with an analyser that has no memory of calls before.
+    int withFreshAnalyser(std::function<int(tavo_t*)> const& call) {
+        Fail const kind = std::exchange(fail, Fail::None);
+        tavo_t* const fresh = tavo_new(0);
+        EXPECT_EQ(tavo_setConnTablePath(fresh, paths.connTable.c_str()), 0);
+        EXPECT_EQ(tavo_addDicPath(fresh, paths.dic.c_str(), 0), 0);
+        EXPECT_EQ(tavo_analyzeNBest(fresh, "d", 1), 0);
+        fail = kind;
+        int const code = call(fresh);
+        what = tavo_getErrorWhat(fresh);
+        Fail const after = std::exchange(fail, Fail::None);
+        tavo_free(fresh);
+        fail = after;
+        return code;
+    }
+
+    std::string what;  // the error text of withFreshAnalyser()
+};
+
+TEST_F(OutOfMemory, IsACodeFromAnyAllocation) {
+    tavo_result_t result{};
+    tavo_result_t results[2];
+    tavo_bulk_t bulk{};
+    char const* text = text_.data();
+    int const length = 4;
+    std::function<int(tavo_t*)> const calls[] = {
+        [&](tavo_t* t) { return tavo_analyze(t, text, length); },
+        [&](tavo_t* t) { return tavo_analyzeNBest(t, text, length); },
+        [&](tavo_t* t) { return tavo_getResult(t, &result, 0); },
+        [&](tavo_t* t) { return tavo_getResultNBest(t, results, 0, 2); },
+        [&](tavo_t* t) { return tavo_getByRead(t, &result, "x", 0); },
+        [&](tavo_t* t) { return tavo_bulkAnalyze(t, &bulk, &text, &length, 1, 0x37F); },
+        [&](tavo_t* t) { return tavo_bulkAnalyzeNBest(t, &bulk, text, length, 2, 0x37F); },
+        [&](tavo_t* t) { return tavo_setEOS(t, "a text too long to be stored without memory"); },
+        [&](tavo_t* t) { return tavo_addDicPath(t, paths.source.c_str(), 0) == -10004 ? 0 : -10000; },
+    };
+    what.reserve(200);
+    for (auto const& call : calls)
+        for (Fail const kind : {Fail::One, Fail::AllFromThere}) {
+            int const count = failures(
+                kind, [&] { return withFreshAnalyser(call); }, [](int code) { EXPECT_EQ(code, -10000); });
+            EXPECT_GT(count, 0) << "call " << &call - calls;
+        }
+}
+
+TEST_F(OutOfMemory, OfAMorphemeAndItsErrors) {
+    tavo_mrph_t* const mrph = compound();
+    for (Fail const kind : {Fail::One, Fail::AllFromThere}) {
+        int const count = failures(
+            kind, [&] { return tavo_format(mrph, "%w%w%w%w%w%w%w%w", "", nullptr, 0); },
+            [](int code) { EXPECT_EQ(code, -10000); });
+        EXPECT_GT(count, 0);
+        // Even where the error's own text finds no memory the call returns.
+        failures(
+            kind, [&] { return tavo_getExt(mrph, 7, nullptr, 0); },
+            [&](int code) { EXPECT_TRUE(code == -10000 || code == -10007) << code; });
+        EXPECT_EQ(tavo_getPid(mrph), 4);
+    }
+    EXPECT_GT(failures(
+                  Fail::One,
+                  [] {
+                      tavo_t* const made = tavo_new(0);
+                      return made == nullptr ? -10000 : tavo_free(made);
+                  },
+                  [](int code) { EXPECT_EQ(code, -10000); }),
+              0);
+}
+
+TEST_F(OutOfMemory, OfTheHandlesHasATextOfItsOwn) {
+    struct Case {
+        char const* name;
+        std::function<int(tavo_t*)> call;
+    };
+    tavo_result_t results[2];
+    std::string const reading = toSjis("でぃ");
+    Case const cases[] = {
+        {"tavo_getResult", [&](tavo_t* t) { return tavo_getResult(t, results, 0); }},
+        {"tavo_getResultNBest", [&](tavo_t* t) { return tavo_getResultNBest(t, results, 0, 2); }},
+        {"tavo_getByRead", [&](tavo_t* t) { return tavo_getByRead(t, results, reading.c_str(), 0); }},
+        {"tavo_getByReadPath",
+         [&](tavo_t* t) { return tavo_getByReadPath(t, results, reading.c_str(), paths.dic.c_str()); }},
+    };
+    what.reserve(200);
+    for (Case const& c : cases) {
+        int handles = 0;
+        failures(
+            Fail::One, [&] { return withFreshAnalyser(c.call); },
+            [&](int) { handles += what == std::string("BAD_ALLOC: ") + c.name + "()"; });
+        EXPECT_EQ(handles, 1) << c.name;
+    }
+}
+
+}  // namespace
+}  // namespace TAVO::test
