@@ -2,6 +2,8 @@
 
 #include "base/sjis.hpp"
 
+#include <algorithm>
+
 namespace TAVO {
 namespace {
 
@@ -15,35 +17,57 @@ std::size_t delimiterAt(std::string_view text, std::size_t pos, std::vector<std:
 
 using PieceSink = std::function<void(std::string_view)>;
 
-void splitAtDelimiters(std::string_view text, std::vector<std::string> const& delimiters, PieceSink const& piece) {
-    std::size_t start = 0;
-    for (std::size_t pos = 0; pos < text.size() && !delimiters.empty();) {
-        std::size_t const matched = delimiterAt(text, pos, delimiters);
-        if (matched == 0) {
-            pos += charWidth(text, pos);
-            continue;
+class Splitter {
+public:
+    Splitter(std::vector<std::string> const& delimiters, PieceSink const& piece, StretchFinder const& stretches)
+        : delimiters_(delimiters), piece_(piece), findStretches_(stretches) {}
+
+    void operator()(std::string_view line) const {
+        std::vector<Stretch> const stretches =
+            findStretches_ && !delimiters_.empty() ? findStretches_(line) : std::vector<Stretch>();
+        auto stretch = stretches.begin();
+        std::size_t start = 0;
+        for (std::size_t pos = 0; pos < line.size() && !delimiters_.empty();) {
+            std::size_t const limit = stretch == stretches.end() ? line.size() : stretch->begin;
+            if (pos >= limit) {
+                pos = std::max(pos, stretch->end);
+                ++stretch;
+                continue;
+            }
+            std::size_t const matched = delimiterAt(line.substr(0, limit), pos, delimiters_);
+            if (matched == 0) {
+                pos += charWidth(line, pos);
+                continue;
+            }
+            pos += matched;
+            piece_(line.substr(start, pos - start));
+            start = pos;
         }
-        pos += matched;
-        piece(text.substr(start, pos - start));
-        start = pos;
+        if (start < line.size()) piece_(line.substr(start));
     }
-    if (start < text.size()) piece(text.substr(start));
-}
+
+private:
+    std::vector<std::string> const& delimiters_;
+    PieceSink const& piece_;
+    StretchFinder const& findStretches_;
+};
 
 }  // namespace
 
-void splitText(std::string_view text, Settings const& settings, PieceSink const& piece) {
+void splitText(std::string_view text, Settings const& settings, PieceSink const& piece,
+               StretchFinder const& stretches) {
+    Splitter const split(settings.delimiters, piece, stretches);
     std::size_t start = 0;
     if (settings.mode(Mode::DelimitCRLF) == 1) {
         bool const drop = settings.mode(Mode::DeleteCRLF) == 1;
         for (std::size_t pos = findMark(text, "\r\n"); pos != std::string_view::npos;
              pos = findMark(text, "\r\n", start)) {
             std::size_t const end = pos + (text.substr(pos).starts_with("\r\n") ? 2 : 1);
-            splitAtDelimiters(text.substr(start, (drop ? pos : end) - start), settings.delimiters, piece);
+            split(text.substr(start, (drop ? pos : end) - start));
             start = end;
         }
     }
-    splitAtDelimiters(text.substr(start), settings.delimiters, piece);
+    split(text.substr(start));
 }
 
 std::string deleteLineBreaks(std::string_view text) {

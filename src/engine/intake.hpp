@@ -3,17 +3,25 @@
 #define TAVO_ENGINE_INTAKE_HPP
 
 #include "config/settings.hpp"
+#include "engine/tag_scan.hpp"
 
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace TAVO {
 
+/// The stretches of a line that no delimiter cuts, in order, without overlap.
+using StretchFinder = std::function<std::vector<Stretch>(std::string_view line)>;
+
 /// Calls @p piece for each sentence of @p text, in order: cut at line breaks
 /// (DelimitCRLF; DeleteCRLF drops them) and behind delimiter strings, stepping
-/// by characters. Empty pieces are not reported. Pieces are parts of @p text.
-void splitText(std::string_view text, Settings const& settings, std::function<void(std::string_view)> const& piece);
+/// by characters. Empty pieces are not reported. Pieces are parts of @p text. A
+/// delimiter neither starts in one of the @p stretches nor reaches into one; line
+/// breaks cut stretches too.
+void splitText(std::string_view text, Settings const& settings, std::function<void(std::string_view)> const& piece,
+               StretchFinder const& stretches = nullptr);
 
 /// @p text without its line feeds and carriage returns.
 std::string deleteLineBreaks(std::string_view text);

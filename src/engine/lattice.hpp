@@ -16,6 +16,7 @@ class ConnTable;
 class DicSet;
 class DicTrie;
 class RecordChain;
+struct LatticeConstraints;
 
 /// Connection sums and word-cost sums have 32 bits; a text of more bytes than
 /// this could reach 2^32 with 255 a byte.
@@ -41,6 +42,8 @@ public:
     /// complete path exists). Throws tavo_not_ready without table or dictionary,
     /// too_long_string beyond kMaxSentenceBytes, bad_alloc.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics);
+    /// The same under constraints; see ConstrainedSearch.
+    void build(Sentence& sentence, ConnTable const& table, DicSet const& dics, LatticeConstraints const& constraints);
 
     /// Nodes by their index in the order of making: the table of candidates.
     NodePool const& nodes() const noexcept { return pool_; }

@@ -3,6 +3,7 @@
 #define TAVO_ENGINE_SENTENCE_HPP
 
 #include "engine/lattice_node.hpp"
+#include "engine/sentence_marks.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -31,6 +32,8 @@ struct Sentence {
     /// The connection cost from the beginning of the text to bestStart.
     std::uint8_t beginCost = 0;
     bool failed = false;
+    /// What mark-up and comment rules say; null when they say nothing.
+    std::unique_ptr<SentenceMarks> marks;
 };
 
 }  // namespace TAVO

@@ -8,7 +8,9 @@
 #include "engine/all_paths.hpp"
 #include "engine/lattice.hpp"
 #include "engine/sentence.hpp"
+#include "result/comment_rules.hpp"
 #include "result/format.hpp"
+#include "result/made_records.hpp"
 #include "result/reduce_rules.hpp"
 
 #include <tavo/mrph.hpp>
@@ -28,6 +30,7 @@ struct AnalyzerContext {
     PosTables pos;
     DicSet dics;
     ReduceRules reduce;
+    CommentRules comments;
     ConnTable const* connTable = nullptr;  // owned by the pool
     CompiledFormat outputFormat;           // of settings.outputFormat, as of the last output
 
@@ -35,6 +38,7 @@ struct AnalyzerContext {
     Lattice lattice;
     AllPaths allPaths;  // the edges, where the input was analysed with all paths
     std::vector<Sentence> sentences;
+    MadeRecords madeRecords;  // of tagged words that no dictionary holds
     mutable std::deque<Mrph> alternatives;  // filled by storeAlt; freed with the input
 };
 

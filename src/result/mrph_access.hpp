@@ -84,11 +84,23 @@ struct MrphAccess {
     /// keep addressing them. @p pid becomes the part of speech, 0 keeps m's own.
     static void append(Mrph& m, Mrph const& next, unsigned short pid);
     /// One morpheme over all @p members (at least one), which live on inside it.
-    /// Its reading is theirs joined, none when one has none.
-    static Mrph join(std::vector<Mrph>&& members, unsigned short pid);
+    /// Its reading is theirs joined; one that has none leaves the whole without
+    /// reading, unless @p keepGaps lets its parts be empty.
+    static Mrph join(std::vector<Mrph>&& members, unsigned short pid, bool keepGaps = false);
     /// Replaces @p out by one morpheme per part.
     static void divide(Mrph const& m, std::vector<Mrph>& out);
     static void divideAndPush(Mrph const& m, std::vector<Mrph>& out);
+
+    // Attributes of tagged words, comments and boundaries.
+
+    /// True when the morpheme's own values agree with the given attributes that a
+    /// dictionary can hold (all but additional information and LVRead). Texts
+    /// agree with or without their part separators.
+    static bool match(Mrph const& m, TagInfo const& info);
+    /// Stores the given attributes; texts only where they differ from what the
+    /// morpheme answers.
+    static void setTagInfo(Mrph& m, TagInfo const& info);
+    static void setBoundaryInfo(Mrph& m, BoundaryInfo const& info);
 
     /// Stores a copy with the analyser, which frees it with its input; null
     /// without analyser.

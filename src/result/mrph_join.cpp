@@ -162,9 +162,9 @@ void MrphAccess::append(Mrph& m, Mrph const& next, unsigned short pid) {
     setMembers(m, std::move(cover), std::span(members).subspan(1));
 }
 
-Mrph MrphAccess::join(std::vector<Mrph>&& members, unsigned short pid) {
+Mrph MrphAccess::join(std::vector<Mrph>&& members, unsigned short pid, bool keepGaps) {
     Mrph joined(members.front());
-    MrphCover cover = joinedCover(members, pid, joined.owner_, Missing::DropsAll);
+    MrphCover cover = joinedCover(members, pid, joined.owner_, keepGaps ? Missing::Empty : Missing::DropsAll);
     std::span<Mrph const> const rest = std::span<Mrph const>(members).subspan(1);
     cover.subMrphs = std::move(members);  // the elements stay where rest points
     setMembers(joined, std::move(cover), rest);
