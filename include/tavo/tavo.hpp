@@ -75,7 +75,7 @@ public:
     int getDeleteCRLFMode() const;
     void setCooccurrenceMode(int mode);  ///< 0..1, default 0
     int getCooccurrenceMode() const;
-    void setTaggedInputMode(int mode);  ///< 1: the input is tagged text; default 0
+    void setTaggedInputMode(int mode);  ///< 1: tagged text (docs/tagged-input.md); default 0
     int getTaggedInputMode() const;
     void setDeleteSlashMode(int mode);  ///< 0..1, default 1
     int getDeleteSlashMode() const;
@@ -133,6 +133,11 @@ public:
     char const* getMajorPartOfSPPath() const;
     void setPublicPartOfSPPath(char const* path);
     char const* getPublicPartOfSPPath() const;
+    /// Reads rules that take stretches of the text as comments
+    /// (docs/comment-rules.md); null clears them. Throws file_not_found, and
+    /// illegal_format (path:line:cause), after which the earlier rules stay.
+    void setCommentRulePath(char const* path);
+    char const* getCommentRulePath() const;
     /// Kept only: convert rules act on nothing yet.
     void setConvertRulePath(char const* path);
     char const* getConvertRulePath() const;

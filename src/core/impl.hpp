@@ -3,6 +3,7 @@
 #define TAVO_CORE_IMPL_HPP
 
 #include "config/init_file.hpp"
+#include "engine/intake.hpp"
 #include "result/context.hpp"
 
 #include <tavo/tavo.hpp>
@@ -24,6 +25,12 @@ struct TAVO_HIDDEN Tavo::Impl {
     // Stages of an analysis.
     int analyzeText(std::string_view text, bool nBest);
     void analyzeLine(std::string_view piece, bool nBest);
+    /// True when a text may hold tags or comments.
+    bool mayHaveMarks() const;
+    /// Finds what delimiters must not cut; empty when nothing is.
+    StretchFinder stretchFinder() const;
+    /// Takes tags and comments out of the sentence; false when its mark-up is malformed.
+    bool readMarks(Sentence& sentence);
     /// Builds all paths when more than the best one is wanted.
     void buildLattice(Sentence& sentence, bool nBest);
     void setErrorSentence();

@@ -52,11 +52,13 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     Settings settings = other.context.settings;
     PosTables pos = other.context.pos;
     ReduceRules reduce = other.context.reduce;
+    CommentRules comments = other.context.comments;
     DicSet dics = other.context.dics;
     dropInput();
     context.settings = std::move(settings);
     context.pos = std::move(pos);
     context.reduce = std::move(reduce);
+    context.comments = std::move(comments);
     context.dics = std::move(dics);
     context.connTable = other.context.connTable;
 }

@@ -2,6 +2,8 @@
 #include "core/impl.hpp"
 #include "engine/intake.hpp"
 #include "result/assembly.hpp"
+#include "result/marked_sentence.hpp"
+#include "result/tagged_input.hpp"
 
 #include <ostream>
 #include <stdexcept>
@@ -21,14 +23,23 @@ void Tavo::Impl::dropInput() noexcept {
     context.sentences.clear();
     context.lattice.clear();
     context.allPaths.clear();
+    context.madeRecords.clear();
 }
 
 int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     dropInput();
     errorSentences.clear();
     hasResult = true;
-    splitText(text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); });
+    splitText(
+        text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); }, stretchFinder());
     return static_cast<int>(errorSentences.size());
+}
+
+StretchFinder Tavo::Impl::stretchFinder() const {
+    if (!mayHaveMarks()) return nullptr;
+    if (context.settings.mode(Mode::TaggedInput) == 1)
+        return [this](std::string_view line) { return taggedStretches(line, context.comments); };
+    return [this](std::string_view line) { return commentStretches(line, context.comments); };
 }
 
 void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
@@ -41,22 +52,45 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
         sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
         sentence.text = *sentence.ownedText;
     }
-    buildLattice(sentence, nBest);
-    bool const complete = sentence.bestStart != nullptr || sentence.text.empty();
+    bool complete = readMarks(sentence);
+    if (complete) {
+        buildLattice(sentence, nBest);
+        complete = sentence.bestStart != nullptr || sentence.text.empty();
+    }
     context.sentences.push_back(std::move(sentence));
     if (!complete) setErrorSentence();
 }
 
+bool Tavo::Impl::mayHaveMarks() const {
+    return context.settings.mode(Mode::TaggedInput) == 1 || !context.comments.empty();
+}
+
+bool Tavo::Impl::readMarks(Sentence& sentence) {
+    if (!mayHaveMarks()) return true;
+    requireReady();
+    context.comments.setCommentPartOfSP(context.pos);
+    return takeMarks(sentence, context);
+}
+
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     Settings const& settings = context.settings;
-    if (nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1) {
+    bool const allPaths = nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
+    LatticeConstraints constraints;
+    if (sentence.marks) {
+        constraints = constraintsOf(sentence, context);
+        if (allPaths)
+            context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes(), constraints);
+        else
+            context.lattice.build(sentence, context.connTable, context.dics, constraints);
+    } else if (allPaths) {
         context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes());
     } else {
         context.lattice.build(sentence, context.connTable, context.dics);
     }
-    if (sentence.bestStart != nullptr)
-        sentence.beginCost =
-            context.connTable->rowStart(context.connTable->row(ConnTable::kBeginId))[sentence.bestStart->column];
+    if (sentence.bestStart == nullptr) return;
+    std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
+    sentence.beginCost = LatticeConstraints::connection(
+        context.connTable->rowStart(beginRow)[sentence.bestStart->column], constraints.forced);
 }
 
 void Tavo::Impl::setErrorSentence() {
@@ -66,6 +100,7 @@ void Tavo::Impl::setErrorSentence() {
     sentence.failed = true;
     sentence.text = sentence.given;
     sentence.ownedText.reset();
+    sentence.marks.reset();
 }
 
 void Tavo::Impl::requireReady() const {

@@ -68,9 +68,9 @@ void applyStrings(Settings& settings, InitValues const& values) {
 
 using PathSetter = void (Tavo::*)(char const*);
 constexpr std::pair<char const*, PathSetter> kPathKeys[] = {
-    {"ReduceRule", &Tavo::setReduceRulePath},         {"ConvertRule", &Tavo::setConvertRulePath},
-    {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath}, {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath},
-    {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath},
+    {"CommentRule", &Tavo::setCommentRulePath},       {"ReduceRule", &Tavo::setReduceRulePath},
+    {"ConvertRule", &Tavo::setConvertRulePath},       {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath},
+    {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath}, {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath},
 };
 
 }  // namespace

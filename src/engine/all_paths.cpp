@@ -1,6 +1,7 @@
 #include "engine/all_paths.hpp"
 
 #include "engine/backward_walk.hpp"
+#include "engine/constrained_walk.hpp"
 #include "engine/lattice.hpp"
 #include "engine/special_records.hpp"
 
@@ -11,8 +12,9 @@ namespace TAVO {
 /// Makes the nodes of one sentence.
 class AllPaths::Builder {
 public:
-    Builder(AllPaths& paths, NodePool& pool, ConnTable const& table, std::size_t length)
-        : paths_(paths), pool_(pool), table_(table), length_(length) {}
+    Builder(AllPaths& paths, NodePool& pool, ConnTable const& table, std::size_t length,
+            LatticeConstraints const* constraints = nullptr)
+        : paths_(paths), pool_(pool), table_(table), length_(length), constraints_(constraints) {}
 
     void beginPosition(std::size_t p) {
         pool_.beginPosition();
@@ -39,11 +41,25 @@ public:
         });
     }
 
+    void addFixed(std::size_t p, std::uint32_t length, unsigned char const* record) {
+        MrphDic const dic(record);
+        if (record == kUnknownRecord.data()) {
+            addUnknown(p, length);
+        } else if (p + length != length_) {
+            addNode(record, length, dic.pid(), dic.cost(), followerAfter(p + length, dic.pid()));
+        } else if (std::uint8_t const cost = LatticeConstraints::connection(table_.cost(dic.pid(), ConnTable::kEndId),
+                                                                           constraints_->forced);
+                   cost != ConnTable::kForbidden) {
+            addNode(record, length, dic.pid(), dic.cost(), ending(cost));
+        }
+    }
+
     void endPosition(std::size_t p) {
         Starts& starts = paths_.starts_[p];
         starts.nodes = pool_.position().data();
         starts.nodeCount = static_cast<std::uint32_t>(pool_.position().size());
         starts.lists = kNone;
+        starts.forced = constraints_ != nullptr && constraints_->forcesAt(p);
     }
 
     /// Where a word continues: at a node, through a list, or at the end.
@@ -83,6 +99,7 @@ private:
     NodePool& pool_;
     ConnTable const& table_;
     std::size_t length_;
+    LatticeConstraints const* constraints_;  // null for plain text
 };
 
 void AllPaths::clear() noexcept {
@@ -94,14 +111,34 @@ void AllPaths::clear() noexcept {
 
 void AllPaths::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, NodePool& pool) {
     checkSearchable(sentence, table, dics);
-    std::size_t const length = sentence.text.size();
-    if (starts_.size() <= length) starts_.resize(length + 1);
+    begin(sentence);
+    Builder builder(*this, pool, *table, sentence.text.size());
+    walkBackward(sentence.text, dics, builder);
+    finish(sentence, builder);
+}
+
+void AllPaths::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, NodePool& pool,
+                     LatticeConstraints& constraints) {
+    checkSearchable(sentence, table, dics);
+    Builder builder(*this, pool, *table, sentence.text.size(), &constraints);
+    for (;;) {
+        begin(sentence);
+        walkBackward(sentence.text, dics, constraints, builder);
+        finish(sentence, builder);
+        if (sentence.bestStart != nullptr || constraints.spans.empty() || constraints.forced) return;
+        constraints.forced = true;
+    }
+}
+
+void AllPaths::begin(Sentence& sentence) {
+    if (starts_.size() <= sentence.text.size()) starts_.resize(sentence.text.size() + 1);
     sentence.firstEdgeList = static_cast<std::uint32_t>(lists_.size());
     sentence.startEdgeList = kNone;
     sentence.bestStart = nullptr;
-    Builder builder(*this, pool, *table, length);
-    walkBackward(sentence.text, dics, builder);
-    if (length == 0) return;
+}
+
+void AllPaths::finish(Sentence& sentence, Builder& builder) {
+    if (sentence.text.empty()) return;
     Builder::Follower const start = builder.followerAfter(0, ConnTable::kBeginId);
     sentence.bestStart = start.node;
     sentence.startEdgeList = start.list;
@@ -121,7 +158,7 @@ std::uint32_t AllPaths::makeList(Starts const& starts, std::uint32_t row, ConnTa
     EdgeList list{kNoPath, costs_.size(), starts.firstNode, starts.nodeCount, kNone, row, starts.lists};
     unsigned char const* const costs = table.rowStart(row);
     for (std::uint32_t i = 0; i < list.nodeCount; ++i) {
-        std::uint8_t const cost = costs[starts.nodes[i].column];
+        std::uint8_t const cost = LatticeConstraints::connection(costs[starts.nodes[i].column], starts.forced);
         costs_.push_back(cost);
         if (cost == ConnTable::kForbidden) continue;
         // Only a smaller key replaces the kept one: among complete ties the word

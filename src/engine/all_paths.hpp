@@ -16,6 +16,7 @@ namespace TAVO {
 
 class DicSet;
 class RecordChain;
+struct LatticeConstraints;
 
 /// The edges to the words that start at one position, as all words with one row
 /// of the connection matrix that end there share them. In the order of making.
@@ -55,6 +56,10 @@ public:
     /// as Lattice::build does.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics, NodePool& pool);
 
+    /// The same under constraints, forced ones where nothing else gives a path.
+    void build(Sentence& sentence, ConnTable const* table, DicSet const& dics, NodePool& pool,
+               LatticeConstraints& constraints);
+
     /// The best sums from the node to the end of its sentence.
     PathKey key(std::uint32_t node) const noexcept { return keys_[node]; }
     /// The edges behind a node; kNone when the word ends the sentence.
@@ -85,8 +90,11 @@ private:
         std::uint32_t firstNode;
         std::uint32_t nodeCount;
         std::uint32_t lists;  // the list made last for words that end here
+        bool forced;          // words may stand here that the table forbids
     };
 
+    void begin(Sentence& sentence);
+    void finish(Sentence& sentence, Builder& builder);
     std::uint32_t edgesAfter(std::size_t end, std::uint16_t id, ConnTable const& table);
     std::uint32_t makeList(Starts const& starts, std::uint32_t row, ConnTable const& table);
 

@@ -5,8 +5,10 @@
 #include "engine/lattice_constraints.hpp"
 #include "engine/lattice_node.hpp"
 #include "engine/node_pool.hpp"
+#include "engine/path_key.hpp"
 #include "engine/sentence.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -17,50 +19,36 @@ class ConnTable;
 class DicSet;
 class RecordChain;
 
-/// Builds the nodes of one sentence under constraints, with the order of making
-/// and the tie rules of Lattice. It stands beside Lattice so that the search of
-/// plain text tests nothing for constraints.
-///
-/// What is fixed always stands: when the connection table forbids every path,
-/// the search runs once more and lets a fixed word connect at the cost 255 where
-/// the table forbids it.
+/// Builds the nodes of one sentence with the order of making and the tie rules of
+/// Lattice. It is the builder of its own walk (constrained_walk.hpp).
 class ConstrainedSearch {
 public:
-    ConstrainedSearch(NodePool& pool, ConnTable const& table, DicSet const& dics, LatticeConstraints const& constraints)
-        : pool_(pool), table_(table), dics_(dics), constraints_(constraints) {}
+    ConstrainedSearch(NodePool& pool, ConnTable const& table, LatticeConstraints const& constraints)
+        : pool_(pool), table_(table), constraints_(constraints) {}
 
     /// Adds the nodes of @p sentence and sets its bestStart; null when no path
     /// exists. The text is at most kMaxSentenceBytes long.
-    void build(Sentence& sentence);
+    void build(Sentence& sentence, DicSet const& dics);
+
+    void beginPosition(std::size_t) { pool_.beginPosition(); }
+    void addUnknown(std::size_t p, std::uint32_t length);
+    void addRecords(std::size_t p, std::uint32_t length, RecordChain chain);
+    void addFixed(std::size_t p, std::uint32_t length, unsigned char const* record);
+    void endPosition(std::size_t p) { starts_[p] = pool_.position(); }
 
 private:
-    struct Starts {
-        std::span<LatticeNode const> nodes;
-        bool fixed = false;  // they stand over a fixed span
-    };
     struct Best {
         LatticeNode const* next;
-        std::uint32_t connSum;
-        std::uint32_t wordSum;
-        bool found;
+        PathKey key;
     };
 
-    LatticeNode const* search();
-    Best bestAfter(std::size_t end, std::uint16_t left, bool leftIsFixed) const noexcept;
-    void addFixed(FixedSpan const& span);
-    void addPlain(std::size_t position, std::size_t limit);
-    void addUnknown(std::size_t position, std::uint32_t length);
-    void addRecords(std::size_t position, std::uint32_t length, RecordChain chain);
-    void addRecord(std::size_t position, std::uint32_t length, unsigned char const* record, bool fixed);
+    Best bestAfter(std::size_t end, std::uint16_t left) const noexcept;
     void addNode(unsigned char const* record, std::uint32_t length, Best const& best);
 
     NodePool& pool_;
     ConnTable const& table_;
-    DicSet const& dics_;
     LatticeConstraints const& constraints_;
-    std::string_view text_;
-    std::vector<Starts> starts_;  // by position
-    bool forced_ = false;         // fixed words connect at any cost
+    std::vector<std::span<LatticeNode const>> starts_;  // by position
 };
 
 }  // namespace TAVO

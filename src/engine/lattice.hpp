@@ -42,8 +42,8 @@ public:
     /// complete path exists). Throws tavo_not_ready without table or dictionary,
     /// too_long_string beyond kMaxSentenceBytes, bad_alloc.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics);
-    /// The same under constraints; see ConstrainedSearch.
-    void build(Sentence& sentence, ConnTable const& table, DicSet const& dics, LatticeConstraints const& constraints);
+    /// The same under constraints, forced ones where nothing else gives a path.
+    void build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints);
 
     /// Nodes by their index in the order of making: the table of candidates.
     NodePool const& nodes() const noexcept { return pool_; }

@@ -14,11 +14,11 @@ struct Tag {
     static constexpr std::size_t kNoEnd = static_cast<std::size_t>(-1);
 
     std::size_t begin = 0;
-    std::size_t end = kNoEnd;   ///< behind the ">"; kNoEnd when none follows
-    std::string_view name;      ///< between "<" or "</" and the first blank, tab, "/" or ">"
-    std::size_t nameEnd = 0;    ///< where the name ends
-    bool closing = false;       ///< begins with "</"
-    bool selfClosing = false;   ///< ends with "/>"
+    std::size_t end = kNoEnd;  ///< behind the ">"; kNoEnd when none follows
+    std::string_view name;     ///< between "<" or "</" and the first blank, tab, "/" or ">"
+    std::size_t nameEnd = 0;   ///< where the name ends
+    bool closing = false;      ///< begins with "</"
+    bool selfClosing = false;  ///< ends with "/>"
 
     bool isTerminated() const noexcept { return end != kNoEnd; }
 };

@@ -1,30 +1,24 @@
 #include "result/assembly.hpp"
 
-#include "result/mrph_access.hpp"
-
-#include <span>
+#include "result/marked_sentence.hpp"
 
 namespace TAVO {
 
 void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
                   Sentence const& sentence) {
+    if (sentence.marks) {
+        getMarkedMrphArray(out, path, context, sentence);
+        return;
+    }
     bool const divideWords = context.settings.mode(Mode::DivideWord) == 1;
-    NodePool const& nodes = context.lattice.nodes();
     out.clear();
     out.reserve(path.size());
     RunJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
     for (LatticeNode const* node : path) {
-        std::span<LatticeNode const> const candidates = nodes.candidates(node);
-        Mrph m = MrphAccess::fromNode(text, node, nodes.indexOf(candidates.data()),
-                                      static_cast<unsigned int>(candidates.size()), &context);
+        Mrph m = makeMrph(text, node, context);
         text += node->length;
-        if (divideWords && m.getPartCount() > 1) {
-            joiner.finish();
-            MrphAccess::divideAndPush(m, out);
-        } else {
-            joiner.add(std::move(m));
-        }
+        deliverMrph(out, std::move(m), joiner, divideWords);
     }
     joiner.finish();
 }

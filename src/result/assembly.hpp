@@ -3,7 +3,11 @@
 #define TAVO_RESULT_ASSEMBLY_HPP
 
 #include "result/context.hpp"
+#include "result/mrph_access.hpp"
+#include "result/reduce_rules.hpp"
 
+#include <span>
+#include <utility>
 #include <vector>
 
 namespace TAVO {
@@ -13,6 +17,26 @@ namespace TAVO {
 /// its parts. The morphemes point at @p context and at the sentence's text.
 void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
                   Sentence const& sentence);
+
+// The stages, for one morpheme.
+
+/// The morpheme of @p node, whose first byte is @p text.
+inline Mrph makeMrph(char const* text, LatticeNode const* node, AnalyzerContext const& context) {
+    NodePool const& nodes = context.lattice.nodes();
+    std::span<LatticeNode const> const candidates = nodes.candidates(node);
+    return MrphAccess::fromNode(text, node, nodes.indexOf(candidates.data()),
+                                static_cast<unsigned int>(candidates.size()), &context);
+}
+
+/// Appends a morpheme to @p out, divided or through @p joiner.
+inline void deliverMrph(std::vector<Mrph>& out, Mrph&& m, RunJoiner& joiner, bool divideWords) {
+    if (divideWords && m.getPartCount() > 1) {
+        joiner.finish();
+        MrphAccess::divideAndPush(m, out);
+    } else {
+        joiner.add(std::move(m));
+    }
+}
 
 }  // namespace TAVO
 

@@ -22,7 +22,8 @@ public:
         if (pid == 0 || pid == MrphDic(kUnknownRecord.data()).pid()) return kUnknownRecord.data();
         auto const low = static_cast<unsigned char>(pid & 0xFF);
         auto const high = static_cast<unsigned char>(pid >> 8);
-        return records_.try_emplace(pid, Record{MrphDic::kHeadBytes, 0, low, high, kCost, 0, 0, 0}).first->second.data();
+        return records_.try_emplace(pid, Record{MrphDic::kHeadBytes, 0, low, high, kCost, 0, 0, 0})
+            .first->second.data();
     }
     void clear() noexcept { records_.clear(); }
 

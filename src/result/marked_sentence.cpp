@@ -73,7 +73,8 @@ namespace {
 template <class Mark>
 class Taker {
 public:
-    Taker(std::vector<Mark> const& marks, std::uint32_t Mark::*position) : at_(marks.begin()), end_(marks.end()), position_(position) {}
+    Taker(std::vector<Mark> const& marks, std::uint32_t Mark::*position)
+        : at_(marks.begin()), end_(marks.end()), position_(position) {}
 
     /// The next mark when it stands at @p position, else null. Asked for
     /// ascending positions.
@@ -94,6 +95,7 @@ public:
           context_(context),
           marks_(*sentence.marks),
           text_(sentence.text.data()),
+          divideWords_(context.settings.mode(Mode::DivideWord) == 1),
           joiner_(context.reduce, out),
           barrier_(marks_.barriers.begin()),
           words_(marks_.words, &TaggedWord::begin),
@@ -144,11 +146,8 @@ private:
     }
 
     void closeMultiword() {
-        Mrph whole = std::move(members_.front());
-        if (members_.size() > 1) {
-            members_.front() = std::move(whole);
-            whole = MrphAccess::join(std::move(members_), 0, true);
-        }
+        Mrph whole =
+            members_.size() == 1 ? std::move(members_.front()) : MrphAccess::join(std::move(members_), 0, true);
         if (!multiword_->additionalInfo.empty())
             MrphAccess::confirmCover(whole).additionalInfo = multiword_->additionalInfo;
         deliver(std::move(whole));
@@ -158,12 +157,13 @@ private:
         multiword_ = nullptr;
     }
 
-    void deliver(Mrph&& m) { deliverMrph(out_, std::move(m), joiner_, context_); }
+    void deliver(Mrph&& m) { deliverMrph(out_, std::move(m), joiner_, divideWords_); }
 
     std::vector<Mrph>& out_;
     AnalyzerContext const& context_;
     SentenceMarks const& marks_;
     char const* text_;
+    bool divideWords_;
     std::uint32_t position_ = 0;
     RunJoiner joiner_;
     std::vector<std::uint32_t>::const_iterator barrier_;

@@ -23,8 +23,8 @@ std::size_t getKeyValue(std::string_view line, std::size_t pos, std::size_t end,
 
 /// A place where one byte of a text was written as an entity.
 struct Entity {
-    std::size_t begin, end;   ///< in the text as written
-    std::size_t decodedBegin; ///< of the byte in the decoded text
+    std::size_t begin, end;    ///< in the text as written
+    std::size_t decodedBegin;  ///< of the byte in the decoded text
 };
 /// @p text with &lt; &gt; &amp; &apos; &quot; decoded; any other "&" stays. Adds
 /// the decoded ones to @p entities unless that is null.
