@@ -47,8 +47,8 @@ public:
             addUnknown(p, length);
         } else if (p + length != length_) {
             addNode(record, length, dic.pid(), dic.cost(), followerAfter(p + length, dic.pid()));
-        } else if (std::uint8_t const cost = LatticeConstraints::connection(table_.cost(dic.pid(), ConnTable::kEndId),
-                                                                           constraints_->forced);
+        } else if (std::uint8_t const cost =
+                       LatticeConstraints::connection(table_.cost(dic.pid(), ConnTable::kEndId), constraints_->forced);
                    cost != ConnTable::kForbidden) {
             addNode(record, length, dic.pid(), dic.cost(), ending(cost));
         }
