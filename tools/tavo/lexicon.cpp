@@ -2,6 +2,8 @@
 
 #include "tool_error.hpp"
 
+#include "config/init_file.hpp"
+
 #include <CLI/App.hpp>
 
 #include <cstdlib>
@@ -51,6 +53,33 @@ ToolError noLexicon() {
 void addDictionaries(TAVO::Tavo& analyser, LexiconOptions const& options) {
     for (std::string const& dictionary : options.dictionaries)
         namingDictionary(dictionary, [&] { analyser.addDicPath(dictionary.c_str(), true); });
+}
+
+/// True when the files that an init file names, with absolute paths, lie in the
+/// folder of the init file: it was not moved since it was written.
+bool namesItsOwnFolder(fs::path const& initFile) {
+    std::error_code failed;
+    TAVO::InitValues const values = TAVO::readInitFile(initFile.string());
+    for (char const* key : {"Dic", "ConnTable"}) {
+        auto const found = values.find(key);
+        if (found == values.end()) continue;
+        for (std::string const& value : found->second) {
+            fs::path const file = value.substr(0, value.find(','));
+            if (!fs::equivalent(file.parent_path(), initFile.parent_path(), failed)) return false;
+        }
+    }
+    return true;
+}
+
+/// A lexicon that was moved, or installed elsewhere than it was made, has paths
+/// in its tavo.init that no longer hold: then its files are taken by name.
+void openFolder(TAVO::Tavo& analyser, fs::path const& folder) {
+    std::error_code ignored;
+    fs::path const initFile = folder / "tavo.init", reduceRules = folder / "reduce.rules";
+    if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return analyser.setInitFilePath(initFile.c_str());
+    analyser.addDicPath((folder / "SysDic").c_str(), true);
+    if (fs::exists(reduceRules, ignored)) analyser.setReduceRulePath(reduceRules.c_str());
+    analyser.setConnTablePath((folder / "ConnTable").c_str());
 }
 
 }  // namespace
@@ -107,12 +136,10 @@ void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options) {
     if (folder) setenv(kPathVariable, folder->c_str(), 1);
     addDictionaries(analyser, options);
 
-    std::string const initFile = options.initFile.empty() ? (*folder / "tavo.init").string() : options.initFile;
-    if (std::error_code ignored; !options.initFile.empty() || fs::exists(initFile, ignored)) {
-        analyser.setInitFilePath(initFile.c_str());
+    if (options.initFile.empty()) {
+        openFolder(analyser, *folder);
     } else {
-        analyser.addDicPath((*folder / "SysDic").c_str(), true);
-        analyser.setConnTablePath((*folder / "ConnTable").c_str());
+        analyser.setInitFilePath(options.initFile.c_str());
     }
     if (!options.connTable.empty()) analyser.setConnTablePath(options.connTable.c_str());
 }

@@ -37,7 +37,8 @@ std::vector<std::filesystem::path> lexiconFolders();
 /// - -c: exactly the dictionaries of -d and this table.
 /// - -i: the init file; dictionaries of -d come before its own. What it leaves
 ///   out comes from the first of lexiconFolders() with a lexicon.
-/// - else that folder's tavo.init, SysDic and ConnTable, behind those of -d.
+/// - else that folder's SysDic and ConnTable, behind those of -d, with the
+///   settings of its tavo.init when that names this folder's files.
 /// Throws ToolError: usage, or data when there is no lexicon; the exceptions of
 /// the library pass.
 void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options);
