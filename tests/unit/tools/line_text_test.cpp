@@ -1,0 +1,154 @@
+#include "line_text.hpp"
+
+#include "base/sjis.hpp"
+#include "support/encoding.hpp"
+#include "utf8.hpp"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using tool::LineText;
+using namespace std::string_literals;
+
+/// A line as the reader hands it over: readable bytes behind it.
+struct PaddedLine {
+    explicit PaddedLine(std::string const& line) : bytes(line + std::string(tool::kPaddingBytes, '\0')) {
+        text.assignUtf8(std::string_view(bytes).substr(0, line.size()));
+    }
+    std::string bytes;
+    LineText text;
+};
+
+constexpr char kUnknown[] = "\xF0\x80";
+
+struct Conversion {
+    char const* what;
+    std::string utf8;
+    std::string sjis;
+    std::vector<std::size_t> offsets;  // by Shift_JIS offset, the end included
+    std::size_t invalidBytes = 0;
+};
+
+TEST(LineText, Conversions) {
+    Conversion const table[] = {
+        {"empty", "", "", {0}},
+        {"ASCII and NUL", "a\0~"s, "a\0~"s, {0, 1, 2, 3}},
+        {"kana", "あx", "\x82\xA0x", {0, 3, 3, 4}},
+        {"second byte 0x5C", "表", "\x95\x5C", {0, 3, 3}},
+        {"two UTF-8 bytes", "α", "\x83\xBF", {0, 2, 2}},
+        {"half-width katakana", "ｱ", "\xB1", {0, 3}},
+        {"wave dash", "〜", "\x81\x60", {0, 3, 3}},
+        {"its full-width twin", "～", "\x81\x60", {0, 3, 3}},
+        {"minus sign", "−", "\x81\x7C", {0, 3, 3}},
+        {"em dash", "—", "\x81\x5C", {0, 3, 3}},
+        {"yen sign", "¥", "\x81\x8F", {0, 2, 2}},
+        {"no-break space", "\u00A0", " ", {0, 2}},
+        {"emoji", "a😀b", "a"s + kUnknown + "b", {0, 1, 5, 5, 6}},
+        {"not in the code page", "鷗é", std::string(kUnknown) + kUnknown, {0, 3, 3, 5, 5}},
+        {"variation selector", "葛\U000E0100x", "\x8A\x8Bx", {0, 7, 7, 8}},
+        {"combining mark on ASCII", "e\u0301x", "ex", {0, 3, 4}},
+        {"voiced kana", "か\u3099", "\x82\xAA", {0, 6, 6}},
+        {"semi-voiced kana", "ハ\u309A", "\x83\x70", {0, 6, 6}},
+        {"voiced u", "ウ\u3099", "\x83\x94", {0, 6, 6}},
+        {"no voiced form", "ま\u3099", "\x82\xDC", {0, 6, 6}},
+        {"no semi-voiced form", "か\u309A", "\x82\xA9", {0, 6, 6}},
+        {"byte order mark", "\uFEFFあ", "\x82\xA0", {0, 6, 6}},
+        {"nothing but invisible", "\uFEFF\u200D", kUnknown, {0, 6, 6}},
+        {"stray continuation", "\x80\xBF", "\x1A\x1A", {0, 1, 2}, 2},
+        {"cut short", "あ\xE3\x81", "\x82\xA0\x1A\x1A", {0, 3, 3, 4, 5}, 2},
+        {"overlong", "\xE0\x8E\xB1", "\x1A\x1A\x1A", {0, 1, 2, 3}, 3},
+        {"overlong ASCII", "\xC1\x81", "\x1A\x1A", {0, 1, 2}, 2},
+        {"surrogate", "\xED\xA0\x80", "\x1A\x1A\x1A", {0, 1, 2, 3}, 3},
+        {"above the last character", "\xF4\x90\x80\x80", "\x1A\x1A\x1A\x1A", {0, 1, 2, 3, 4}, 4},
+        {"no UTF-8 byte", "\xFF", "\x1A", {0, 1}, 1},
+    };
+    for (Conversion const& row : table) {
+        SCOPED_TRACE(row.what);
+        PaddedLine const line(row.utf8);
+        EXPECT_EQ(line.text.sjis(), row.sjis);
+        EXPECT_EQ(line.text.invalidBytes(), row.invalidBytes);
+        ASSERT_EQ(line.text.sjis().size() + 1, row.offsets.size());
+        for (std::size_t i = 0; i < row.offsets.size(); ++i)
+            EXPECT_EQ(line.text.originalOffset(i), row.offsets[i]) << i;
+    }
+}
+
+TEST(LineText, EveryCharacterOfTheCodePageIsAnalysedAsItself) {
+    std::size_t checked = 0;
+    for (unsigned lead = 0x81; lead <= 0xFC; ++lead) {
+        if (!TAVO::isLeadByte(static_cast<char>(lead))) continue;
+        for (unsigned second = 0x40; second <= 0xFC; ++second) {
+            std::string const sjis{static_cast<char>(lead), static_cast<char>(second)};
+            std::string utf8, expected;
+            try {
+                utf8 = TAVO::test::toUtf8(sjis);
+                expected = TAVO::test::toSjis(utf8);  // some characters have two codes
+            } catch (std::runtime_error const&) {
+                continue;
+            }
+            PaddedLine const line(utf8);
+            ASSERT_EQ(line.text.sjis(), expected) << std::hex << lead << ' ' << second;
+            ++checked;
+        }
+    }
+    EXPECT_GT(checked, 9000U);
+}
+
+/// Bytes and characters of every kind.
+std::string randomLine(std::mt19937& random) {
+    static std::vector<std::string> const kPieces = {"a",      " ",          "あ",   "表",       "ｱ",    "😀",
+                                                     "é",      "か\u3099",   "\xE3", "\xE3\x81", "\x80", "\xF0\x9F",
+                                                     "\uFEFF", "\U000E0100", "\0"s,  "\xFF"};
+    std::string line;
+    for (auto n = random() % 40; n > 0; --n)
+        line += random() % 8 == 0 ? std::string(1, static_cast<char>(random())) : kPieces[random() % kPieces.size()];
+    return line;
+}
+
+TEST(LineText, WordsJoinedAreTheLineWhereverItIsCut) {
+    constexpr unsigned kSeed = 20240607;
+    SCOPED_TRACE(kSeed);
+    std::mt19937 random(kSeed);
+    LineText text;
+    for (int round = 0; round < 20000; ++round) {
+        std::string const line = randomLine(random);
+        std::string const padded = line + std::string(tool::kPaddingBytes, '\0');
+        text.assignUtf8(std::string_view(padded).substr(0, line.size()));
+        std::size_t const size = text.sjis().size();
+        ASSERT_LE(size, line.size()) << testing::PrintToString(line);
+        ASSERT_EQ(size == 0, line.empty());
+        // Cuts at random places, inside characters too.
+        std::string joined;
+        for (std::size_t at = 0; at < size;) {
+            std::size_t const next = std::min(size, at + 1 + random() % 5);
+            ASSERT_LE(text.originalOffset(at), text.originalOffset(next)) << testing::PrintToString(line);
+            joined += text.slice(text.originalOffset(at), text.originalOffset(next));
+            at = next;
+        }
+        ASSERT_EQ(joined, line);
+        // Two-byte characters are whole.
+        for (std::size_t at = 0; at < size; at += TAVO::charWidth(text.sjis(), at))
+            ASSERT_FALSE(TAVO::isLeadByte(text.sjis()[at]) && TAVO::charWidth(text.sjis(), at) == 1);
+    }
+}
+
+TEST(Utf8, WidthsInColumns) {
+    struct {
+        char const* text;
+        std::size_t columns, characters;
+    } const table[] = {
+        {"", 0, 0},         {"aé", 2, 2}, {"日本ー", 6, 3},       {"ｱｲ", 2, 2},           {"α→…", 3, 3},    {"😀", 2, 1},
+        {"か\u3099", 2, 2}, {"　", 2, 1}, {"葛\U000E0100", 2, 2}, {"\xFF\xE3\x81", 3, 3}, {"\u00AD", 0, 1},
+    };
+    for (auto const& row : table) {
+        EXPECT_EQ(tool::displayWidth(row.text), row.columns) << row.text;
+        EXPECT_EQ(tool::countCharacters(row.text), row.characters) << row.text;
+    }
+}
+
+}  // namespace
