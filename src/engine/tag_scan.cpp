@@ -40,7 +40,7 @@ Tag TagScanner::tagAt(Cursor& at) noexcept {
     tag.begin = at.pos++;
     tag.closing = at.pos < line_.size() && line_[at.pos] == '/';
     std::size_t const nameBegin = at.pos + (tag.closing ? 1 : 0);
-    if (endless_[at.oddQuotes]) return tag;
+    if (tag.begin >= endlessFrom_[at.oddQuotes]) return tag;
     bool quoted = false;
     std::size_t slash = std::string_view::npos;  // the last one before pos
     for (std::size_t pos = findMark(line_, "\">/", at.pos); pos != std::string_view::npos;
@@ -57,7 +57,7 @@ Tag TagScanner::tagAt(Cursor& at) noexcept {
             return tag;
         }
     }
-    endless_[at.oddQuotes] = true;
+    endlessFrom_[at.oddQuotes] = std::min(endlessFrom_[at.oddQuotes], tag.begin);
     return tag;
 }
 

@@ -47,9 +47,8 @@ private:
 
     std::string_view line_;
     Cursor at_;
-    // By oddQuotes: no tag that begins there, or later with the same parity, has
-    // an end.
-    bool endless_[2] = {false, false};
+    // By oddQuotes: from there on no tag of that parity has an end.
+    std::size_t endlessFrom_[2] = {Tag::kNoEnd, Tag::kNoEnd};
     // The first closing tag of an annotation behind the last search's start.
     bool searched_ = false;
     std::optional<Tag> close_;

@@ -38,7 +38,7 @@ struct AnalyzerContext {
     Lattice lattice;
     AllPaths allPaths;  // the edges, where the input was analysed with all paths
     std::vector<Sentence> sentences;
-    MadeRecords madeRecords;  // of tagged words that no dictionary holds
+    MadeRecords madeRecords;                // of tagged words that no dictionary holds
     mutable std::deque<Mrph> alternatives;  // filled by storeAlt; freed with the input
 };
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -36,9 +37,24 @@ struct ReferenceLattice {
     int best = -1;                     // chosen first node
 };
 
+/// Borders that no word crosses, and spans that are one word each: by their
+/// start, where they end and which words they may be. Ends of spans are borders.
+struct ReferenceConstraints {
+    struct Span {
+        std::size_t end;
+        std::vector<Record> records;
+    };
+    std::set<std::size_t> borders;
+    std::map<std::size_t, Span> spans;
+};
+
 /// Ids: 1 begins a text, 2 ends it, 3 is the unknown word. A cost of 255 forbids.
 ReferenceLattice referenceSearch(std::string const& text, std::vector<WordTable> const& dictionaries,
                                  CostFunction const& cost);
+/// Where the costs allow no path, connections at the ends of spans cost 254
+/// instead of 255.
+ReferenceLattice referenceSearch(std::string const& text, std::vector<WordTable> const& dictionaries,
+                                 CostFunction const& cost, ReferenceConstraints const& constraints);
 
 }  // namespace TAVO::test
 
