@@ -126,6 +126,11 @@ CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<
     mecab->add_option("--merge", options.table.levelTolerance, "Error at which cost levels merge; 0: none do")
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
+    mecab
+        ->add_option("--merge-lines", options.table.lineTolerance,
+                     "Error, in source cost squared, at which rows or columns merge; 0: equal ones do")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
     fields = {mecab->add_option("--pos-fields", options.layout.posFields, "Number of part-of-speech fields"),
               mecab->add_option("--base-field", options.layout.base, "Field of the base form, from 0; -1: none"),
               mecab->add_option("--reading-field", options.layout.reading, "Field of the reading"),

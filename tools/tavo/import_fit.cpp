@@ -104,16 +104,18 @@ public:
     Solver(std::vector<Equation> const& equations, std::size_t unknowns, FitOptions const& options)
         : equations_(equations), options_(options), x_(unknowns, 0.0) {}
 
-    /// Reweighted least squares: what lies beyond the range weighs more next time.
+    /// Newton's method on a convex loss: the square of the distance to the target,
+    /// and far heavier the square of the distance to the range where that is left.
     std::vector<double> solve() {
-        std::vector<double> weights(equations_.size(), 1);
+        std::vector<double> weights(equations_.size(), 1), wanted(equations_.size(), options_.target);
         for (unsigned round = 0; round < options_.rounds; ++round) {
             for (std::size_t i = 0; round > 0 && i < equations_.size(); ++i) {
                 double const value = evaluate(equations_[i], x_) + equations_[i].cost;
-                double const wanted = value < 0 || value > options_.highest ? options_.heavy : 1;
-                weights[i] = 0.5 * (weights[i] + wanted);
+                double const bound = std::clamp(value, options_.lowest, options_.highest);
+                weights[i] = value == bound ? 1 : 1 + options_.heavy;
+                wanted[i] = value == bound ? options_.target : (options_.target + options_.heavy * bound) / weights[i];
             }
-            conjugateGradient(weights);
+            conjugateGradient(weights, wanted);
         }
         return x_;
     }
@@ -136,7 +138,7 @@ private:
             scatter(equations_[i], weights[i] * equations_[i].count * evaluate(equations_[i], x), out);
     }
 
-    void conjugateGradient(std::vector<double> const& weights) {
+    void conjugateGradient(std::vector<double> const& weights, std::vector<double> const& wanted) {
         std::size_t const n = x_.size();
         std::vector<double> residual(n, 0.0), scale(n, kRidge), direction(n), image(n);
         apply(weights, x_, image);
@@ -144,7 +146,7 @@ private:
         for (std::size_t i = 0; i < equations_.size(); ++i) {
             Equation const& e = equations_[i];
             double const weight = weights[i] * e.count;
-            scatter(e, weight * (options_.target - e.cost), residual);
+            scatter(e, weight * (wanted[i] - e.cost), residual);
             scale[e.from] += weight;
             scale[e.to] += weight;
             scale.back() += weight * e.bytes * e.bytes;

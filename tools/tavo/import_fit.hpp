@@ -32,11 +32,11 @@ struct Usage {
 };
 
 struct FitOptions {
-    explicit FitOptions(double step) : target(45 * step), highest(250 * step) {}
+    explicit FitOptions(double step) : target(55 * step), lowest(10 * step), highest(250 * step) {}
 
     double target;           ///< where shifted edges should lie
-    double highest;          ///< beyond it, and below 0, an edge is clamped
-    double heavy = 60;       ///< weight of an edge that is clamped; 1 for the others
+    double lowest, highest;  ///< the range to keep edges in, a little less than a byte's
+    double heavy = 500;      ///< weight of what leaves the range against 1 for the way to the target
     double nearBest = 1200;  ///< edges of analyses this much worse than the best count 1/e
     unsigned rounds = 12;
 };

@@ -1,5 +1,7 @@
 #include "import_table.hpp"
 
+#include "import_cluster.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -66,7 +68,12 @@ class Builder {
 public:
     Builder(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
             TableOptions const& options)
-        : lexicon_(lexicon), index_(index), shifts_(shifts), options_(options), weights_(lexicon.words.size(), 0.0) {
+        : lexicon_(lexicon),
+          index_(index),
+          shifts_(shifts),
+          options_(options),
+          clusters_(findClusters(lexicon, usage, options.lineTolerance)),
+          weights_(lexicon.words.size(), 0.0) {
         for (Usage::Edge const& edge : usage.edges)
             if (edge.right != Lattice::kNone) weights_[edge.right] += static_cast<double>(edge.weight);
     }
@@ -91,9 +98,21 @@ private:
         double weight;
     };
 
+    /// A row that follows a leader has the leader's shift, less the constant between them.
+    double rowShift(std::uint32_t base) const {
+        return shifts_.row[clusters_.rows.leader[base]] - clusters_.rows.offset[base];
+    }
+    /// Columns of the chains of unknown words stand for themselves.
+    std::uint32_t columnLeader(std::uint32_t col) const {
+        return col < lexicon_.sourceCols ? clusters_.columns.leader[col] : col;
+    }
+    double columnOffset(std::uint32_t col) const {
+        return col < lexicon_.sourceCols ? clusters_.columns.offset[col] : 0;
+    }
+
     /// Part of an edge's cost that depends on the word behind it alone.
     double wordPart(Word const& word) const {
-        double const shifted = word.cost - shifts_.row[lexicon_.rowBase[word.row]] +
+        double const shifted = word.cost + columnOffset(word.col) - rowShift(lexicon_.rowBase[word.row]) +
                                shifts_.perByte * static_cast<double>(word.form.size());
         return shifted / options_.step;
     }
@@ -102,7 +121,7 @@ private:
         constexpr double kLeastWeight = 0.02;
         std::vector<Levels> levels(lexicon_.matrix.cols);
         for (std::size_t i = 0; i < lexicon_.words.size(); ++i)
-            levels[lexicon_.words[i].col].add(wordPart(lexicon_.words[i]), weights_[i] + kLeastWeight);
+            levels[columnLeader(lexicon_.words[i].col)].add(wordPart(lexicon_.words[i]), weights_[i] + kLeastWeight);
         columnOfLevel_.resize(lexicon_.matrix.cols);
         columns_.push_back({0, -shifts_.end / options_.step});  // the text's end
         for (std::uint32_t col = 0; col < lexicon_.matrix.cols; ++col)
@@ -114,7 +133,7 @@ private:
     }
 
     std::uint32_t columnOf(Word const& word) const {
-        return columnOfLevel_[word.col].at(static_cast<std::int32_t>(std::lround(wordPart(word))));
+        return columnOfLevel_[columnLeader(word.col)].at(static_cast<std::int32_t>(std::lround(wordPart(word))));
     }
 
     /// Of a form's words with equal row and column the dearer ones can't win: they
@@ -192,7 +211,11 @@ private:
         if (column.col == kNoIndex) return Tables::kHighest;
         std::int16_t const cost = lexicon_.matrix.at(row, column.col);
         if (cost == Matrix::kForbidden) return Tables::kForbidden;
-        double const value = (cost + shifts_.row[lexicon_.rowBase[row]]) / options_.step + column.level;
+        // Inside a chain all costs are 0; elsewhere the leader's cost stands for the row's.
+        std::uint32_t const leader = clusters_.rows.leader[lexicon_.rowBase[row]];
+        double const shifted = inside ? cost + rowShift(lexicon_.rowBase[row])
+                                      : lexicon_.matrix.at(leader, column.col) + shifts_.row[leader];
+        double const value = shifted / options_.step + column.level;
         return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, static_cast<long>(Tables::kHighest)));
     }
 
@@ -268,6 +291,7 @@ private:
     FormIndex const& index_;
     Shifts const& shifts_;
     TableOptions const& options_;
+    Clusters clusters_;
     std::vector<double> weights_;  // per word: its use in near-best analyses
     std::vector<std::map<std::int32_t, std::uint32_t>> columnOfLevel_;
     std::vector<Column> columns_;

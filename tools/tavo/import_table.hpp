@@ -14,8 +14,9 @@
 namespace TAVO::importer {
 
 struct TableOptions {
-    double step = 130;          ///< source cost of one unit of a byte
-    double levelTolerance = 1;  ///< how much weighted error merges two neighbouring cost levels
+    double step = 130;           ///< source cost of one unit of a byte
+    double levelTolerance = 20;  ///< how much weighted error merges two neighbouring cost levels
+    double lineTolerance = 1e5;  ///< and two rows or columns that are alike
 };
 
 /// What the connection table and the records hold. Ids run from 1; the vectors

@@ -2,6 +2,7 @@
 
 #include "import_charset.hpp"
 
+#include "base/sjis.hpp"
 #include "base/text.hpp"
 
 #include <algorithm>
@@ -15,6 +16,12 @@ namespace TAVO::importer {
 namespace {
 
 constexpr unsigned kMaxLevels = 8;
+// Where only "no word begins here" allows an unknown word, but words do begin with
+// its first character: what the unknown word costs more.
+constexpr std::int32_t kDoubt = 4000;
+// Unknown words of a category that cost this much more than its cheapest hardly
+// ever win, and each costs a node per character and analysis.
+constexpr std::int32_t kWindow = 3000;
 
 struct Parser {
     std::filesystem::path const& file;
@@ -81,12 +88,17 @@ struct Chain {
 class ChainBuilder {
 public:
     ChainBuilder(Lexicon& lexicon, CharMap const& map) : lexicon_(lexicon) {
+        std::map<std::string, std::int32_t> cheapest;
+        for (UnknownTemplate const& entry : lexicon.templates) {
+            auto const place = cheapest.emplace(entry.category, entry.cost).first;
+            place->second = std::min(place->second, entry.cost);
+        }
         for (UnknownTemplate const& entry : lexicon.templates) {
             auto const category = map.categories.find(entry.category);
             if (category == map.categories.end())
                 throw ImportError((lexicon.folder / "unk.def").string() + ": category " + entry.category +
                                   " is not in char.def");
-            plan(entry, category->second);
+            if (entry.cost <= cheapest.at(entry.category) + kWindow) plan(entry, category->second);
         }
         extendMatrix();
     }
@@ -177,15 +189,20 @@ CharMap readCharMap(std::filesystem::path const& file) {
 }
 
 void addUnknownWords(Lexicon& lexicon, CharMap const& map) {
-    std::unordered_set<std::string_view> oneCharacter;
-    for (Word const& word : lexicon.words)
-        if (word.form.size() <= 2) oneCharacter.insert(word.form);
+    std::unordered_set<std::string_view> wholeWord, firstOfWord;
+    for (Word const& word : lexicon.words) {
+        std::string_view const first = word.form.substr(0, charWidth(word.form, 0));
+        firstOfWord.insert(first);
+        if (first.size() == word.form.size()) wholeWord.insert(first);
+    }
     ChainBuilder const builder(lexicon, map);
     for (auto const& [code, point] : Cp932::table().all()) {
         if (code == '\n' || code == '\r') continue;  // no line of dictionary source can hold them
         std::string_view const form = lexicon.keep(bytesOf(code));
         std::vector<std::string> const& kind = map.at(point);
-        bool const begins = map.categories.at(kind.front()).always || oneCharacter.count(form) == 0;
+        bool const always = map.categories.at(kind.front()).always;
+        bool const begins = always || wholeWord.count(form) == 0;
+        std::int32_t const doubt = always || firstOfWord.count(form) == 0 ? 0 : kDoubt;
         for (Chain const& chain : builder.chains()) {
             std::string const& category = chain.entry->category;
             std::size_t const firstLevel = begins && category == kind.front() ? 0 : 1;
@@ -195,7 +212,7 @@ void addUnknownWords(Lexicon& lexicon, CharMap const& map) {
                 word.form = form;
                 word.row = chain.levels[level].first;
                 word.col = chain.levels[level].second;
-                word.cost = level == 0 ? chain.entry->cost : 0;
+                word.cost = level == 0 ? chain.entry->cost + doubt : 0;
                 word.name = chain.names[level];
                 word.unknown = true;
                 lexicon.words.push_back(word);

@@ -39,7 +39,9 @@ CharMap readCharMap(std::filesystem::path const& file);
 /// cost nothing and follow only begin or inside of the same template.
 ///
 /// Where the category tries unknown words only when no lexicon word begins, a
-/// character that is a word of the lexicon itself gets no begin.
+/// character that is a word of the lexicon itself gets no begin, and one that
+/// words begin with gets a dearer one. Entries of unk.def that are far dearer than
+/// the cheapest of their category are left out.
 void addUnknownWords(Lexicon& lexicon, CharMap const& map);
 
 /// The class word of a category as a feature of a name, "" for other categories.
