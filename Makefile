@@ -73,12 +73,14 @@ test-asan: test-release
 test-tsan: test-asan
 	$(call say,tests with threads under the thread sanitizer)
 	@cmake --preset tsan $(CONFIGURE_FLAGS) >/dev/null
-	@cmake --build --preset tsan -j $(JOBS) --target tavo_thread_tests
+	@cmake --build --preset tsan -j $(JOBS) --target tavo_thread_tests tavo_program tavo_make_conn_table
 	@$(CTEST) --test-dir build-tsan -L threads
 
 install: lexicon
 	$(call say,install below $(PREFIX))
-	@cmake --install $(BUILD) --prefix $(PREFIX)
+	@cmake -B $(BUILD) -DCMAKE_INSTALL_PREFIX=$(abspath $(PREFIX)) >/dev/null
+	@cmake --build $(BUILD) -j $(JOBS) --target tavo_program tavo
+	@cmake --install $(BUILD)
 
 bench: lexicon
 	@scripts/setup bench

@@ -26,4 +26,13 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tavo.pc DESTINATION ${CMAKE_INSTALL_LI
 if(TAVO_BUILD_TOOLS)
   install(TARGETS tavo_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
+
+# The lexicon's init file names its files by absolute paths.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/share/tavo DESTINATION ${CMAKE_INSTALL_DATADIR} OPTIONAL)
+install(CODE "
+  set(folder \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/tavo\")
+  if(EXISTS \"\$ENV{DESTDIR}\${folder}/tavo.init\")
+    file(READ \"\$ENV{DESTDIR}\${folder}/tavo.init\" text)
+    string(REPLACE \"${PROJECT_BINARY_DIR}/share/tavo\" \"\${folder}\" text \"\${text}\")
+    file(WRITE \"\$ENV{DESTDIR}\${folder}/tavo.init\" \"\${text}\")
+  endif()")
