@@ -1,11 +1,12 @@
 #!/bin/sh
 # Installs the build below a fresh prefix, builds a consumer against it through
 # the CMake package and one through pkg-config, and runs both.
-#   consumers.sh BUILD CMAKE CXX
+#   consumers.sh BUILD CMAKE CXX CC
 set -eu
 build=$1
 cmake=$2
 cxx=$3
+cc=$4
 here=$(cd "$(dirname "$0")" && pwd)
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
@@ -30,10 +31,14 @@ PKG_CONFIG_PATH=$pc "$cxx" -std=c++20 "$here/consumer/main.cpp" -o "$folder/cons
     $(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs tavo)
 LD_LIBRARY_PATH=$(PKG_CONFIG_PATH=$pc pkg-config --variable=libdir tavo) "$folder/consumer"
 
-# The headers alone are enough, each by itself and in strict C++20.
+# The headers alone are enough, each by itself, in strict C++20 and strict C99.
 for header in "$prefix"/include/tavo/*.hpp; do
     "$cxx" -std=c++20 -Wall -Wextra -Wconversion -Wshadow -Werror -pedantic -I "$prefix/include" \
         -fsyntax-only -x c++ "$header"
+done
+
+for header in "$prefix"/include/tavo/*.h; do
+    "$cc" -std=c99 -Wall -Wextra -Werror -pedantic -I "$prefix/include" -fsyntax-only -x c "$header"
 done
 
 "$prefix/bin/tavo" --version
