@@ -14,6 +14,6 @@ grep -ho 'tavo_[A-Za-z0-9_]*(' "$1/tavo.h" "$1/tavo_bulk.h" | tr -d '(' |
 diff -u "$folder/listed" "$folder/exported" || { echo "listed functions and exported symbols differ"; exit 1; }
 diff -u "$folder/listed" "$folder/declared" || { echo "listed and declared functions differ"; exit 1; }
 while read -r name; do
-    grep -qw "$name" "$(dirname "$0")"/*.cpp || { echo "no test calls $name"; exit 1; }
+    grep -qw "$name" "$(dirname "$0")"/*.[ch]pp || { echo "no test calls $name"; exit 1; }
 done <"$folder/listed"
 echo "$(wc -l <"$folder/listed") functions"

@@ -38,7 +38,8 @@ for header in "$prefix"/include/tavo/*.hpp; do
 done
 
 for header in "$prefix"/include/tavo/*.h; do
-    "$cc" -std=c99 -Wall -Wextra -Werror -pedantic -I "$prefix/include" -fsyntax-only -x c "$header"
+    printf '#include <tavo/%s>\nint main(void) { return 0; }\n' "$(basename "$header")" |
+        "$cc" -std=c99 -Wall -Wextra -Werror -pedantic -I "$prefix/include" -fsyntax-only -x c -
 done
 
 "$prefix/bin/tavo" --version
