@@ -46,17 +46,19 @@ void forEachLine(std::string_view text, Visit&& visit) {
     }
 }
 
-std::string readCharset(fs::path const& folder) {
-    fs::path const file = folder / "dicrc";
-    std::string charset;
-    forEachLine(readFile(file), [&](std::string_view line, std::size_t) {
+/// Encoding and cost factor, from dicrc.
+void readSettings(Lexicon& lexicon) {
+    fs::path const file = lexicon.folder / "dicrc";
+    forEachLine(readFile(file), [&](std::string_view line, std::size_t number) {
         std::size_t const equals = line.find('=');
-        if (equals != std::string_view::npos && strip(line.substr(0, equals)) == "config-charset")
-            charset = strip(line.substr(equals + 1));
+        if (equals == std::string_view::npos) return;
+        std::string_view const key = strip(line.substr(0, equals)), value = strip(line.substr(equals + 1));
+        if (key == "config-charset") lexicon.charset = value;
+        if (key == "cost-factor")
+            lexicon.costFactor = static_cast<double>(parseNumber(value, 1, 32767, file, number, "cost-factor"));
     });
-    if (charset.empty())
+    if (lexicon.charset.empty())
         throw ImportError(file.string() + ": no config-charset line; name the encoding with --charset");
-    return charset;
 }
 
 std::string readText(fs::path const& file, std::string const& charset) {
@@ -291,7 +293,9 @@ Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, 
     if (!fs::is_directory(folder)) throw ImportError(folder.string() + ": is not a folder");
     Lexicon lexicon;
     lexicon.folder = folder;
-    lexicon.charset = charsetOverride.empty() ? readCharset(folder) : charsetOverride;
+    lexicon.charset = charsetOverride;
+    readSettings(lexicon);
+    if (!charsetOverride.empty()) lexicon.charset = charsetOverride;
     std::vector<fs::path> files;
     for (auto const& entry : fs::directory_iterator(folder))
         if (entry.path().extension() == ".csv") files.push_back(entry.path());

@@ -34,11 +34,12 @@ struct Parser {
     }
 
     unsigned number(std::string_view text, int base) const {
+        std::string_view const given = text;
         unsigned value = 0;
         if (base == 16 && text.substr(0, 2) == "0x") text.remove_prefix(2);
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
         if (error != std::errc{} || end != text.data() + text.size())
-            fail("\"" + std::string(text) + "\" is not a number");
+            fail("\"" + std::string(given) + "\" is not a number");
         return value;
     }
 

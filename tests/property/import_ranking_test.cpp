@@ -1,0 +1,160 @@
+// Imported tables rank analyses as the source's exact arithmetic does.
+#include "import_cluster.hpp"
+#include "import_table.hpp"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+namespace TAVO::importer {
+namespace {
+
+constexpr unsigned kWorlds = 300;
+
+/// A random lexicon over the letters a to c, with costs that fit a byte when one
+/// unit of source cost is one unit of a byte.
+class RandomWorld {
+public:
+    explicit RandomWorld(unsigned seed) : random_(seed) {
+        std::uint32_t const ids = 2 + pick(4);
+        lexicon.sourceRows = lexicon.sourceCols = lexicon.matrix.rows = lexicon.matrix.cols = ids;
+        for (std::uint32_t i = 0; i < ids; ++i) lexicon.rowBase.push_back(i);
+        for (std::uint32_t i = 0; i < ids * ids; ++i)
+            lexicon.matrix.cells.push_back(static_cast<std::int16_t>(static_cast<int>(pick(41)) - 20));
+        for (char letter : {'a', 'b', 'c'}) addWord(std::string(1, letter));
+        for (unsigned i = 0; i < 14; ++i) {
+            std::string form;
+            for (unsigned n = 1 + pick(4); n > 0; --n) form += static_cast<char>('a' + pick(3));
+            addWord(form);
+        }
+        shifts.row.push_back(0);
+        for (std::uint32_t i = 1; i < ids; ++i) shifts.row.push_back(static_cast<double>(pick(21)) - 10);
+        shifts.perByte = 20;
+        shifts.end = -60;
+    }
+    std::string text() {
+        std::string result;
+        for (unsigned n = 1 + pick(12); n > 0; --n) result += static_cast<char>('a' + pick(3));
+        return result;
+    }
+
+    Lexicon lexicon;
+    Shifts shifts;
+
+private:
+    std::uint32_t pick(std::uint32_t below) { return static_cast<std::uint32_t>(random_() % below); }
+    void addWord(std::string const& form) {
+        Word word;
+        word.form = lexicon.keep(form);
+        word.row = 1 + pick(lexicon.sourceRows - 1);
+        word.col = 1 + pick(lexicon.sourceCols - 1);
+        word.cost = 40 + static_cast<std::int32_t>(pick(41)) - 20;
+        word.name = lexicon.names.add(pick(2) == 0 ? "A" : "B");
+        lexicon.words.push_back(word);
+    }
+
+    std::mt19937 random_;
+};
+
+std::int64_t exactCost(RandomWorld const& world, Lattice const& lattice) {
+    std::int64_t sum = 0;
+    std::uint32_t left = Lattice::kNone;
+    for (std::uint32_t const i : lattice.path()) {
+        sum += ExactEdge{world.lexicon}(left, lattice.nodes[i].word);
+        left = lattice.nodes[i].word;
+    }
+    return sum + ExactEdge{world.lexicon}(left, Lattice::kNone);
+}
+
+TEST(ImportRanking, TablesFindTheCheapestAnalysis) {
+    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
+        RandomWorld world(seed);
+        FormIndex const index(world.lexicon);
+        TableOptions options;
+        options.step = 1;
+        options.levelTolerance = 0;
+        options.lineTolerance = 0;
+        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, options);
+        for (unsigned i = 0; i < 10; ++i) {
+            std::string const text = world.text();
+            Lattice lattice;
+            fillLattice(lattice, index, world.lexicon, text);
+            searchForward(lattice, text.size(), ExactEdge{world.lexicon});
+            std::int64_t const best = lattice.best;
+            searchForward(lattice, text.size(), TableEdge{tables});
+            ASSERT_LT(lattice.best, Lattice::kNoPath);
+            ASSERT_EQ(exactCost(world, lattice), best) << "seed " << seed << ", text " << text;
+        }
+    }
+}
+
+TEST(ImportRanking, BackwardSearchAgreesWithForward) {
+    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
+        RandomWorld world(seed);
+        FormIndex const index(world.lexicon);
+        std::string const text = world.text();
+        Lattice lattice;
+        fillLattice(lattice, index, world.lexicon, text);
+        searchForward(lattice, text.size(), ExactEdge{world.lexicon});
+        searchBackward(lattice, text.size(), ExactEdge{world.lexicon});
+        for (std::uint32_t const i : lattice.path())
+            ASSERT_EQ(lattice.nodes[i].best + lattice.nodes[i].rest, lattice.best) << "seed " << seed;
+    }
+}
+
+/// Rows and columns that differ from others by a constant fall together, and the
+/// ranking stays.
+TEST(ImportRanking, ConstantsBetweenLinesMoveIntoTheWords) {
+    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
+        RandomWorld world(seed);
+        Matrix& matrix = world.lexicon.matrix;
+        for (std::uint32_t i = 0; i < matrix.cols; ++i)
+            matrix.at(matrix.rows - 1, i) = static_cast<std::int16_t>(matrix.at(1, i) + 7);
+        FormIndex const index(world.lexicon);
+        // Rows are used all alike here, so no weights distort the mean.
+        Clusters const clusters = findClusters(world.lexicon, {}, 0.5);
+        if (matrix.rows > 2) {
+            EXPECT_EQ(clusters.rows.leader[matrix.rows - 1], 1U) << "seed " << seed;
+            EXPECT_NEAR(clusters.rows.offset[matrix.rows - 1], 7, 1e-3);
+            EXPECT_LT(clusters.rows.count, matrix.rows);
+        }
+        TableOptions options;
+        options.step = 1;
+        options.levelTolerance = 0;
+        options.lineTolerance = 1e-3;
+        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, options);
+        std::string const text = world.text();
+        Lattice lattice;
+        fillLattice(lattice, index, world.lexicon, text);
+        searchForward(lattice, text.size(), ExactEdge{world.lexicon});
+        std::int64_t const best = lattice.best;
+        searchForward(lattice, text.size(), TableEdge{tables});
+        ASSERT_EQ(exactCost(world, lattice), best) << "seed " << seed << ", text " << text;
+    }
+}
+
+TEST(ImportRanking, FixedIdsAndUniqueNames) {
+    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
+        RandomWorld world(seed);
+        FormIndex const index(world.lexicon);
+        TableOptions options;
+        options.step = 1;
+        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, options);
+        ASSERT_EQ(std::vector<std::string>(tables.names.begin(), tables.names.begin() + 3),
+                  (std::vector<std::string>{"BOS", "EOS", "Undef"}));
+        std::set<std::string> const names(tables.names.begin(), tables.names.end());
+        ASSERT_EQ(names.size(), tables.names.size());
+        for (std::uint32_t i = 0; i < world.lexicon.names.size(); ++i)
+            ASSERT_EQ(names.count(world.lexicon.names.at(i)), 1U) << "a class of each name has the bare name";
+        for (std::uint16_t id = 1; id <= tables.names.size(); ++id) {
+            ASSERT_EQ(tables.byteOf(3, id), Tables::kHighest) << "the last resort fits everywhere equally badly";
+            if (id != 2) {
+                ASSERT_EQ(tables.byteOf(id, 3), Tables::kHighest);
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace TAVO::importer

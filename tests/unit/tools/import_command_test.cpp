@@ -1,0 +1,108 @@
+// The whole way: a lexicon's folder in, analyses out.
+#include "import_command.hpp"
+
+#include "support/encoding.hpp"
+#include "support/tiny_lexicon.hpp"
+
+#include <tavo/tavo.hpp>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace tool {
+namespace {
+
+using TAVO::test::readFile;
+using TAVO::test::TempDir;
+using TAVO::test::TinyLexicon;
+using TAVO::test::toSjis;
+
+/// Runs the command; its report goes to @p report.
+ExitStatus run(std::vector<std::string> arguments, std::string* report = nullptr) {
+    arguments.insert(arguments.begin(), "import");
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) argv.push_back(argument.data());
+    testing::internal::CaptureStdout();
+    std::string text;
+    try {
+        ExitStatus const status = importCommand(static_cast<int>(argv.size()), argv.data());
+        text = testing::internal::GetCapturedStdout();
+        if (report != nullptr) *report = text;
+        return status;
+    } catch (...) {
+        testing::internal::GetCapturedStdout();
+        throw;
+    }
+}
+
+std::string analyse(TAVO::Tavo& tavo, char const* text) {
+    std::string const sjis = toSjis(text);
+    tavo.analyze(sjis);
+    std::vector<TAVO::Mrph> morphemes;
+    tavo.getResult(morphemes, 0);
+    std::string result;
+    for (TAVO::Mrph& m : morphemes) {
+        if (!result.empty()) result += ' ';
+        result += m.getForm(true) + "/" + m.getRead(true) + "/" + m.getStdForm(true);
+    }
+    return TAVO::test::toUtf8(result);
+}
+
+TEST(ImportCommand, MakesALexiconThatAnalyses) {
+    TempDir const source, out;
+    std::string report;
+    ASSERT_EQ(run({"mecab", TinyLexicon().write(source), "-o", out.path()}, &report), ExitStatus::Ok);
+    EXPECT_NE(report.find("entries read: 6\n"), std::string::npos) << report;
+    EXPECT_EQ(report, readFile(out.file("report.txt")));
+
+    TAVO::Tavo tavo;
+    tavo.setInitFilePath(out.file("tavo.init").c_str());
+    EXPECT_EQ(analyse(tavo, "山は川へ行く"), "山/ヤマ/山 は/ハ/は 川/カワ/川 へ/ヘ/へ 行く/イク/行く");
+    EXPECT_EQ(analyse(tavo, "川へ行っ"), "川/カワ/川 へ/ヘ/へ 行っ/イッ/行く");
+    EXPECT_EQ(analyse(tavo, "ソーセージは山"), "ソーセージ//ソーセージ は/ハ/は 山/ヤマ/山") << "a run is one morpheme";
+}
+
+TEST(ImportCommand, SameInputGivesSameBytes) {
+    TempDir const source, first, second;
+    std::string const folder = TinyLexicon().write(source);
+    ASSERT_EQ(run({"mecab", folder, "-o", first.path(), "--data-dir", "/data"}), ExitStatus::Ok);
+    ASSERT_EQ(run({"mecab", folder, "-o", second.path(), "--data-dir", "/data"}), ExitStatus::Ok);
+    for (char const* name : {"SysDic", "SysDic.txt", "ConnTable", "tavo.init", "reduce.rules", "report.txt"})
+        EXPECT_EQ(readFile(first.file(name)), readFile(second.file(name))) << name;
+    EXPECT_NE(readFile(first.file("tavo.init")).find("Dic=/data/SysDic,/data/SysDic.txt\n"), std::string::npos);
+}
+
+TEST(ImportCommand, FitsOnGivenText) {
+    TempDir const source, out;
+    std::string const text = source.write("text.txt", "山は川へ行く\n\n川は山\n");
+    std::string report;
+    ASSERT_EQ(run({"mecab", TinyLexicon().write(source), "-o", out.path(), "--text", text}, &report), ExitStatus::Ok);
+    EXPECT_NE(report.find(text + ", 2 sentences"), std::string::npos) << report;
+    EXPECT_NE(report.find("word F1 against exact arithmetic: 1.00000"), std::string::npos) << report;
+}
+
+TEST(ImportCommand, BadSourceWritesNothing) {
+    TempDir const source, parent;
+    TinyLexicon tiny;
+    tiny.words += "山,1\n";
+    std::string const out = parent.file("out");
+    EXPECT_THROW(run({"mecab", tiny.write(source), "-o", out}), std::runtime_error);
+    EXPECT_FALSE(std::filesystem::exists(out));
+    EXPECT_THROW(run({"mecab", parent.file("none"), "-o", out}), std::runtime_error);
+}
+
+TEST(ImportCommand, WrongArgumentsAreUsageErrors) {
+    for (std::vector<std::string> const& arguments :
+         {std::vector<std::string>{}, {"mecab"}, {"mecab", "x"}, {"mecab", "x", "-o", "y", "--step", "0"}}) {
+        try {
+            run(arguments);
+            ADD_FAILURE() << arguments.size();
+        } catch (ToolError const& error) {
+            EXPECT_EQ(error.status(), ExitStatus::Usage);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tool

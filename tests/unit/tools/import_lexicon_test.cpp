@@ -1,0 +1,138 @@
+#include "import_lexicon.hpp"
+
+#include "import_charset.hpp"
+#include "support/encoding.hpp"
+#include "support/tiny_lexicon.hpp"
+
+#include <gtest/gtest.h>
+
+namespace TAVO::importer {
+namespace {
+
+using test::TempDir;
+using test::TinyLexicon;
+using test::toSjis;
+
+Lexicon read(TinyLexicon const& tiny, TempDir const& folder) { return readLexicon(tiny.write(folder), "", nullptr); }
+
+TEST(ImportLexicon, ReadsWordsCostsAndNames) {
+    TempDir const folder;
+    Lexicon const lexicon = read(TinyLexicon(), folder);
+    ASSERT_EQ(lexicon.words.size(), 6U);
+    Word const& particle = lexicon.words[2];
+    EXPECT_EQ(particle.form, toSjis("は"));
+    EXPECT_EQ(particle.row, 2U);
+    EXPECT_EQ(particle.cost, 1000);
+    EXPECT_EQ(lexicon.names.at(particle.name), toSjis("助詞:係助詞"));
+    EXPECT_EQ(particle.reading, toSjis("ハ"));
+    EXPECT_EQ(particle.pron, toSjis("ワ"));
+    EXPECT_EQ(particle.base, "") << "a base form equal to the form is not kept";
+    EXPECT_EQ(lexicon.words[5].base, toSjis("行く"));
+    EXPECT_EQ(lexicon.names.at(lexicon.words[5].name), toSjis("動詞:自立:五段:連用タ接続"));
+    EXPECT_EQ(lexicon.matrix.at(1, 2), -1500) << "row: the word before; column: the word behind";
+    EXPECT_EQ(lexicon.costFactor, 700);
+}
+
+TEST(ImportLexicon, ReadsTheEncodingThatDicrcNames) {
+    TempDir const folder;
+    TinyLexicon tiny;
+    tiny.settings = "config-charset = EUC-JP\n";
+    tiny.words = "\xBB\xB3,1,1,3000,\xCC\xBE\xBB\xEC,*,*,*,*,*,\xBB\xB3,\xA5\xE4\xA5\xDE,\xA5\xE4\xA5\xDE\n";
+    tiny.unknown = "DEFAULT,4,4,5000,\xB5\xAD\xB9\xE6\n";
+    Lexicon const lexicon = read(tiny, folder);
+    EXPECT_EQ(lexicon.words.at(0).form, toSjis("山"));
+    EXPECT_EQ(lexicon.words.at(0).reading, toSjis("ヤマ"));
+}
+
+TEST(ImportLexicon, CountsFormsThatTheCodePageLacks) {
+    TempDir const folder;
+    TinyLexicon tiny;
+    tiny.words += "😀,1,1,1,名詞,一般,*,*,*,*,😀,エモジ,エモジ\n";
+    tiny.words += "鴎,1,1,1,名詞,一般,*,*,*,*,鷗外𠮷,カモメ,カモメ\n";
+    Lexicon const lexicon = read(tiny, folder);
+    EXPECT_EQ(lexicon.entriesRead, 8U);
+    EXPECT_EQ(lexicon.words.size(), 7U);
+    EXPECT_EQ(lexicon.leftOut.noCode, 1U);
+    EXPECT_EQ(lexicon.leftOut.examples, std::vector<std::string>{"😀"});
+    EXPECT_EQ(lexicon.leftOut.lostFields, 1U);
+    EXPECT_EQ(lexicon.words.back().base, "");
+}
+
+TEST(ImportLexicon, HyphensInFieldsBecomeFeatures) {
+    TempDir const folder;
+    TinyLexicon tiny;
+    tiny.words = "走る,3,3,1,動詞,*,*,*,五段-ラ行,終止形-一般,走る,ハシル,ハシル\n";
+    Lexicon const lexicon = read(tiny, folder);
+    EXPECT_EQ(lexicon.names.at(lexicon.words.at(0).name), toSjis("動詞:五段:ラ行:終止形:一般"));
+}
+
+TEST(ImportLexicon, SplitsQuotedFields) {
+    struct Case {
+        char const* line;
+        std::vector<std::string> fields;
+    };
+    Case const cases[] = {
+        {"a,b", {"a", "b"}},
+        {"\",\",1", {",", "1"}},
+        {"\"say \"\"x\"\"\",1", {"say \"x\"", "1"}},
+        {"a,,", {"a", "", ""}},
+        {"", {""}},
+        {"\"open", {"open"}},
+    };
+    for (Case const& c : cases) {
+        std::vector<std::string> fields{"left over", "from before", "x", "y"};
+        splitCsv(c.line, fields);
+        EXPECT_EQ(fields, c.fields) << c.line;
+    }
+}
+
+TEST(ImportLexicon, FaultsNameFileAndLine) {
+    struct Case {
+        void (*spoil)(TinyLexicon&);
+        char const* text;
+    };
+    Case const cases[] = {
+        {[](TinyLexicon& t) { t.words += "山,1,1\n"; }, "words.csv:7: fewer than 5 fields"},
+        {[](TinyLexicon& t) { t.words += "山,5,1,0,名詞\n"; }, "words.csv:7: left id 5 is outside 0..4"},
+        {[](TinyLexicon& t) { t.words += "山,1,x,0,名詞\n"; }, "words.csv:7: right id \"x\" is not a number"},
+        {[](TinyLexicon& t) { t.words += "山,1,1,40000,名詞\n"; }, "words.csv:7: cost 40000 is outside"},
+        {[](TinyLexicon& t) { t.words += ",1,1,0,名詞\n"; }, "words.csv:7: the surface form is empty"},
+        {[](TinyLexicon& t) { t.words += "\xFF\n"; }, "words.csv: byte "},
+        {[](TinyLexicon& t) { t.matrix = "5 5\n0 0 1\n"; }, "matrix.def: 25 costs are announced, 1 given"},
+        {[](TinyLexicon& t) { t.matrix += "5 0 1\n"; }, "matrix.def:27: the ids 5 0 lie outside the matrix"},
+        {[](TinyLexicon& t) { t.matrix += "1 1\n"; }, "the file is cut short"},
+        {[](TinyLexicon& t) { t.matrix = "x\n"; }, "matrix.def:1: a number is expected"},
+        {[](TinyLexicon& t) { t.settings = "x = y\n"; }, "dicrc: no config-charset line"},
+        {[](TinyLexicon& t) { t.settings = "config-charset = KLINGON\n"; }, "unknown encoding \"KLINGON\""},
+    };
+    for (Case const& c : cases) {
+        TempDir const folder;
+        TinyLexicon tiny;
+        c.spoil(tiny);
+        try {
+            read(tiny, folder);
+            ADD_FAILURE() << "accepted: " << c.text;
+        } catch (ImportError const& error) {
+            EXPECT_NE(std::string(error.what()).find(c.text), std::string::npos) << error.what();
+        }
+    }
+}
+
+TEST(ImportCharset, EveryCodeComesBack) {
+    for (auto const& [code, point] : Cp932::table().all()) EXPECT_EQ(Cp932::table().code(point), code);
+    EXPECT_GT(Cp932::table().all().size(), 7000U);
+    EXPECT_EQ(Cp932::table().code(0x5C), 0x5C);
+    EXPECT_EQ(Cp932::table().code(0xA5), 0) << "the yen sign is no backslash";
+    EXPECT_EQ(Cp932::table().code(0xFF71), 0xB1);
+    EXPECT_EQ(Cp932::table().code(0x1F600), 0);
+}
+
+TEST(ImportCharset, MalformedUtf8GivesReplacements) {
+    std::string const text = "\xE3\x81\xFF\x80z";
+    std::vector<std::uint32_t> points;
+    for (std::size_t pos = 0; pos < text.size();) points.push_back(nextCodePoint(text, pos));
+    EXPECT_EQ(points, (std::vector<std::uint32_t>{0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD, 'z'}));
+}
+
+}  // namespace
+}  // namespace TAVO::importer

@@ -1,0 +1,146 @@
+#include "import_unknown.hpp"
+
+#include "import_search.hpp"
+#include "support/encoding.hpp"
+#include "support/tiny_lexicon.hpp"
+
+#include <gtest/gtest.h>
+
+namespace TAVO::importer {
+namespace {
+
+using test::TempDir;
+using test::TinyLexicon;
+using test::toSjis;
+
+Lexicon readWithUnknown(TinyLexicon const& tiny, TempDir const& folder) {
+    Lexicon lexicon = readLexicon(tiny.write(folder), "", nullptr);
+    addUnknownWords(lexicon, readCharMap(folder.file("char.def")));
+    return lexicon;
+}
+
+std::vector<Word> wordsOf(Lexicon const& lexicon, char const* form) {
+    std::vector<Word> result;
+    for (Word const& word : lexicon.words)
+        if (word.unknown && word.form == toSjis(form)) result.push_back(word);
+    return result;
+}
+
+/// The best analysis by exact costs: forms and names' features, "form/name ...".
+std::string bestPath(Lexicon const& lexicon, char const* text) {
+    FormIndex const index(lexicon);
+    std::string const sjis = toSjis(text);
+    Lattice lattice;
+    fillLattice(lattice, index, lexicon, sjis);
+    searchForward(lattice, sjis.size(), ExactEdge{lexicon});
+    std::string result;
+    for (std::uint32_t const i : lattice.path()) {
+        Word const& word = lexicon.words[lattice.nodes[i].word];
+        result += (result.empty() ? "" : " ") + std::string(word.form) + "/" + lexicon.names.at(word.name);
+    }
+    return test::toUtf8(result);
+}
+
+TEST(ImportUnknown, AGroupIsBeginAndInsides) {
+    TempDir const folder;
+    Lexicon const lexicon = readWithUnknown(TinyLexicon(), folder);
+    EXPECT_EQ(bestPath(lexicon, "ソーセへ行く"),
+              "ソ/名詞:一般:Undef:Katakana ー/名詞:一般:Undef:Katakana:Inside セ/名詞:一般:Undef:Katakana:Inside "
+              "へ/助詞:格助詞 行く/動詞:自立:五段:基本形");
+    // One unknown word's cost, however long the run is.
+    FormIndex const index(lexicon);
+    Lattice one, three;
+    for (auto& [lattice, text] : {std::pair(&one, toSjis("ソ")), std::pair(&three, toSjis("ソーセ"))}) {
+        fillLattice(*lattice, index, lexicon, text);
+        searchForward(*lattice, text.size(), ExactEdge{lexicon});
+    }
+    EXPECT_EQ(one.best, -500 + 9000 + 600);
+    EXPECT_EQ(three.best, one.best);
+}
+
+TEST(ImportUnknown, InsideFollowsItsOwnChainOnly) {
+    TempDir const folder;
+    Lexicon const lexicon = readWithUnknown(TinyLexicon(), folder);
+    std::uint32_t chains = 0;
+    for (std::uint32_t col = lexicon.sourceCols; col < lexicon.matrix.cols; ++col, ++chains)
+        for (std::uint32_t row = 0; row < lexicon.sourceRows; ++row)
+            EXPECT_EQ(lexicon.matrix.at(row, col), Matrix::kForbidden) << row << " " << col;
+    EXPECT_EQ(chains, 4U);
+    for (std::uint32_t row = lexicon.sourceRows; row < lexicon.matrix.rows; ++row) {
+        int allowed = 0;
+        for (std::uint32_t col = lexicon.sourceCols; col < lexicon.matrix.cols; ++col)
+            allowed += lexicon.matrix.at(row, col) == 0 ? 1 : 0;
+        EXPECT_EQ(allowed, 1) << row;
+        for (std::uint32_t col = 0; col < lexicon.sourceCols; ++col)
+            EXPECT_EQ(lexicon.matrix.at(row, col), lexicon.matrix.at(lexicon.rowBase[row], col));
+    }
+}
+
+TEST(ImportUnknown, LengthTwoEndsAfterTheSecondCharacter) {
+    TempDir const folder;
+    Lexicon const lexicon = readWithUnknown(TinyLexicon(), folder);
+    EXPECT_EQ(bestPath(lexicon, "犬猫"), "犬/名詞:一般:Undef:Kanji 猫/名詞:一般:Undef:Kanji:Inside");
+    EXPECT_EQ(bestPath(lexicon, "犬猫馬鹿"),
+              "犬/名詞:一般:Undef:Kanji 猫/名詞:一般:Undef:Kanji:Inside 馬/名詞:一般:Undef:Kanji "
+              "鹿/名詞:一般:Undef:Kanji:Inside");
+}
+
+TEST(ImportUnknown, NoBeginWhereAWordBegins) {
+    TempDir const folder;
+    Lexicon const lexicon = readWithUnknown(TinyLexicon(), folder);
+    ASSERT_EQ(wordsOf(lexicon, "山").size(), 1U) << "a word of the lexicon: inside only";
+    EXPECT_GE(wordsOf(lexicon, "山")[0].col, lexicon.sourceCols);
+    // 行 begins words without being one: its begin is dearer than that of 犬.
+    ASSERT_EQ(wordsOf(lexicon, "行").size(), 2U);
+    ASSERT_EQ(wordsOf(lexicon, "犬").size(), 2U);
+    EXPECT_EQ(wordsOf(lexicon, "犬")[0].cost, 9500);
+    EXPECT_GT(wordsOf(lexicon, "行")[0].cost, 9500);
+    EXPECT_EQ(wordsOf(lexicon, "カ")[0].cost, 9000) << "a category that is always tried has no such doubt";
+}
+
+TEST(ImportUnknown, FarDearerTemplatesAreLeftOut) {
+    TempDir const folder;
+    TinyLexicon tiny;
+    tiny.unknown += "KATAKANA,3,3,11900,動詞\nKATAKANA,2,2,12100,助詞\n";
+    Lexicon const lexicon = readWithUnknown(tiny, folder);
+    EXPECT_EQ(wordsOf(lexicon, "カ").size(), 4U) << "begin and inside of the cheapest and of one near it";
+}
+
+TEST(ImportUnknown, LaterLinesOfCharDefWin) {
+    TempDir const folder;
+    folder.write("char.def", "DEFAULT 0 1 0\nA 1 0 3\nB 0 1 0\n0x0041..0x0043 A\n0x0042 B A\n");
+    CharMap const map = readCharMap(folder.file("char.def"));
+    EXPECT_EQ(map.at('A'), std::vector<std::string>{"A"});
+    EXPECT_EQ(map.at('B'), (std::vector<std::string>{"B", "A"}));
+    EXPECT_EQ(map.at('D'), std::vector<std::string>{"DEFAULT"});
+    EXPECT_TRUE(map.categories.at("A").always);
+    EXPECT_EQ(map.categories.at("A").length, 3U);
+}
+
+TEST(ImportUnknown, FaultsOfCharDefNameTheLine) {
+    struct Case {
+        char const* text;
+        char const* fault;
+    };
+    Case const cases[] = {
+        {"A 1 0 3\n", "char.def: category DEFAULT is not defined"},
+        {"DEFAULT 0 1 0\n0x41 A\n", "char.def:2: category A is not defined above"},
+        {"DEFAULT 0 1\n", "char.def:1: a category needs INVOKE, GROUP and LENGTH"},
+        {"DEFAULT 0 1 0\n\n0x42..0x41 DEFAULT\n", "char.def:3: the range of characters"},
+        {"DEFAULT 0 1 0\n0xQ DEFAULT\n", "char.def:2: \"0xQ\" is not a number"},
+        {"DEFAULT 0 1 0\n0x41\n", "char.def:2: a category is missing"},
+    };
+    for (Case const& c : cases) {
+        TempDir const folder;
+        folder.write("char.def", c.text);
+        try {
+            readCharMap(folder.file("char.def"));
+            ADD_FAILURE() << "accepted: " << c.text;
+        } catch (ImportError const& error) {
+            EXPECT_NE(std::string(error.what()).find(c.fault), std::string::npos) << error.what();
+        }
+    }
+}
+
+}  // namespace
+}  // namespace TAVO::importer
