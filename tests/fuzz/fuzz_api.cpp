@@ -1,0 +1,350 @@
+// Random sequences of calls of the flat interface, with good and bad arguments,
+// on two analysers and on morpheme handles that are alive.
+#include "fuzz/api_calls.hpp"
+#include "fuzz/fuzz_input.hpp"
+#include "support/small_world.hpp"
+#include "support/temp_dir.hpp"
+
+#include <tavo/tavo_bulk.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace TAVO::test;
+
+struct Files {
+    Files() {
+        SmallWorld world;
+        world.namesUtf8({"Begin", "End", "Undef", "Noun", "Verb", "Tail", "記号:Number"});
+        world.cost(
+            [](unsigned left, unsigned right) { return static_cast<std::uint8_t>((left * 7 + right * 3) % 11); });
+        world.cost(4, 5, 255).cost(6, 3, 255);
+        world.linesUtf8({"ab-c,Noun-Verb-Tail,12,えい(び|びー)/し,AB/C,w1,g1,grp,1:2,,7,pros,x0,x1", "d,Noun,5,でぃ",
+                         "d,Verb,6,でぃ", "ab,Noun,9,えい", "ソ,Verb,3", "1,記号:Number,1", "能,Tail,200"});
+        paths = world.writeTo(dir.path());
+        rules = dir.write("rules", "Noun,Verb=Noun\n");
+        init = dir.write("init", "DeleteCRLF=1\nDic=" + paths.dicSpec() + "\nConnTable=" + paths.connTable + "\n");
+        strings = {"",
+                   "a",
+                   "\x83\x5c",
+                   "%w%H%C%D0\\n",
+                   "%12k|%e\\",
+                   paths.dic,
+                   paths.dicSpec(),
+                   paths.source,
+                   paths.connTable,
+                   init,
+                   rules,
+                   "no/such/file",
+                   "\x82\xc5\x82\xa1",
+                   dir.path()};
+        sink = std::fopen("/dev/null", "w");
+    }
+    TempDir dir;
+    SmallWorld::Paths paths;
+    std::string rules, init;
+    std::vector<std::string> strings;
+    FILE* sink;
+};
+
+Files& files() {
+    static Files made;
+    return made;
+}
+
+/// Fails when the code or what it says breaks the interface's promises.
+void check(bool holds) {
+    if (!holds) std::abort();
+}
+
+/// One analyser and what lives with it.
+struct Analyser {
+    tavo_t* handle = nullptr;
+    std::string text;  // of the last analysis
+    std::vector<tavo_mrph_t*> results, words, alternatives;
+
+    void endResults() { results.clear(); }
+    void endAll() {
+        results.clear();
+        words.clear();
+        alternatives.clear();
+    }
+};
+
+class Run {
+public:
+    Run(std::uint8_t const* data, std::size_t size) : in_(data, size) {}
+    ~Run() {
+        for (Analyser& analyser : analysers_) tavo_free(analyser.handle);
+        tavo_dispose();
+    }
+
+    void all() {
+        for (Analyser& analyser : analysers_) {
+            analyser.handle = tavo_new(static_cast<int>(in_.byte()) % 9);
+            tavo_setConnTablePath(analyser.handle, files().paths.connTable.c_str());
+            tavo_addDicPath(analyser.handle, files().paths.dicSpec().c_str(), static_cast<int>(in_.byte() % 2));
+        }
+        while (!in_.empty()) {
+            analyser_ = &analysers_[in_.choice(analysers_.size())];
+            one();
+        }
+    }
+
+private:
+    void one() {
+        switch (in_.choice(16)) {
+            case 0:
+            case 1:
+                return analyze();
+            case 2:
+                return fetch();
+            case 3:
+                return byReading();
+            case 4:
+                return dictionaries();
+            case 5:
+                return settings();
+            case 6:
+                return bulk();
+            case 7:
+                return formats();
+            case 8:
+                return alternatives();
+            case 9:
+                return tavoTexts();
+            default:
+                return morpheme();
+        }
+    }
+
+    tavo_t* tavo() { return in_.byte() == 0 ? nullptr : analyser_->handle; }
+    tavo_mrph_t* mrph() {
+        auto* const from = std::array{&analyser_->results, &analyser_->words, &analyser_->alternatives}[in_.choice(3)];
+        return from->empty() ? nullptr : (*from)[in_.choice(from->size())];
+    }
+    char const* string() {
+        std::size_t const chosen = in_.choice(files().strings.size() + 2);
+        if (chosen < files().strings.size()) return files().strings[chosen].c_str();
+        if (chosen == files().strings.size()) return nullptr;
+        kept_ = in_.bytes();
+        for (char& c : kept_)
+            if (c >= '0' && c <= '9') c = '2';  // widths of formats and sizes in files stay small
+        return kept_.c_str();
+    }
+
+    /// Calls deliver(buffer, size) with a heap buffer of exactly that size.
+    template <class Deliver>
+    void intoBuffer(Deliver deliver) {
+        int const size = in_.number();
+        bool const exact = size >= 0 && size < 64;
+        std::vector<char> buffer(exact ? static_cast<std::size_t>(size) : 0);
+        int const code = deliver(exact && size > 0 ? buffer.data() : nullptr, size);
+        check(size >= 0 || code < 0);
+        if (!exact || code < 0 || size == 0) return;
+        check(code < size && buffer[static_cast<std::size_t>(code)] == '\0');
+    }
+
+    void analyze() {
+        std::string text;
+        for (unsigned left = in_.byte() % 5; left > 0; --left)
+            text += in_.choice(2) == 0 ? in_.bytes() : files().strings[in_.choice(5)];
+        auto* const call = in_.choice(2) == 0 ? tavo_analyze : tavo_analyzeNBest;
+        tavo_t* const to = tavo();
+        if (to == nullptr) return check(call(nullptr, "", 0) == -10001);
+        if (in_.byte() == 1) return check(call(to, "", -1) == -10001);
+        analyser_->endAll();
+        analyser_->text = std::move(text);
+        call(to, analyser_->text.data(), static_cast<int>(analyser_->text.size()));
+    }
+
+    static void take(std::vector<tavo_mrph_t*>& to, tavo_result_t const& result) {
+        check((result.count == 0) == (result.array == nullptr));
+        if (result.count > 0) to.insert(to.end(), result.array, result.array + result.count);
+    }
+
+    void fetch() {
+        bool const best = in_.choice(2) == 0;
+        int const sentence = in_.number(), n = in_.number() % 6;
+        tavo_result_t results[6] = {};
+        tavo_t* const from = tavo();
+        if (from == nullptr) return check(tavo_getResult(nullptr, results, 0) == -10001);
+        analyser_->endResults();
+        int const code =
+            best ? tavo_getResult(from, results, sentence) : tavo_getResultNBest(from, results, sentence, n);
+        check(best || code <= n || code <= 0);
+        for (int i = 0; i < (best ? 1 : code); ++i) take(analyser_->results, results[i]);
+    }
+
+    void byReading() {
+        tavo_result_t result{};
+        analyser_->words.clear();
+        char const* const reading = string();
+        if (in_.choice(2) == 0) {
+            tavo_getByRead(tavo(), &result, reading, in_.number());
+        } else {
+            std::string const kept = kept_;
+            tavo_getByReadPath(tavo(), &result, reading == kept_.c_str() ? kept.c_str() : reading,
+                               files().paths.dic.c_str());
+        }
+        take(analyser_->words, result);
+    }
+
+    void dictionaries() {
+        switch (in_.choice(6)) {
+            case 0:
+                tavo_addDicPath(tavo(), string(), in_.number());
+                break;
+            case 1:
+                analyser_->words.clear();
+                tavo_offDic(tavo(), in_.number());
+                break;
+            case 2:
+                analyser_->words.clear();
+                tavo_offDicPath(tavo(), string());
+                break;
+            case 3:
+                analyser_->words.clear();
+                tavo_offDicAll(tavo());
+                break;
+            case 4:
+                analyser_->endAll();
+                tavo_updateDic(tavo(), in_.number());
+                break;
+            default:
+                analyser_->endAll();
+                tavo_updateDicPath(tavo(), string());
+        }
+    }
+
+    void settings() {
+        char const* const strings[] = {string(), "\r"};
+        char const* array[3];
+        switch (in_.choice(8)) {
+            case 0:
+                kTavoValues[in_.choice(kTavoValues.size())](tavo());
+                break;
+            case 1:
+                kTavoNumbers[in_.choice(kTavoNumbers.size())](tavo(), in_.number());
+                break;
+            case 2:
+                kTavoStrings[in_.choice(kTavoStrings.size())](tavo(), string());
+                break;
+            case 3: {
+                char const* const text = kTavoPointers[in_.choice(kTavoPointers.size())](tavo());
+                check(text == nullptr || std::strlen(text) < 10000);
+                break;
+            }
+            case 4:
+                tavo_setProsodicInfoCombineMode(tavo(), in_.number(), string());
+                break;
+            case 5:
+                tavo_setExtCombineMode(tavo(), in_.number(), in_.number(), string());
+                tavo_getExtFiller(tavo(), in_.number());
+                break;
+            case 6:
+                tavo_setDelimiterString(tavo(), strings, std::min(in_.number(), 2));
+                break;
+            default:
+                tavo_getDelimiterString(tavo(), array, std::min(in_.number(), 3));
+        }
+    }
+
+    void bulk() {
+        std::string const texts[] = {in_.bytes(), in_.bytes()};
+        char const* const pointers[] = {texts[0].data(), texts[1].data()};
+        int const lengths[] = {static_cast<int>(texts[0].size()), static_cast<int>(texts[1].size())};
+        unsigned const what = in_.byte() | in_.byte() << 8;
+        tavo_bulk_t bulk{};
+        tavo_t* const to = tavo();
+        if (to != nullptr) analyser_->endAll();
+        int const code = in_.choice(2) == 0
+                             ? tavo_bulkAnalyze(to, &bulk, pointers, lengths, std::min(in_.number(), 2), what)
+                             : tavo_bulkAnalyzeNBest(to, &bulk, pointers[0], lengths[0], in_.number() % 7, what);
+        check(code < 0 || static_cast<std::size_t>(code) == bulk.rowCount);
+        if (bulk.rowCount > 0) check(bulk.rowEnd[bulk.rowCount - 1] == bulk.morphemeCount);
+        for (std::size_t row = 0, m = 0; row < bulk.rowCount; ++row)
+            for (; m < bulk.rowEnd[row]; ++m) check(bulk.start[m] + bulk.length[m] <= bulk.rowLength[row]);
+        for (std::size_t i = 0; i < bulk.morphemeCount * bulk.fieldCount; ++i)
+            check(bulk.fields[i] + std::strlen(bulk.strings + bulk.fields[i]) < bulk.stringBytes);
+    }
+
+    void formats() {
+        tavo_mrph_t* const m = mrph();
+        char const* const format = string();
+        int const part = in_.number();
+        switch (in_.choice(4)) {
+            case 0:
+                return intoBuffer([&](char* b, int n) { return tavo_format(m, format, "-", b, n); });
+            case 1:
+                return intoBuffer([&](char* b, int n) { return tavo_formatPart(m, part, format, "-", b, n); });
+            case 2:
+                tavo_output(m, files().sink, format, "-", part);
+                return;
+            default:
+                tavo_outputPart(m, files().sink, part, format, "-");
+        }
+    }
+
+    void alternatives() {
+        tavo_mrph_t* array[4] = {};
+        int const found = tavo_getAlt(mrph(), array, std::min(in_.number(), 4));
+        for (int i = 0; i < found; ++i) analyser_->alternatives.push_back(array[i]);
+    }
+
+    void tavoTexts() {
+        tavo_t* const to = tavo();
+        if (in_.choice(4) == 0) return intoBuffer([&](char* b, int n) { return tavo_getErrorSentenceIndex(to, b, n); });
+        auto* const call = kTavoNumberTexts[in_.choice(kTavoNumberTexts.size())];
+        int const index = in_.number();
+        intoBuffer([&](char* b, int n) { return call(to, index, b, n); });
+    }
+
+    void morpheme() {
+        tavo_mrph_t* const m = mrph();
+        unsigned char counts[3];
+        int const number = in_.number(), second = in_.number();
+        switch (in_.choice(7)) {
+            case 0:
+                kMrphValues[in_.choice(kMrphValues.size())](m);
+                break;
+            case 1:
+                kMrphNumbers[in_.choice(kMrphNumbers.size())](m, number);
+                break;
+            case 2: {
+                auto* const call = kMrphTexts[in_.choice(kMrphTexts.size())];
+                return intoBuffer([&](char* b, int n) { return call(m, b, n); });
+            }
+            case 3:
+                return intoBuffer([&](char* b, int n) { return tavo_getPartExt(m, number, second, b, n); });
+            case 4:
+                tavo_getCategoryCount(m, &counts[0], &counts[1], number < 0 ? nullptr : &counts[2]);
+                tavo_getPartCategoryCount(m, number, &counts[0], &counts[1], &counts[2]);
+                break;
+            default: {
+                auto* const call = kMrphNumberTexts[in_.choice(kMrphNumberTexts.size())];
+                return intoBuffer([&](char* b, int n) { return call(m, number, b, n); });
+            }
+        }
+        check(std::strlen(tavo_getMrphErrorWhat(m)) < 10000);
+    }
+
+    FuzzInput in_;
+    std::array<Analyser, 2> analysers_;
+    Analyser* analyser_ = nullptr;
+    std::string kept_;  // the string drawn last
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    Run(data, size).all();
+    return 0;
+}
