@@ -1,0 +1,49 @@
+import os
+import subprocess
+import sys
+
+import pytest
+
+
+def run(lexicon, *arguments, data=b"", **environment):
+    return subprocess.run([sys.executable, "-m", "tavo", *arguments], input=data, capture_output=True,
+                          env={**os.environ, "TAVO_PATH": str(lexicon), **environment})  # fmt: skip
+
+
+def test_columns_are_the_default(lexicon):
+    done = run(lexicon, data="食べ\n\nx".encode())
+    assert done.stdout.decode() == "食べ\t動詞\tタベ\tタベー\t食べる\t12\nEOS\nEOS\nx\tUndef\t\t\tx\t255\nEOS\n"
+
+
+@pytest.mark.parametrize(
+    "given, expected",
+    [
+        (b"\xe3\x82\x82\xe3\x81\xae\n", b"\xe3\x82\x82 \xe3\x81\xae\n"),
+        (b"\xe3\x82\x82\r\n\nx", b"\xe3\x82\x82\r\n\nx\n"),
+        (b"x  x\xff\xe3\n", b"x x \xff \xe3\n"),
+        (b"", b""),
+    ],
+)
+def test_wakati_gives_a_line_for_each(lexicon, given, expected):
+    done = run(lexicon, "-O", "wakati", data=given)
+    assert (done.stdout, done.stderr, done.returncode) == (expected, b"", 0)
+
+
+def test_files_are_read_in_order(lexicon, tmp_path):
+    (tmp_path / "a").write_text("もの", encoding="utf-8")
+    done = run(lexicon, "-O", "wakati", str(tmp_path / "a"), "-", data=b"x\n")
+    assert done.stdout.decode() == "も の\nx\n"
+    done = run(lexicon, str(tmp_path / "none"))
+    assert done.returncode == 1 and b"none" in done.stderr and b"Traceback" not in done.stderr
+
+
+def test_a_library_that_cannot_be_loaded_is_explained(lexicon):
+    done = run(lexicon, TAVO_LIBRARY="/no/such/libtavo.so")
+    assert done.returncode == 1
+    assert "/no/such/libtavo.so" in done.stderr.decode() and "make build" in done.stderr.decode()
+
+
+def test_a_reader_that_leaves_is_no_error(lexicon):
+    command = f"yes も | {sys.executable} -m tavo -O wakati | head -n 2"
+    done = subprocess.run(command, shell=True, capture_output=True, env={**os.environ, "TAVO_PATH": str(lexicon)})
+    assert done.stdout.decode() == "も\nも\n" and done.stderr == b""
