@@ -191,6 +191,8 @@ TAVO_EXPORT char const* tavo_getInitFilePath(tavo_t* tavo);
 TAVO_EXPORT int tavo_setConnTablePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getConnTablePath(tavo_t* tavo);
 /// Loads a rule file; null takes its rules away. Convert rules are kept only.
+TAVO_EXPORT int tavo_setCommentRulePath(tavo_t* tavo, char const* path);
+TAVO_EXPORT char const* tavo_getCommentRulePath(tavo_t* tavo);
 TAVO_EXPORT int tavo_setConvertRulePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getConvertRulePath(tavo_t* tavo);
 TAVO_EXPORT int tavo_setReduceRulePath(tavo_t* tavo, char const* path);

@@ -31,8 +31,8 @@ enum {
     /// Lengths and starts count characters, not bytes.
     TAVO_BULK_CHARACTERS = 0x100,
     /// Starts are positions in the text as analysed: the texts of its sentences,
-    /// joined. Tagged input and comment rules need it, since marks have no place
-    /// in the result; else starts are positions in the text as given.
+    /// joined. Tagged input needs it, since tags have no place in the result; else
+    /// starts are positions in the text as given.
     TAVO_BULK_ANALYZED = 0x200
 };
 
@@ -81,7 +81,7 @@ TAVO_EXPORT int tavo_bulkVersion(void);
 ///
 /// On an error the rows of the texts before the one that failed are delivered,
 /// so that result->rowCount is that text's place; a refused argument leaves
-/// result empty. -10008 when a text was changed by marks and TAVO_BULK_ANALYZED
+/// result empty. -10008 when tags changed a text and TAVO_BULK_ANALYZED
 /// was not asked for.
 TAVO_EXPORT int tavo_bulkAnalyze(tavo_t* tavo, tavo_bulk_t* result, char const* const* texts, int const* lengths,
                                  int count, unsigned what);

@@ -3,6 +3,7 @@
 #include "base/sjis.hpp"
 #include "result/mrph_access.hpp"
 
+#include <functional>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
@@ -16,6 +17,11 @@ constexpr unsigned kTextFields[] = {TAVO_BULK_FORM, TAVO_BULK_PART_OF_SP, TAVO_B
 /// True when the morpheme's texts but its form are those of its record.
 bool recordSaysAll(Mrph const& mrph) {
     return MrphAccess::record(mrph) != nullptr && MrphAccess::cover(mrph) == nullptr;
+}
+
+bool isInside(std::string_view span, std::string_view text) {
+    std::less_equal<char const*> const notBehind;  // "<=" must not compare unrelated texts
+    return notBehind(text.data(), span.data()) && notBehind(span.data() + span.size(), text.data() + text.size());
 }
 
 bool isBreak(char c) noexcept { return c == '\r' || c == '\n'; }
@@ -43,7 +49,7 @@ private:
             skipBreaks();
             if (given_ == sentence_.given.size() || sentence_.given[given_] != sentence_.text[text_])
                 throw std::logic_error(
-                    "LOGIC_ERROR: marks changed the text, so that only TAVO_BULK_ANALYZED tells places");
+                    "LOGIC_ERROR: tags changed the text, so that only TAVO_BULK_ANALYZED tells places");
         }
     }
     void skipBreaks() {
@@ -102,11 +108,11 @@ void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionC
     GivenPlaces places(source);
     std::size_t last = base;  // where an annotation stands
     for (Mrph const& mrph : morphemes) {
-        if (mrph.isAnnotation()) {
+        std::string_view const span = MrphAccess::rawForm(mrph);
+        if (!isInside(span, source.text)) {  // an annotation has a text of its own
             addMorpheme(mrph, positions.at(last), 0);
             continue;
         }
-        std::string_view const span = MrphAccess::rawForm(mrph);
         auto begin = static_cast<std::size_t>(span.data() - source.text.data());
         std::size_t end = begin + span.size();
         if (!inAnalyzedText() && source.ownedText) std::tie(begin, end) = places.find(begin, end);

@@ -21,6 +21,10 @@ int tavo_setConnTablePath(tavo_t* tavo, char const* path) {
 }
 char const* tavo_getConnTablePath(tavo_t* tavo) { return getText(tavo, &Tavo::getConnTablePath); }
 
+int tavo_setCommentRulePath(tavo_t* tavo, char const* path) {
+    return setOptionalPath(tavo, &Tavo::setCommentRulePath, path);
+}
+char const* tavo_getCommentRulePath(tavo_t* tavo) { return getText(tavo, &Tavo::getCommentRulePath); }
 int tavo_setConvertRulePath(tavo_t* tavo, char const* path) {
     return setOptionalPath(tavo, &Tavo::setConvertRulePath, path);
 }

@@ -126,8 +126,25 @@ TEST_F(BulkFunctions, NBestGivesARowAPath) {
     EXPECT_EQ(bulk.rowWordCost[0], 0U) << "of N-best alone";
 }
 
+TEST_F(BulkFunctions, TaggedTextHasPlacesInTheAnalyzedTextAlone) {
+    ASSERT_EQ(tavo_setTaggedInputMode(tavo, 1), 0);
+    std::string const tagged = "d<annotation>note</annotation><word PartOfSP=\"Verb\" StdForm=\"S\">zz</word>";
+    ASSERT_EQ(bulkOf({tagged, "d"}, TAVO_BULK_ANALYZED | TAVO_BULK_FORM | TAVO_BULK_STD_FORM), 2);
+    EXPECT_EQ(places(), "0+1 1+0 1+2 |0+1 |");
+    EXPECT_STREQ(bulk.strings + bulk.rowText[0], "dzz");
+    EXPECT_EQ(bulk.rowLength[0], 3U);
+    EXPECT_EQ(text(0, 0) + "," + text(0, 1) + "," + text(0, 2), ",note,");
+    EXPECT_EQ(text(1, 2), "S");
+    EXPECT_EQ(bulk.flags[1], TAVO_BULK_ANNOTATION);
+
+    EXPECT_EQ(bulkOf({"d", tagged}, 0), -10008);
+    EXPECT_EQ(bulk.rowCount, 1U);
+    EXPECT_EQ(bulkOf({"<word"}, 0), 1) << "a failed sentence has no morphemes to place";
+    EXPECT_EQ(bulk.rowFailed[0], 1U);
+    EXPECT_EQ(bulk.morphemeCount, 0U);
+}
+
 TEST_F(BulkFunctions, ErrorsLeaveTheRowsBefore) {
-    EXPECT_EQ(tavo_setTaggedInputMode(tavo, 0), 0);
     char const* const texts[] = {"d", "d", nullptr};
     int const lengths[] = {1, 1, 1};
     int const negative[] = {-1};

@@ -211,6 +211,7 @@ TEST_F(ValueFunctions, RuleAndListFilesTakeNull) {
         char const* (*get)(tavo_t*);
     };
     Case const cases[] = {
+        {tavo_setCommentRulePath, tavo_getCommentRulePath},
         {tavo_setConvertRulePath, tavo_getConvertRulePath},
         {tavo_setReduceRulePath, tavo_getReduceRulePath},
         {tavo_setPublicPartOfSPPath, tavo_getPublicPartOfSPPath},

@@ -80,10 +80,11 @@ constexpr TavoNumber tavoNumbers[] = {
     tavo_getSentenceLength,
 };
 constexpr TavoString tavoStrings[] = {
-    tavo_setOutputFormat,      tavo_setNullString,         tavo_setEOS,
-    tavo_setInitFilePath,      tavo_setConnTablePath,      tavo_setConvertRulePath,
-    tavo_setReduceRulePath,    tavo_setPublicPartOfSPPath, tavo_setNumberPartOfSPPath,
-    tavo_setMajorPartOfSPPath, tavo_getDicIndex,           tavo_touchDicPath,
+    tavo_setOutputFormat,       tavo_setNullString,        tavo_setEOS,
+    tavo_setInitFilePath,       tavo_setConnTablePath,     tavo_setConvertRulePath,
+    tavo_setCommentRulePath,    tavo_setReduceRulePath,    tavo_setPublicPartOfSPPath,
+    tavo_setNumberPartOfSPPath, tavo_setMajorPartOfSPPath, tavo_getDicIndex,
+    tavo_touchDicPath,
 };
 constexpr TavoPointer tavoPointers[] = {
     tavo_getErrorWhat,
@@ -94,6 +95,7 @@ constexpr TavoPointer tavoPointers[] = {
     tavo_getInitFilePath,
     tavo_getConnTablePath,
     tavo_getConvertRulePath,
+    tavo_getCommentRulePath,
     tavo_getReduceRulePath,
     tavo_getPublicPartOfSPPath,
     tavo_getNumberPartOfSPPath,

@@ -31,26 +31,29 @@ struct Files {
         paths = world.writeTo(dir.path());
         rules = dir.write("rules", "Noun,Verb=Noun\n");
         init = dir.write("init", "DeleteCRLF=1\nDic=" + paths.dicSpec() + "\nConnTable=" + paths.connTable + "\n");
-        strings = {"",
-                   "a",
-                   "\x83\x5c",
-                   "%w%H%C%D0\\n",
-                   "%12k|%e\\",
-                   paths.dic,
-                   paths.dicSpec(),
-                   paths.source,
-                   paths.connTable,
-                   init,
-                   rules,
-                   "no/such/file",
-                   "\x82\xc5\x82\xa1",
-                   dir.path()};
+        comments = dir.write("comments", "Begin=(\nEnd=)\nPartOfSP=Noun\n\nString=##\nPartOfSP=Verb\nRead=a\n");
+        strings = {paths.dic,  paths.dicSpec(), paths.source,   paths.connTable, init,
+                   rules,      comments,        "no/such/file", dir.path(),      "",
+                   "a",        "\x83\x5c",      "%w%H%C%D0\\n", "%12k|%e\\",     "\x82\xc5\x82\xa1",
+                   "(d)##abcd"};
+        texts = {"abcd",
+                 "\x83\x5c"
+                 "d",
+                 "111d\r\n\nab",
+                 "(d)##ab",
+                 "<word PartOfSP=\"Noun\" Read=\"x-y/z\" Data1=q Category2=\"3:4\">ab</word>",
+                 "<multiword AdditionalInfo=\"i\">d<annotation Group=g>note</annotation>d</multiword>",
+                 "<annotation>n</annotation><boundary GrammarType=g ProsodicType=p>",
+                 "<word",
+                 "</word>",
+                 "d"};
         sink = std::fopen("/dev/null", "w");
     }
     TempDir dir;
     SmallWorld::Paths paths;
-    std::string rules, init;
+    std::string rules, comments, init;
     std::vector<std::string> strings;
+    std::vector<std::string> texts;  // pieces of what is analysed
     FILE* sink;
 };
 
@@ -152,16 +155,21 @@ private:
         check(code < size && buffer[static_cast<std::size_t>(code)] == '\0');
     }
 
-    void analyze() {
+    std::string pieces() {
         std::string text;
-        for (unsigned left = in_.byte() % 5; left > 0; --left)
-            text += in_.choice(2) == 0 ? in_.bytes() : files().strings[in_.choice(5)];
+        for (unsigned left = in_.byte() % 6; left > 0; --left)
+            text += in_.choice(3) == 0 ? in_.bytes() : files().texts[in_.choice(files().texts.size())];
+        return text;
+    }
+
+    void analyze() {
+        std::string const text = pieces();
         auto* const call = in_.choice(2) == 0 ? tavo_analyze : tavo_analyzeNBest;
         tavo_t* const to = tavo();
         if (to == nullptr) return check(call(nullptr, "", 0) == -10001);
         if (in_.byte() == 1) return check(call(to, "", -1) == -10001);
         analyser_->endAll();
-        analyser_->text = std::move(text);
+        analyser_->text = text;
         call(to, analyser_->text.data(), static_cast<int>(analyser_->text.size()));
     }
 
@@ -258,7 +266,7 @@ private:
     }
 
     void bulk() {
-        std::string const texts[] = {in_.bytes(), in_.bytes()};
+        std::string const texts[] = {pieces(), pieces()};
         char const* const pointers[] = {texts[0].data(), texts[1].data()};
         int const lengths[] = {static_cast<int>(texts[0].size()), static_cast<int>(texts[1].size())};
         unsigned const what = in_.byte() | in_.byte() << 8;

@@ -21,7 +21,7 @@ def test_a_morpheme_has_all_its_values(tagger):
 @pytest.mark.parametrize(
     "text, surfaces",
     [
-        (SENTENCE, ["すもも", "も", "もも", "も", "もも", "の", "うち"]),
+        (SENTENCE, ["すもも", "もも", "もも", "もも", "の", "うち"]),
         ("", []),
         ("もxもも\nの", ["も", "x", "もも", "\n", "の"]),
         # second bytes of the code page that look like "\\"
@@ -108,8 +108,33 @@ def test_options_change_the_analysis(lexicon):
     by_files = tavo.Tagger(dic=lexicon / "SysDic", conn_table=lexicon / "ConnTable", memory_mapped=False)
     assert by_files.split("もの") == ["も", "の"]
     # A sentence's end costs as much as its beginning: the sums tell the number of sentences.
-    costs = [tavo.Tagger(lexicon, delimiter=stop).nbest("もxもxも", 1)[0].connection_cost for stop in ("", "x", ["x", "も"])]
+    costs = [tavo.Tagger(lexicon, delimiter=stop).nbest("もxもxも", 1)[0].connection_cost for stop in ("", "も", ["の", "も"])]
     assert costs == [60, 80, 80]
+
+
+def test_tagged_text_gives_its_words_without_the_tags(tagger):
+    result = tagger.tagged('も😀<word PartOfSP="動詞" Read="キ" StdForm="𠮷😀">𠮷髙</word><annotation>の😀</annotation>の')
+    assert result.text == "も😀𠮷髙の"
+    assert [m.surface for m in result] == ["も", "😀", "𠮷髙", "の😀", "の"]
+    assert [(m.start, m.end) for m in result] == [(0, 1), (1, 2), (2, 4), (4, 4), (4, 5)]
+    assert (result[2].pos, result[2].reading, result[2].base) == ("動詞", "キ", "𠮷😀")
+    assert [m.annotation for m in result] == [False, False, False, True, False]
+    assert tagger.tagged("も<word").failed == 1
+    assert tagger.split("<も") == ["<", "も"], "only the one text was taken as tagged"
+
+
+def test_init_files_can_ask_for_tags_and_comments(lexicon, tmp_path):
+    init = tmp_path / "tagged.init"
+    init.write_text(f"TaggedInput=1\nDic={lexicon}/SysDic\nConnTable={lexicon}/ConnTable\n")
+    tagged = tavo.Tagger(init)
+    assert tagged("<word>もの</word>も").surfaces == ["もの", "も"]
+    assert [r.text for r in tagged.batch(["も<word>の</word>", "も"])] == ["もの", "も"]
+    assert [r.surfaces for r in tagged.nbest("<word>もの</word>😀", 1)] == [["もの", "😀"]]
+    rules = tmp_path / "rules"
+    rules.write_text("Begin=(\nEnd=)\n")
+    commented = tavo.Tagger(lexicon, comment_rule=rules)("も(😀)の")
+    assert [(m.surface, m.start, m.end, m.annotation) for m in commented] == [
+        ("も", 0, 1, False), ("(😀)", 1, 4, False), ("の", 4, 5, False)]  # fmt: skip
 
 
 @pytest.mark.parametrize(

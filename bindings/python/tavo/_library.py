@@ -49,8 +49,7 @@ def _candidates():
 def _declare(lib):
     handle, text = c_void_p, c_char_p
     lib.tavo_new.restype, lib.tavo_new.argtypes = handle, [c_int]
-    for name in ("tavo_getErrorWhat",):
-        getattr(lib, name).restype, getattr(lib, name).argtypes = text, [handle]
+    lib.tavo_getErrorWhat.restype, lib.tavo_getErrorWhat.argtypes = text, [handle]
     lib.tavo_getErrorMessage.restype, lib.tavo_getErrorMessage.argtypes = text, [c_int]
     lib.tavo_free.argtypes = lib.tavo_getTaggedInputMode.argtypes = [handle]
     lib.tavo_addDicPath.argtypes = [handle, text, c_int]

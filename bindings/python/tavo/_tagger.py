@@ -48,7 +48,7 @@ class Tagger:
         except BaseException:
             self.close()
             raise
-        # Marks have no place in the results, so positions count without them.
+        # Tags have no place in the results, so positions count without them.
         self._marked = LIB.tavo_getTaggedInputMode(self._handle) == 1
 
     def __call__(self, text: str) -> Result:
