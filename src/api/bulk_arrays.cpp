@@ -14,9 +14,14 @@ namespace {
 constexpr unsigned kTextFields[] = {TAVO_BULK_FORM, TAVO_BULK_PART_OF_SP, TAVO_BULK_STD_FORM, TAVO_BULK_READ,
                                     TAVO_BULK_PRON, TAVO_BULK_GROUP,      TAVO_BULK_INFO};
 
-/// True when the morpheme's texts but its form are those of its record.
+/// True when the morpheme's texts but its form are those of its record, and the
+/// record lives as long as its dictionary: those made for tags end with their text.
 bool recordSaysAll(Mrph const& mrph) {
-    return MrphAccess::record(mrph) != nullptr && MrphAccess::cover(mrph) == nullptr;
+    if (MrphAccess::cover(mrph) != nullptr) return false;
+    unsigned char const* const record = MrphAccess::record(mrph);
+    for (DicEntry const& entry : MrphAccess::owner(mrph)->dics.entries())
+        if (entry.dic->contains(record)) return true;
+    return false;
 }
 
 bool isInside(std::string_view span, std::string_view text) {

@@ -144,6 +144,18 @@ TEST_F(BulkFunctions, TaggedTextHasPlacesInTheAnalyzedTextAlone) {
     EXPECT_EQ(bulk.morphemeCount, 0U);
 }
 
+TEST_F(BulkFunctions, WordsOfTagsAreTakenAnewForEachText) {
+    ASSERT_EQ(tavo_setTaggedInputMode(tavo, 1), 0);
+    std::vector<std::string> texts, expected, found;
+    for (int i = 0; i < 20; ++i) {
+        expected.emplace_back(i % 2 == 0 ? "Verb" : "Noun");
+        texts.push_back("<word PartOfSP=\"" + expected.back() + "\">zz</word>");
+    }
+    ASSERT_EQ(bulkOf(texts, TAVO_BULK_ANALYZED | TAVO_BULK_PART_OF_SP), 20);
+    for (std::size_t i = 0; i < texts.size(); ++i) found.push_back(text(0, i));
+    EXPECT_EQ(found, expected);
+}
+
 TEST_F(BulkFunctions, ErrorsLeaveTheRowsBefore) {
     char const* const texts[] = {"d", "d", nullptr};
     int const lengths[] = {1, 1, 1};
