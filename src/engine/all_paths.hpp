@@ -60,6 +60,8 @@ public:
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics, NodePool& pool,
                LatticeConstraints& constraints);
 
+    /// Nodes made since clear().
+    std::size_t nodeCount() const noexcept { return keys_.size(); }
     /// The best sums from the node to the end of its sentence.
     PathKey key(std::uint32_t node) const noexcept { return keys_[node]; }
     /// The edges behind a node; kNone when the word ends the sentence.

@@ -6,16 +6,13 @@
 
 #include "dic/conn_table.hpp"
 #include "dic/dic_set.hpp"
-#include "dic/pools.hpp"
 #include "engine/special_records.hpp"
+#include "support/random_world.hpp"
 #include "support/reference_search.hpp"
-#include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -23,106 +20,14 @@
 namespace TAVO {
 namespace {
 
+using test::Attached;
+using test::dictionaryOf;
+using test::kIds;
+using test::Random;
 using test::Record;
 using test::ReferenceLattice;
 using test::ReferenceNode;
-
-constexpr unsigned kIds = 6;
-
-/// Few bytes, so that texts and forms meet at first and second bytes alike:
-/// lead bytes, second bytes that are letters, a one-byte character above 127.
-constexpr char kAlphabet[] = {'\x81', '\x82', '\x41', '\x42', '\xA0'};
-
-struct World {
-    std::vector<test::WordTable> dictionaries;
-    std::vector<std::uint8_t> costs;  // kIds x kIds
-};
-
-class Random {
-public:
-    explicit Random(unsigned seed) : engine_(seed) {}
-    unsigned below(unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(engine_); }
-    std::string bytes(unsigned most, bool withNul) {
-        std::string text;
-        for (unsigned n = 1 + below(most); n > 0; --n)
-            text.push_back(withNul && below(20) == 0 ? '\0' : kAlphabet[below(sizeof kAlphabet)]);
-        return text;
-    }
-
-private:
-    std::mt19937 engine_;
-};
-
-/// A form that a source line can carry: its last byte is not a lone lead byte.
-std::string randomForm(Random& random) {
-    for (;;) {
-        std::string const form = random.bytes(5, false);
-        std::size_t pos = 0;
-        while (pos + 1 < form.size()) pos += form[pos] == '\x81' || form[pos] == '\x82' ? 2 : 1;
-        if (pos == form.size() || (form[pos] != '\x81' && form[pos] != '\x82')) return form;
-    }
-}
-
-World randomWorld(Random& random) {
-    World world;
-    world.dictionaries.resize(1 + random.below(2));
-    int number = 0;
-    for (test::WordTable& words : world.dictionaries) {
-        for (unsigned n = random.below(12); n > 0; --n) {
-            std::vector<Record>& records = words[randomForm(random)];
-            for (unsigned k = 1 + random.below(3); k > 0; --k)
-                records.push_back({4 + random.below(kIds - 3), random.below(3), number});
-        }
-        ++number;
-    }
-    // Few distinct costs and many 255s, so that ties and dead ends are everywhere;
-    // some worlds have one cost for the unknown word on either side.
-    unsigned const forbidden = random.below(4);
-    for (unsigned i = 0; i < kIds * kIds; ++i)
-        world.costs.push_back(random.below(8) < forbidden ? 255 : static_cast<std::uint8_t>(random.below(3)));
-    auto const flat = static_cast<std::uint8_t>(random.below(2) == 0 ? 254 : random.below(4));
-    bool const flatRow = random.below(2) == 0;
-    bool const flatColumn = random.below(2) == 0;
-    for (unsigned id = 0; id < kIds; ++id) {
-        if (flatRow) world.costs[2 * kIds + id] = flat;
-        if (flatColumn) world.costs[id * kIds + 2] = flat;
-    }
-    return world;
-}
-
-/// The world as files, attached.
-struct Attached {
-    explicit Attached(World const& world) {
-        int number = 0;
-        for (test::WordTable const& words : world.dictionaries) {
-            test::SmallWorld small;
-            small.names({"BOS", "EOS", "UNK", "A", "B", "C"});
-            small.cost([&](unsigned left, unsigned right) { return world.costs[(left - 1) * kIds + right - 1]; });
-            for (auto const& [form, records] : words)
-                for (Record const& record : records)
-                    small.line(form + "," + small.names()[record.pid - 1] + "," + std::to_string(record.cost));
-            std::string const name = std::to_string(number++);
-            dir.write(name, small.dictionary());
-            dir.write("ConnTable", serializeConnTable(small.connTable()));
-        }
-        table = std::make_unique<ConnTable>(false, dir.file("ConnTable").c_str());
-        for (int i = 0; i < number; ++i) dics.addDicPath(dir.file(std::to_string(i)).c_str(), i % 2 == 0, table.get());
-    }
-
-    /// Declared first, so that the pools go when nothing uses them any more.
-    struct PoolGuard {
-        ~PoolGuard() { sharedPools().dispose(); }
-    } guard;
-    test::TempDir dir;
-    std::unique_ptr<ConnTable> table;
-    DicSet dics;
-};
-
-int dictionaryOf(DicSet const& dics, unsigned char const* record) {
-    for (int i = 0; i < dics.getDicCount(); ++i)
-        if (dics.entries()[static_cast<std::size_t>(i)].dic->contains(record)) return i;
-    return -1;
-}
+using test::World;
 
 void describe(std::ostream& os, std::size_t start, std::size_t length, Record record, std::uint64_t connSum,
               std::uint64_t wordSum) {
@@ -184,12 +89,10 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
     constexpr unsigned kTexts = 8;
     for (unsigned seed = 1; seed <= kWorlds; ++seed) {
         Random random(seed);
-        World const world = randomWorld(random);
+        World const world = test::randomWorld(random);
         Attached const attached(world);
         Lattice lattice(1 + random.below(9));  // small blocks, so that lists cross them
-        auto const cost = [&](unsigned left, unsigned right) -> unsigned {
-            return world.costs[(left - 1) * kIds + right - 1];
-        };
+        test::CostFunction const cost = world.costFunction();
         for (unsigned t = 0; t < kTexts; ++t) {
             std::string const text = random.bytes(24, true);
             ReferenceLattice const expected = test::referenceSearch(text, world.dictionaries, cost);
@@ -243,7 +146,7 @@ TEST(LatticeProperty, AgreesWithTheReferenceUnderConstraints) {
     unsigned forced = 0;
     for (unsigned seed = 1; seed <= 2000; ++seed) {
         Random random(seed);
-        World const world = randomWorld(random);
+        World const world = test::randomWorld(random);
         Attached const attached(world);
         Lattice lattice(1 + random.below(9));
         AllPaths allPaths;

@@ -1,0 +1,88 @@
+#include "support/random_world.hpp"
+
+#include "dic/pools.hpp"
+#include "support/small_world.hpp"
+
+namespace TAVO::test {
+namespace {
+
+/// Few bytes, so that texts and forms meet at first and second bytes alike:
+/// lead bytes, second bytes that are letters, a one-byte character above 127.
+constexpr char kAlphabet[] = {'\x81', '\x82', '\x41', '\x42', '\xA0'};
+
+/// A form that a source line can carry: its last byte is not a lone lead byte.
+std::string randomForm(Random& random) {
+    for (;;) {
+        std::string const form = random.bytes(5, false);
+        std::size_t pos = 0;
+        while (pos + 1 < form.size()) pos += form[pos] == '\x81' || form[pos] == '\x82' ? 2 : 1;
+        if (pos == form.size() || (form[pos] != '\x81' && form[pos] != '\x82')) return form;
+    }
+}
+
+}  // namespace
+
+std::string Random::bytes(unsigned most, bool withNul) {
+    std::string text;
+    for (unsigned n = 1 + below(most); n > 0; --n)
+        text.push_back(withNul && below(20) == 0 ? '\0' : kAlphabet[below(sizeof kAlphabet)]);
+    return text;
+}
+
+CostFunction World::costFunction() const {
+    return [this](unsigned left, unsigned right) -> unsigned { return costs[(left - 1) * kIds + right - 1]; };
+}
+
+World randomWorld(Random& random) {
+    World world;
+    world.dictionaries.resize(1 + random.below(2));
+    int number = 0;
+    for (WordTable& words : world.dictionaries) {
+        for (unsigned n = random.below(12); n > 0; --n) {
+            std::vector<Record>& records = words[randomForm(random)];
+            for (unsigned k = 1 + random.below(3); k > 0; --k)
+                records.push_back({4 + random.below(kIds - 3), random.below(3), number});
+        }
+        ++number;
+    }
+    // Few distinct costs and many 255s, so that ties and dead ends are everywhere;
+    // some worlds have one cost for the unknown word on either side.
+    unsigned const forbidden = random.below(4);
+    for (unsigned i = 0; i < kIds * kIds; ++i)
+        world.costs.push_back(random.below(8) < forbidden ? 255 : static_cast<std::uint8_t>(random.below(3)));
+    auto const flat = static_cast<std::uint8_t>(random.below(2) == 0 ? 254 : random.below(4));
+    bool const flatRow = random.below(2) == 0;
+    bool const flatColumn = random.below(2) == 0;
+    for (unsigned id = 0; id < kIds; ++id) {
+        if (flatRow) world.costs[2 * kIds + id] = flat;
+        if (flatColumn) world.costs[id * kIds + 2] = flat;
+    }
+    return world;
+}
+
+Attached::Attached(World const& world) {
+    int number = 0;
+    for (WordTable const& words : world.dictionaries) {
+        SmallWorld small;
+        small.names({"BOS", "EOS", "UNK", "A", "B", "C"});
+        small.cost([&](unsigned left, unsigned right) { return world.costs[(left - 1) * kIds + right - 1]; });
+        for (auto const& [form, records] : words)
+            for (Record const& record : records)
+                small.line(form + "," + small.names()[record.pid - 1] + "," + std::to_string(record.cost));
+        std::string const name = std::to_string(number++);
+        dir.write(name, small.dictionary());
+        dir.write("ConnTable", serializeConnTable(small.connTable()));
+    }
+    table = std::make_unique<ConnTable>(false, dir.file("ConnTable").c_str());
+    for (int i = 0; i < number; ++i) dics.addDicPath(dir.file(std::to_string(i)).c_str(), i % 2 == 0, table.get());
+}
+
+Attached::PoolGuard::~PoolGuard() { sharedPools().dispose(); }
+
+int dictionaryOf(DicSet const& dics, unsigned char const* record) {
+    for (int i = 0; i < dics.getDicCount(); ++i)
+        if (dics.entries()[static_cast<std::size_t>(i)].dic->contains(record)) return i;
+    return -1;
+}
+
+}  // namespace TAVO::test

@@ -1,0 +1,61 @@
+// Random small worlds, in which ties, dead ends and forms at second bytes are
+// everywhere.
+#ifndef TAVO_TESTS_RANDOM_WORLD_HPP
+#define TAVO_TESTS_RANDOM_WORLD_HPP
+
+#include "dic/conn_table.hpp"
+#include "dic/dic_set.hpp"
+#include "support/reference_search.hpp"
+#include "support/temp_dir.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace TAVO::test {
+
+inline constexpr unsigned kIds = 6;
+
+class Random {
+public:
+    explicit Random(unsigned seed) : engine_(seed) {}
+    unsigned below(unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(engine_); }
+    /// 1 to @p most bytes of a small alphabet, some of them NUL when wanted.
+    std::string bytes(unsigned most, bool withNul);
+
+private:
+    std::mt19937 engine_;
+};
+
+/// Ids: 1 begins a text, 2 ends it, 3 is the unknown word, others are words.
+struct World {
+    std::vector<WordTable> dictionaries;
+    std::vector<std::uint8_t> costs;  // kIds x kIds
+
+    /// Refers to this world.
+    CostFunction costFunction() const;
+};
+
+World randomWorld(Random& random);
+
+/// A world as files, attached. One at a time: the pools go with it.
+struct Attached {
+    explicit Attached(World const& world);
+
+    /// Declared first, so that the pools go when nothing uses them any more.
+    struct PoolGuard {
+        ~PoolGuard();
+    } guard;
+    TempDir dir;
+    std::unique_ptr<ConnTable> table;
+    DicSet dics;
+};
+
+/// Position of the dictionary that holds @p record; -1 for none.
+int dictionaryOf(DicSet const& dics, unsigned char const* record);
+
+}  // namespace TAVO::test
+
+#endif
