@@ -1,0 +1,146 @@
+// Texts that tie everywhere: exact order without the 2^k partial paths.
+#include "engine/nbest.hpp"
+
+#include "engine/lattice.hpp"
+#include "support/random_world.hpp"
+#include "support/reference_nbest.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace TAVO {
+namespace {
+
+using test::Attached;
+using test::Record;
+using test::World;
+
+/// All connections cost 1, unknown words and their neighbours are far worse.
+World flatWorld(test::WordTable words) {
+    World world;
+    world.dictionaries.push_back(std::move(words));
+    for (unsigned left = 1; left <= test::kIds; ++left)
+        for (unsigned right = 1; right <= test::kIds; ++right) world.costs.push_back(left == 3 || right == 3 ? 250 : 1);
+    return world;
+}
+
+struct Searched {
+    Searched(World const& world, std::string const& searched, std::size_t n)
+        : text(searched), attached(world), lattice(0) {
+        sentence.given = sentence.text = text;
+        paths.build(sentence, attached.table.get(), attached.dics, lattice.nodes());
+        NBest const nbest(paths, sentence, n);
+        for (std::size_t rank = 0; rank < nbest.size(); ++rank) {
+            keys.push_back(nbest.key(rank));
+            std::vector<std::uint32_t> nodes;
+            nbest.nodes(rank, nodes);
+            std::string shape;  // one letter per word: lower case for one byte, upper case for more
+            for (std::uint32_t const index : nodes) {
+                LatticeNode const& node = lattice.nodes().at(index);
+                shape += static_cast<char>((node.length == 1 ? 'a' : 'A') + MrphDic(node.record).pid() - 4);
+            }
+            shapes.push_back(shape);
+        }
+    }
+
+    std::string text;
+    Attached attached;
+    Lattice lattice;
+    AllPaths paths;
+    Sentence sentence;
+    std::vector<PathKey> keys;
+    std::vector<std::string> shapes;
+};
+
+TEST(NBestTies, EqualHomographsComeInBinaryOrder) {
+    // 2^40 paths of one key; path r chooses by the bits of r, the last word's
+    // homograph changing fastest.
+    Searched const found(flatWorld({{"A", {{4, 7}, {5, 7}}}}), std::string(40, 'A'), 1000);
+    ASSERT_EQ(found.shapes.size(), 1000U);
+    for (std::size_t r = 0; r < 1000; ++r) {
+        std::string expected;
+        for (unsigned bit = 40; bit-- > 0;) expected += static_cast<char>('a' + (std::uint64_t{r} >> bit & 1));
+        ASSERT_EQ(found.shapes[r], expected) << r;
+        ASSERT_EQ(found.keys[r], pathKey(41, 280));
+    }
+}
+
+TEST(NBestTies, TiesOfOtherLengthsComeByNumberOfWords) {
+    // A word of three bytes costs as much as two of one byte and connects so that
+    // the sums agree: only the number of words and their places differ.
+    World world = flatWorld({{"A", {{4, 0}}}, {"AAA", {{5, 0}}}});
+    auto const cost = [&](unsigned left, unsigned right) -> std::uint8_t& {
+        return world.costs[(left - 1) * test::kIds + right - 1];
+    };
+    // Every byte costs 2 in connections: 2 behind an A, 6 behind an AAA.
+    for (unsigned const right : {2U, 4U, 5U}) {
+        cost(4, right) = 2;
+        cost(5, right) = 6;
+    }
+    Searched const found(world, std::string(60, 'A'), 400);
+    ASSERT_EQ(found.shapes.size(), 400U);
+    EXPECT_EQ(found.shapes[0], std::string(20, 'B'));
+    // Then one AAA made of single ones: 22 words, at each place from the last...
+    std::vector<std::string> expected;
+    for (std::string shape = std::string(3, 'a') + std::string(19, 'B');;) {
+        expected.push_back(shape);
+        if (!std::next_permutation(shape.begin(), shape.end(), std::greater<>())) break;
+        if (expected.size() > 400) break;
+    }
+    // ... in the order of making, the one-byte word before the longer one.
+    expected.resize(399);
+    std::vector<std::string> const rest(found.shapes.begin() + 1, found.shapes.end());
+    EXPECT_EQ(rest, expected);
+}
+
+TEST(NBestTies, GapsBetweenTheLengthsEndNowhereTwice) {
+    // Homographs of the long word only: path lengths 1 + 3k with many dead ends
+    // in between for a search that goes by the shortest and longest alone.
+    World world = flatWorld({{"A", {{4, 0}}}, {"AAAA", {{5, 0}, {6, 0}}}});
+    for (unsigned const right : {2U, 4U, 5U, 6U}) {
+        world.costs[3 * test::kIds + right - 1] = 1;
+        world.costs[4 * test::kIds + right - 1] = 4;
+        world.costs[5 * test::kIds + right - 1] = 4;
+    }
+    Searched const found(world, std::string(200, 'A'), 3000);
+    ASSERT_EQ(found.shapes.size(), 3000U);
+    for (std::size_t r = 0; r < 3000; ++r) {
+        ASSERT_EQ(found.shapes[r].size(), 50U) << "2^50 paths of 50 words come first";
+        ASSERT_EQ(found.keys[r], pathKey(201, 0));
+    }
+    EXPECT_TRUE(std::is_sorted(found.shapes.begin(), found.shapes.end()));
+}
+
+TEST(NBestTies, TheRestComesInTheOrderOfTheQueue) {
+    // A thousand paths through keys of a few ties each and a last one of many.
+    World const world = flatWorld({{"A", {{4, 1}, {5, 1}}}, {"AA", {{4, 2}, {6, 3}}}});
+    std::string const text(9, 'A');
+    test::CostFunction const cost = world.costFunction();
+    std::vector<test::ReferencePath> const expected =
+        test::referenceNBest(test::referenceSearch(text, world.dictionaries, cost), cost, 1000);
+    Searched const found(world, text, 1000);
+    ASSERT_EQ(found.keys.size(), expected.size());
+    test::ReferenceLattice const lattice = test::referenceSearch(text, world.dictionaries, cost);
+    for (std::size_t r = 0; r < expected.size(); ++r) {
+        std::string shape;
+        for (int const index : expected[r].nodes) {
+            test::ReferenceNode const& node = lattice.nodes[static_cast<std::size_t>(index)];
+            shape += static_cast<char>((node.length == 1 ? 'a' : 'A') + node.record.pid - 4);
+        }
+        ASSERT_EQ(found.shapes[r], shape) << r;
+        ASSERT_EQ(found.keys[r], (expected[r].key.first << 32 | expected[r].key.second)) << r;
+    }
+}
+
+TEST(NBestTies, AnyCountMayBeAskedFor) {
+    Searched const found(flatWorld({{"A", {{4, 1}, {5, 1}}}}), "AAA", std::numeric_limits<int>::max());
+    // Eight of dictionary words, and those with one to three unknown words.
+    EXPECT_EQ(found.shapes.size(), 27U);
+}
+
+}  // namespace
+}  // namespace TAVO
