@@ -6,10 +6,12 @@
 #include "pipeline.hpp"
 
 #include "config/init_file.hpp"
+#include "engine/all_paths.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <limits>
 #include <thread>
 
 #include <unistd.h>
@@ -37,6 +39,7 @@ constexpr char kExamples[] =
     "  tavo -O mecab < novel.txt              word, tab, fields; EOS ends a line\n"
     "  tavo -O json novel.txt | jq .          one object a line, with positions\n"
     "  tavo -F '%w[%k] ' --eos '\\n' a.txt     your own format: each word and its reading\n"
+    "  tavo -n 5 -O json a.txt                the five best analyses of each line\n"
     "  tavo -d my.dic a.txt                   with a dictionary of your own\n"
     "  tavo -j 4 -O wakati big.txt            on four threads\n"
     "\n"
@@ -69,6 +72,9 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
         ->type_name("TEXT");
     app.add_option("--null", output.nullString, "Text for an empty value (forms tavo and mecab)")->type_name("TEXT");
     app.add_flag("--classes", output.showClasses, "Show the cost class of a part of speech (NAME-2)");
+    app.add_option("-n,--nbest", output.nBest, "The N best analyses of each line; json then tells rank and costs")
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
+        ->type_name("N");
     addEncodingOption(app, output.encoding);
     addChoice(app, "--flush", options.flush, {{"auto", Flush::Auto}, {"line", Flush::Line}},
               "line: write each line's result at once, for use between programs");
@@ -91,12 +97,21 @@ bool isInteractive(AnalyseOptions const& options) {
     return readsTerminal || isatty(STDOUT_FILENO) == 1;
 }
 
+std::string shownName(std::string const& file) { return file == "-" ? "standard input" : file; }
+
+void warnOfLongLines(InputReport const& report) {
+    if (report.longLines == 0) return;
+    complain("warning: " + std::to_string(report.longLines) + " lines are longer than " +
+             std::to_string(TAVO::kMaxNBestBytes) +
+             " bytes (in Shift_JIS) and have their best analysis only; the first in " +
+             shownName(report.firstLongFile) + ", line " + std::to_string(report.firstLongLine));
+}
+
 void warnOfInvalidBytes(InputReport const& report) {
     if (report.invalidBytes == 0) return;
-    std::string const file = report.firstInvalidFile == "-" ? "standard input" : report.firstInvalidFile;
     complain("warning: " + std::to_string(report.invalidBytes) +
-             " bytes are not UTF-8 and came back unchanged; the first in " + file + ", line " +
-             std::to_string(report.firstInvalidLine) + " (Shift_JIS text? use --encoding sjis)");
+             " bytes are not UTF-8 and came back unchanged; the first in " + shownName(report.firstInvalidFile) +
+             ", line " + std::to_string(report.firstInvalidLine) + " (Shift_JIS text? use --encoding sjis)");
 }
 
 ExitStatus analyse(AnalyseOptions& options) {
@@ -110,9 +125,13 @@ ExitStatus analyse(AnalyseOptions& options) {
     // A line is a text whatever an init file says, and none of it is left out.
     prototype.setDelimitCRLFMode(0);
     prototype.setDeleteCRLFMode(0);
+    // The N best are those of a line, not of its sentences.
+    if (options.output.nBest != 0) prototype.clearDelimiterString();
 
     LineReader reader(options.files, options.flush == Flush::Line || isInteractive(options));
-    warnOfInvalidBytes(runPipeline(reader, prototype, options.output, options.threads, writeStandardOutput));
+    InputReport const report = runPipeline(reader, prototype, options.output, options.threads, writeStandardOutput);
+    warnOfInvalidBytes(report);
+    warnOfLongLines(report);
     return reader.failed() ? ExitStatus::Data : ExitStatus::Ok;
 }
 

@@ -1,6 +1,9 @@
 #include "block_analyser.hpp"
 
+#include "token.hpp"
+
 #include "base/sjis.hpp"
+#include "engine/all_paths.hpp"
 
 #include <cstring>
 
@@ -21,7 +24,10 @@ std::size_t pieceLength(std::string_view line, std::size_t limit, Encoding encod
 }
 
 BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& options)
-    : analyser_(prototype), encoding_(options.encoding), writer_(makeLineWriter(options, analyser_)) {}
+    : analyser_(prototype),
+      encoding_(options.encoding),
+      nBest_(options.nBest),
+      writer_(makeLineWriter(options, analyser_)) {}
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     BlockReport report;
@@ -38,8 +44,13 @@ BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
 
         ++report.lines;
         writer_->beginLine(line, out);
-        runLine(line, out);
-        writer_->endLine(carriageReturn, out);
+        if (nBest_ == 0) {
+            writeBest(line, carriageReturn, out);
+        } else if (!writeNBest(line, carriageReturn, out)) {
+            if (report.longLines++ == 0) report.firstLongLine = report.lines;
+            writeBest(line, carriageReturn, out);
+        }
+        writer_->endLine(out);
         if (invalidBytes_ != 0) {
             if (report.invalidBytes == 0) report.firstInvalidLine = report.lines;
             report.invalidBytes += invalidBytes_;
@@ -49,19 +60,42 @@ BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     return report;
 }
 
-void BlockAnalyser::runLine(std::string_view line, OutBuffer& out) {
+void BlockAnalyser::convert(std::string_view piece) {
+    if (encoding_ == Encoding::Sjis) return text_.assignSjis(piece);
+    text_.assignUtf8(piece);
+    invalidBytes_ += text_.invalidBytes();
+}
+
+void BlockAnalyser::writeBest(std::string_view line, bool carriageReturn, OutBuffer& out) {
+    writer_->beginAnalysis({1, nullptr}, out);
     while (!line.empty()) {
         std::string_view const piece = line.substr(0, pieceLength(line, kMaxPieceBytes, encoding_));
         line.remove_prefix(piece.size());
-        if (encoding_ == Encoding::Utf8) {
-            text_.assignUtf8(piece);
-            invalidBytes_ += text_.invalidBytes();
-        } else {
-            text_.assignSjis(piece);
-        }
+        convert(piece);
         analyser_.analyze(text_.sjis().data(), static_cast<int>(text_.sjis().size()));
-        writer_->writePiece(text_, analyser_, out);
+        writer_->writePiece({text_, analyser_}, out);
     }
+    writer_->endAnalysis(carriageReturn, out);
+}
+
+bool BlockAnalyser::writeNBest(std::string_view line, bool carriageReturn, OutBuffer& out) {
+    if (line.size() > kMaxPieceBytes) return false;
+    convert(line);
+    if (text_.sjis().size() > TAVO::kMaxNBestBytes) {
+        invalidBytes_ = 0;  // counted when the line is analysed after all
+        return false;
+    }
+    analyser_.analyzeNBest(text_.sjis().data(), static_cast<int>(text_.sjis().size()));
+    analyses_.assign(1, {});
+    costs_.clear();
+    if (analyser_.getSentenceCount() != 0) analyser_.getResultNBest(analyses_, costs_, 0, nBest_);
+    for (std::size_t i = 0; i < analyses_.size(); ++i) {
+        // Without morphemes there is no path that could cost something.
+        writer_->beginAnalysis({i + 1, analyses_[i].empty() ? nullptr : &costs_[i]}, out);
+        writer_->writePiece({text_, analyser_, &analyses_[i]}, out);
+        writer_->endAnalysis(carriageReturn, out);
+    }
+    return true;
 }
 
 }  // namespace tool

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -19,6 +20,8 @@ struct BlockReport {
     std::size_t lines = 0;
     std::size_t invalidBytes = 0;
     std::size_t firstInvalidLine = 0;  // 1-based in the block; 0 when there is none
+    std::size_t longLines = 0;         // too long for more than the best analysis
+    std::size_t firstLongLine = 0;     // as firstInvalidLine
 };
 
 /// The length of the piece of @p line to analyse next: all of it, or at most
@@ -40,13 +43,19 @@ public:
     BlockReport run(std::string_view block, OutBuffer& out);
 
 private:
-    void runLine(std::string_view line, OutBuffer& out);
+    void convert(std::string_view piece);
+    void writeBest(std::string_view line, bool carriageReturn, OutBuffer& out);
+    /// False, and nothing is written, when the line is too long.
+    bool writeNBest(std::string_view line, bool carriageReturn, OutBuffer& out);
 
     TAVO::Tavo analyser_;
     Encoding encoding_;
+    int nBest_;
     std::unique_ptr<LineWriter> writer_;
     LineText text_;
-    std::size_t invalidBytes_ = 0;
+    std::size_t invalidBytes_ = 0;  // of the line at work
+    std::vector<std::vector<TAVO::Mrph>> analyses_;
+    std::vector<TAVO::PathCost> costs_;
 };
 
 }  // namespace tool

@@ -63,20 +63,23 @@ public:
           names_(analyser, {options.encoding, options.showClasses, ':'}),
           eos_(options.eos.value_or(fromSjis(analyser.getEOS(), encoding_))),
           nullString_(options.nullString.value_or(fromSjis(analyser.getNullString(), encoding_))),
-          pieces_(compile(options.format.value_or(fromSjis(analyser.getOutputFormat(), encoding_)), encoding_)) {}
+          pieces_(compile(options.format.value_or(fromSjis(analyser.getOutputFormat(), encoding_)), encoding_)) {
+        // Something must stand between the analyses of a line.
+        if (options.nBest != 0 && !options.eos && eos_.empty()) eos_ = "EOS\n";
+    }
 
-    void beginLine(std::string_view, OutBuffer&) override { empty_ = true; }
+    void beginAnalysis(Rank const&, OutBuffer&) override { empty_ = true; }
 
-    void writePiece(LineText const& text, TAVO::Tavo& analyser, OutBuffer& out) override {
+    void writePiece(Analysis const& analysis, OutBuffer& out) override {
         forEachToken(
-            text, analyser, morphemes_, [&](Token const& token) { writeToken(text, token, out); },
+            analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); },
             [&] {
                 out.append(eos_);
                 empty_ = false;
             });
     }
 
-    void endLine(bool, OutBuffer& out) override {
+    void endAnalysis(bool, OutBuffer& out) override {
         // A line without a sentence shows its end all the same.
         if (empty_) out.append(eos_);
     }

@@ -64,22 +64,35 @@ void appendJsonString(OutBuffer& out, std::string_view text) {
 class JsonWriter final : public LineWriter {
 public:
     JsonWriter(OutputOptions const& options, TAVO::Tavo const& analyser)
-        : encoding_(options.encoding), names_(analyser, {Encoding::Utf8, options.showClasses, ':'}) {}
+        : encoding_(options.encoding),
+          ranked_(options.nBest != 0),
+          names_(analyser, {Encoding::Utf8, options.showClasses, ':'}) {}
 
     void beginLine(std::string_view line, OutBuffer& out) override {
-        byte_ = character_ = 0;
-        first_ = true;
         out.append("{\"text\":");
         appendRead(out, line);
+        if (ranked_) out.append(",\"analyses\":[");
+    }
+
+    void beginAnalysis(Rank const& rank, OutBuffer& out) override {
+        byte_ = character_ = 0;
+        first_ = true;
+        if (!ranked_) return out.append(",\"morphemes\":[");
+        out.append(rank.number == 1 ? "{\"rank\":" : ",{\"rank\":");
+        appendNumber(out, rank.number);
+        cost(out, ",\"connection_cost\":", rank, &TAVO::PathCost::connection);
+        cost(out, ",\"word_cost\":", rank, &TAVO::PathCost::word);
         out.append(",\"morphemes\":[");
     }
 
-    void writePiece(LineText const& text, TAVO::Tavo& analyser, OutBuffer& out) override {
+    void writePiece(Analysis const& analysis, OutBuffer& out) override {
         forEachToken(
-            text, analyser, morphemes_, [&](Token const& token) { writeToken(text, token, out); }, [] {});
+            analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); }, [] {});
     }
 
-    void endLine(bool, OutBuffer& out) override { out.append("]}\n"); }
+    void endAnalysis(bool, OutBuffer& out) override { out.append(ranked_ ? "]}" : "]"); }
+
+    void endLine(OutBuffer& out) override { out.append(ranked_ ? "]}\n" : "}\n"); }
 
 private:
     void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
@@ -123,6 +136,12 @@ private:
         }
     }
 
+    static void cost(OutBuffer& out, std::string_view key, Rank const& rank, unsigned int TAVO::PathCost::*sum) {
+        out.append(key);
+        if (rank.cost == nullptr) return out.append("null");
+        appendNumber(out, rank.cost->*sum);
+    }
+
     /// Text as it was read; JSON is always UTF-8.
     void appendRead(OutBuffer& out, std::string_view text) const {
         if (encoding_ == Encoding::Utf8) return appendJsonString(out, text);
@@ -141,6 +160,7 @@ private:
     static constexpr unsigned short kUnknownId = 3;
 
     Encoding encoding_;
+    bool ranked_;
     PosNames names_;
     std::size_t byte_ = 0, character_ = 0;  // where in the line the next word starts
     bool first_ = true;

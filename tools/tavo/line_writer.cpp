@@ -3,6 +3,8 @@
 namespace tool {
 
 void LineWriter::beginLine(std::string_view, OutBuffer&) {}
+void LineWriter::beginAnalysis(Rank const&, OutBuffer&) {}
+void LineWriter::endLine(OutBuffer&) {}
 
 std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::Tavo const& analyser) {
     switch (options.kind) {

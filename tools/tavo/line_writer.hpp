@@ -8,6 +8,7 @@
 
 #include <tavo/tavo.hpp>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,14 +22,24 @@ struct OutputOptions {
     OutputKind kind = OutputKind::Tavo;
     Encoding encoding = Encoding::Utf8;
     bool showClasses = false;
+    int nBest = 0;  // analyses of a line; 0: its best one, without rank
     // In the user's encoding; without them the analyser's settings hold.
     std::optional<std::string> format;
     std::optional<std::string> eos;
     std::optional<std::string> nullString;
 };
 
-/// Writes line by line: beginLine, writePiece for each piece of the line (an
-/// over-long line has several), endLine. One per thread.
+struct Analysis;
+
+/// The place of an analysis among the best ones of its line, from 1 on.
+struct Rank {
+    std::size_t number;
+    TAVO::PathCost const* cost;  // null when it is not known
+};
+
+/// Writes line by line: beginLine; for each analysis of the line beginAnalysis,
+/// writePiece for each piece of the line (an over-long line has several),
+/// endAnalysis; endLine. One per thread.
 class LineWriter {
 public:
     LineWriter() = default;
@@ -37,10 +48,11 @@ public:
     virtual ~LineWriter() = default;
 
     virtual void beginLine(std::string_view line, OutBuffer& out);
-    /// @p analyser has analysed @p text.
-    virtual void writePiece(LineText const& text, TAVO::Tavo& analyser, OutBuffer& out) = 0;
+    virtual void beginAnalysis(Rank const& rank, OutBuffer& out);
+    virtual void writePiece(Analysis const& analysis, OutBuffer& out) = 0;
     /// @p carriageReturn: the line ended with CR LF, not with LF.
-    virtual void endLine(bool carriageReturn, OutBuffer& out) = 0;
+    virtual void endAnalysis(bool carriageReturn, OutBuffer& out) = 0;
+    virtual void endLine(OutBuffer& out);
 };
 
 /// @p analyser gives settings and names and must outlive the writer.

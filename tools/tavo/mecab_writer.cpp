@@ -16,12 +16,12 @@ public:
           eos_(options.eos.value_or("EOS\n")),
           missing_(options.nullString.value_or("*")) {}
 
-    void writePiece(LineText const& text, TAVO::Tavo& analyser, OutBuffer& out) override {
+    void writePiece(Analysis const& analysis, OutBuffer& out) override {
         forEachToken(
-            text, analyser, morphemes_, [&](Token const& token) { writeToken(text, token, out); }, [] {});
+            analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); }, [] {});
     }
 
-    void endLine(bool, OutBuffer& out) override { out.append(eos_); }
+    void endAnalysis(bool, OutBuffer& out) override { out.append(eos_); }
 
 private:
     void writeToken(LineText const& text, Token const& token, OutBuffer& out) {

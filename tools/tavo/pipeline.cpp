@@ -17,6 +17,11 @@ void InputCounter::add(std::size_t file, BlockReport const& block) {
         report_.firstInvalidLine = lines_ + block.firstInvalidLine;
     }
     report_.invalidBytes += block.invalidBytes;
+    if (block.longLines != 0 && report_.longLines == 0) {
+        report_.firstLongFile = reader_.path(file);
+        report_.firstLongLine = lines_ + block.firstLongLine;
+    }
+    report_.longLines += block.longLines;
     lines_ += block.lines;
 }
 

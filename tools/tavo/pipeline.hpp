@@ -21,6 +21,9 @@ struct InputReport {
     std::size_t invalidBytes = 0;
     std::string firstInvalidFile;
     std::size_t firstInvalidLine = 0;  // 1-based
+    std::size_t longLines = 0;         // too long for more than the best analysis
+    std::string firstLongFile;
+    std::size_t firstLongLine = 0;
 };
 
 /// Adds up the reports of blocks, which come in input order.

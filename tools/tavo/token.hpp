@@ -14,6 +14,14 @@
 
 namespace tool {
 
+/// An analysis to write.
+struct Analysis {
+    LineText const& text;
+    TAVO::Tavo& analyser;  // has analysed the text
+    /// Those of the text's only sentence; null: each sentence's best analysis.
+    std::vector<TAVO::Mrph> const* morphemes = nullptr;
+};
+
 /// Bytes [begin, end) of LineText::original(), never empty.
 struct Token {
     std::size_t begin;
@@ -23,12 +31,13 @@ struct Token {
 };
 
 /// Calls visit(Token) for the words of sentence @p sentence, which starts at
-/// Shift_JIS offset @p start of @p text; together they are its bytes. Returns
+/// Shift_JIS offset @p start of the text; together they are its bytes. Returns
 /// the offset where the sentence ends. @p scratch keeps its memory between calls.
 template <class Visit>
-std::size_t forEachToken(LineText const& text, TAVO::Tavo& analyser, int sentence, std::size_t start,
-                         std::vector<TAVO::Mrph>& scratch, Visit&& visit) {
-    std::size_t const sentenceEnd = std::min(start + analyser.getSentenceLength(sentence), text.sjis().size());
+std::size_t forEachToken(Analysis const& analysis, int sentence, std::size_t start, std::vector<TAVO::Mrph>& scratch,
+                         Visit&& visit) {
+    LineText const& text = analysis.text;
+    std::size_t const sentenceEnd = std::min(start + analysis.analyser.getSentenceLength(sentence), text.sjis().size());
     std::size_t begin = text.originalOffset(start);
     std::size_t position = start;
     auto const emit = [&](std::size_t to, TAVO::Mrph const* morpheme) {
@@ -38,21 +47,21 @@ std::size_t forEachToken(LineText const& text, TAVO::Tavo& analyser, int sentenc
         if (end > begin) visit(Token{begin, end, morpheme});
         begin = end;
     };
-    analyser.getResult(scratch, sentence);
-    for (TAVO::Mrph const& morpheme : scratch) emit(position + TAVO::MrphAccess::rawForm(morpheme).size(), &morpheme);
+    if (analysis.morphemes == nullptr) analysis.analyser.getResult(scratch, sentence);
+    for (TAVO::Mrph const& morpheme : analysis.morphemes == nullptr ? scratch : *analysis.morphemes)
+        emit(position + TAVO::MrphAccess::rawForm(morpheme).size(), &morpheme);
     if (position < sentenceEnd) emit(sentenceEnd, nullptr);
     return sentenceEnd;
 }
 
-/// All sentences of the last analysis of @p text: visit(Token), then
-/// endSentence() after each.
+/// All sentences of @p analysis: visit(Token), then endSentence() after each.
 template <class Visit, class EndSentence>
-void forEachToken(LineText const& text, TAVO::Tavo& analyser, std::vector<TAVO::Mrph>& scratch, Visit&& visit,
+void forEachToken(Analysis const& analysis, std::vector<TAVO::Mrph>& scratch, Visit&& visit,
                   EndSentence&& endSentence) {
-    auto const sentences = static_cast<int>(analyser.getSentenceCount());
+    auto const sentences = static_cast<int>(analysis.analyser.getSentenceCount());
     std::size_t position = 0;
     for (int sentence = 0; sentence < sentences; ++sentence) {
-        position = forEachToken(text, analyser, sentence, position, scratch, visit);
+        position = forEachToken(analysis, sentence, position, scratch, visit);
         endSentence();
     }
 }

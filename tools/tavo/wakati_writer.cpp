@@ -12,9 +12,10 @@ bool isBlank(std::string_view word) noexcept { return word.find_first_not_of(' '
 
 class WakatiWriter final : public LineWriter {
 public:
-    void beginLine(std::string_view, OutBuffer&) override { first_ = true; }
+    void beginAnalysis(Rank const&, OutBuffer&) override { first_ = true; }
 
-    void writePiece(LineText const& text, TAVO::Tavo& analyser, OutBuffer& out) override {
+    void writePiece(Analysis const& analysis, OutBuffer& out) override {
+        LineText const& text = analysis.text;
         // At most one separator a byte, and whole blocks are copied.
         char* to = out.reserve(2 * text.original().size() + kCopyBytes);
         bool first = first_;
@@ -31,12 +32,12 @@ public:
             }
             to += word.size();
         };
-        forEachToken(text, analyser, morphemes_, write, [] {});
+        forEachToken(analysis, morphemes_, write, [] {});
         first_ = first;
         out.finish(to);
     }
 
-    void endLine(bool carriageReturn, OutBuffer& out) override { out.append(carriageReturn ? "\r\n" : "\n"); }
+    void endAnalysis(bool carriageReturn, OutBuffer& out) override { out.append(carriageReturn ? "\r\n" : "\n"); }
 
 private:
     static constexpr std::size_t kCopyBytes = kPaddingBytes;
