@@ -1,7 +1,6 @@
 // The N best analyses of a sentence.
 #include "core/impl.hpp"
 #include "engine/nbest.hpp"
-#include "result/assembly.hpp"
 
 #include <stdexcept>
 #include <utility>
@@ -45,7 +44,7 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
     // Without edges, or without any path, there is one analysis.
     if (n == 1 || found.bestStart == nullptr || found.startEdgeList == Sentence::kNoEdges) {
         std::vector<std::vector<Mrph>> best(1);
-        getMrphArray(best.front(), bestPath(found), context, found);
+        impl_->assemble(best.front(), bestPath(found), found);
         results = std::move(best);
         costs.assign(1, bestCost(found));
         return;
@@ -59,7 +58,7 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
         nbest.nodes(rank, indexes);
         path.clear();
         for (std::uint32_t const index : indexes) path.push_back(&context.lattice.nodes().at(index));
-        getMrphArray(all[rank], path, context, found);
+        impl_->assemble(all[rank], path, found);
         allCosts[rank] = costOf(nbest.key(rank));
     }
     results = std::move(all);
