@@ -67,6 +67,7 @@ void ConnTable::parse(std::size_t sizeBytes) {
     std::size_t const matrixPosition = sizesPosition + 4;
     matrix_ = bytes + matrixPosition;
     parseNames(matrixPosition + std::size_t{rows_} * cols_, sizeBytes);
+    bounds_ = ConnBounds(matrix_, rows_, cols_);
 }
 
 void ConnTable::parseNames(std::size_t offsetsPosition, std::size_t sizeBytes) {

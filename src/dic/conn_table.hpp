@@ -3,6 +3,8 @@
 #define TAVO_DIC_CONN_TABLE_HPP
 
 #include <cstddef>
+#include "dic/conn_bounds.hpp"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -41,6 +43,8 @@ public:
         return rowStart(row(left))[column(right)];
     }
 
+    ConnBounds const& bounds() const noexcept { return bounds_; }
+
     /// Name of an id; empty for 0 and above idCount().
     char const* getName(std::uint32_t id) const noexcept;
     /// Id of a name, 0 when absent; a name that occurs twice has its later id.
@@ -58,6 +62,7 @@ private:
     std::vector<std::uint16_t> columnIndex_;
     std::uint16_t rows_ = 0;
     std::uint16_t cols_ = 0;
+    ConnBounds bounds_;
     /// The whole file; matrix and names stand in it.
     std::unique_ptr<unsigned char[]> file_;
     unsigned char const* matrix_ = nullptr;

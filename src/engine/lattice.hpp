@@ -5,6 +5,7 @@
 
 #include "engine/lattice_node.hpp"
 #include "engine/node_pool.hpp"
+#include "engine/path_key.hpp"
 #include "engine/sentence.hpp"
 
 #include <cstdint>
@@ -51,38 +52,58 @@ public:
     NodePool& nodes() noexcept { return pool_; }
 
 private:
-    /// The nodes that start at one position.
+    /// What the search reads of a node, apart from the rest.
+    struct Entry {
+        PathKey key;           ///< the node's sums
+        std::uint32_t order;   ///< of making, at its position
+        std::uint16_t column;  ///< of the connection matrix
+        std::uint8_t minimum;  ///< smallest cost of the column
+    };
+    /// The nodes that start at one position: plain entries, then those of
+    /// sparse columns; each part sorted by the smallest total that an entry can
+    /// give to any word before it.
     struct Starts {
-        LatticeNode const* begin;
-        std::uint32_t count;
+        LatticeNode const* nodes;
+        std::uint32_t first;   ///< index of the first entry
+        std::uint32_t sparse;  ///< end of the plain entries
+        std::uint32_t end;
     };
     /// A best continuation: the sums that a word before it takes over.
     struct Best {
-        LatticeNode const* next;
-        std::uint32_t connSum;
-        std::uint32_t wordSum;
-        bool found;
+        LatticeNode const* next = nullptr;
+        PathKey key = kNoPath;
     };
-    /// What an id costs: its row's place in the matrix and its column.
+    /// A best continuation found before, for a row at a position.
+    struct Memo {
+        std::uint64_t stamp = 0;
+        Best best;
+    };
+    /// What an id costs.
     struct Id {
-        std::uint32_t rowOffset;
+        std::uint16_t row;
         std::uint16_t column;
     };
+    static constexpr std::size_t kMemoSlots = 1024;
 
     void attach(ConnTable const& table);
-    Best bestAfter(std::size_t end, std::uint32_t rowOffset) const noexcept;
+    Best bestAfter(std::size_t end, std::uint16_t row) noexcept;
+    Best search(std::size_t end, std::uint16_t row) const noexcept;
     void addUnknown(Best const& best, std::uint32_t length);
     void addRecords(std::size_t end, std::uint32_t length, RecordChain chain);
     void addNode(unsigned char const* record, std::uint32_t length, std::uint16_t column, std::uint8_t wordCost,
                  Best const& best);
-    LatticeNode const* chooseStart() const noexcept;
+    void closePosition(std::size_t p);
+    void sortEntries(std::size_t first, std::size_t end);
 
     NodePool pool_;
     ConnTable const* table_ = nullptr;
-    unsigned char const* matrix_ = nullptr;
     std::vector<Id> ids_;         // by id; ids_[0] is unused
     std::vector<Starts> starts_;  // by position of the sentence at work
-    std::size_t length_ = 0;      // of the sentence at work
+    std::vector<Entry> entries_;  // of the sentence at work, by descending position
+    std::vector<Entry> sparse_;   // of the position at work
+    std::vector<Memo> memos_ = std::vector<Memo>(kMemoSlots);
+    std::uint64_t stampBase_ = 1;  // of the sentence at work: no stamp occurs twice
+    std::size_t length_ = 0;       // of the sentence at work
 };
 
 /// Throws tavo_not_ready without table or dictionary, too_long_string beyond
