@@ -121,6 +121,23 @@ void analyzeAndOutput(benchmark::State& state) {
 }
 BENCHMARK(analyzeAndOutput);
 
+/// The argument's number of analyses of one text of at most 500 bytes.
+void getResultNBest(benchmark::State& state) {
+    Tavo tavo;
+    attach(tavo);
+    std::string text;
+    for (std::string const& s : sentences())
+        if (text.size() + s.size() <= 500) text += s;
+    tavo.analyzeNBest(text);
+    std::vector<std::vector<Mrph>> analyses;
+    for (auto _ : state) {
+        tavo.getResultNBest(analyses, 0, static_cast<int>(state.range(0)));
+        benchmark::DoNotOptimize(analyses.data());
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(analyses.size()));
+}
+BENCHMARK(getResultNBest)->Arg(10)->Arg(1000)->Unit(benchmark::kMillisecond);
+
 /// From nothing to a ready analyser and back, the files in the system's cache.
 void load(benchmark::State& state) {
     for (auto _ : state) {
