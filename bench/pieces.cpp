@@ -157,7 +157,7 @@ void compile(benchmark::State& state) {
     std::vector<std::string> lines;
     for (std::int64_t i = 0; i < state.range(0); ++i) {
         std::string line;
-        for (unsigned letters = 1 + random() % 6; letters > 0; --letters) {
+        for (std::uint_fast32_t letters = 1 + random() % 6; letters > 0; --letters) {
             line += '\x82';
             line += static_cast<char>(0x9F + random() % 83);
         }
