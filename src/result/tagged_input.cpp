@@ -108,9 +108,12 @@ private:
         }
         BoundaryInfo& boundary = boundaries.back();
         eachAttribute(tag, [&boundary](std::string const& key, std::string& value) {
-            if (key == "GrammarType") boundary.grammarType = std::move(value);
-            if (key == "ProsodicType") boundary.prosodicType = std::move(value);
-            if (key == "Kind" && value == "sentence") boundary.kind = std::move(value);
+            if (key == "GrammarType")
+                boundary.grammarType = std::move(value);
+            else if (key == "ProsodicType")
+                boundary.prosodicType = std::move(value);
+            else if (key == "Kind" && value == "sentence")
+                boundary.kind = std::move(value);
         });
         return boundary.kind != "sentence" || line_.find_first_not_of("\r\n", tag.end) == std::string_view::npos;
     }
