@@ -51,10 +51,10 @@ World randomWorld(Random& random) {
     for (unsigned i = 0; i < kIds * kIds; ++i)
         world.costs.push_back(random.below(8) < forbidden ? 255 : static_cast<std::uint8_t>(random.below(3)));
     auto const flat = static_cast<std::uint8_t>(random.below(2) == 0 ? 254 : random.below(4));
-    bool const flatRow = random.below(2) == 0;
     bool const flatColumn = random.below(2) == 0;
+    bool const flatRow = flatColumn || random.below(2) == 0;
     for (unsigned id = 0; id < kIds; ++id) {
-        if (flatRow) world.costs[2 * kIds + id] = flat;
+        if (flatRow) world.costs[2 * kIds + id] = random.below(8) == 0 ? std::uint8_t{255} : flat;
         if (flatColumn) world.costs[id * kIds + 2] = flat;
     }
     return world;
