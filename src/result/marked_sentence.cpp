@@ -44,7 +44,8 @@ bool takeMarks(Sentence& sentence, AnalyzerContext const& context) {
     } else {
         marks = commentMarks(sentence.text, context.comments);
     }
-    if (!marks.barriers.empty()) sentence.marks = std::make_unique<SentenceMarks>(std::move(marks));
+    if (!marks.barriers.empty() || sentence.ownedText)
+        sentence.marks = std::make_unique<SentenceMarks>(std::move(marks));
     return true;
 }
 

@@ -46,9 +46,9 @@ private:
         auto const lineBegin = static_cast<std::size_t>(written.data() - line_.data());
         std::vector<Entity> entities;
         result.text += decodeEntities(written, &entities);
-        result.origins.push_back({begin, lineBegin});
+        marks().origins.push_back({begin, lineBegin});
         for (Entity const& entity : entities)
-            result.origins.push_back({begin + entity.decodedBegin + 1, lineBegin + entity.end});
+            marks().origins.push_back({begin + entity.decodedBegin + 1, lineBegin + entity.end});
         if (word_ || multiword_) return;
         for (Comment const& comment : comments_.find(std::string_view(result.text).substr(begin)))
             addComment(marks(), comment, begin);
@@ -95,7 +95,7 @@ private:
         if (!end) return false;
         read_ = end->end;
         marks().annotations.push_back(
-            {position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)), readInfo(tag)});
+            {position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)), readInfo(tag), tag.end});
         return true;
     }
 

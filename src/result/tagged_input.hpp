@@ -15,17 +15,10 @@
 
 namespace TAVO {
 
-/// From textPosition on, text and line run in step from linePosition on.
-struct TextOrigin {
-    std::size_t textPosition;
-    std::size_t linePosition;
-};
-
 /// A line without its mark-up, and what that said.
 struct TaggedText {
     std::string text;
     SentenceMarks marks;
-    std::vector<TextOrigin> origins;  ///< ascending; where the line holds more than the text
 };
 
 /// Empty when the mark-up is malformed. Texts between tags are searched for the

@@ -19,22 +19,29 @@ bool endsInsideCharacter(std::string_view text) {
     return pos < text.size() && isLeadByte(text[pos]);
 }
 
-void appendAttribute(std::string& markup, char const* key, std::string_view value) {
+void writeAttribute(TaggedSink& sink, Mrph const& m, char const* key, std::string_view value) {
     if (value.empty() || endsInsideCharacter(value)) return;
-    markup.append(" ").append(key).append("=\"").append(encodeEntities(value)).append("\"");
+    sink.markup(std::string(" ") + key + "=\"");
+    sink.value(m, value);
+    sink.markup("\"");
 }
 
-std::string attributesOf(Mrph const& m) {
-    std::string attributes;
-    appendAttribute(attributes, "PartOfSP", m.getPartOfSP());
-    appendAttribute(attributes, "Read", m.getRead(false));
-    appendAttribute(attributes, "StdForm", m.getStdForm(false));
-    return attributes;
+void writeElement(TaggedSink& sink, std::vector<Mrph> const& morphemes, std::size_t index) {
+    Mrph const& m = morphemes[index];
+    bool const annotation = m.isAnnotation();
+    sink.markup(annotation ? "<annotation" : "<word");
+    writeAttribute(sink, m, "PartOfSP", m.getPartOfSP());
+    writeAttribute(sink, m, "Read", m.getRead(false));
+    writeAttribute(sink, m, "StdForm", m.getStdForm(false));
+    sink.markup(">");
+    sink.surface(morphemes, index, index + 1);
+    sink.markup(annotation ? "</annotation>" : "</word>");
 }
 
 class TextSink : public TaggedSink {
 public:
     void markup(std::string_view text) override { result += text; }
+    void value(Mrph const&, std::string_view text) override { result += encodeEntities(text); }
     void surface(std::vector<Mrph> const& morphemes, std::size_t first, std::size_t last) override {
         std::string text;
         for (std::size_t i = first; i < last; ++i) text += formOf(morphemes[i]);
@@ -51,14 +58,10 @@ void writeTagged(TaggedSink& sink, std::vector<Mrph> const& morphemes) {
         std::string text(formOf(morphemes[first]));
         std::size_t last = first + 1;
         while (last < morphemes.size() && endsInsideCharacter(text)) text += formOf(morphemes[last++]);
-        if (last == first + 1 && !endsInsideCharacter(text)) {
-            std::string const name = morphemes[first].isAnnotation() ? "annotation" : "word";
-            sink.markup("<" + name + attributesOf(morphemes[first]) + ">");
+        if (last == first + 1 && !endsInsideCharacter(text))
+            writeElement(sink, morphemes, first);
+        else
             sink.surface(morphemes, first, last);
-            sink.markup("</" + name + ">");
-        } else {
-            sink.surface(morphemes, first, last);
-        }
         first = last;
     }
 }

@@ -4,20 +4,22 @@
 
 #include <tavo/mrph.hpp>
 
-#include <functional>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace TAVO {
 
-/// Writes the pieces of a tagged sentence in order: mark-up and attribute values,
-/// which are Shift_JIS, and the surfaces of morphemes.
+/// Takes the pieces of a tagged sentence in order.
 class TaggedSink {
 public:
     virtual ~TaggedSink() = default;
+    /// ASCII, to be written as it stands.
     virtual void markup(std::string_view text) = 0;
-    /// The surface of @p morphemes[first .. last), entities included.
+    /// The value of an attribute of @p m, without entities.
+    virtual void value(Mrph const& m, std::string_view text) = 0;
+    /// The surface of @p morphemes [first, last), without entities.
     virtual void surface(std::vector<Mrph> const& morphemes, std::size_t first, std::size_t last) = 0;
 };
 

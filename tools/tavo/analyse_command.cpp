@@ -1,5 +1,6 @@
 // tavo [FILE...]: analyses text line by line.
 #include "command_line.hpp"
+#include "comment_file.hpp"
 #include "file_io.hpp"
 #include "lexicon.hpp"
 #include "line_reader.hpp"
@@ -26,6 +27,8 @@ struct AnalyseOptions {
     std::vector<std::string> files;
     LexiconOptions lexicon;
     OutputOptions output;
+    bool tagged = false;
+    std::string commentRules;
     Flush flush = Flush::Auto;
     unsigned threads = 1;
 };
@@ -41,6 +44,8 @@ constexpr char kExamples[] =
     "  tavo -F '%w[%k] ' --eos '\\n' a.txt     your own format: each word and its reading\n"
     "  tavo -n 5 -O json a.txt                the five best analyses of each line\n"
     "  tavo -d my.dic a.txt                   with a dictionary of your own\n"
+    "  tavo -O tagged a.txt > b.txt           tagged text to correct by hand, and\n"
+    "  tavo --tagged b.txt                    to analyse again with the corrections\n"
     "  tavo -j 4 -O wakati big.txt            on four threads\n"
     "\n"
     "Other commands (each has --help):\n"
@@ -62,8 +67,9 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
               {{"tavo", OutputKind::Tavo},
                {"wakati", OutputKind::Wakati},
                {"mecab", OutputKind::Mecab},
-               {"json", OutputKind::Json}},
-              "tavo (default), wakati, mecab or json");
+               {"json", OutputKind::Json},
+               {"tagged", OutputKind::Tagged}},
+              "tavo (default), wakati, mecab, json or tagged (input for --tagged)");
     app.add_option("-F,--format", output.format,
                    "Format of each word: %w word, %h part of speech, %k reading, %p pronunciation, %s base form, "
                    "%c cost, %10w padded to 10 columns, \\n \\t \\\\ \\%")
@@ -76,6 +82,9 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->type_name("N");
     addEncodingOption(app, output.encoding);
+    app.add_flag("--tagged", options.tagged, "The input is tagged text: mark-up fixes words, borders, annotations");
+    app.add_option("--comments", options.commentRules, "Rules for stretches of the text that are no language")
+        ->type_name("RULES");
     addChoice(app, "--flush", options.flush, {{"auto", Flush::Auto}, {"line", Flush::Line}},
               "line: write each line's result at once, for use between programs");
 }
@@ -127,6 +136,8 @@ ExitStatus analyse(AnalyseOptions& options) {
     prototype.setDeleteCRLFMode(0);
     // The N best are those of a line, not of its sentences.
     if (options.output.nBest != 0) prototype.clearDelimiterString();
+    if (options.tagged) prototype.setTaggedInputMode(1);
+    if (!options.commentRules.empty()) useCommentRules(prototype, options.commentRules, options.output.encoding);
 
     LineReader reader(options.files, options.flush == Flush::Line || isInteractive(options));
     InputReport const report = runPipeline(reader, prototype, options.output, options.threads, writeStandardOutput);

@@ -27,7 +27,8 @@ BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& o
     : analyser_(prototype),
       encoding_(options.encoding),
       nBest_(options.nBest),
-      writer_(makeLineWriter(options, analyser_)) {}
+      writer_(makeLineWriter(options, analyser_)),
+      tagged_(analyser_.getTaggedInputMode() == 1) {}
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     BlockReport report;
@@ -43,7 +44,6 @@ BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
         if (carriageReturn) line.remove_suffix(1);
 
         ++report.lines;
-        writer_->beginLine(line, out);
         if (nBest_ == 0) {
             writeBest(line, carriageReturn, out);
         } else if (!writeNBest(line, carriageReturn, out)) {
@@ -66,15 +66,26 @@ void BlockAnalyser::convert(std::string_view piece) {
     invalidBytes_ += text_.invalidBytes();
 }
 
+LineText const& BlockAnalyser::shownText() { return tagged_ ? taggedLine_.strip(text_, analyser_) : text_; }
+
+void BlockAnalyser::beginLine(std::string_view line, OutBuffer& out) {
+    writer_->beginLine(tagged_ ? taggedLine_.plainText() : line, out);
+}
+
 void BlockAnalyser::writeBest(std::string_view line, bool carriageReturn, OutBuffer& out) {
-    writer_->beginAnalysis({1, nullptr}, out);
-    while (!line.empty()) {
-        std::string_view const piece = line.substr(0, pieceLength(line, kMaxPieceBytes, encoding_));
-        line.remove_prefix(piece.size());
+    std::string_view rest = line;
+    do {
+        std::string_view const piece = rest.substr(0, pieceLength(rest, kMaxPieceBytes, encoding_));
         convert(piece);
         analyser_.analyze(text_.sjis().data(), static_cast<int>(text_.sjis().size()));
-        writer_->writePiece({text_, analyser_}, out);
-    }
+        LineText const& shown = shownText();
+        if (rest.size() == line.size()) {
+            beginLine(line, out);
+            writer_->beginAnalysis({1, nullptr}, out);
+        }
+        writer_->writePiece({shown, analyser_}, out);
+        rest.remove_prefix(piece.size());
+    } while (!rest.empty());
     writer_->endAnalysis(carriageReturn, out);
 }
 
@@ -86,13 +97,15 @@ bool BlockAnalyser::writeNBest(std::string_view line, bool carriageReturn, OutBu
         return false;
     }
     analyser_.analyzeNBest(text_.sjis().data(), static_cast<int>(text_.sjis().size()));
+    LineText const& shown = shownText();
+    beginLine(line, out);
     analyses_.assign(1, {});
     costs_.clear();
     if (analyser_.getSentenceCount() != 0) analyser_.getResultNBest(analyses_, costs_, 0, nBest_);
     for (std::size_t i = 0; i < analyses_.size(); ++i) {
         // Without morphemes there is no path that could cost something.
         writer_->beginAnalysis({i + 1, analyses_[i].empty() ? nullptr : &costs_[i]}, out);
-        writer_->writePiece({text_, analyser_, &analyses_[i]}, out);
+        writer_->writePiece({shown, analyser_, &analyses_[i]}, out);
         writer_->endAnalysis(carriageReturn, out);
     }
     return true;

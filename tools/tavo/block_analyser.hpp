@@ -5,6 +5,7 @@
 #include "line_text.hpp"
 #include "line_writer.hpp"
 #include "out_buffer.hpp"
+#include "tagged_line.hpp"
 
 #include <tavo/tavo.hpp>
 
@@ -44,6 +45,9 @@ public:
 
 private:
     void convert(std::string_view piece);
+    /// The text of the last analysis, without mark-up.
+    LineText const& shownText();
+    void beginLine(std::string_view line, OutBuffer& out);
     void writeBest(std::string_view line, bool carriageReturn, OutBuffer& out);
     /// False, and nothing is written, when the line is too long.
     bool writeNBest(std::string_view line, bool carriageReturn, OutBuffer& out);
@@ -52,7 +56,9 @@ private:
     Encoding encoding_;
     int nBest_;
     std::unique_ptr<LineWriter> writer_;
+    bool tagged_;
     LineText text_;
+    TaggedLine taggedLine_;
     std::size_t invalidBytes_ = 0;  // of the line at work
     std::vector<std::vector<TAVO::Mrph>> analyses_;
     std::vector<TAVO::PathCost> costs_;

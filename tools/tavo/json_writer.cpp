@@ -102,10 +102,12 @@ private:
         out.append("{\"surface\":");
         appendRead(out, word);
         writeValues(text, token, out);
-        position(out, ",\"start\":", ",\"end\":", byte_, word.size());
+        // An annotation stands beside the text, so it takes no room there.
+        bool const beside = token.morpheme != nullptr && token.morpheme->isAnnotation();
+        position(out, ",\"start\":", ",\"end\":", byte_, beside ? 0 : word.size());
         // In Shift_JIS, characters are counted after conversion.
         std::size_t const characters = countCharacters(text.isUtf8() ? word : std::string_view(sjisToUtf8(word)));
-        position(out, ",\"char_start\":", ",\"char_end\":", character_, characters);
+        position(out, ",\"char_start\":", ",\"char_end\":", character_, beside ? 0 : characters);
         bool const unknown =
             token.morpheme == nullptr || token.morpheme->isUndef() || token.morpheme->getPid() == kUnknownId;
         out.append(unknown ? ",\"unknown\":true}" : ",\"unknown\":false}");

@@ -139,4 +139,34 @@ void LineText::convertRare(Cursor& at) {
     at.offset += 2;
 }
 
+void LineText::assignParts(LineText const& source, std::vector<Part> const& parts) {
+    std::size_t total = 0;
+    for (Part const& part : parts) total += part.begin == part.end ? 1 : part.end - part.begin;
+    if (capacity_ < total + 4 * kPaddingBytes) grow(total);
+    parts_.clear();
+    std::size_t size = 0;
+    for (Part const& part : parts) {
+        std::size_t const shown = parts_.size();
+        if (part.begin == part.end) {
+            offsets_[size] = static_cast<std::uint32_t>(shown);
+            bytes_[size++] = part.character;
+            parts_ += part.character;
+            continue;
+        }
+        std::size_t const begin = source.originalOffset(part.begin);
+        for (std::size_t at = part.begin; at < part.end; ++at) {
+            offsets_[size] = static_cast<std::uint32_t>(shown + source.originalOffset(at) - begin);
+            bytes_[size++] = source.sjis()[at];
+        }
+        parts_ += source.slice(begin, source.originalOffset(part.end));
+    }
+    offsets_[size] = static_cast<std::uint32_t>(parts_.size());
+    sjis_ = {bytes_.get(), size};
+    utf8_ = source.utf8_;
+    invalidBytes_ = source.invalidBytes_;
+    std::size_t const length = parts_.size();
+    parts_.append(kPaddingBytes, '\0');
+    original_ = std::string_view(parts_).substr(0, length);
+}
+
 }  // namespace tool

@@ -6,7 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -40,6 +42,16 @@ public:
     /// Takes Shift_JIS bytes as they are.
     void assignSjis(std::string_view line) noexcept;
 
+    /// A part of another text, [begin, end) in its Shift_JIS bytes, or one ASCII
+    /// character of its own.
+    struct Part {
+        std::size_t begin, end;
+        char character = '\0';  ///< counts when begin equals end
+    };
+    /// Becomes the parts of @p source one behind the other. Its original() is then
+    /// a text of its own.
+    void assignParts(LineText const& source, std::vector<Part> const& parts);
+
     std::string_view sjis() const noexcept { return sjis_; }
     std::string_view original() const noexcept { return original_; }
     bool isUtf8() const noexcept { return utf8_; }
@@ -61,6 +73,7 @@ private:
     std::string_view original_, sjis_;
     bool utf8_ = false;
     std::size_t invalidBytes_ = 0;
+    std::string parts_;  // what original() refers to after assignParts
     std::size_t capacity_ = 0;
     std::unique_ptr<char[]> bytes_;
     // By Shift_JIS offset: the offset in the line. The second byte of a

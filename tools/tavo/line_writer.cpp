@@ -14,6 +14,8 @@ std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::T
             return makeMecabWriter(options, analyser);
         case OutputKind::Json:
             return makeJsonWriter(options, analyser);
+        case OutputKind::Tagged:
+            return makeTaggedWriter(options);
         case OutputKind::Tavo:
             break;
     }

@@ -16,7 +16,7 @@
 
 namespace tool {
 
-enum class OutputKind { Tavo, Wakati, Mecab, Json };
+enum class OutputKind { Tavo, Wakati, Mecab, Json, Tagged };
 
 struct OutputOptions {
     OutputKind kind = OutputKind::Tavo;
@@ -62,6 +62,7 @@ std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::T
 std::unique_ptr<LineWriter> makeWakatiWriter();
 std::unique_ptr<LineWriter> makeFormatWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 std::unique_ptr<LineWriter> makeMecabWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
+std::unique_ptr<LineWriter> makeTaggedWriter(OutputOptions const& options);
 std::unique_ptr<LineWriter> makeJsonWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 
 }  // namespace tool

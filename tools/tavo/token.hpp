@@ -37,7 +37,7 @@ template <class Visit>
 std::size_t forEachToken(Analysis const& analysis, int sentence, std::size_t start, std::vector<TAVO::Mrph>& scratch,
                          Visit&& visit) {
     LineText const& text = analysis.text;
-    std::size_t const sentenceEnd = std::min(start + analysis.analyser.getSentenceLength(sentence), text.sjis().size());
+    std::size_t sentenceEnd = std::min(start + analysis.analyser.getSentenceLength(sentence), text.sjis().size());
     std::size_t begin = text.originalOffset(start);
     std::size_t position = start;
     auto const emit = [&](std::size_t to, TAVO::Mrph const* morpheme) {
@@ -48,8 +48,14 @@ std::size_t forEachToken(Analysis const& analysis, int sentence, std::size_t sta
         begin = end;
     };
     if (analysis.morphemes == nullptr) analysis.analyser.getResult(scratch, sentence);
-    for (TAVO::Mrph const& morpheme : analysis.morphemes == nullptr ? scratch : *analysis.morphemes)
-        emit(position + TAVO::MrphAccess::rawForm(morpheme).size(), &morpheme);
+    std::vector<TAVO::Mrph> const& morphemes = analysis.morphemes == nullptr ? scratch : *analysis.morphemes;
+    if (analysis.analyser.getTaggedInputMode() == 1) {
+        // Annotations come out beside the sentence's text.
+        for (TAVO::Mrph const& morpheme : morphemes)
+            if (morpheme.isAnnotation()) sentenceEnd += TAVO::MrphAccess::rawForm(morpheme).size();
+        sentenceEnd = std::min(sentenceEnd, text.sjis().size());
+    }
+    for (TAVO::Mrph const& morpheme : morphemes) emit(position + TAVO::MrphAccess::rawForm(morpheme).size(), &morpheme);
     if (position < sentenceEnd) emit(sentenceEnd, nullptr);
     return sentenceEnd;
 }
