@@ -60,7 +60,7 @@ test: test-release test-asan test-tsan
 
 test-release: lexicon
 	@scripts/setup test
-	$(call say,tests, release)
+	$(call say,tests (release))
 	@cmake --build $(BUILD) -j $(JOBS)
 	@$(CTEST) --test-dir $(BUILD)
 
