@@ -1,6 +1,7 @@
 #include "api/bulk_arrays.hpp"
 
 #include "base/sjis.hpp"
+#include "engine/special_records.hpp"
 #include "result/mrph_access.hpp"
 
 #include <functional>
@@ -15,10 +16,11 @@ constexpr unsigned kTextFields[] = {TAVO_BULK_FORM, TAVO_BULK_PART_OF_SP, TAVO_B
                                     TAVO_BULK_PRON, TAVO_BULK_GROUP,      TAVO_BULK_INFO};
 
 /// True when the morpheme's texts but its form are those of its record, and the
-/// record lives as long as its dictionary: those made for tags end with their text.
+/// record outlives the text: those made for tags do not.
 bool recordSaysAll(Mrph const& mrph) {
     if (MrphAccess::cover(mrph) != nullptr) return false;
     unsigned char const* const record = MrphAccess::record(mrph);
+    if (record == kUnknownRecord.data()) return true;
     for (DicEntry const& entry : MrphAccess::owner(mrph)->dics.entries())
         if (entry.dic->contains(record)) return true;
     return false;

@@ -42,4 +42,20 @@ for header in "$prefix"/include/tavo/*.h; do
         "$cc" -std=c99 -Wall -Wextra -Werror -pedantic -I "$prefix/include" -fsyntax-only -x c -
 done
 
+# The examples, over a lexicon of a few words.
+example=$here/../../examples
+mkdir "$folder/lexicon"
+"$build/bin/tavo_make_world" "$folder/lexicon"
+# shellcheck disable=SC2046
+PKG_CONFIG_PATH=$pc "$cc" -std=c99 -Wall -Wextra -Werror "$example/analyze.c" -o "$folder/analyze" \
+    $(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs tavo)
+libdir=$(PKG_CONFIG_PATH=$pc pkg-config --variable=libdir tavo)
+echo すもももの | iconv -t cp932 | LD_LIBRARY_PATH=$libdir "$folder/analyze" "$folder/lexicon" | iconv -f cp932 >"$folder/out"
+grep -q '^すもも .*名詞.*スモモ$' "$folder/out"
+test "$(wc -l <"$folder/out")" -eq 3
+PYTHONPATH=$here/../../bindings/python TAVO_LIBRARY=$libdir/libtavo.so TAVO_PATH=$folder/lexicon \
+    /usr/bin/python3 -B "$example/analyze.py" すもももの >"$folder/out"
+grep -q '^  0 すもも	名詞	スモモ$' "$folder/out"
+test "$(wc -l <"$folder/out")" -eq 6
+
 "$prefix/bin/tavo" --version
