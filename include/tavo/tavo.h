@@ -62,7 +62,7 @@
 #include <tavo/export.h>
 #include <tavo/version.h>
 
-#include <stdio.h>
+#include <stdio.h>  // NOLINT(modernize-deprecated-headers): for C too
 
 #ifdef __cplusplus
 extern "C" {

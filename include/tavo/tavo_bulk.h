@@ -9,8 +9,8 @@
 
 #include <tavo/tavo.h>
 
-#include <stddef.h>
-#include <stdint.h>
+#include <stddef.h>  // NOLINT(modernize-deprecated-headers): for C too
+#include <stdint.h>  // NOLINT(modernize-deprecated-headers): for C too
 
 #ifdef __cplusplus
 extern "C" {

@@ -8,8 +8,8 @@ namespace {
 
 int analyzeWith(tavo_t* tavo, char const* function, int (Tavo::*analyze)(char const*, int), char const* text,
                 int length) noexcept {
-    return guarded(tavo, [&](tavo_t& object) {
-        require(length >= 0 && (text != nullptr || length == 0), function);
+    return guarded(tavo, function, [&](tavo_t& object, Call call) {
+        call.require(length >= 0 && (text != nullptr || length == 0));
         object.endHandles();
         return (object.*analyze)(text, length);
     });
@@ -26,22 +26,22 @@ int tavo_analyzeNBest(tavo_t* tavo, char const* text, int length) {
 }
 
 int tavo_getResult(tavo_t* tavo, tavo_result_t* result, int sentence) {
-    return guarded(tavo, [&, function = __func__](tavo_t& object) {
-        require(result != nullptr && sentence >= 0, function);
+    return guarded(tavo, __func__, [&](tavo_t& object, Call call) {
+        call.require(result != nullptr && sentence >= 0);
         *result = {};
         object.getResult(object.results.onePath(), sentence);
-        return object.results.publish(result, function), 0;
+        return object.results.publish(result, call.function), 0;
     });
 }
 
 int tavo_getResultNBest(tavo_t* tavo, tavo_result_t* results, int sentence, int n) {
-    return guarded(tavo, [&, function = __func__](tavo_t& object) {
-        require(results != nullptr && sentence >= 0 && n >= 0, function);
+    return guarded(tavo, __func__, [&](tavo_t& object, Call call) {
+        call.require(results != nullptr && sentence >= 0 && n >= 0);
         std::vector<std::vector<Mrph>> paths;
         object.getResultNBest(paths, sentence, n);
         if (paths.empty()) return 0;
         object.results.paths() = std::move(paths);
-        object.results.publish(results, function);
+        object.results.publish(results, call.function);
         return static_cast<int>(object.results.paths().size());
     });
 }
@@ -56,8 +56,8 @@ int tavo_getSentence(tavo_t* tavo, int sentence, char* buffer, int size) {
 }
 
 int tavo_getSentenceLength(tavo_t* tavo, int sentence) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(sentence >= 0, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(sentence >= 0);
         return static_cast<int>(object.getSentenceLength(sentence));
     });
 }

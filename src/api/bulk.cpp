@@ -88,10 +88,10 @@ int tavo_bulkVersion(void) { return TAVO_BULK_VERSION; }
 
 int tavo_bulkAnalyze(tavo_t* tavo, tavo_bulk_t* result, char const* const* texts, int const* lengths, int count,
                      unsigned what) {
-    return guarded(tavo, [&, function = __func__](tavo_t& object) {
-        require(result != nullptr, function);
+    return guarded(tavo, __func__, [&](tavo_t& object, Call call) {
+        call.require(result != nullptr);
         *result = {};
-        require(areTexts(texts, lengths, count), function);
+        call.require(areTexts(texts, lengths, count));
         return fillArrays(object, *result, what, [&](BulkArrays& arrays) {
             std::string analyzed;
             std::vector<std::vector<Mrph>> morphemes;
@@ -112,10 +112,10 @@ int tavo_bulkAnalyze(tavo_t* tavo, tavo_bulk_t* result, char const* const* texts
 }
 
 int tavo_bulkAnalyzeNBest(tavo_t* tavo, tavo_bulk_t* result, char const* text, int length, int n, unsigned what) {
-    return guarded(tavo, [&, function = __func__](tavo_t& object) {
-        require(result != nullptr, function);
+    return guarded(tavo, __func__, [&](tavo_t& object, Call call) {
+        call.require(result != nullptr);
         *result = {};
-        require(areTexts(&text, &length, 1) && n >= 0, function);
+        call.require(areTexts(&text, &length, 1) && n >= 0);
         return fillArrays(object, *result, what, [&](BulkArrays& arrays) {
             std::string_view const given(text, static_cast<std::size_t>(length));
             int const failed = object.analyzeNBest(text, length);

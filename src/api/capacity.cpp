@@ -17,8 +17,8 @@ int joinedCapacity(Mrph const& mrph) {
 
 /// Parts and joined morphemes share their room: a part takes at most one morpheme.
 int reserveRoom(tavo_mrph_t* mrph, char const* function, int capacity) noexcept {
-    return guarded(mrph, [&](Mrph& object) {
-        require(capacity >= 0 && capacity <= kMaxCapacity, function);
+    return guarded(mrph, function, [&](Mrph& object, Call call) {
+        call.require(capacity >= 0 && capacity <= kMaxCapacity);
         if (capacity > joinedCapacity(object))
             MrphAccess::confirmCover(object).subMrphs.reserve(static_cast<std::size_t>(capacity));
         return 0;

@@ -9,8 +9,8 @@ namespace {
 /// The words of tavo_getByRead may go with a dictionary.
 template <class Argument>
 int offOne(tavo_t* tavo, char const* function, bool argumentHolds, Argument argument) noexcept {
-    return guarded(tavo, [&](tavo_t& object) {
-        require(argumentHolds, function);
+    return guarded(tavo, function, [&](tavo_t& object, Call call) {
+        call.require(argumentHolds);
         object.words.clear();
         return object.offDic(argument), 0;
     });
@@ -18,8 +18,8 @@ int offOne(tavo_t* tavo, char const* function, bool argumentHolds, Argument argu
 
 template <class Argument>
 int touchOne(tavo_t* tavo, char const* function, bool argumentHolds, Argument argument) noexcept {
-    return guarded(tavo, [&](Tavo& object) {
-        require(argumentHolds, function);
+    return guarded(tavo, function, [&](Tavo& object, Call call) {
+        call.require(argumentHolds);
         return object.touchDic(argument), 0;
     });
 }
@@ -27,8 +27,8 @@ int touchOne(tavo_t* tavo, char const* function, bool argumentHolds, Argument ar
 /// A rebuild frees the image that morphemes point into.
 template <class Argument>
 int updateOne(tavo_t* tavo, char const* function, bool argumentHolds, Argument argument) noexcept {
-    return guarded(tavo, [&](tavo_t& object) {
-        require(argumentHolds, function);
+    return guarded(tavo, function, [&](tavo_t& object, Call call) {
+        call.require(argumentHolds);
         object.endHandles();
         return object.updateDic(argument);
     });
@@ -37,19 +37,19 @@ int updateOne(tavo_t* tavo, char const* function, bool argumentHolds, Argument a
 template <class Dictionary>
 int readingOf(tavo_t* tavo, char const* function, bool argumentsHold, tavo_result_t* result, char const* reading,
               Dictionary dictionary) noexcept {
-    return guarded(tavo, [&](tavo_t& object) {
-        require(argumentsHold && result != nullptr && reading != nullptr, function);
+    return guarded(tavo, function, [&](tavo_t& object, Call call) {
+        call.require(argumentsHold && result != nullptr && reading != nullptr);
         *result = {};
         object.getByRead(object.words.onePath(), reading, dictionary);
-        return object.words.publish(result, function), 0;
+        return object.words.publish(result, call.function), 0;
     });
 }
 
 }  // namespace
 
 int tavo_addDicPath(tavo_t* tavo, char const* path, int memoryMapped) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(path != nullptr && isFlag(memoryMapped), function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(path != nullptr && isFlag(memoryMapped));
         return object.addDicPath(path, memoryMapped == 1), 0;
     });
 }
@@ -57,8 +57,8 @@ int tavo_addDicPath(tavo_t* tavo, char const* path, int memoryMapped) {
 int tavo_getDicCount(tavo_t* tavo) { return getNumber(tavo, &Tavo::getDicCount); }
 
 int tavo_getDicIndex(tavo_t* tavo, char const* path) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(path != nullptr, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(path != nullptr);
         return object.getDicIndex(path);
     });
 }

@@ -33,16 +33,16 @@ int tavo_formatPart(tavo_mrph_t* mrph, int part, char const* format, char const*
 }
 
 int tavo_output(tavo_mrph_t* mrph, FILE* stream, char const* format, char const* nullString, int byPart) {
-    return guarded(mrph, [&, function = __func__](Mrph& object) {
-        require(stream != nullptr && format != nullptr && nullString != nullptr && isFlag(byPart), function);
-        return toStream(stream, function,
+    return guarded(mrph, __func__, [&](Mrph& object, Call call) {
+        call.require(stream != nullptr && format != nullptr && nullString != nullptr && isFlag(byPart));
+        return toStream(stream, call.function,
                         [&](std::ostream& os) { object.output(os, format, nullString, byPart == 1); });
     });
 }
 
 int tavo_outputPart(tavo_mrph_t* mrph, FILE* stream, int part, char const* format, char const* nullString) {
-    return guarded(mrph, [&, function = __func__](Mrph& object) {
-        require(stream != nullptr && part >= 0 && format != nullptr && nullString != nullptr, function);
-        return toStream(stream, function, [&](std::ostream& os) { object.output(os, part, format, nullString); });
+    return guarded(mrph, __func__, [&](Mrph& object, Call call) {
+        call.require(stream != nullptr && part >= 0 && format != nullptr && nullString != nullptr);
+        return toStream(stream, call.function, [&](std::ostream& os) { object.output(os, part, format, nullString); });
     });
 }

@@ -59,6 +59,20 @@ auto guarded(Handle* handle, Body body) noexcept -> decltype(body(objectOf(*hand
     }
 }
 
+/// The exported function that runs, for its error texts.
+struct Call {
+    char const* function;
+    /// Checks an argument.
+    void require(bool holds) const { api::require(holds, function); }
+};
+
+/// The same with body(object, call) for functions that check arguments.
+template <class Handle, class Body>
+auto guarded(Handle* handle, char const* function, Body body) noexcept
+    -> decltype(body(objectOf(*handle), Call{function})) {
+    return guarded(handle, [&](auto& object) { return body(object, Call{function}); });
+}
+
 }  // namespace TAVO::api
 
 #endif

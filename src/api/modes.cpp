@@ -36,8 +36,8 @@ int tavo_setMemoryMappedMode(tavo_t* tavo, int mode) { return setNumber(tavo, &T
 int tavo_getMemoryMappedMode(tavo_t* tavo) { return getNumber(tavo, &Tavo::getMemoryMappedMode); }
 
 int tavo_setProsodicInfoCombineMode(tavo_t* tavo, int mode, char const* filler) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(filler != nullptr, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(filler != nullptr);
         return object.setProsodicInfoCombineMode(mode, filler), 0;
     });
 }
@@ -46,22 +46,22 @@ int tavo_getProsodicInfoCombineMode(tavo_t* tavo) { return getNumber(tavo, &Tavo
 char const* tavo_getProsodicInfoFiller(tavo_t* tavo) { return getText(tavo, &Tavo::getProsodicInfoFiller); }
 
 int tavo_setExtCombineMode(tavo_t* tavo, int index, int mode, char const* filler) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(index >= 0 && filler != nullptr, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(index >= 0 && filler != nullptr);
         return object.setExtCombineMode(index, mode, filler), 0;
     });
 }
 
 int tavo_getExtCombineMode(tavo_t* tavo, int index) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(index >= 0, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(index >= 0);
         return object.getExtCombineMode(index);
     });
 }
 
 char const* tavo_getExtFiller(tavo_t* tavo, int index) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(index >= 0, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(index >= 0);
         return object.getExtFiller(index);
     });
 }

@@ -82,8 +82,8 @@ int tavo_getCategory(tavo_mrph_t* mrph, char* buffer, int size) {
 }
 
 int tavo_getCategoryCount(tavo_mrph_t* mrph, unsigned char* count1, unsigned char* count2, unsigned char* count3) {
-    return guarded(mrph, [&, function = __func__](Mrph& object) {
-        require(count1 != nullptr && count2 != nullptr && count3 != nullptr, function);
+    return guarded(mrph, __func__, [&](Mrph& object, Call call) {
+        call.require(count1 != nullptr && count2 != nullptr && count3 != nullptr);
         return object.getCategoryCount(*count1, *count2, *count3), 0;
     });
 }
@@ -93,12 +93,12 @@ int tavo_getExt(tavo_mrph_t* mrph, int index, char* buffer, int size) {
 }
 
 int tavo_getAlt(tavo_mrph_t* mrph, tavo_mrph_t** array, int count) {
-    return guarded(mrph, [&, function = __func__](Mrph& object) {
-        require(count >= 0, function);
+    return guarded(mrph, __func__, [&](Mrph& object, Call call) {
+        call.require(count >= 0);
         std::vector<Mrph> alternatives;
         object.getAlt(alternatives);
         if (array == nullptr) return static_cast<int>(alternatives.size());
-        if (alternatives.size() > static_cast<std::size_t>(count)) return notEnough(object, function);
+        if (alternatives.size() > static_cast<std::size_t>(count)) return notEnough(object, call.function);
         for (Mrph const& alternative : alternatives) *array++ = handleOf(*MrphAccess::storeAlt(alternative));
         return static_cast<int>(alternatives.size());
     });

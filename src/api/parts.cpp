@@ -90,8 +90,8 @@ int tavo_getPartCategory(tavo_mrph_t* mrph, int part, char* buffer, int size) {
 
 int tavo_getPartCategoryCount(tavo_mrph_t* mrph, int part, unsigned char* count1, unsigned char* count2,
                               unsigned char* count3) {
-    return guarded(mrph, [&, function = __func__](Mrph& object) {
-        require(part >= 0 && count1 != nullptr && count2 != nullptr && count3 != nullptr, function);
+    return guarded(mrph, __func__, [&](Mrph& object, Call call) {
+        call.require(part >= 0 && count1 != nullptr && count2 != nullptr && count3 != nullptr);
         return object.getPartCategoryCount(part, *count1, *count2, *count3), 0;
     });
 }

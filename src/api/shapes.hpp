@@ -18,8 +18,8 @@ inline int getNumber(tavo_t* tavo, int (Tavo::*get)() const) noexcept {
 
 /// For settings that have no meaning for null.
 inline int setText(tavo_t* tavo, char const* function, void (Tavo::*set)(char const*), char const* text) noexcept {
-    return guarded(tavo, [&](Tavo& object) {
-        require(text != nullptr, function);
+    return guarded(tavo, function, [&](Tavo& object, Call call) {
+        call.require(text != nullptr);
         return (object.*set)(text), 0;
     });
 }
@@ -42,8 +42,8 @@ int valueOf(tavo_mrph_t* mrph, Value (Mrph::*get)() const) noexcept {
 
 template <class Value>
 int partValue(tavo_mrph_t* mrph, char const* function, Value (Mrph::*get)(int) const, int part) noexcept {
-    return guarded(mrph, [&](Mrph& object) {
-        require(part >= 0, function);
+    return guarded(mrph, function, [&](Mrph& object, Call call) {
+        call.require(part >= 0);
         return static_cast<int>((object.*get)(part));
     });
 }

@@ -47,16 +47,16 @@ int tavo_setMajorPartOfSPPath(tavo_t* tavo, char const* path) {
 char const* tavo_getMajorPartOfSPPath(tavo_t* tavo) { return getText(tavo, &Tavo::getMajorPartOfSPPath); }
 
 int tavo_setDelimiterString(tavo_t* tavo, char const* const* strings, int count) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(count >= 0 && (strings != nullptr || count == 0), function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(count >= 0 && (strings != nullptr || count == 0));
         return object.setDelimiterString(std::vector<char const*>(strings, strings + count)), 0;
     });
 }
 
 int tavo_getDelimiterString(tavo_t* tavo, char const** array, int count) {
-    return guarded(tavo, [&, function = __func__](Tavo& object) {
-        require(count >= 0, function);
-        return deliverArray(object, object.getDelimiterString(), array, count, function);
+    return guarded(tavo, __func__, [&](Tavo& object, Call call) {
+        call.require(count >= 0);
+        return deliverArray(object, object.getDelimiterString(), array, count, call.function);
     });
 }
 

@@ -28,6 +28,8 @@ void* allocate(std::size_t size) {
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept { return std::malloc(size == 0 ? 1 : size); }
+void* operator new[](std::size_t size, std::nothrow_t const&) noexcept { return std::malloc(size == 0 ? 1 : size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
