@@ -34,7 +34,7 @@ bool isInside(std::string_view span, std::string_view text) {
 bool isBreak(char c) noexcept { return c == '\r' || c == '\n'; }
 
 /// Finds the places of a sentence's text in the text as given, from which line
-/// breaks may have been taken out; quick while they ascend.
+/// breaks may have been taken out. To be asked in ascending order.
 class GivenPlaces {
 public:
     explicit GivenPlaces(Sentence const& sentence) : sentence_(sentence) {}
@@ -51,7 +51,6 @@ public:
 
 private:
     void advance(std::size_t byte) {
-        if (byte < text_) text_ = given_ = 0;
         for (; text_ < byte; ++text_, ++given_) {
             skipBreaks();
             if (given_ == sentence_.given.size() || sentence_.given[given_] != sentence_.text[text_])

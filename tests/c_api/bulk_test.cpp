@@ -194,6 +194,16 @@ TEST_F(BulkFunctions, ErrorsLeaveTheRowsBefore) {
     EXPECT_EQ(bulk.rowCount, 0U);
 }
 
+TEST(PositionCounter, CountsCharactersInAnyOrder) {
+    std::string const text = toSjis("ソa能");
+    api::PositionCounter characters(text, true);
+    EXPECT_EQ(characters.at(3), 2U);
+    EXPECT_EQ(characters.at(2), 1U);
+    EXPECT_EQ(characters.at(4), 3U) << "inside a character: behind it";
+    EXPECT_EQ(characters.end(), 3U);
+    EXPECT_EQ(api::PositionCounter(text, false).at(4), 4U);
+}
+
 TEST(StringBlock, RefusesToGrowBeyondItsLimit) {
     api::StringBlock block(8);
     EXPECT_EQ(block.add(""), 0U);
