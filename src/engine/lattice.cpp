@@ -219,7 +219,7 @@ void Lattice::sortEntries(std::size_t first, std::size_t end) {
 Lattice::Best Lattice::bestAfter(std::size_t end, std::uint16_t row) noexcept {
     // Many words that end at one position share their row.
     std::uint64_t const stamp = (stampBase_ + end) << 16 | row;
-    Memo& memo = memos_[(row * 0x9E5U + end * 0x6D1U) % kMemoSlots];
+    Memo& memo = memos_[(std::size_t{row} * 0x9E5U + end * 0x6D1U) % kMemoSlots];
     if (memo.stamp != stamp) memo = {stamp, search(end, row)};
     return memo.best;
 }
