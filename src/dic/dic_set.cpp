@@ -58,11 +58,11 @@ DicSet::~DicSet() { offDic(); }
 
 void DicSet::addDicPath(char const* pathSpec, bool memoryMapped, ConnTable const* table) {
     if (pathSpec == nullptr) throw std::invalid_argument(invalidArgument("addDicPath"));
-    std::string_view const spec(pathSpec);
-    std::size_t const comma = spec.find(',');
+    std::string_view const both(pathSpec);
+    std::size_t const comma = both.find(',');
     DicEntry added;
-    added.path = spec.substr(0, comma);
-    if (comma != std::string_view::npos) added.sourcePath = spec.substr(comma + 1);
+    added.path = both.substr(0, comma);
+    if (comma != std::string_view::npos) added.sourcePath = both.substr(comma + 1);
     added.memoryMapped = memoryMapped;
     if (FileLength(added.path.c_str()) < 0) throw file_not_found(added.path);
 
