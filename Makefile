@@ -28,7 +28,7 @@ say = @printf '\n== %s\n' "$(1)"
 CTEST := ctest --output-on-failure --no-tests=error -j $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help demo test build lexicon bench accuracy lint format install \
+.PHONY: help demo test build lexicon bench accuracy lint tidy format install \
         test-release test-asan test-tsan
 
 help:
@@ -39,7 +39,8 @@ help:
 	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
 	@echo 'make bench      speed of the pieces and of the program; TEXT=FILE for a text of your own'
 	@echo 'make accuracy   word F1 against another analyser; TEXT=FILE'
-	@echo 'make lint       format, layers, clang-tidy, cppcheck, shellcheck'
+	@echo 'make lint       format, layers, shellcheck, cppcheck'
+	@echo 'make tidy       the same and clang-tidy, which takes minutes'
 	@echo 'make format     reformat all C++ files'
 
 demo: lexicon
@@ -99,6 +100,11 @@ lint:
 	@scripts/setup lint
 	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
 	@BUILD=$(BUILD) JOBS=$(JOBS) scripts/lint
+
+tidy:
+	@scripts/setup lint
+	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
+	@BUILD=$(BUILD) JOBS=$(JOBS) scripts/lint --clang
 
 format:
 	@scripts/setup lint
