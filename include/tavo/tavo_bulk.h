@@ -77,7 +77,8 @@ TAVO_EXPORT int tavo_bulkVersion(void);
 
 /// Analyses count texts and delivers what was asked for. The texts may be freed
 /// afterwards; together they have at most 2147483647 bytes. Ends all morpheme
-/// handles. Returns the number of texts.
+/// handles and leaves the analyser as after an empty text. Returns the number of
+/// texts.
 ///
 /// On an error the rows of the texts before the one that failed are delivered,
 /// so that result->rowCount is that text's place; a refused argument leaves

@@ -46,13 +46,17 @@ int fillArrays(tavo_t& tavo, tavo_bulk_t& result, unsigned what, Fill fill) {
     if (!tavo.bulk) tavo.bulk = std::make_unique<BulkArrays>();
     BulkArrays& arrays = *tavo.bulk;
     arrays.start(what);
+    auto const finish = [&] {
+        tavo.analyze(nullptr, 0);  // lets go of the caller's texts
+        arrays.describe(result);
+    };
     try {
         fill(arrays);
     } catch (...) {
-        arrays.describe(result);
+        finish();
         throw;
     }
-    arrays.describe(result);
+    finish();
     return static_cast<int>(result.rowCount);
 }
 

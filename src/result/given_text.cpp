@@ -35,7 +35,8 @@ std::optional<std::string_view> givenText(std::vector<Sentence> const& sentences
     auto const behind =
         std::upper_bound(sentences.begin(), sentences.end(), span.data(),
                          [](char const* p, Sentence const& s) { return std::less<char const*>()(p, s.given.data()); });
-    if (behind != sentences.begin() && holds(std::prev(behind)->text, span)) return span;
+    if (behind != sentences.begin() && !std::prev(behind)->ownedText && holds(std::prev(behind)->text, span))
+        return span;
     for (Sentence const& sentence : sentences) {
         if (!sentence.ownedText || !holds(sentence.text, span)) continue;
         auto const begin = static_cast<std::size_t>(span.data() - sentence.text.data());

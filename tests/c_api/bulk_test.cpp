@@ -106,6 +106,17 @@ TEST_F(BulkFunctions, StartsCountBytesOrCharactersOfTheGivenText) {
     }
 }
 
+TEST_F(BulkFunctions, LetGoOfTheTexts) {
+    for (unsigned const what : {0U, unsigned{TAVO_BULK_ANALYZED}}) {
+        ASSERT_EQ(bulkOf({"d", "dd"}, what), 2);
+        EXPECT_EQ(tavo_getSentenceCount(tavo), 0);
+        ASSERT_EQ(tavo_bulkAnalyzeNBest(tavo, &bulk, "d", 1, 2, what), 2);
+        EXPECT_EQ(tavo_getSentenceCount(tavo), 0);
+    }
+    EXPECT_EQ(bulkOf({"d", std::string(16'843'010, 'd')}, 0), -10011);
+    EXPECT_EQ(tavo_getSentenceCount(tavo), 0) << "after an error too";
+}
+
 TEST_F(BulkFunctions, NBestGivesARowAPath) {
     char const* const stops[] = {"."};
     ASSERT_EQ(tavo_setDelimiterString(tavo, stops, 1), 0);

@@ -89,9 +89,11 @@ TEST_F(Analyzer, SplitsSentencesAndServesTheirTexts) {
     EXPECT_EQ(forms(tavo, 0), (Forms{"ab", "\n"}));
     tavo.setDelimitCRLFMode(0);
     tavo.setDeleteCRLFMode(1);
-    tavo.setOutputConvertMode(3);
     analyze(tavo, "a\nb");
     EXPECT_EQ(forms(tavo, 0), (Forms{"ab"}));
+    tavo.setOutputConvertMode(3);
+    analyze(tavo, "a\nb");
+    EXPECT_EQ(forms(tavo, 0), (Forms{"a\nb"})) << "mode 3 answers the text as given";
     EXPECT_EQ(tavo.getSentence(0), "ab");
     EXPECT_EQ(tavo.getAnalyzedText(0), "a\nb");
     analyze(tavo, "");
