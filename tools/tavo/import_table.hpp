@@ -15,8 +15,8 @@ namespace TAVO::importer {
 
 struct TableOptions {
     double step = 130;           ///< source cost of one unit of a byte
-    double levelTolerance = 20;  ///< how much weighted error merges two neighbouring cost levels
-    double lineTolerance = 1e5;  ///< and two rows or columns that are alike
+    double levelTolerance = 10;  ///< how much weighted error merges two neighbouring cost levels
+    double lineTolerance = 3e4;  ///< and two rows or columns that are alike
 };
 
 /// What the connection table and the records hold. Ids run from 1; the vectors

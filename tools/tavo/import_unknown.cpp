@@ -19,9 +19,6 @@ constexpr unsigned kMaxLevels = 8;
 // Where only "no word begins here" allows an unknown word, but words do begin with
 // its first character: what the unknown word costs more.
 constexpr std::int32_t kDoubt = 4000;
-// Unknown words of a category that cost this much more than its cheapest hardly
-// ever win, and each costs a node per character and analysis.
-constexpr std::int32_t kWindow = 3000;
 
 struct Parser {
     std::filesystem::path const& file;
@@ -89,18 +86,17 @@ struct Chain {
 class ChainBuilder {
 public:
     ChainBuilder(Lexicon& lexicon, CharMap const& map) : lexicon_(lexicon) {
-        std::map<std::string, std::int32_t> cheapest;
+        // The others of a category hardly ever win, and each costs two nodes per character.
+        std::map<std::string, UnknownTemplate const*> cheapest;
         for (UnknownTemplate const& entry : lexicon.templates) {
-            auto const place = cheapest.emplace(entry.category, entry.cost).first;
-            place->second = std::min(place->second, entry.cost);
-        }
-        for (UnknownTemplate const& entry : lexicon.templates) {
-            auto const category = map.categories.find(entry.category);
-            if (category == map.categories.end())
+            if (map.categories.count(entry.category) == 0)
                 throw ImportError((lexicon.folder / "unk.def").string() + ": category " + entry.category +
                                   " is not in char.def");
-            if (entry.cost <= cheapest.at(entry.category) + kWindow) plan(entry, category->second);
+            UnknownTemplate const*& least = cheapest.emplace(entry.category, &entry).first->second;
+            if (entry.cost < least->cost) least = &entry;
         }
+        for (UnknownTemplate const& entry : lexicon.templates)
+            if (cheapest.at(entry.category) == &entry) plan(entry, map.categories.at(entry.category));
         extendMatrix();
     }
 

@@ -40,8 +40,8 @@ CharMap readCharMap(std::filesystem::path const& file);
 ///
 /// Where the category tries unknown words only when no lexicon word begins, a
 /// character that is a word of the lexicon itself gets no begin, and one that
-/// words begin with gets a dearer one. Entries of unk.def that are far dearer than
-/// the cheapest of their category are left out.
+/// words begin with gets a dearer one. Of a category's entries in unk.def only the
+/// cheapest is taken.
 void addUnknownWords(Lexicon& lexicon, CharMap const& map);
 
 /// The class word of a category as a feature of a name, "" for other categories.
