@@ -133,28 +133,25 @@ bool RunJoiner::isInner(Mrph const& m) const {
     return false;
 }
 
-void RunJoiner::add(Mrph&& m) {
+bool RunJoiner::extend(Mrph& m) {
     std::uint32_t const pid = m.getPid();
-    std::uint8_t const rule = rules_.ruleOf(pid);
-    if (rule_ != ReduceRules::kNone) {
-        if (rule == rule_ && (!inner_.empty() || rules_.mayFollow(pid))) {
-            std::move(inner_.begin(), inner_.end(), std::back_inserter(run_));
-            inner_.clear();
-            run_.push_back(std::move(m));
-            return;
-        }
-        if (inner_.empty() && isInner(m)) {
-            inner_.push_back(std::move(m));
-            return;
-        }
-        finish();
+    if (rules_.ruleOf(pid) == rule_ && (!inner_.empty() || rules_.mayFollow(pid))) {
+        std::move(inner_.begin(), inner_.end(), std::back_inserter(run_));
+        inner_.clear();
+        run_.push_back(std::move(m));
+        return true;
     }
-    if (rule == ReduceRules::kNone) {
-        out_.push_back(std::move(m));
-        return;
+    if (!inner_.empty() || !isInner(m)) return false;
+    inner_.push_back(std::move(m));
+    return true;
+}
+
+void RunJoiner::add(Mrph&& m) {
+    while (rule_ != ReduceRules::kNone) {
+        if (extend(m)) return;
+        close();
     }
-    rule_ = rule;
-    run_.push_back(std::move(m));
+    start(std::move(m));
 }
 
 void RunJoiner::addAlone(Mrph&& m) {
@@ -163,15 +160,26 @@ void RunJoiner::addAlone(Mrph&& m) {
 }
 
 void RunJoiner::finish() {
-    if (rule_ == ReduceRules::kNone) return;
+    while (rule_ != ReduceRules::kNone) close();
+}
+
+void RunJoiner::start(Mrph&& m) {
+    rule_ = rules_.ruleOf(m.getPid());
+    (rule_ == ReduceRules::kNone ? out_ : run_).push_back(std::move(m));
+}
+
+void RunJoiner::close() {
     if (run_.size() == 1)
         out_.push_back(std::move(run_.front()));
     else
         out_.push_back(MrphAccess::join(std::move(run_), rules_.joinedPid(rule_)));
-    std::move(inner_.begin(), inner_.end(), std::back_inserter(out_));
     run_.clear();
-    inner_.clear();
     rule_ = ReduceRules::kNone;
+    if (inner_.empty()) return;
+    // It joined nothing, so it may begin a run of its own.
+    Mrph m = std::move(inner_.front());
+    inner_.clear();
+    start(std::move(m));
 }
 
 }  // namespace TAVO

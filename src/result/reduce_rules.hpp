@@ -75,6 +75,12 @@ public:
 
 private:
     bool isInner(Mrph const& m) const;
+    /// Takes @p m into the open run, or behind it as inner; false, @p m as it was, when it fits neither.
+    bool extend(Mrph& m);
+    /// Opens a run with @p m, or appends it when no rule has it.
+    void start(Mrph&& m);
+    /// Appends the open run; what stands behind it may open the next.
+    void close();
 
     ReduceRules const& rules_;
     std::vector<Mrph>& out_;

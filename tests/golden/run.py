@@ -10,6 +10,8 @@ A case is a folder (all texts UTF-8):
                   tests/cli/make_conn_table.cpp tells
     words.txt     dictionary source
     options       arguments of the program, one a line; may be missing
+    tavo.init     settings, with files *.rules and *.list that it names; may be
+                  missing. It names SysDic and ConnTable without folder.
     input.txt     the text
     expected.txt  what the program writes, byte for byte
 """
@@ -23,14 +25,21 @@ import tempfile
 
 
 def analyse(case, options):
+    case = case.resolve()
+    tavo, make_conn_table = (pathlib.Path(program).resolve() for program in (options.tavo, options.make_conn_table))
     with tempfile.TemporaryDirectory() as name:
         lexicon = pathlib.Path(name)
-        subprocess.run([options.make_conn_table, case / "conn.txt", lexicon / "ConnTable"], check=True)
-        subprocess.run([options.tavo, "dic", "build", case / "words.txt", "-c", lexicon / "ConnTable",
+        subprocess.run([make_conn_table, case / "conn.txt", lexicon / "ConnTable"], check=True)
+        subprocess.run([tavo, "dic", "build", case / "words.txt", "-c", lexicon / "ConnTable",
                         "-o", lexicon / "SysDic"], check=True)
+        settings = ["-d", "SysDic", "-c", "ConnTable"]
+        if (case / "tavo.init").exists():
+            settings = ["-i", "tavo.init"]
+            for file in [case / "tavo.init", *case.glob("*.rules"), *case.glob("*.list")]:
+                (lexicon / file.name).write_bytes(file.read_text("utf-8").encode("cp932"))
         arguments = (case / "options").read_text().splitlines() if (case / "options").exists() else []
-        return subprocess.run([options.tavo, "-d", lexicon / "SysDic", "-c", lexicon / "ConnTable", *arguments,
-                               case / "input.txt"], check=True, capture_output=True).stdout
+        return subprocess.run([tavo, *settings, *arguments, case / "input.txt"], cwd=lexicon, check=True,
+                              capture_output=True).stdout
 
 
 def run(case, options, show=True):

@@ -86,6 +86,7 @@ void importMecab(Options const& options) {
     writeFile(out / "ConnTable", table);
     writeFile(out / "SysDic", dictionary);
     writeFile(out / "reduce.rules", reduceRuleText());
+    writeFile(out / "number.list", numberListText(tables.names));
     writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder)));
 
     ReportFacts facts;

@@ -153,6 +153,19 @@ std::string joinName(std::vector<std::string> const& fields, std::size_t first, 
     return name.empty() ? "*" : name;
 }
 
+/// True for words made of digits, commas between them allowed (UTF-8, either width).
+bool isNumber(std::string_view form) {
+    bool digitBefore = false;
+    for (std::size_t pos = 0; pos < form.size();) {
+        std::uint32_t const c = nextCodePoint(form, pos);
+        bool const digit = (c >= '0' && c <= '9') || (c >= 0xFF10 && c <= 0xFF19);
+        bool const comma = c == ',' || c == 0xFF0C;
+        if (!digit && !(comma && digitBefore)) return false;
+        digitBefore = digit;
+    }
+    return digitBefore;
+}
+
 struct Reader {
     Lexicon& lexicon;
     FieldLayout layout;
@@ -201,7 +214,8 @@ struct Reader {
             return;
         }
         word.form = lexicon.keep(scratch);
-        word.name = lexicon.names.add(name(file, number));
+        // The feature lets the reduce rules join digits, and no other numerals.
+        word.name = lexicon.names.add(name(file, number) + (isNumber(fields[0]) ? ":Number" : ""));
         word.base = field(layout.base);
         if (word.base == word.form) word.base = {};
         word.reading = field(layout.reading);

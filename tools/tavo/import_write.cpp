@@ -1,6 +1,7 @@
 #include "import_write.hpp"
 
 #include "base/sjis.hpp"
+#include "config/pos_name.hpp"
 #include "dic/conn_table_writer.hpp"
 #include "dic/dic_compiler.hpp"
 
@@ -152,12 +153,29 @@ std::string initFileText(std::filesystem::path const& data) {
            "ReduceRule=" +
            folder +
            "/reduce.rules\n"
+           "NumberPartOfSP=" +
+           folder +
+           "/number.list\n"
            "ConnTable=" +
            folder + "/ConnTable\n";
 }
 
+std::string numberListText(std::vector<std::string> const& names) {
+    std::set<std::string> patterns;
+    PosName parts;
+    for (std::string const& name : names) {
+        splitPosName(name, parts);
+        if (parts.hasFeature("Number")) patterns.insert(std::string(parts.head) + ":Number");
+    }
+    std::string text = "; Parts of speech of numbers: a head, and the features that it needs.\n";
+    for (std::string const& pattern : patterns) text += pattern + "\n";
+    return text;
+}
+
 std::string reduceRuleText() {
-    return "; An unknown word comes as its first character and others with the feature Inside.\n"
+    return "; Digits are one number, with a comma or point between them too.\n"
+           "Number = : inner=,.\x81\x43\x81\x44\n"  // full-width comma and full stop
+           "; An unknown word comes as its first character and others with the feature Inside.\n"
            "Undef = : with=Inside\n";
 }
 

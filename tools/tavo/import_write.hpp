@@ -40,6 +40,8 @@ std::string compileDictionary(std::vector<std::string> const& names, std::vector
 /// The text of tavo.init for files in folder @p data (an absolute path).
 std::string initFileText(std::filesystem::path const& data);
 std::string reduceRuleText();
+/// The list of number parts of speech, from the names that have the feature Number.
+std::string numberListText(std::vector<std::string> const& names);
 
 }  // namespace TAVO::importer
 

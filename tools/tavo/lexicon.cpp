@@ -76,9 +76,11 @@ bool namesItsOwnFolder(fs::path const& initFile) {
 void openFolder(TAVO::Tavo& analyser, fs::path const& folder) {
     std::error_code ignored;
     fs::path const initFile = folder / "tavo.init", reduceRules = folder / "reduce.rules";
+    fs::path const numberList = folder / "number.list";
     if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return analyser.setInitFilePath(initFile.c_str());
     analyser.addDicPath((folder / "SysDic").c_str(), true);
     if (fs::exists(reduceRules, ignored)) analyser.setReduceRulePath(reduceRules.c_str());
+    if (fs::exists(numberList, ignored)) analyser.setNumberPartOfSPPath(numberList.c_str());
     analyser.setConnTablePath((folder / "ConnTable").c_str());
 }
 

@@ -63,12 +63,29 @@ TEST(ImportCommand, MakesALexiconThatAnalyses) {
     EXPECT_EQ(analyse(tavo, "ソーセージは山"), "ソーセージ//ソーセージ は/ハ/は 山/ヤマ/山") << "a run is one morpheme";
 }
 
+TEST(ImportCommand, NumbersJoinWithTheirCommas) {
+    TempDir const source, out;
+    TinyLexicon tiny;
+    tiny.words +=
+        "２,1,1,2000,名詞,数,*,*,*,*,２,ニ,ニ\n"
+        "二,1,1,2000,名詞,数,*,*,*,*,二,ニ,ニ\n";
+    tiny.unknown += "NUMERIC,1,1,3000,名詞,数,*,*,*,*,*\n";
+    tiny.characters += "NUMERIC 1 1 0\n0x0030..0x0039 NUMERIC\n";
+    ASSERT_EQ(run({"mecab", tiny.write(source), "-o", out.path()}), ExitStatus::Ok);
+    TAVO::Tavo tavo;
+    tavo.setInitFilePath(out.file("tavo.init").c_str());
+    EXPECT_EQ(analyse(tavo, "山は12,345"), "山/ヤマ/山 は/ハ/は 12,345//12,345");
+    EXPECT_EQ(analyse(tavo, "２２二は"), "２２/ニニ/２２ 二/ニ/二 は/ハ/は") << "digits alone join";
+    tavo.setReduceNumberMode(0);
+    EXPECT_EQ(analyse(tavo, "12,3"), "12//12 ,//, 3//3") << "unknown words join still";
+}
+
 TEST(ImportCommand, SameInputGivesSameBytes) {
     TempDir const source, first, second;
     std::string const folder = TinyLexicon().write(source);
     ASSERT_EQ(run({"mecab", folder, "-o", first.path(), "--data-dir", "/data"}), ExitStatus::Ok);
     ASSERT_EQ(run({"mecab", folder, "-o", second.path(), "--data-dir", "/data"}), ExitStatus::Ok);
-    for (char const* name : {"SysDic", "SysDic.txt", "ConnTable", "tavo.init", "reduce.rules", "report.txt"})
+    for (char const* name : {"SysDic", "SysDic.txt", "ConnTable", "tavo.init", "reduce.rules", "number.list", "report.txt"})
         EXPECT_EQ(readFile(first.file(name)), readFile(second.file(name))) << name;
     EXPECT_NE(readFile(first.file("tavo.init")).find("Dic=/data/SysDic,/data/SysDic.txt\n"), std::string::npos);
 }
