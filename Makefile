@@ -8,6 +8,8 @@ LEXICON ?= /usr/share/mecab/dic/ipadic
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
 TEXT ?=
+GOLD ?=
+LEXICONS ?=
 
 # A compiler named on the command line builds beside the default one.
 ifeq ($(origin CXX),command line)
@@ -38,7 +40,7 @@ help:
 	@echo 'make lexicon    the default lexicon in $(BUILD)/share/tavo; LEXICON=DIR for another source'
 	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
 	@echo 'make bench      speed of the pieces and of the program; TEXT=FILE for a text of your own'
-	@echo 'make accuracy   word F1 against another analyser; TEXT=FILE'
+	@echo 'make accuracy   word F1 against another analyser and against gold; TEXT=FILE GOLD=FILE.conllu LEXICONS=...'
 	@echo 'make lint       format, layers, shellcheck, cppcheck'
 	@echo 'make tidy       the same and clang-tidy, which takes minutes'
 	@echo 'make format     reformat all C++ files'
@@ -93,8 +95,8 @@ bench: lexicon
 	@scripts/bench-whole.py --tavo $(BUILD)/bin/tavo $(TEXT)
 
 accuracy: lexicon
-	@scripts/setup bench
-	@BUILD=$(BUILD) scripts/accuracy $(TEXT)
+	@scripts/setup accuracy
+	@BUILD=$(BUILD) GOLD='$(GOLD)' LEXICONS='$(LEXICONS)' scripts/accuracy $(TEXT)
 
 lint:
 	@scripts/setup lint

@@ -7,59 +7,77 @@
 namespace TAVO::importer {
 namespace {
 
-constexpr double kLeastUse = 0.5;          // of a line that the fitting text never needs
-constexpr std::uint32_t kMaxLines = 4096;  // comparing all pairs of more takes too long
+constexpr double kLeastUse = 0.5;  // of a line that the fitting text never needs
 
-/// One side of the matrix: lines of cells, and how much each line and each
-/// position in a line is used.
+/// One side of the matrix: lines of cells. The positions in a line come most
+/// used first, so that differing lines are soon known to differ.
 struct Side {
     std::vector<float> cells;
-    std::uint32_t lines, length;
-    std::vector<double> use, positionUse;
+    std::vector<float> weights;  ///< per position; their sum is 1
+    std::vector<double> use;     ///< per line
 
-    float const* line(std::uint32_t i) const { return &cells[std::size_t{i} * length]; }
+    float const* line(std::uint32_t i) const { return &cells[i * weights.size()]; }
+    std::uint32_t lines() const { return static_cast<std::uint32_t>(use.size()); }
 };
+
+/// @p cell(line, position) is the cost; the uses are of the lines and of the positions.
+template <class Cell>
+Side makeSide(std::vector<double> const& use, std::vector<double> const& positionUse, Cell&& cell) {
+    Side side;
+    side.use = use;
+    double const total = std::accumulate(positionUse.begin(), positionUse.end(), 0.0);
+    std::vector<std::uint32_t> order(positionUse.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::stable_sort(order.begin(), order.end(), [&](auto a, auto b) { return positionUse[a] > positionUse[b]; });
+    for (std::uint32_t const position : order)
+        side.weights.push_back(static_cast<float>(positionUse[position] / total));
+    side.cells.resize(use.size() * order.size());
+    float* out = side.cells.data();
+    for (std::uint32_t line = 0; line < use.size(); ++line)
+        for (std::uint32_t const position : order) *out++ = static_cast<float>(cell(line, position));
+    return side;
+}
 
 /// The weighted mean and variance of a - b; gives up, with a variance above
 /// @p limit, as soon as that is sure.
 std::pair<double, double> compare(float const* a, float const* b, std::vector<float> const& weights, double limit) {
-    constexpr std::size_t kBlock = 128;
-    double sum = 0, squares = 0;
+    constexpr std::size_t kBlock = 64;
+    double sum = 0, squares = 0, weight = 0;
     float const first = a[0] - b[0];  // keeps the squares small
     for (std::size_t from = 0; from < weights.size(); from += kBlock) {
         std::size_t const to = std::min(from + kBlock, weights.size());
-        float blockSum = 0, blockSquares = 0;
+        float blockSum = 0, blockSquares = 0, blockWeight = 0;
         for (std::size_t i = from; i < to; ++i) {
             float const difference = a[i] - b[i] - first;
+            blockWeight += weights[i];
             blockSum += weights[i] * difference;
             blockSquares += weights[i] * difference * difference;
         }
         sum += static_cast<double>(blockSum);
         squares += static_cast<double>(blockSquares);
-        // The rest can add to the squares only; the mean is at most as far as they allow.
-        if (squares - sum * sum > limit && squares > 4 * limit && from > weights.size() / 2) break;
+        weight += static_cast<double>(blockWeight);
+        // The rest adds nothing at best: when it lies at the mean of what was seen.
+        double const least = squares - sum * sum / weight;
+        if (least > limit) return {0, least};
     }
     return {sum + static_cast<double>(first), squares - sum * sum};
 }
 
 Clusters::Lines cluster(Side const& side, double tolerance) {
     Clusters::Lines result;
-    result.leader.resize(side.lines);
-    result.offset.assign(side.lines, 0);
+    result.leader.resize(side.lines());
+    result.offset.assign(side.lines(), 0);
     std::iota(result.leader.begin(), result.leader.end(), 0U);
-    result.count = side.lines;
-    if (tolerance <= 0 || side.lines > kMaxLines) return result;
+    result.count = side.lines();
+    if (tolerance <= 0) return result;
 
-    double const total = std::accumulate(side.positionUse.begin(), side.positionUse.end(), 0.0);
-    std::vector<float> weights;
-    for (double const use : side.positionUse) weights.push_back(static_cast<float>(use / total));
     std::vector<std::uint32_t> order(result.leader.begin() + 1, result.leader.end());
     std::stable_sort(order.begin(), order.end(), [&](auto a, auto b) { return side.use[a] > side.use[b]; });
     std::vector<std::uint32_t> leaders;  // line 0, the text's end, stays by itself
     for (std::uint32_t const line : order) {
         double least = tolerance / side.use[line];
         for (std::uint32_t const leader : leaders) {
-            auto const [mean, variance] = compare(side.line(line), side.line(leader), weights, least);
+            auto const [mean, variance] = compare(side.line(line), side.line(leader), side.weights, least);
             if (variance >= least) continue;
             least = variance;
             result.leader[line] = leader;
@@ -74,25 +92,21 @@ Clusters::Lines cluster(Side const& side, double tolerance) {
 }  // namespace
 
 Clusters findClusters(Lexicon const& lexicon, Usage const& usage, double tolerance) {
-    Side rows{{}, lexicon.sourceRows, lexicon.sourceCols, {}, {}};
-    Side columns{{}, lexicon.sourceCols, lexicon.sourceRows, {}, {}};
-    rows.use.assign(lexicon.sourceRows, kLeastUse);
-    columns.use.assign(lexicon.sourceCols, kLeastUse);
+    std::vector<double> rowUse(lexicon.sourceRows, kLeastUse), columnUse(lexicon.sourceCols, kLeastUse);
     for (Usage::Edge const& edge : usage.edges) {
         std::uint32_t const row = edge.left == Lattice::kNone ? 0 : lexicon.rowBase[lexicon.words[edge.left].row];
         std::uint32_t const col = edge.right == Lattice::kNone ? 0 : lexicon.words[edge.right].col;
-        rows.use[row] += static_cast<double>(edge.weight);
-        if (col < lexicon.sourceCols) columns.use[col] += static_cast<double>(edge.weight);
+        rowUse[row] += static_cast<double>(edge.weight);
+        if (col < lexicon.sourceCols) columnUse[col] += static_cast<double>(edge.weight);
     }
-    rows.positionUse = columns.use;
-    columns.positionUse = rows.use;
-    for (std::uint32_t row = 0; row < lexicon.sourceRows; ++row)
-        for (std::uint32_t col = 0; col < lexicon.sourceCols; ++col)
-            rows.cells.push_back(static_cast<float>(lexicon.matrix.at(row, col)));
-    for (std::uint32_t col = 0; col < lexicon.sourceCols; ++col)
-        for (std::uint32_t row = 0; row < lexicon.sourceRows; ++row)
-            columns.cells.push_back(static_cast<float>(lexicon.matrix.at(row, col)));
-    return {cluster(rows, tolerance), cluster(columns, tolerance)};
+    Matrix const& matrix = lexicon.matrix;
+    Clusters clusters;
+    // One side after the other: for large lexicons each takes a gigabyte.
+    clusters.rows =
+        cluster(makeSide(rowUse, columnUse, [&](auto row, auto col) { return matrix.at(row, col); }), tolerance);
+    clusters.columns =
+        cluster(makeSide(columnUse, rowUse, [&](auto col, auto row) { return matrix.at(row, col); }), tolerance);
+    return clusters;
 }
 
 }  // namespace TAVO::importer

@@ -30,6 +30,7 @@ struct Options {
     bool layoutGiven = false;
     TableOptions table;
     std::size_t drawn = 3000;
+    bool source = false;
 };
 
 /// Names of stages on standard error, when a person watches.
@@ -58,6 +59,29 @@ std::vector<std::string> readSentences(std::string const& path) {
     return sentences;
 }
 
+void writeLexicon(Options const& options, std::vector<std::string> const& lines,
+                  std::vector<DictionaryPart> const& parts, std::string const& table,
+                  std::vector<std::string> const& names, bool shortUnits) {
+    fs::path const out = fs::absolute(options.out);
+    fs::create_directories(out);
+    for (std::size_t part = 0; part < parts.size(); ++part) {
+        writeFile(out / dictionaryName(part), parts[part].bytes);
+        if (!options.source) continue;
+        std::string source;
+        for (std::size_t line = parts[part].first; line < parts[part].last; ++line)
+            source.append(lines[line]).append("\n");
+        writeFile(out / (dictionaryName(part) + ".txt"), source);
+    }
+    // What an earlier import left here would be taken for a part of this one.
+    for (std::size_t part = parts.size(); fs::remove(out / dictionaryName(part)); ++part) {
+    }
+    writeFile(out / "ConnTable", table);
+    writeFile(out / "reduce.rules", reduceRuleText(!shortUnits));
+    writeFile(out / "number.list", numberListText(names));
+    writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder),
+                                              parts.size(), options.source));
+}
+
 void importMecab(Options const& options) {
     Progress const progress;
     progress.stage("Reading the lexicon");
@@ -72,33 +96,24 @@ void importMecab(Options const& options) {
     Usage const usage = countEdges(lexicon, index, sentences, fit.nearBest);
     Shifts const shifts = fitShifts(lexicon, usage, fit);
     Tables const tables = buildTables(lexicon, index, shifts, usage, options.table);
-    Agreement const agreement = measureAgreement(lexicon, index, tables, sentences);
+    Agreement const agreement = measureAgreement(lexicon, index, shifts, tables, options.table.step, sentences);
 
     progress.stage("Writing the dictionary");
-    fs::create_directories(options.out);
-    fs::path const out = fs::absolute(options.out);
     std::vector<std::string> const lines = sourceLines(lexicon, tables);
-    std::string source;
-    for (std::string const& line : lines) source.append(line).append("\n");
-    std::string const dictionary = compileDictionary(tables.names, lines);
+    std::vector<DictionaryPart> const parts = compileDictionaries(tables.names, lines);
     std::string const table = connTableBytes(tables);
-    writeFile(out / "SysDic.txt", source);
-    writeFile(out / "ConnTable", table);
-    writeFile(out / "SysDic", dictionary);
-    writeFile(out / "reduce.rules", reduceRuleText());
-    writeFile(out / "number.list", numberListText(tables.names));
-    writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder)));
+    writeLexicon(options, lines, parts, table, tables.names, lexicon.shortUnits);
 
     ReportFacts facts;
     facts.fittedOn = options.text.empty() ? "sentences drawn from the lexicon" : options.text;
     facts.sentences = sentences.size();
     facts.linesWritten = lines.size();
-    facts.dictionaryBytes = dictionary.size();
+    for (DictionaryPart const& part : parts) facts.dictionaryBytes.push_back(part.bytes.size());
     facts.tableBytes = table.size();
     facts.perByte = shifts.perByte;
     facts.step = options.table.step;
     std::string const report = reportText(lexicon, tables, agreement, facts);
-    writeFile(out / "report.txt", report);
+    writeFile(fs::path(options.out) / "report.txt", report);
     std::fputs(report.c_str(), stdout);
 }
 
@@ -121,6 +136,7 @@ CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<
         ->type_name("FILE");
     mecab->add_option("--charset", options.charset, "Encoding of the source (default: as its dicrc says)");
     mecab->add_option("--data-dir", options.dataFolder, "Folder that tavo.init names (default: OUTDIR)");
+    mecab->add_flag("--source", options.source, "Write the dictionary's source text too, SysDic.txt");
     mecab->add_option("--step", options.table.step, "Source cost of one unit of a connection cost")
         ->check(CLI::Range(1.0, 1000.0))
         ->capture_default_str();

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <random>
 #include <tuple>
 
@@ -65,20 +64,23 @@ private:
                            probability(cost + kPerByte * static_cast<double>(lexicon_.words[word].form.size())));
     }
     double uniform() { return static_cast<double>(random_() >> 11) * 0x1.0p-53; }
-    std::size_t pickIndex(std::vector<double> const& sums) {
-        auto const at = std::upper_bound(sums.begin(), sums.end(), uniform() * sums.back());
+    template <class Number>
+    std::size_t pickIndex(std::vector<Number> const& sums) {
+        auto const at = std::upper_bound(sums.begin(), sums.end(), uniform() * static_cast<double>(sums.back()));
         return std::min(static_cast<std::size_t>(at - sums.begin()), sums.size() - 1);
     }
     std::uint32_t pick(Bag const& bag) { return bag.words.empty() ? Lattice::kNone : bag.words[pickIndex(bag.sums)]; }
 
     std::uint32_t nextColumn(std::uint32_t row, bool notEnd) {
-        std::vector<double>& sums = rowSums_[row];
+        std::vector<float>& sums = rowSums_[row];
         if (sums.empty()) {
+            sums.reserve(lexicon_.sourceCols);
             double sum = 0;
             for (std::uint32_t col = 1; col <= lexicon_.sourceCols; ++col) {
                 std::uint32_t const id = col % lexicon_.sourceCols;  // the text's end comes last
                 double const mass = id == 0 ? 1 : byCol_[id].sums.empty() ? 0 : byCol_[id].sums.back();
-                sums.push_back(sum += mass * probability(lexicon_.matrix.at(row, id)));
+                sum += mass == 0 ? 0 : mass * probability(lexicon_.matrix.at(row, id));
+                sums.push_back(static_cast<float>(sum));
             }
         }
         std::size_t at = pickIndex(sums);
@@ -88,7 +90,7 @@ private:
 
     Lexicon const& lexicon_;
     std::vector<Bag> byCol_, byRow_;
-    std::vector<std::vector<double>> rowSums_;
+    std::vector<std::vector<float>> rowSums_;  // made when first needed
     std::mt19937_64 random_{20061};
 };
 
@@ -98,6 +100,21 @@ struct Equation {
     std::uint32_t from, to;
     double bytes, cost, count;
 };
+
+/// One equation for all that are equal; a count weighs by its root.
+std::vector<Equation> mergeEqual(std::vector<Equation> edges) {
+    auto const key = [](Equation const& e) { return std::tuple(e.from, e.to, e.bytes, e.cost); };
+    std::stable_sort(edges.begin(), edges.end(), [&](Equation const& a, Equation const& b) { return key(a) < key(b); });
+    std::vector<Equation> merged;
+    for (Equation const& e : edges) {
+        if (merged.empty() || key(merged.back()) != key(e))
+            merged.push_back(e);
+        else
+            merged.back().count += e.count;
+    }
+    for (Equation& e : merged) e.count = std::sqrt(e.count);
+    return merged;
+}
 
 class Solver {
 public:
@@ -226,18 +243,16 @@ Usage countEdges(Lexicon const& lexicon, FormIndex const& index, std::vector<std
 
 Shifts fitShifts(Lexicon const& lexicon, Usage const& usage, FitOptions const& options) {
     std::uint32_t const end = lexicon.sourceRows;  // the text's end has a shift of its own
-    std::map<std::tuple<std::uint32_t, std::uint32_t, std::size_t, std::int64_t>, double> merged;
+    std::vector<Equation> edges;
     ExactEdge const edge{lexicon};
     for (Usage::Edge const& used : usage.edges) {
         std::uint32_t const from = used.left == Lattice::kNone ? 0 : lexicon.rowBase[lexicon.words[used.left].row];
         std::uint32_t const to = used.right == Lattice::kNone ? end : lexicon.rowBase[lexicon.words[used.right].row];
         std::size_t const bytes = used.right == Lattice::kNone ? 0 : lexicon.words[used.right].form.size();
-        merged[{from, to, bytes, edge(used.left, used.right)}] += static_cast<double>(used.weight);
+        edges.push_back({from, to, static_cast<double>(bytes), static_cast<double>(edge(used.left, used.right)),
+                         static_cast<double>(used.weight)});
     }
-    std::vector<Equation> equations;
-    for (auto const& [key, count] : merged)
-        equations.push_back({std::get<0>(key), std::get<1>(key), static_cast<double>(std::get<2>(key)),
-                             static_cast<double>(std::get<3>(key)), std::sqrt(count)});
+    std::vector<Equation> const equations = mergeEqual(std::move(edges));
     std::vector<double> const x = Solver(equations, end + 2, options).solve();
     Shifts shifts;
     shifts.row.assign(x.begin(), x.begin() + static_cast<std::ptrdiff_t>(end));

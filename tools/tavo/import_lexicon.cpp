@@ -14,8 +14,6 @@ namespace TAVO::importer {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr std::size_t kMaxExamples = 20;
-
 [[noreturn]] void fail(fs::path const& file, std::size_t line, std::string const& cause) {
     throw ImportError(file.string() + ":" + std::to_string(line) + ": " + cause);
 }
@@ -194,7 +192,7 @@ struct Reader {
         if (text == "*") return {};
         scratch.clear();
         if (!cp932.append(scratch, text)) {
-            ++lexicon.leftOut.lostFields;
+            lexicon.leftOut.lostFields.add(text);
             return {};
         }
         return lexicon.keep(scratch);
@@ -206,11 +204,13 @@ struct Reader {
         ++lexicon.entriesRead;
         Word word;
         ids(file, number, word.row, word.col, word.cost);
-        if (fields[0].empty()) fail(file, number, "the surface form is empty");
+        if (fields[0].empty()) {
+            lexicon.leftOut.noForm.add(file.filename().string() + ":" + std::to_string(number));
+            return;
+        }
         scratch.clear();
         if (!cp932.append(scratch, fields[0])) {
-            ++lexicon.leftOut.noCode;
-            if (lexicon.leftOut.examples.size() < kMaxExamples) lexicon.leftOut.examples.push_back(fields[0]);
+            lexicon.leftOut.noCode.add(fields[0]);
             return;
         }
         word.form = lexicon.keep(scratch);
@@ -234,13 +234,21 @@ struct Reader {
     }
 };
 
-/// The two layouts in use differ in the number of fields: 9, and 17 or more.
-FieldLayout guessLayout(fs::path const& file, std::string_view text) {
+constexpr std::size_t kShortUnitFeatures = 17;
+
+/// The number of fields behind the four fixed ones.
+std::size_t featureCount(fs::path const& file, std::string_view text) {
     std::vector<std::string> fields;
     splitCsv(text.substr(0, text.find('\n')), fields);
     std::size_t const features = fields.size() - std::min<std::size_t>(fields.size(), 4);
     if (features < 1) fail(file, 1, "fewer than 5 fields");
-    if (features >= 17) return {6, 10, 9, 9};
+    return features;
+}
+
+/// The layouts in use differ in the number of features: 9, and for short units 17, or 26 and more.
+FieldLayout layoutFor(std::size_t features) {
+    if (features >= 26) return {6, 10, 20, 9};
+    if (features >= kShortUnitFeatures) return {6, 10, 9, 9};
     auto const present = [&](int index) { return static_cast<std::size_t>(index) < features ? index : -1; };
     return {static_cast<int>(std::min<std::size_t>(features, 6)), present(6), present(7), present(8)};
 }
@@ -321,12 +329,14 @@ Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, 
     for (std::uint32_t row = 0; row < lexicon.sourceRows; ++row) lexicon.rowBase.push_back(row);
 
     Reader reader{lexicon, layout ? *layout : FieldLayout{}, Cp932::table(), {}, {}};
-    bool layoutKnown = layout != nullptr;
+    bool featuresKnown = false;
     for (fs::path const& file : files) {
         std::string const text = readText(file, lexicon.charset);
-        if (!layoutKnown && !text.empty()) {
-            reader.layout = guessLayout(file, text);
-            layoutKnown = true;
+        if (!featuresKnown && !text.empty()) {
+            std::size_t const features = featureCount(file, text);
+            lexicon.shortUnits = features >= kShortUnitFeatures;
+            if (layout == nullptr) reader.layout = layoutFor(features);
+            featuresKnown = true;
         }
         forEachLine(text, [&](std::string_view line, std::size_t number) { reader.csvLine(file, line, number); });
     }

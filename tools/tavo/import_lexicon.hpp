@@ -71,11 +71,24 @@ struct FieldLayout {
     int pron = 8;
 };
 
+/// What an import leaves out for one reason.
+struct Loss {
+    static constexpr std::size_t kMaxExamples = 20;
+
+    std::uint64_t count = 0;
+    std::vector<std::string> examples;  ///< the first ones, UTF-8
+
+    void add(std::string_view example) {
+        ++count;
+        if (examples.size() < kMaxExamples) examples.emplace_back(example);
+    }
+};
+
 struct LeftOut {
-    std::uint64_t noCode = 0;           ///< a form with a character outside code page 932
-    std::uint64_t duplicates = 0;       ///< equal in all that a user can see
-    std::uint64_t lostFields = 0;       ///< a base form or reading dropped, the word kept
-    std::vector<std::string> examples;  ///< of noCode, UTF-8
+    Loss noForm;      ///< an empty form; the examples are file:line
+    Loss noCode;      ///< a form with a character outside code page 932
+    Loss duplicates;  ///< equal in all that a user can see
+    Loss lostFields;  ///< a base form or reading dropped, the word kept
 };
 
 struct Lexicon {
@@ -88,6 +101,7 @@ struct Lexicon {
     Matrix matrix;
     std::uint32_t sourceRows = 0, sourceCols = 0;  ///< of the matrix as the source has it
     std::vector<std::uint32_t> rowBase;            ///< per row: the source's right id that it stands for
+    bool shortUnits = false;                       ///< words are the shortest units, numbers too
     double costFactor = 800;                       ///< source cost of a factor e in probability
     LeftOut leftOut;
 

@@ -1,5 +1,7 @@
 #include "import_report.hpp"
 
+#include "import_write.hpp"
+
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
@@ -40,17 +42,26 @@ std::string decimal(double value, int digits) {
     return buffer;
 }
 
-void countEdgesAtEnds(Lattice const& lattice, Tables const& tables, Agreement& agreement) {
+/// Counts the edges of the best path whose shifted cost a byte can't hold.
+void countClamped(Lexicon const& lexicon, Shifts const& shifts, double step, Lattice const& lattice,
+                  Agreement& agreement) {
+    auto const shift = [&](std::uint32_t word) {
+        return shifts.row[word == Lattice::kNone ? 0 : lexicon.rowBase[lexicon.words[word].row]];
+    };
     std::uint32_t left = Lattice::kNone;
-    auto const step = [&](std::uint32_t right) {
-        auto const byte = TableEdge{tables}(left, right) >> 32;
+    auto const visit = [&](std::uint32_t right) {
+        bool const atEnd = right == Lattice::kNone;
+        double const own = atEnd ? shifts.end : shift(right);
+        double const bytes = atEnd ? 0 : static_cast<double>(lexicon.words[right].form.size());
+        double const cost =
+            static_cast<double>(ExactEdge{lexicon}(left, right)) + shift(left) - own + shifts.perByte * bytes;
         ++agreement.edges;
-        agreement.atZero += byte == 0 ? 1 : 0;
-        agreement.atHighest += byte >= Tables::kHighest ? 1 : 0;
+        agreement.below += cost < -step / 2 ? 1 : 0;
+        agreement.above += cost > (Tables::kHighest + 0.5) * step ? 1 : 0;
         left = right;
     };
-    for (std::uint32_t const i : lattice.path()) step(lattice.nodes[i].word);
-    step(Lattice::kNone);
+    for (std::uint32_t const i : lattice.path()) visit(lattice.nodes[i].word);
+    visit(Lattice::kNone);
 }
 
 }  // namespace
@@ -58,8 +69,8 @@ void countEdgesAtEnds(Lattice const& lattice, Tables const& tables, Agreement& a
 double Agreement::f1() const noexcept { return ratio(2 * sameSpan, exactWords + tableWords); }
 double Agreement::f1WithHead() const noexcept { return ratio(2 * sameHead, exactWords + tableWords); }
 
-Agreement measureAgreement(Lexicon const& lexicon, FormIndex const& index, Tables const& tables,
-                           std::vector<std::string> const& sentences) {
+Agreement measureAgreement(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Tables const& tables,
+                           double step, std::vector<std::string> const& sentences) {
     Agreement agreement;
     Lattice lattice;
     for (std::string const& text : sentences) {
@@ -67,7 +78,7 @@ Agreement measureAgreement(Lexicon const& lexicon, FormIndex const& index, Table
         searchForward(lattice, text.size(), ExactEdge{lexicon});
         if (lattice.best >= Lattice::kNoPath) continue;
         std::vector<Span> const exact = spans(lexicon, lattice);
-        countEdgesAtEnds(lattice, tables, agreement);
+        countClamped(lexicon, shifts, step, lattice, agreement);
         searchForward(lattice, text.size(), TableEdge{tables});
         std::vector<Span> const ours = spans(lexicon, lattice);
         agreement.exactWords += exact.size();
@@ -93,23 +104,32 @@ std::string reportText(Lexicon const& lexicon, Tables const& tables, Agreement c
         text.append(name).append(": ").append(value).append("\n");
     };
     auto const number = [](std::uint64_t value) { return std::to_string(value); };
+    auto const loss = [&](std::string_view name, Loss const& lost) {
+        line(name, number(lost.count));
+        std::string examples;
+        for (std::string const& example : lost.examples) examples += (examples.empty() ? "" : " ") + example;
+        if (lost.count > 0) line("  such as", examples);
+    };
     LeftOut const& leftOut = lexicon.leftOut;
+    std::uint64_t const lost = leftOut.noForm.count + leftOut.noCode.count + leftOut.duplicates.count;
     line("source", lexicon.folder.string() + " (" + lexicon.charset + ")");
     line("entries read", number(lexicon.entriesRead));
-    line("entries left out, form not in code page 932", number(leftOut.noCode));
-    for (std::string const& example : leftOut.examples) line("  for example", example);
-    line("entries left out, equal in all that can be seen", number(leftOut.duplicates));
-    line("fields left out, text not in code page 932", number(leftOut.lostFields));
+    line("entries written", number(lexicon.entriesRead - lost));
+    loss("entries left out, form not in code page 932", leftOut.noCode);
+    loss("entries left out, empty form", leftOut.noForm);
+    loss("entries left out, equal in all that can be seen", leftOut.duplicates);
+    loss("fields left out, text not in code page 932", leftOut.lostFields);
     line("records written, with those for unknown words", number(facts.linesWritten));
     line("part-of-speech ids", number(tables.names.size()));
     line("matrix", number(tables.rows) + " rows x " + number(tables.columns) + " columns");
     line("ConnTable bytes", number(facts.tableBytes));
-    line("SysDic bytes", number(facts.dictionaryBytes));
+    for (std::size_t part = 0; part < facts.dictionaryBytes.size(); ++part)
+        line(dictionaryName(part) + " bytes", number(facts.dictionaryBytes[part]));
     line("source cost per unit of a byte", decimal(facts.step, 1));
     line("shift per byte of text, in source cost", decimal(facts.perByte, 1));
     line("measured on", facts.fittedOn + ", " + number(facts.sentences) + " sentences");
-    line("edges of best analyses at 0", decimal(100 * ratio(agreement.atZero, agreement.edges), 3) + " %");
-    line("edges of best analyses at 254", decimal(100 * ratio(agreement.atHighest, agreement.edges), 3) + " %");
+    line("edges of best analyses clamped at 0", decimal(100 * ratio(agreement.below, agreement.edges), 3) + " %");
+    line("edges of best analyses clamped at 254", decimal(100 * ratio(agreement.above, agreement.edges), 3) + " %");
     line("word F1 against exact arithmetic", decimal(agreement.f1(), 5));
     line("word and top-level part of speech", decimal(agreement.f1WithHead(), 5));
     return text;

@@ -110,6 +110,12 @@ private:
         return col < lexicon_.sourceCols ? clusters_.columns.offset[col] : 0;
     }
 
+    /// A row that follows a leader connects as the leader does. Rows of the chains
+    /// of unknown words stand for themselves.
+    std::uint32_t rowLeader(std::uint32_t row) const {
+        return row < lexicon_.sourceRows ? clusters_.rows.leader[row] : row;
+    }
+
     /// Part of an edge's cost that depends on the word behind it alone.
     double wordPart(Word const& word) const {
         double const shifted = word.cost + columnOffset(word.col) - rowShift(lexicon_.rowBase[word.row]) +
@@ -136,27 +142,31 @@ private:
         return columnOfLevel_[columnLeader(word.col)].at(static_cast<std::int32_t>(std::lround(wordPart(word))));
     }
 
-    /// Of a form's words with equal row and column the dearer ones can't win: they
-    /// take the id of the cheapest, so that the lattice makes one node of them.
+    /// Words of a form that connect alike and differ in cost: only the cheapest can win.
+    bool competesAlike(Word const& a, Word const& b) const {
+        return a.name == b.name && rowLeader(a.row) == rowLeader(b.row) && columnLeader(a.col) == columnLeader(b.col);
+    }
+
+    /// What can't win takes the id of what can, so that the lattice makes one node of them.
     void makeIds() {
         std::map<std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>, std::uint32_t> ids;
         wordId_.assign(lexicon_.words.size(), kNoIndex);
         auto const idOf = [&](Word const& word, std::uint32_t column) {
+            std::uint32_t const row = rowLeader(word.row);
             auto const [place, fresh] =
-                ids.emplace(std::tuple(word.name, word.row, column), static_cast<std::uint32_t>(ids_.size()));
-            if (fresh) ids_.push_back({word.name, word.row, column, 0, 0});
+                ids.emplace(std::tuple(word.name, row, column), static_cast<std::uint32_t>(ids_.size()));
+            if (fresh) ids_.push_back({word.name, row, column, 0, 0});
             return place->second;
         };
         std::unordered_map<std::string_view, std::vector<std::uint32_t>> winners;
         for (std::uint32_t const i : index_.wordsOf()) winners[lexicon_.words[i].form].push_back(i);
         for (std::uint32_t i = 0; i < lexicon_.words.size(); ++i) {
-            Word const& word = lexicon_.words[i];
-            std::uint32_t column = columnOf(word);
-            for (std::uint32_t const winner : winners[word.form]) {
+            Word const* cheapest = &lexicon_.words[i];
+            for (std::uint32_t const winner : winners[cheapest->form]) {
                 Word const& other = lexicon_.words[winner];
-                if (other.row == word.row && other.col == word.col && other.name == word.name) column = columnOf(other);
+                if (competesAlike(other, *cheapest) && wordPart(other) < wordPart(*cheapest)) cheapest = &other;
             }
-            std::uint32_t const id = wordId_[i] = idOf(word, column);
+            std::uint32_t const id = wordId_[i] = idOf(*cheapest, columnOf(*cheapest));
             ids_[id].words += 1;
             ids_[id].weight += weights_[i];
         }
@@ -219,23 +229,32 @@ private:
         return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, static_cast<long>(Tables::kHighest)));
     }
 
-    /// Row and column per id, still with one row per right id and one column per level.
+    /// Row and column per id, still with one row per right id in use and one column per level.
     void fillMatrix() {
-        std::uint32_t const lastRow = lexicon_.matrix.rows;
+        std::vector<std::uint32_t> lineOf(lexicon_.matrix.rows, kNoIndex), rows{0};
+        lineOf[0] = 0;
+        for (std::uint32_t const i : order_) {
+            std::uint32_t& line = lineOf[ids_[i].row];
+            if (line != kNoIndex) continue;
+            line = static_cast<std::uint32_t>(rows.size());
+            rows.push_back(ids_[i].row);
+        }
+        auto const lastLine = static_cast<std::uint32_t>(rows.size());
+        rows.push_back(lexicon_.matrix.rows);
         auto const lastColumn = static_cast<std::uint32_t>(columns_.size() - 1);
-        rowOf_ = {0, 0, lastRow};
+        rowOf_ = {0, 0, lastLine};
         columnOf_ = {lastColumn, 0, lastColumn};
-        rowUse_.assign(lastRow + 1U, 0);
+        rowUse_.assign(rows.size(), 0);
         columnUse_.assign(columns_.size(), 0);
         for (std::uint32_t const i : order_) {
-            rowOf_.push_back(ids_[i].row);
+            rowOf_.push_back(lineOf[ids_[i].row]);
             columnOf_.push_back(ids_[i].column);
-            rowUse_[ids_[i].row] += ids_[i].weight;
+            rowUse_[rowOf_.back()] += ids_[i].weight;
             columnUse_[ids_[i].column] += ids_[i].weight;
         }
-        tables_.rows = lastRow + 1;
         tables_.columns = static_cast<std::uint32_t>(columns_.size());
-        for (std::uint32_t row = 0; row < tables_.rows; ++row)
+        tables_.matrix.reserve(rows.size() * columns_.size());
+        for (std::uint32_t const row : rows)
             for (Column const& column : columns_) tables_.matrix.push_back(cell(row, column));
     }
 

@@ -1,5 +1,7 @@
 #include "import_write.hpp"
 
+#include "encoding.hpp"
+
 #include "base/sjis.hpp"
 #include "config/pos_name.hpp"
 #include "dic/conn_table_writer.hpp"
@@ -42,6 +44,16 @@ std::string sourceLine(Lexicon const& lexicon, Tables const& tables, std::size_t
     if (!readPron.empty() || !source.base.empty()) line += ',' + escapeField(readPron);
     if (!source.base.empty()) line += ',' + escapeField(source.base);
     return line;
+}
+
+/// The first field of a source line, as written.
+std::string_view formOf(std::string_view line) {
+    std::size_t pos = 0;
+    while (pos < line.size() && line[pos] != ',') {
+        if (line[pos] == '\\') ++pos;
+        if (pos < line.size()) pos += charWidth(line, pos);
+    }
+    return line.substr(0, pos);
 }
 
 }  // namespace
@@ -103,7 +115,7 @@ std::vector<std::string> sourceLines(Lexicon& lexicon, Tables const& tables) {
         if (seen.emplace(tables.idOfWord[i], word.base, word.reading, word.pron).second)
             lines.push_back(sourceLine(lexicon, tables, i));
         else
-            ++lexicon.leftOut.duplicates;
+            lexicon.leftOut.duplicates.add(tool::sjisToUtf8(word.form));
     }
     return lines;
 }
@@ -133,31 +145,52 @@ std::string connTableBytes(Tables const& tables) {
     return serializeConnTable(content);
 }
 
-std::string compileDictionary(std::vector<std::string> const& names, std::vector<std::string> const& lines) {
-    DicCompiler compiler(names);
-    std::string error;
-    for (std::size_t i = 0; i < lines.size(); ++i)
-        if (!compiler.add(lines[i], error)) throw ImportError("SysDic.txt:" + std::to_string(i + 1) + ": " + error);
-    std::ostringstream out;
-    if (!compiler.compile(out, false)) throw ImportError("SysDic: " + compiler.error());
-    return std::move(out).str();
+std::vector<DictionaryPart> compileDictionaries(std::vector<std::string> const& names,
+                                                std::vector<std::string> const& lines) {
+    // A part that outgrows the file format is halved.
+    std::vector<DictionaryPart> done, open{{0, lines.size(), {}}};
+    while (!open.empty()) {
+        DictionaryPart part = std::move(open.back());
+        open.pop_back();
+        DicCompiler compiler(names);
+        std::string error;
+        for (std::size_t i = part.first; i < part.last; ++i)
+            if (!compiler.add(lines[i], error)) throw ImportError("SysDic.txt:" + std::to_string(i + 1) + ": " + error);
+        std::ostringstream out;
+        if (compiler.compile(out, false)) {
+            part.bytes = std::move(out).str();
+            done.push_back(std::move(part));
+            continue;
+        }
+        std::size_t const middle = middleForm(lines, part.first, part.last);
+        if (middle == part.first) throw ImportError("SysDic: " + compiler.error());
+        open.push_back({middle, part.last, {}});
+        open.push_back({part.first, middle, {}});
+    }
+    return done;
 }
 
-std::string initFileText(std::filesystem::path const& data) {
-    std::string const folder = data.string();
-    return "; Settings of an imported lexicon. The paths are absolute; to move the folder, change\n"
-           "; them here, or take out the lines Dic and ConnTable and set TAVO_PATH to the folder.\n"
-           "Dic=" +
-           folder + "/SysDic," + folder +
-           "/SysDic.txt\n"
-           "ReduceRule=" +
-           folder +
-           "/reduce.rules\n"
-           "NumberPartOfSP=" +
-           folder +
-           "/number.list\n"
-           "ConnTable=" +
-           folder + "/ConnTable\n";
+std::size_t middleForm(std::vector<std::string> const& lines, std::size_t first, std::size_t last) {
+    std::size_t line = first + (last - first) / 2;
+    while (line > first && line < last && formOf(lines[line - 1]) == formOf(lines[line])) --line;
+    return line;
+}
+
+std::string dictionaryName(std::size_t part) { return part == 0 ? "SysDic" : "SysDic" + std::to_string(part + 1); }
+
+std::string initFileText(std::filesystem::path const& data, std::size_t parts, bool withSource) {
+    std::string const folder = data.string() + "/";
+    std::string text =
+        "; Settings of an imported lexicon. The paths are absolute; to move the folder, change\n"
+        "; them here, or take out the lines Dic and ConnTable and set TAVO_PATH to the folder.\n";
+    for (std::size_t part = 0; part < parts; ++part) {
+        std::string const name = dictionaryName(part);
+        text += "Dic=" + folder + name;
+        if (withSource) text += "," + folder + name + ".txt";
+        text += "\n";
+    }
+    return text + "ReduceRule=" + folder + "reduce.rules\nNumberPartOfSP=" + folder +
+           "number.list\nConnTable=" + folder + "ConnTable\n";
 }
 
 std::string numberListText(std::vector<std::string> const& names) {
@@ -172,9 +205,14 @@ std::string numberListText(std::vector<std::string> const& names) {
     return text;
 }
 
-std::string reduceRuleText() {
-    return "; Digits are one number, with a comma or point between them too.\n"
-           "Number = : inner=,.\x81\x43\x81\x44\n"  // full-width comma and full stop
+std::string reduceRuleText(bool marksJoin) {
+    // Comma and full stop, of one byte and of two.
+    char const* const number =
+        marksJoin ? "; Digits are one number, with a comma or point between them too.\n"
+                    "Number = : inner=,.\x81\x43\x81\x44\n"
+                  : "; Digits are one number; its commas and points stay apart, as in all short units.\n"
+                    "Number =\n";
+    return std::string(number) +
            "; An unknown word comes as its first character and others with the feature Inside.\n"
            "Undef = : with=Inside\n";
 }

@@ -34,12 +34,28 @@ void writeFile(std::filesystem::path const& path, std::string_view text);
 /// The connection table's file.
 std::string connTableBytes(Tables const& tables);
 
-/// Compiles @p lines. Throws ImportError naming the line that is refused.
-std::string compileDictionary(std::vector<std::string> const& names, std::vector<std::string> const& lines);
+/// A compiled dictionary and the lines that it holds.
+struct DictionaryPart {
+    std::size_t first, last;  ///< of the source's lines, last not included
+    std::string bytes;
+};
+
+/// Compiles @p lines, into several dictionaries when one file has no room for
+/// them. Throws ImportError naming the line that is refused.
+std::vector<DictionaryPart> compileDictionaries(std::vector<std::string> const& names,
+                                                std::vector<std::string> const& lines);
+
+/// The line near the middle of [first, last) at which a form begins; first when
+/// all lines before the middle have one form.
+std::size_t middleForm(std::vector<std::string> const& lines, std::size_t first, std::size_t last);
+
+/// File name of the dictionary at position @p part, from 0: SysDic, SysDic2, ...
+std::string dictionaryName(std::size_t part);
 
 /// The text of tavo.init for files in folder @p data (an absolute path).
-std::string initFileText(std::filesystem::path const& data);
-std::string reduceRuleText();
+std::string initFileText(std::filesystem::path const& data, std::size_t parts, bool withSource);
+/// The reduce rules; @p marksJoin: numbers go on over commas and points.
+std::string reduceRuleText(bool marksJoin);
 /// The list of number parts of speech, from the names that have the feature Number.
 std::string numberListText(std::vector<std::string> const& names);
 

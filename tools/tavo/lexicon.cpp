@@ -79,6 +79,9 @@ void openFolder(TAVO::Tavo& analyser, fs::path const& folder) {
     fs::path const numberList = folder / "number.list";
     if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return analyser.setInitFilePath(initFile.c_str());
     analyser.addDicPath((folder / "SysDic").c_str(), true);
+    // Large lexicons come in parts.
+    for (int part = 2; fs::exists(folder / ("SysDic" + std::to_string(part)), ignored); ++part)
+        analyser.addDicPath((folder / ("SysDic" + std::to_string(part))).c_str(), true);
     if (fs::exists(reduceRules, ignored)) analyser.setReduceRulePath(reduceRules.c_str());
     if (fs::exists(numberList, ignored)) analyser.setNumberPartOfSPPath(numberList.c_str());
     analyser.setConnTablePath((folder / "ConnTable").c_str());

@@ -55,6 +55,7 @@ TEST(ImportCommand, MakesALexiconThatAnalyses) {
     ASSERT_EQ(run({"mecab", TinyLexicon().write(source), "-o", out.path()}, &report), ExitStatus::Ok);
     EXPECT_NE(report.find("entries read: 6\n"), std::string::npos) << report;
     EXPECT_EQ(report, readFile(out.file("report.txt")));
+    EXPECT_FALSE(std::filesystem::exists(out.file("SysDic.txt")));
 
     TAVO::Tavo tavo;
     tavo.setInitFilePath(out.file("tavo.init").c_str());
@@ -83,11 +84,14 @@ TEST(ImportCommand, NumbersJoinWithTheirCommas) {
 TEST(ImportCommand, SameInputGivesSameBytes) {
     TempDir const source, first, second;
     std::string const folder = TinyLexicon().write(source);
-    ASSERT_EQ(run({"mecab", folder, "-o", first.path(), "--data-dir", "/data"}), ExitStatus::Ok);
-    ASSERT_EQ(run({"mecab", folder, "-o", second.path(), "--data-dir", "/data"}), ExitStatus::Ok);
-    for (char const* name : {"SysDic", "SysDic.txt", "ConnTable", "tavo.init", "reduce.rules", "number.list", "report.txt"})
+    second.write("SysDic2", "of an earlier import");
+    for (std::string const& out : {first.path(), second.path()})
+        ASSERT_EQ(run({"mecab", folder, "-o", out, "--data-dir", "/data", "--source"}), ExitStatus::Ok);
+    for (char const* name :
+         {"SysDic", "SysDic.txt", "ConnTable", "tavo.init", "reduce.rules", "number.list", "report.txt"})
         EXPECT_EQ(readFile(first.file(name)), readFile(second.file(name))) << name;
     EXPECT_NE(readFile(first.file("tavo.init")).find("Dic=/data/SysDic,/data/SysDic.txt\n"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(second.file("SysDic2")));
 }
 
 TEST(ImportCommand, FitsOnGivenText) {

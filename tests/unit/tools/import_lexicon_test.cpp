@@ -44,17 +44,19 @@ TEST(ImportLexicon, ReadsTheEncodingThatDicrcNames) {
     EXPECT_EQ(lexicon.words.at(0).reading, toSjis("ヤマ"));
 }
 
-TEST(ImportLexicon, CountsFormsThatTheCodePageLacks) {
+TEST(ImportLexicon, CountsWhatItLeavesOut) {
     TempDir const folder;
     TinyLexicon tiny;
     tiny.words += "😀,1,1,1,名詞,一般,*,*,*,*,😀,エモジ,エモジ\n";
+    tiny.words += ",1,1,1,名詞,一般,*,*,*,*,＂,,\n";
     tiny.words += "鴎,1,1,1,名詞,一般,*,*,*,*,鷗外𠮷,カモメ,カモメ\n";
     Lexicon const lexicon = read(tiny, folder);
-    EXPECT_EQ(lexicon.entriesRead, 8U);
+    EXPECT_EQ(lexicon.entriesRead, 9U);
     EXPECT_EQ(lexicon.words.size(), 7U);
-    EXPECT_EQ(lexicon.leftOut.noCode, 1U);
-    EXPECT_EQ(lexicon.leftOut.examples, std::vector<std::string>{"😀"});
-    EXPECT_EQ(lexicon.leftOut.lostFields, 1U);
+    EXPECT_EQ(lexicon.leftOut.noForm.examples, std::vector<std::string>{"words.csv:8"});
+    EXPECT_EQ(lexicon.leftOut.noCode.count, 1U);
+    EXPECT_EQ(lexicon.leftOut.noCode.examples, std::vector<std::string>{"😀"});
+    EXPECT_EQ(lexicon.leftOut.lostFields.examples, std::vector<std::string>{"鷗外𠮷"});
     EXPECT_EQ(lexicon.words.back().base, "");
 }
 
@@ -96,7 +98,6 @@ TEST(ImportLexicon, FaultsNameFileAndLine) {
         {[](TinyLexicon& t) { t.words += "山,5,1,0,名詞\n"; }, "words.csv:7: left id 5 is outside 0..4"},
         {[](TinyLexicon& t) { t.words += "山,1,x,0,名詞\n"; }, "words.csv:7: right id \"x\" is not a number"},
         {[](TinyLexicon& t) { t.words += "山,1,1,40000,名詞\n"; }, "words.csv:7: cost 40000 is outside"},
-        {[](TinyLexicon& t) { t.words += ",1,1,0,名詞\n"; }, "words.csv:7: the surface form is empty"},
         {[](TinyLexicon& t) { t.words += "\xFF\n"; }, "words.csv: byte "},
         {[](TinyLexicon& t) { t.matrix = "5 5\n0 0 1\n"; }, "matrix.def: 25 costs are announced, 1 given"},
         {[](TinyLexicon& t) { t.matrix += "5 0 1\n"; }, "matrix.def:27: the ids 5 0 lie outside the matrix"},

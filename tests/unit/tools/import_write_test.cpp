@@ -84,7 +84,7 @@ TEST(ImportWrite, LinesAreSortedByFormIdByteAndCost) {
     import.add("a", 4, 2, 8, "r5");
     EXPECT_EQ(sourceLines(import.lexicon, import.tables),
               (std::vector<std::string>{"a,A,2,r5", "a,A,9,r4", "a,A,9,r3", "a,A\\-1,1,r2", "b,A,1,r1"}));
-    EXPECT_EQ(import.lexicon.leftOut.duplicates, 0U);
+    EXPECT_EQ(import.lexicon.leftOut.duplicates.count, 0U);
 }
 
 TEST(ImportWrite, DuplicatesKeepTheCheapest) {
@@ -93,7 +93,7 @@ TEST(ImportWrite, DuplicatesKeepTheCheapest) {
     import.add("a", 4, 2, 3, "r");
     import.add("b", 4, 9, 5, "r");
     EXPECT_EQ(sourceLines(import.lexicon, import.tables), (std::vector<std::string>{"a,A,2,r", "b,A,9,r"}));
-    EXPECT_EQ(import.lexicon.leftOut.duplicates, 1U);
+    EXPECT_EQ(import.lexicon.leftOut.duplicates.examples, std::vector<std::string>{"a"});
 }
 
 TEST(ImportWrite, FormsThatLookLikeCommentsStayWords) {
@@ -114,11 +114,34 @@ TEST(ImportWrite, NothingIsLeftWhereAFileCannotBeWritten) {
 
 TEST(ImportWrite, RefusedLinesAreNamed) {
     try {
-        compileDictionary({"A"}, {"a,A,1", "b,B,1"});
+        compileDictionaries({"A"}, {"a,A,1", "b,B,1"});
         FAIL();
     } catch (ImportError const& error) {
         EXPECT_NE(std::string(error.what()).find("SysDic.txt:2: "), std::string::npos) << error.what();
     }
+}
+
+TEST(ImportWrite, AHalfBeginsWithAForm) {
+    struct Case {
+        std::vector<std::string> lines;
+        std::size_t middle;
+    };
+    Case const cases[] = {
+        {{"a,A,1", "b,A,1"}, 1},
+        {{"a,A,1", "b,A,1", "b,A,2", "b,A,3", "c,A,1"}, 1},
+        {{"a,A,1", "a,A,2", "a,A,3", "b,A,1"}, 0},
+        {{"a\\,,A,1", "a\\,b,A,1", "a\\,b,A,2"}, 1},  // forms "a," and "a,b"
+        {{"\x83\x5C,A,1", "\x83\x5C\x83,A,1"}, 1},    // no escape: the second byte of a character
+    };
+    for (Case const& c : cases) EXPECT_EQ(middleForm(c.lines, 0, c.lines.size()), c.middle) << c.lines.back();
+    EXPECT_EQ(middleForm({"a,A,1", "b,A,1", "c,A,1", "d,A,1"}, 2, 4), 3U);
+}
+
+TEST(ImportWrite, TheInitFileNamesEveryPart) {
+    EXPECT_EQ(compileDictionaries({"A"}, {"a,A,1", "b,A,1"}).size(), 1U);
+    std::string const text = initFileText("/data", 2, false);
+    EXPECT_NE(text.find("\nDic=/data/SysDic\nDic=/data/SysDic2\n"), std::string::npos) << text;
+    EXPECT_NE(initFileText("/data", 2, true).find("\nDic=/data/SysDic2,/data/SysDic2.txt\n"), std::string::npos);
 }
 
 }  // namespace
