@@ -8,6 +8,9 @@
 
 namespace TAVO {
 
+/// No position, as string_view says it.
+inline constexpr auto npos = std::string_view::npos;
+
 /// True for the bytes that start a two-byte character: 0x81..0x9F and 0xE0 up.
 constexpr bool isLeadByte(char c) noexcept {
     auto const byte = static_cast<unsigned char>(c);
@@ -25,10 +28,10 @@ constexpr std::size_t charWidth(std::string_view text, std::size_t pos) noexcept
 constexpr std::size_t findMark(std::string_view text, std::string_view marks, std::size_t pos = 0) noexcept {
     while (pos < text.size()) {
         std::size_t const width = charWidth(text, pos);
-        if (width == 1 && marks.find(text[pos]) != std::string_view::npos) return pos;
+        if (width == 1 && marks.find(text[pos]) != npos) return pos;
         pos += width;
     }
-    return std::string_view::npos;
+    return npos;
 }
 
 }  // namespace TAVO

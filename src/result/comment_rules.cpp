@@ -12,7 +12,6 @@
 namespace TAVO {
 namespace {
 
-constexpr auto npos = std::string_view::npos;
 constexpr std::string_view kRuleLine = "[rule]";
 
 using RuleValues = std::map<std::string, std::string>;

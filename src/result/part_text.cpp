@@ -8,8 +8,6 @@
 namespace TAVO {
 namespace {
 
-constexpr auto npos = std::string_view::npos;
-
 /// Position behind the group that starts at @p open and its inner marks; false
 /// when the group is malformed, so that its "(" is an ordinary character.
 bool findGroup(std::string_view text, std::size_t open, std::size_t& bar, std::size_t& close) noexcept {

@@ -10,8 +10,6 @@
 namespace TAVO {
 namespace {
 
-constexpr auto npos = std::string_view::npos;
-
 constexpr std::pair<std::string_view, char> kEntities[] = {
     {"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&apos;", '\''}, {"&quot;", '"'},
 };

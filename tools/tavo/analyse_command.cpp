@@ -1,5 +1,6 @@
 // tavo [FILE...]: analyses text line by line.
 #include "command_line.hpp"
+#include "commands.hpp"
 #include "comment_file.hpp"
 #include "file_io.hpp"
 #include "lexicon.hpp"

@@ -39,12 +39,6 @@ void addChoice(CLI::App& app, std::string const& name, T& target, std::vector<st
 /// Adds --encoding.
 void addEncodingOption(CLI::App& app, Encoding& encoding);
 
-// The subcommands; argv[0] is the subcommand's name.
-ExitStatus analyseCommand(int argc, char** argv);
-ExitStatus dicCommand(int argc, char** argv);
-ExitStatus lookupCommand(int argc, char** argv);
-ExitStatus readingCommand(int argc, char** argv);
-
 }  // namespace tool
 
 #endif

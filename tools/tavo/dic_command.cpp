@@ -2,6 +2,7 @@
 #include "dic_command.hpp"
 
 #include "command_line.hpp"
+#include "commands.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -9,7 +10,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kDicFooter[] =
     "A source line is WORD,PART OF SPEECH,COST,READING and more, separated by commas:\n"
     "  すもも,名詞:一般,30,すもも\n"
     "Parts of speech are names of the connection table; costs run from 0 to 255.\n"
@@ -27,7 +28,7 @@ ExitStatus dicCommand(int argc, char** argv) {
     DicOptions options;
     ExitStatus (*action)(DicOptions const&) = nullptr;
     CLI::App app("Makes and inspects dictionaries.", "tavo dic");
-    app.footer(kFooter);
+    app.footer(kDicFooter);
     app.require_subcommand(1);
 
     CLI::App* const build = app.add_subcommand("build", "Compiles source text into a dictionary");

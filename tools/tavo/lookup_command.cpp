@@ -1,5 +1,6 @@
 // tavo lookup WORD, tavo reading READING: entries of the dictionaries in use.
 #include "command_line.hpp"
+#include "commands.hpp"
 #include "file_io.hpp"
 #include "lexicon.hpp"
 #include "out_buffer.hpp"
@@ -14,7 +15,7 @@ namespace tool {
 
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kLookupFooter[] =
     "Each entry is written as the source line that it was made from:\n"
     "word, part of speech, cost, reading, base form and more. Exit status 1 when\n"
     "there is none.";
@@ -46,7 +47,7 @@ ExitStatus lookUp(LookupOptions const& options, std::string_view what, Find cons
 
 ExitStatus run(int argc, char** argv, CLI::App& app, LookupOptions& options, char const* argument,
                std::function<ExitStatus()> const& action) {
-    app.footer(kFooter);
+    app.footer(kLookupFooter);
     app.add_option(argument, options.text)->required()->type_name("");
     addLexiconOptions(app, options.lexicon);
     addEncodingOption(app, options.encoding);

@@ -1,5 +1,5 @@
 // The program: picks the subcommand and turns failures into messages.
-#include "command_line.hpp"
+#include "commands.hpp"
 #include "file_io.hpp"
 #include "import_command.hpp"
 
