@@ -13,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,64 +23,62 @@ using test::Attached;
 using test::dictionaryOf;
 using test::kIds;
 using test::Random;
-using test::Record;
 using test::ReferenceLattice;
 using test::ReferenceNode;
 using test::World;
 
-void describe(std::ostream& os, std::size_t start, std::size_t length, Record record, std::uint64_t connSum,
-              std::uint64_t wordSum) {
-    os << start << "+" << length << " id" << record.pid << " cost" << record.cost << " dic" << record.dictionary << " ("
-       << connSum << "," << wordSum << ")\n";
+/// One word: start, length, id, word cost, dictionary, connection sum, word-cost sum.
+using Word = std::array<std::int64_t, 7>;
+
+Word wordOf(ReferenceNode const& node) {
+    return {static_cast<std::int64_t>(node.start),
+            static_cast<std::int64_t>(node.length),
+            node.record.pid,
+            node.record.cost,
+            node.record.dictionary,
+            static_cast<std::int64_t>(node.connSum),
+            static_cast<std::int64_t>(node.wordSum)};
 }
 
-std::string describeReference(ReferenceLattice const& lattice) {
-    std::ostringstream os;
-    for (int i = lattice.best; i != -1;) {
-        ReferenceNode const& node = lattice.nodes[static_cast<std::size_t>(i)];
-        describe(os, node.start, node.length, node.record, node.connSum, node.wordSum);
-        i = node.next;
+Word wordOf(std::size_t start, LatticeNode const& node, DicSet const& dics) {
+    MrphDic const record(node.record);
+    return {static_cast<std::int64_t>(start), node.length,  record.pid(), record.cost(),
+            dictionaryOf(dics, node.record),  node.connSum, node.wordSum};
+}
+
+/// The words of a path, and the dictionary words that start where they start,
+/// in the order of making.
+struct Result {
+    std::vector<Word> path, candidates;
+    bool operator==(Result const&) const = default;
+    friend void PrintTo(Result const& result, std::ostream* os) {
+        *os << testing::PrintToString(result.path) << " of " << testing::PrintToString(result.candidates);
     }
-    return os.str();
-}
+};
 
-std::string describePath(Sentence const& sentence, DicSet const& dics) {
-    std::ostringstream os;
-    std::size_t start = 0;
-    for (LatticeNode const* node : bestPath(sentence)) {
-        MrphDic const record(node->record);
-        describe(os, start, node->length, {record.pid(), record.cost(), dictionaryOf(dics, node->record)},
-                 node->connSum, node->wordSum);
-        start += node->length;
+Result resultOf(ReferenceLattice const& lattice) {
+    Result result;
+    for (int i = lattice.best; i != -1; i = lattice.nodes[static_cast<std::size_t>(i)].next) {
+        ReferenceNode const& onPath = lattice.nodes[static_cast<std::size_t>(i)];
+        result.path.push_back(wordOf(onPath));
+        for (ReferenceNode const& node : lattice.nodes)
+            if (node.start == onPath.start && node.record.pid != ConnTable::kUnknownId)
+                result.candidates.push_back(wordOf(node));
     }
-    return os.str();
+    return result;
 }
 
-/// The dictionary words that start where the path's words start, in the order of making.
-std::string describeCandidates(Lattice const& lattice, Sentence const& sentence, DicSet const& dics) {
-    std::ostringstream os;
+Result resultOf(Lattice const& lattice, Sentence const& sentence, DicSet const& dics) {
+    Result result;
     std::size_t start = 0;
     for (LatticeNode const* onPath : bestPath(sentence)) {
-        for (LatticeNode const& node : lattice.nodes().candidates(onPath)) {
-            MrphDic const record(node.record);
-            if (record.pid() == ConnTable::kUnknownId) continue;
-            describe(os, start, node.length, {record.pid(), record.cost(), dictionaryOf(dics, node.record)},
-                     node.connSum, node.wordSum);
-        }
+        result.path.push_back(wordOf(start, *onPath, dics));
+        for (LatticeNode const& node : lattice.nodes().candidates(onPath))
+            if (MrphDic(node.record).pid() != ConnTable::kUnknownId)
+                result.candidates.push_back(wordOf(start, node, dics));
         start += onPath->length;
     }
-    return os.str();
-}
-
-std::string describeReferenceCandidates(ReferenceLattice const& lattice) {
-    std::ostringstream os;
-    for (int i = lattice.best; i != -1; i = lattice.nodes[static_cast<std::size_t>(i)].next) {
-        std::size_t const start = lattice.nodes[static_cast<std::size_t>(i)].start;
-        for (ReferenceNode const& node : lattice.nodes)
-            if (node.start == start && node.record.pid != ConnTable::kUnknownId)
-                describe(os, start, node.length, node.record, node.connSum, node.wordSum);
-    }
-    return os.str();
+    return result;
 }
 
 TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
@@ -95,14 +92,12 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
         test::CostFunction const cost = world.costFunction();
         for (unsigned t = 0; t < kTexts; ++t) {
             std::string const text = random.bytes(24, true);
-            ReferenceLattice const expected = test::referenceSearch(text, world.dictionaries, cost);
+            Result const expected = resultOf(test::referenceSearch(text, world.dictionaries, cost));
             Sentence sentence;
             sentence.given = sentence.text = text;
             if (random.below(2) == 0) lattice.clear();
             lattice.build(sentence, attached.table.get(), attached.dics);
-            ASSERT_EQ(describePath(sentence, attached.dics), describeReference(expected))
-                << "seed " << seed << ", text " << testing::PrintToString(text);
-            ASSERT_EQ(describeCandidates(lattice, sentence, attached.dics), describeReferenceCandidates(expected))
+            ASSERT_EQ(resultOf(lattice, sentence, attached.dics), expected)
                 << "seed " << seed << ", text " << testing::PrintToString(text);
         }
     }
@@ -150,26 +145,24 @@ TEST(LatticeProperty, AgreesWithTheReferenceUnderConstraints) {
         Attached const attached(world);
         Lattice lattice(1 + random.below(9));
         AllPaths allPaths;
-        auto const cost = [&](unsigned left, unsigned right) -> unsigned {
-            return world.costs[(left - 1) * kIds + right - 1];
-        };
+        test::CostFunction const cost = world.costFunction();
         for (unsigned t = 0; t < 8; ++t) {
             std::string const text = random.bytes(24, true);
             Constraints constraints = randomConstraints(random, text.size());
-            std::string const expected =
-                describeReference(test::referenceSearch(text, world.dictionaries, cost, constraints.reference));
+            std::vector<Word> const expected =
+                resultOf(test::referenceSearch(text, world.dictionaries, cost, constraints.reference)).path;
             Sentence sentence;
             sentence.given = sentence.text = text;
             lattice.clear();
             lattice.build(sentence, attached.table.get(), attached.dics, constraints.library);
-            ASSERT_EQ(describePath(sentence, attached.dics), expected)
+            ASSERT_EQ(resultOf(lattice, sentence, attached.dics).path, expected)
                 << "seed " << seed << ", text " << testing::PrintToString(text);
             forced += constraints.library.forced && sentence.bestStart != nullptr ? 1 : 0;
             constraints.library.forced = false;
             lattice.clear();
             allPaths.clear();
             allPaths.build(sentence, attached.table.get(), attached.dics, lattice.nodes(), constraints.library);
-            ASSERT_EQ(describePath(sentence, attached.dics), expected)
+            ASSERT_EQ(resultOf(lattice, sentence, attached.dics).path, expected)
                 << "all paths, seed " << seed << ", text " << testing::PrintToString(text);
         }
     }

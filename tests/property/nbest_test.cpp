@@ -172,7 +172,7 @@ TEST(NBestProperty, GivesThePathsOfTheQueueInItsOrder) {
 
 TEST(NBestProperty, GivesEveryPathOnceWithGrowingKeys) {
     std::size_t complete = 0;
-    onRandomTexts(500, 9, [&](Case const& c, World const& world, Random&) {
+    onRandomTexts(500, 7, [&](Case const& c, World const& world, Random&) {
         std::vector<PlainPath> all = test::enumeratePaths(std::string(c.sentence().text), world.dictionaries, c.cost());
         std::vector<ReferencePath> const found = c.search(all.size() + 7);
         ASSERT_TRUE(std::is_sorted(found.begin(), found.end(),

@@ -250,7 +250,7 @@ TEST(TaggedRoundTripProperty, AnyMarkupGivesTheRightNumberOfSentences) {
     EXPECT_GT(good, 1000U);
 }
 
-TEST(TaggedInput, AHundredThousandTagsTakeLinearTime) {
+TEST(TaggedInput, FortyThousandTagsTakeLinearTime) {
     SmallWorld small;
     small.names({"BOS", "EOS", "UNK", "A"}).line("a,A,1");
     TaggedWorld world(small);
@@ -261,8 +261,8 @@ TEST(TaggedInput, AHundredThousandTagsTakeLinearTime) {
         char const* suffix;
         std::size_t words;
     };
-    constexpr std::size_t kTags = 100'000;
-    // Time that grew with the square of the tags would be hours.
+    constexpr std::size_t kTags = 40'000;
+    // Time that grew with the square of the tags would be many minutes.
     Case const cases[] = {
         {"", "<word>a</word>", "", kTags},
         {"<multiword>", "<word>a</word>", "</multiword>", 1},

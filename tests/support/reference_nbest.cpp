@@ -83,7 +83,7 @@ private:
         std::size_t const nul = text_.find('\0', start);
         std::size_t const stop = nul == std::string::npos ? text_.size() : nul;
         for (WordTable const& words : dictionaries_) {
-            for (std::size_t length = 1; start + length <= stop; ++length) {
+            for (std::size_t length = 1; length <= kMostFormBytes && start + length <= stop; ++length) {
                 auto const found = words.find(text_.substr(start, length));
                 if (found == words.end()) continue;
                 unsigned handled = 0;

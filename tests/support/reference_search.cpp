@@ -1,5 +1,7 @@
 #include "support/reference_search.hpp"
 
+#include <utility>
+
 namespace TAVO::test {
 namespace {
 
@@ -17,7 +19,7 @@ public:
             insertSpan(end - 1);
         }
         if (!text_.empty()) lattice_.best = best(0, 1);
-        return lattice_;
+        return std::move(lattice_);
     }
 
 private:
@@ -84,7 +86,7 @@ private:
     }
 
     void insertWords(std::size_t start, WordTable const& words) {
-        for (std::size_t length = 1; start + length <= text_.size(); ++length) {
+        for (std::size_t length = 1; length <= kMostFormBytes && start + length <= text_.size(); ++length) {
             if (text_[start + length - 1] == '\0') return;
             auto const found = words.find(text_.substr(start, length));
             if (found == words.end() || !allows(start, length)) continue;

@@ -17,7 +17,9 @@ struct Record {
     unsigned cost;
     int dictionary = -1;  // position in the list; -1 for the unknown word
 };
-/// Records of each surface form, in chain order.
+/// What the search looks for at most.
+inline constexpr std::size_t kMostFormBytes = 8;
+/// Records of each surface form, of kMostFormBytes at most, in chain order.
 using WordTable = std::map<std::string, std::vector<Record>>;
 using CostFunction = std::function<unsigned(unsigned left, unsigned right)>;
 

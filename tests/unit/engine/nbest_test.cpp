@@ -86,11 +86,11 @@ TEST(NBestTies, TiesOfOtherLengthsComeByNumberOfWords) {
     EXPECT_EQ(found.shapes[0], std::string(20, 'B'));
     // Then one AAA made of single ones: 22 words, at each place from the last...
     std::vector<std::string> expected;
-    for (std::string shape = std::string(3, 'a') + std::string(19, 'B');;) {
+    std::string shape(22, 'B');
+    std::fill_n(shape.begin(), 3, 'a');
+    do {
         expected.push_back(shape);
-        if (!std::next_permutation(shape.begin(), shape.end(), std::greater<>())) break;
-        if (expected.size() > 400) break;
-    }
+    } while (expected.size() < 400 && std::next_permutation(shape.begin(), shape.end(), std::greater<>()));
     // ... in the order of making, the one-byte word before the longer one.
     expected.resize(399);
     std::vector<std::string> const rest(found.shapes.begin() + 1, found.shapes.end());
