@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -30,6 +31,7 @@ struct Options {
     bool layoutGiven = false;
     TableOptions table;
     std::size_t drawn = 3000;
+    double maxTable = 46;  ///< megabytes of matrix
     bool source = false;
 };
 
@@ -50,18 +52,37 @@ std::vector<std::string> readSentences(std::string const& path) {
     std::vector<std::string> sentences;
     for (std::size_t pos = 0; pos < text.size();) {
         std::size_t const end = std::min(text.find('\n', pos), text.size());
+        std::string_view written = std::string_view(text).substr(pos, end - pos);
+        if (!written.empty() && written.back() == '\r') written.remove_suffix(1);
         std::string line;
-        if (Cp932::table().append(line, std::string_view(text).substr(pos, end - pos)) && !line.empty())
-            sentences.push_back(std::move(line));
+        if (Cp932::table().append(line, written) && !line.empty()) sentences.push_back(std::move(line));
         pos = end + 1;
     }
     if (sentences.empty()) throw ImportError(path + ": no line of text to fit on");
     return sentences;
 }
 
+/// Merges more until the matrix fits; @p options tells then how much.
+Tables buildTablesWithin(double maxBytes, Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts,
+                         Usage const& usage, TableOptions& options) {
+    // Rows and columns bear more merging than levels: measured on short units.
+    constexpr double kLeastGrowth = 1.25, kLevelGrowth = 0.3, kUseless = 1e12;
+    while (true) {
+        Tables tables = buildTables(lexicon, index, shifts, usage, options);
+        double const excess = static_cast<double>(tables.matrix.size()) / maxBytes;
+        if (excess <= 1) return tables;
+        if (options.lineTolerance > kUseless)
+            throw ImportError("no merging makes the matrix as small as --max-table says; it has " +
+                              std::to_string(tables.matrix.size()) + " bytes");
+        double const growth = std::max(kLeastGrowth, excess);
+        options.lineTolerance = std::max(1.0, options.lineTolerance) * growth;
+        options.levelTolerance = std::max(1.0, options.levelTolerance) * std::pow(growth, kLevelGrowth);
+    }
+}
+
 void writeLexicon(Options const& options, std::vector<std::string> const& lines,
-                  std::vector<DictionaryPart> const& parts, std::string const& table,
-                  std::vector<std::string> const& names, bool shortUnits) {
+                  std::vector<DictionaryPart> const& parts, std::string const& table, Tables const& tables,
+                  bool shortUnits) {
     fs::path const out = fs::absolute(options.out);
     fs::create_directories(out);
     for (std::size_t part = 0; part < parts.size(); ++part) {
@@ -76,8 +97,9 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     for (std::size_t part = parts.size(); fs::remove(out / dictionaryName(part)); ++part) {
     }
     writeFile(out / "ConnTable", table);
+    writeFile(out / tool::kWordClassesName, tables.classes.text());
     writeFile(out / "reduce.rules", reduceRuleText(!shortUnits));
-    writeFile(out / "number.list", numberListText(names));
+    writeFile(out / "number.list", numberListText(tables.names));
     writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder),
                                               parts.size(), options.source));
 }
@@ -92,26 +114,29 @@ void importMecab(Options const& options) {
     progress.stage("Fitting costs");
     std::vector<std::string> const sentences =
         options.text.empty() ? drawSentences(lexicon, options.drawn) : readSentences(options.text);
+    std::string const fittedOn = options.text.empty() ? "sentences drawn from the lexicon" : options.text;
     FitOptions const fit(options.table.step);
     Usage const usage = countEdges(lexicon, index, sentences, fit.nearBest);
+    if (usage.edges.empty()) throw ImportError("no sentence of " + fittedOn + " has an analysis to fit on");
     Shifts const shifts = fitShifts(lexicon, usage, fit);
-    Tables const tables = buildTables(lexicon, index, shifts, usage, options.table);
-    Agreement const agreement = measureAgreement(lexicon, index, shifts, tables, options.table.step, sentences);
+    TableOptions table = options.table;
+    Tables const tables = buildTablesWithin(options.maxTable * 1e6, lexicon, index, shifts, usage, table);
+    Agreement const agreement = measureAgreement(lexicon, index, shifts, tables, table.step, sentences);
 
     progress.stage("Writing the dictionary");
     std::vector<std::string> const lines = sourceLines(lexicon, tables);
     std::vector<DictionaryPart> const parts = compileDictionaries(tables.names, lines);
-    std::string const table = connTableBytes(tables);
-    writeLexicon(options, lines, parts, table, tables.names, lexicon.shortUnits);
+    std::string const connTable = connTableBytes(tables);
+    writeLexicon(options, lines, parts, connTable, tables, lexicon.shortUnits);
 
     ReportFacts facts;
-    facts.fittedOn = options.text.empty() ? "sentences drawn from the lexicon" : options.text;
-    facts.sentences = sentences.size();
+    facts.fittedOn = fittedOn;
+    facts.sentences = usage.sentences - usage.withoutPath;
     facts.linesWritten = lines.size();
     for (DictionaryPart const& part : parts) facts.dictionaryBytes.push_back(part.bytes.size());
-    facts.tableBytes = table.size();
+    facts.tableBytes = connTable.size();
     facts.perByte = shifts.perByte;
-    facts.step = options.table.step;
+    facts.table = table;
     std::string const report = reportText(lexicon, tables, agreement, facts);
     writeFile(fs::path(options.out) / "report.txt", report);
     std::fputs(report.c_str(), stdout);
@@ -147,6 +172,9 @@ CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<
         ->add_option("--merge-lines", options.table.lineTolerance,
                      "Error, in source cost squared, at which rows or columns merge; 0: equal ones do")
         ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
+    mecab->add_option("--max-table", options.maxTable, "Largest matrix in megabytes: more merges until it fits")
+        ->check(CLI::Range(1e-6, 4096.0))
         ->capture_default_str();
     fields = {mecab->add_option("--pos-fields", options.layout.posFields, "Number of part-of-speech fields"),
               mecab->add_option("--base-field", options.layout.base, "Field of the base form, from 0; -1: none"),

@@ -139,31 +139,6 @@ Matrix readMatrix(fs::path const& file) {
     return matrix;
 }
 
-/// The name of a part of speech: the fields joined with ":", "*" left out. A
-/// "-" or "/" would end a name's features, so it separates features as well.
-std::string joinName(std::vector<std::string> const& fields, std::size_t first, std::size_t count) {
-    std::string name;
-    for (std::size_t i = first; i < std::min(fields.size(), first + count); ++i) {
-        if (fields[i].empty() || fields[i] == "*") continue;
-        if (!name.empty()) name += ':';
-        for (char c : fields[i]) name += c == '-' || c == '/' ? ':' : c;
-    }
-    return name.empty() ? "*" : name;
-}
-
-/// True for words made of digits, commas between them allowed (UTF-8, either width).
-bool isNumber(std::string_view form) {
-    bool digitBefore = false;
-    for (std::size_t pos = 0; pos < form.size();) {
-        std::uint32_t const c = nextCodePoint(form, pos);
-        bool const digit = (c >= '0' && c <= '9') || (c >= 0xFF10 && c <= 0xFF19);
-        bool const comma = c == ',' || c == 0xFF0C;
-        if (!digit && !(comma && digitBefore)) return false;
-        digitBefore = digit;
-    }
-    return digitBefore;
-}
-
 struct Reader {
     Lexicon& lexicon;
     FieldLayout layout;
@@ -215,7 +190,7 @@ struct Reader {
         }
         word.form = lexicon.keep(scratch);
         // The feature lets the reduce rules join digits, and no other numerals.
-        word.name = lexicon.names.add(name(file, number) + (isNumber(fields[0]) ? ":Number" : ""));
+        word.name = lexicon.names.add(name(file, number) + numberFeature(fields[0]));
         word.base = field(layout.base);
         if (word.base == word.form) word.base = {};
         word.reading = field(layout.reading);
@@ -245,15 +220,36 @@ std::size_t featureCount(fs::path const& file, std::string_view text) {
     return features;
 }
 
-/// The layouts in use differ in the number of features: 9, and for short units 17, or 26 and more.
-FieldLayout layoutFor(std::size_t features) {
+}  // namespace
+
+FieldLayout layoutFor(std::size_t features) noexcept {
     if (features >= 26) return {6, 10, 20, 9};
     if (features >= kShortUnitFeatures) return {6, 10, 9, 9};
     auto const present = [&](int index) { return static_cast<std::size_t>(index) < features ? index : -1; };
     return {static_cast<int>(std::min<std::size_t>(features, 6)), present(6), present(7), present(8)};
 }
 
-}  // namespace
+std::string joinName(std::vector<std::string> const& fields, std::size_t first, std::size_t count) {
+    std::string name;
+    for (std::size_t i = first; i < std::min(fields.size(), first + count); ++i) {
+        if (fields[i].empty() || fields[i] == "*") continue;
+        if (!name.empty()) name += ':';
+        for (char c : fields[i]) name += c == '-' || c == '/' ? ':' : c;
+    }
+    return name.empty() ? "*" : name;
+}
+
+std::string numberFeature(std::string_view form) {
+    bool digitBefore = false;
+    for (std::size_t pos = 0; pos < form.size();) {
+        std::uint32_t const c = nextCodePoint(form, pos);
+        bool const digit = (c >= '0' && c <= '9') || (c >= 0xFF10 && c <= 0xFF19);
+        bool const comma = c == ',' || c == 0xFF0C;
+        if (!digit && !(comma && digitBefore)) return {};
+        digitBefore = digit;
+    }
+    return digitBefore ? ":Number" : "";
+}
 
 std::uint32_t StringPool::add(std::string_view text) {
     auto const found = index_.find(text);

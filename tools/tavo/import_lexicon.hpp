@@ -71,6 +71,19 @@ struct FieldLayout {
     int pron = 8;
 };
 
+/// The layout of a lexicon with @p features fields behind the four fixed ones:
+/// 9 are usual; lexicons of short units have 17, or 26 and more.
+FieldLayout layoutFor(std::size_t features) noexcept;
+
+/// The name of a word's part of speech: @p count fields from @p first on, joined
+/// with ":", those with "*" left out. A "-" or "/" would end a name's features,
+/// so it separates features as well.
+std::string joinName(std::vector<std::string> const& fields, std::size_t first, std::size_t count);
+
+/// The feature that the names of @p form (UTF-8) have beside, with its ":": words
+/// made of digits, commas between them allowed, have ":Number"; "" for others.
+std::string numberFeature(std::string_view form);
+
 /// What an import leaves out for one reason.
 struct Loss {
     static constexpr std::size_t kMaxExamples = 20;

@@ -125,7 +125,9 @@ std::string reportText(Lexicon const& lexicon, Tables const& tables, Agreement c
     line("ConnTable bytes", number(facts.tableBytes));
     for (std::size_t part = 0; part < facts.dictionaryBytes.size(); ++part)
         line(dictionaryName(part) + " bytes", number(facts.dictionaryBytes[part]));
-    line("source cost per unit of a byte", decimal(facts.step, 1));
+    line("source cost per unit of a byte", decimal(facts.table.step, 1));
+    line("rows and columns merged up to", decimal(facts.table.lineTolerance, 0));
+    line("levels merged up to", decimal(facts.table.levelTolerance, 1));
     line("shift per byte of text, in source cost", decimal(facts.perByte, 1));
     line("measured on", facts.fittedOn + ", " + number(facts.sentences) + " sentences");
     line("edges of best analyses clamped at 0", decimal(100 * ratio(agreement.below, agreement.edges), 3) + " %");

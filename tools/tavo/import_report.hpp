@@ -35,7 +35,8 @@ struct ReportFacts {
     std::uint64_t linesWritten = 0;
     std::vector<std::uint64_t> dictionaryBytes;  ///< per part
     std::uint64_t tableBytes = 0;
-    double perByte = 0, step = 0;
+    double perByte = 0;
+    TableOptions table;
 };
 
 /// UTF-8, "name: value" lines.

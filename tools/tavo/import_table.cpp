@@ -82,6 +82,7 @@ public:
         makeLevels();
         makeIds();
         nameIds();
+        describeClasses();
         fillMatrix();
         mergeEqual();
         return std::move(tables_);
@@ -211,7 +212,23 @@ private:
             tables_.idOfWord.push_back(finalId[wordId_[i]]);
             tables_.costOfWord.push_back(
                 static_cast<std::uint8_t>(std::clamp(std::lround(128 + 127 * rest), 1L, 255L)));
-            tables_.exactOfWord.push_back(static_cast<float>(wordPart(word)));
+        }
+    }
+
+    void describeClasses() {
+        tool::WordClasses& classes = tables_.classes;
+        classes.step = options_.step;
+        classes.perByte = shifts_.perByte;
+        for (std::uint32_t col = 0; col < lexicon_.sourceCols; ++col)
+            classes.left[col] = {columnLeader(col), columnOffset(col)};
+        for (std::uint32_t row = 0; row < lexicon_.sourceRows; ++row)
+            classes.right[row] = {rowLeader(row), rowShift(row)};
+        classes.classes.resize(order_.size() + kFixedIds + 1);
+        for (std::size_t i = 0; i < order_.size(); ++i) {
+            Id const& id = ids_[order_[i]];
+            Column const& column = columns_[id.column];
+            bool const ofWords = id.row < lexicon_.sourceRows && column.col < lexicon_.sourceCols;
+            if (ofWords) classes.classes[i + kFixedIds + 1] = {id.row, column.col, column.level, true};
         }
     }
 

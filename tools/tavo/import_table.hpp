@@ -6,6 +6,7 @@
 #include "import_fit.hpp"
 #include "import_lexicon.hpp"
 #include "import_search.hpp"
+#include "word_classes.hpp"
 
 #include <cstdint>
 #include <string>
@@ -31,7 +32,7 @@ struct Tables {
 
     std::vector<std::uint16_t> idOfWord;   ///< per word of the lexicon
     std::vector<std::uint8_t> costOfWord;  ///< word-cost byte
-    std::vector<float> exactOfWord;        ///< the cost that level and byte stand for, in units of a byte
+    tool::WordClasses classes;             ///< of all ids, for words that are added later
 
     std::uint8_t byteOf(std::uint16_t left, std::uint16_t right) const noexcept {
         return matrix[std::size_t{rowOf[left - 1U]} * columns + columnOf[right - 1U]];

@@ -33,19 +33,6 @@ std::string group(std::vector<std::string_view> const& reading, std::size_t read
     return text + ")";
 }
 
-std::string sourceLine(Lexicon const& lexicon, Tables const& tables, std::size_t word) {
-    Word const& source = lexicon.words[word];
-    std::string line = escapeField(source.form);
-    // A line that begins so would be a comment.
-    if (line[0] == ';' || line[0] == '#') line.insert(0, 1, '\\');
-    line += ',' + escapeField(tables.names[tables.idOfWord[word] - 1U]);
-    line += ',' + std::to_string(tables.costOfWord[word]);
-    std::string const readPron = joinReadPron(source.reading, source.pron);
-    if (!readPron.empty() || !source.base.empty()) line += ',' + escapeField(readPron);
-    if (!source.base.empty()) line += ',' + escapeField(source.base);
-    return line;
-}
-
 /// The first field of a source line, as written.
 std::string_view formOf(std::string_view line) {
     std::size_t pos = 0;
@@ -96,6 +83,19 @@ std::string escapeField(std::string_view text) {
     return result;
 }
 
+std::string sourceLine(std::string_view form, std::string_view name, unsigned cost, std::string_view reading,
+                       std::string_view pron, std::string_view base) {
+    std::string line = escapeField(form);
+    // A line that begins so would be a comment.
+    if (line[0] == ';' || line[0] == '#') line.insert(0, 1, '\\');
+    line += ',' + escapeField(name);
+    line += ',' + std::to_string(cost);
+    std::string const readPron = joinReadPron(reading, pron);
+    if (!readPron.empty() || !base.empty()) line += ',' + escapeField(readPron);
+    if (!base.empty()) line += ',' + escapeField(base);
+    return line;
+}
+
 std::vector<std::string> sourceLines(Lexicon& lexicon, Tables const& tables) {
     std::vector<std::uint32_t> order(lexicon.words.size());
     std::iota(order.begin(), order.end(), 0U);
@@ -113,7 +113,8 @@ std::vector<std::string> sourceLines(Lexicon& lexicon, Tables const& tables) {
         if (word.form != form) seen.clear();
         form = word.form;
         if (seen.emplace(tables.idOfWord[i], word.base, word.reading, word.pron).second)
-            lines.push_back(sourceLine(lexicon, tables, i));
+            lines.push_back(sourceLine(word.form, tables.names[tables.idOfWord[i] - 1U], tables.costOfWord[i],
+                                       word.reading, word.pron, word.base));
         else
             lexicon.leftOut.duplicates.add(tool::sjisToUtf8(word.form));
     }

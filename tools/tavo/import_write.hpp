@@ -22,6 +22,10 @@ std::string joinReadPron(std::string_view reading, std::string_view pron);
 /// @p text (code page 932) with a "\" before each "\", ",", "-" and "/".
 std::string escapeField(std::string_view text);
 
+/// A line of dictionary source; texts in code page 932, empty ones left out.
+std::string sourceLine(std::string_view form, std::string_view name, unsigned cost, std::string_view reading,
+                       std::string_view pron, std::string_view base);
+
 /// The lines of the dictionary source, sorted by form, id, word-cost byte and
 /// exact cost. Lines of a form that a user can't tell apart are written once;
 /// the others are counted in the lexicon's leftOut.

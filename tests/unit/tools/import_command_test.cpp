@@ -96,11 +96,22 @@ TEST(ImportCommand, SameInputGivesSameBytes) {
 
 TEST(ImportCommand, FitsOnGivenText) {
     TempDir const source, out;
-    std::string const text = source.write("text.txt", "山は川へ行く\n\n川は山\n");
+    std::string const text = source.write("text.txt", "山は川へ行く\r\n\n川は山\n\n");
     std::string report;
     ASSERT_EQ(run({"mecab", TinyLexicon().write(source), "-o", out.path(), "--text", text}, &report), ExitStatus::Ok);
     EXPECT_NE(report.find(text + ", 2 sentences"), std::string::npos) << report;
     EXPECT_NE(report.find("word F1 against exact arithmetic: 1.00000"), std::string::npos) << report;
+}
+
+TEST(ImportCommand, TextWithoutAnyAnalysisIsRefused) {
+    TempDir const source;
+    std::string const text = source.write("text.txt", "\r\n\xF0\x9F\x98\x80\n");
+    try {
+        run({"mecab", TinyLexicon().write(source), "-o", source.file("out"), "--text", text});
+        ADD_FAILURE();
+    } catch (std::runtime_error const& error) {
+        EXPECT_NE(std::string(error.what()).find("no line of text to fit on"), std::string::npos) << error.what();
+    }
 }
 
 TEST(ImportCommand, BadSourceWritesNothing) {
@@ -113,9 +124,27 @@ TEST(ImportCommand, BadSourceWritesNothing) {
     EXPECT_THROW(run({"mecab", parent.file("none"), "-o", out}), std::runtime_error);
 }
 
+TEST(ImportCommand, MergesUntilTheMatrixFits) {
+    TempDir const source, whole, small;
+    std::string const folder = TinyLexicon().write(source);
+    ASSERT_EQ(run({"mecab", folder, "-o", whole.path(), "--merge", "0", "--merge-lines", "0"}), ExitStatus::Ok);
+    std::vector<std::string> const merging{"mecab", folder,          "-o", small.path(),  "--merge",
+                                           "0",     "--merge-lines", "0",  "--max-table", "0.0001"};
+    ASSERT_EQ(run(merging), ExitStatus::Ok);
+    std::size_t const bytes = readFile(small.file("ConnTable")).size();
+    EXPECT_LT(bytes, readFile(whole.file("ConnTable")).size());
+    TAVO::Tavo tavo;
+    tavo.setInitFilePath(small.file("tavo.init").c_str());
+    EXPECT_NE(analyse(tavo, "山は川へ行く"), "");
+    EXPECT_THROW(run({"mecab", folder, "-o", small.path(), "--max-table", "0.00001"}), std::runtime_error);
+}
+
 TEST(ImportCommand, WrongArgumentsAreUsageErrors) {
-    for (std::vector<std::string> const& arguments :
-         {std::vector<std::string>{}, {"mecab"}, {"mecab", "x"}, {"mecab", "x", "-o", "y", "--step", "0"}}) {
+    for (std::vector<std::string> const& arguments : {std::vector<std::string>{},
+                                                      {"mecab"},
+                                                      {"mecab", "x"},
+                                                      {"mecab", "x", "-o", "y", "--step", "0"},
+                                                      {"mecab", "x", "-o", "y", "--max-table", "0"}}) {
         try {
             run(arguments);
             ADD_FAILURE() << arguments.size();
