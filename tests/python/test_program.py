@@ -29,6 +29,12 @@ def test_wakati_gives_a_line_for_each(lexicon, given, expected):
     assert (done.stdout, done.stderr, done.returncode) == (expected, b"", 0)
 
 
+def test_addresses_may_need_more_than_32_bits(lexicon):
+    # Every allocation is a mapping of its own, which lies high.
+    done = run(lexicon, "-O", "wakati", data=b"x", GLIBC_TUNABLES="glibc.malloc.mmap_threshold=1")
+    assert (done.stdout, done.returncode) == (b"x\n", 0)
+
+
 def test_files_are_read_in_order(lexicon, tmp_path):
     (tmp_path / "a").write_text("もの", encoding="utf-8")
     done = run(lexicon, "-O", "wakati", str(tmp_path / "a"), "-", data=b"x\n")

@@ -1,7 +1,7 @@
 """The analyser."""
 
 import threading
-from ctypes import byref, c_char_p, c_int
+from ctypes import byref, c_char_p, c_int, c_void_p
 from itertools import islice
 from typing import Dict, Iterable, Iterator, List
 
@@ -40,7 +40,8 @@ class Tagger:
         _lexicon.check_options(options)
         self._init, self._options = init, options
         self._lock = threading.RLock()
-        self._handle = LIB.tavo_new(0)
+        # A pointer, which functions without declared arguments take whole too.
+        self._handle = c_void_p(LIB.tavo_new(0))
         if not self._handle:
             raise MemoryError("tavo_new()")
         try:
