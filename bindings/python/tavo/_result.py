@@ -5,7 +5,7 @@ import operator
 import re
 from array import array
 from collections.abc import Sequence
-from functools import partial
+from functools import lru_cache, partial
 from itertools import compress
 from typing import Dict, List, NamedTuple, Optional
 
@@ -30,6 +30,14 @@ class Morpheme(NamedTuple):
 
 #: What tells parts of speech of one name and different costs apart.
 _POS_CLASS = re.compile(r"(?<=.)-[0-9]+$")
+
+
+@lru_cache(maxsize=None)
+def _pos_name(name: str) -> str:
+    """The name without its class number; there are as many as the table has."""
+    return _POS_CLASS.sub("", name)
+
+
 _new_morpheme = partial(tuple.__new__, Morpheme)
 
 
@@ -66,25 +74,36 @@ class Block:
         self._bytes = ctypes.string_at(bulk.strings, bulk.string_bytes) if bulk.string_bytes else b"\0"
         self._back = back
         self._strings: Optional[Dict[int, str]] = None
-        self._pos_names: Dict[int, str] = {}
+        self._columns: Optional[List[list]] = None
 
     @property
     def strings(self) -> Dict[int, str]:
         """The texts by their offset; each is decoded once."""
         if self._strings is None:
             strings, offset = {}, 0
-            for text in self._bytes[:-1].split(b"\0"):
-                strings[offset] = _text.decode(text).translate(self._back) if self._back else _text.decode(text)
-                offset += len(text) + 1
+            raw = self._bytes[:-1]
+            for data, text in zip(raw.split(b"\0"), _text.decode(raw).split("\0")):
+                strings[offset] = text.translate(self._back) if self._back else text
+                offset += len(data) + 1
             self._strings = strings
         return self._strings
 
-    def pos_names(self, offsets: List[int]) -> List[str]:
-        """Texts that are parts of speech, without their class numbers."""
-        names = self._pos_names
-        for offset in set(offsets).difference(names):
-            names[offset] = _POS_CLASS.sub("", self.strings[offset])
-        return list(map(names.__getitem__, offsets))
+    @property
+    def columns(self) -> List[list]:
+        """The values of all morphemes but their surfaces, in the order of Morpheme."""
+        if self._columns is None:
+            starts, flags, string = self.start.tolist(), self.flags.tolist(), self.strings.__getitem__
+            pos, read, pron, base = (
+                list(map(string, self.fields[bit].tolist()))
+                for bit in (library.PART_OF_SP, library.READ, library.PRON, library.STD_FORM)
+            )
+            self._columns = [
+                list(map(_pos_name, pos)), read, pron, base, self.cost.tolist(), starts,
+                list(map(operator.add, starts, self.length.tolist())),
+                [flag & library.UNKNOWN != 0 for flag in flags],
+                [flag & library.ANNOTATION != 0 for flag in flags],
+            ]  # fmt: skip
+        return self._columns
 
     def only(self, row: int) -> "Block":
         """A block of this row alone."""
@@ -98,7 +117,7 @@ class Block:
         part.fields = {bit: column[span] for bit, column in self.fields.items()}
         used = {0, part.row_text[0]}.union(*part.fields.values())
         part._bytes, part._back, part._strings = b"\0", {}, {offset: self.strings[offset] for offset in used}
-        part._pos_names = {}
+        part._columns = None
         return part
 
     def span(self, row: int) -> slice:
@@ -148,26 +167,12 @@ class Result(Sequence):
                 surfaces[i] = block.strings[forms[i]]
         return surfaces
 
-    def _texts(self, field: int) -> List[str]:
-        return list(map(self._block.strings.__getitem__, self._block.fields[field][self._span()].tolist()))
-
     def _made(self) -> List[Morpheme]:
         if self._morphemes is None:
-            block, span, surfaces = self._block, self._span(), self.surfaces
-            starts, flags = block.start[span].tolist(), block.flags[span].tolist()
-            columns = (
-                surfaces,
-                block.pos_names(block.fields[library.PART_OF_SP][span].tolist()),
-                self._texts(library.READ),
-                self._texts(library.PRON),
-                [base or surface for base, surface in zip(self._texts(library.STD_FORM), surfaces)],
-                block.cost[span].tolist(),
-                starts,
-                map(operator.add, starts, block.length[span].tolist()),
-                [flag & library.UNKNOWN != 0 for flag in flags],
-                [flag & library.ANNOTATION != 0 for flag in flags],
-            )
-            self._morphemes = list(map(_new_morpheme, zip(*columns)))
+            span, surfaces = self._span(), self.surfaces
+            pos, read, pron, base, *rest = (column[span] for column in self._block.columns)
+            base = (own or surface for own, surface in zip(base, surfaces))
+            self._morphemes = list(map(_new_morpheme, zip(surfaces, pos, read, pron, base, *rest)))
         return self._morphemes
 
     def __len__(self) -> int:
