@@ -1,7 +1,12 @@
 // tavo dic build
 #include "dic_command.hpp"
 #include "file_io.hpp"
+#include "lexicon.hpp"
+#include "like_word.hpp"
+#include "must_win.hpp"
 #include "new_file.hpp"
+#include "new_words.hpp"
+#include "out_buffer.hpp"
 #include "utf8.hpp"
 
 #include "base/text.hpp"
@@ -10,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 
 namespace tool {
 
@@ -21,8 +27,8 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 class SourceCompiler {
 public:
-    SourceCompiler(DicOptions const& options, TAVO::ConnTable const& table)
-        : options_(options), compiler_(namesOf(table)) {}
+    SourceCompiler(DicOptions const& options, NewWords const& words)
+        : options_(options), words_(words), compiler_({words.names().begin() + 1, words.names().end()}) {}
 
     /// Returns the number of faulty lines, each reported.
     std::size_t addAll(std::string_view source) {
@@ -44,15 +50,10 @@ public:
     TAVO::DicCompiler& compiler() noexcept { return compiler_; }
 
 private:
-    static std::vector<std::string> namesOf(TAVO::ConnTable const& table) {
-        std::vector<std::string> names;
-        for (std::uint32_t id = 1; id <= table.idCount(); ++id) names.emplace_back(table.getName(id));
-        return names;
-    }
-
     /// @p error is in the user's encoding.
     bool add(std::string_view written, std::string& error) {
-        if (TAVO::isCommentLine(written)) return true;
+        // MeCab's format has no comments.
+        if (!options_.mecabFormat && TAVO::isCommentLine(written)) return true;
         line_.clear();
         if (options_.encoding == Encoding::Sjis) {
             line_ = written;
@@ -69,7 +70,9 @@ private:
                     std::to_string(kMaxLineBytes) + " are read";
             return false;
         }
-        if (compiler_.add(line_, error)) return true;
+        bool const made = !options_.mecabFormat || words_.fromMecab(line_, source_, error);
+        if (!options_.mecabFormat) source_ = words_.complete(line_);
+        if (made && compiler_.add(source_, error)) return true;
         error = fromSjis(error, options_.encoding);
         return false;
     }
@@ -80,15 +83,67 @@ private:
     }
 
     DicOptions const& options_;
+    NewWords const& words_;
     TAVO::DicCompiler compiler_;
-    std::string line_;
+    std::string line_, source_;
 };
+
+/// Names of @p table per id, "" for id 0, and the costs of classes where the
+/// import that made the table left them.
+NewWords readWords(DicOptions const& options) {
+    TAVO::ConnTable const table(false, options.connTable.c_str());
+    std::vector<std::string> names(1);
+    for (std::uint32_t id = 1; id <= table.idCount(); ++id) names.emplace_back(table.getName(id));
+    std::filesystem::path const classes = std::filesystem::path(options.connTable).parent_path() / kWordClassesName;
+    std::error_code ignored;
+    if (!std::filesystem::exists(classes, ignored)) return {std::move(names), std::nullopt};
+    try {
+        return {std::move(names), WordClasses::read(classes.string())};
+    } catch (std::runtime_error const& error) {
+        throw ToolError(ExitStatus::Data, error.what());
+    }
+}
+
+/// Opens the lexicon that the new dictionary is for, @p first before its own ones.
+void openAround(TAVO::Tavo& analyser, DicOptions const& options, std::string const& first) {
+    LexiconOptions lexicon;
+    lexicon.connTable = options.connTable;
+    lexicon.dictionaries = options.lexicon;
+    if (lexicon.dictionaries.empty())
+        lexicon.dictionaries = dictionariesIn(std::filesystem::path(options.connTable).parent_path());
+    if (lexicon.dictionaries.empty())
+        throw ToolError(ExitStatus::Data, "no SysDic beside " + options.connTable + "; name the lexicon's with -d");
+    if (!first.empty()) lexicon.dictionaries.insert(lexicon.dictionaries.begin(), first);
+    openLexicon(analyser, lexicon);
+}
+
+ExitStatus judgeSentences(DicOptions const& options, NewWords const& words) {
+    if (options.mustWin.empty()) return ExitStatus::Ok;
+    TAVO::Tavo analyser;
+    openAround(analyser, options, options.output);
+    ExitStatus status = ExitStatus::Ok;
+    OutBuffer out;
+    for (std::string const& sentence : options.mustWin) {
+        Verdict const verdict =
+            judge(analyser, words, argumentToSjis(sentence, options.encoding, "--must-win"), options.encoding);
+        out.append(verdict.text);
+        out.append('\n');
+        if (!verdict.wins) status = ExitStatus::Data;
+    }
+    writeStandardOutput(out.view());
+    return status;
+}
 
 }  // namespace
 
 ExitStatus buildDictionary(DicOptions const& options) {
-    TAVO::ConnTable const table(false, options.connTable.c_str());
-    SourceCompiler source(options, table);
+    NewWords words = readWords(options);
+    if (!options.like.empty()) {
+        TAVO::Tavo lexicon;
+        openAround(lexicon, options, {});
+        words.setLike(findLike(lexicon, options.like, options.encoding));
+    }
+    SourceCompiler source(options, words);
     std::size_t const faults = source.addAll(readFile(options.input));
     if (faults > 0) {
         complain(std::to_string(faults) + (faults == 1 ? " faulty line" : " faulty lines") + "; " + options.output +
@@ -99,7 +154,7 @@ ExitStatus buildDictionary(DicOptions const& options) {
     if (!source.compiler().compile(file.stream(), options.verbose))
         throw ToolError(ExitStatus::Data, options.output + ": " + source.compiler().error());
     file.commit();
-    return ExitStatus::Ok;
+    return judgeSentences(options, words);
 }
 
 }  // namespace tool

@@ -17,8 +17,12 @@ constexpr char kDicFooter[] =
     "Lines that begin with ; or # are comments.";
 
 constexpr char kBuildFooter[] =
-    "Example:\n"
+    "Examples:\n"
     "  tavo dic build words.txt -c ConnTable -o my.dic && tavo -d my.dic text.txt\n"
+    "  echo すだちそば | tavo dic build - --like そば -c ConnTable -o my.dic\n"
+    "                             part of speech and cost as そば has them\n"
+    "  tavo dic build words.txt --must-win すだちそばを食べる -c ConnTable -o my.dic\n"
+    "  tavo dic build user.csv --mecab -c ConnTable -o my.dic\n"
     "All faults of the source are reported at once, each with its line. Without any,\n"
     "the dictionary takes its place; else an older one there stays as it was.";
 
@@ -39,6 +43,25 @@ ExitStatus dicCommand(int argc, char** argv) {
         ->type_name("FILE");
     build->add_option("-o,--output", options.output, "Dictionary to write")->required()->type_name("FILE");
     build->add_flag("-v,--verbose", options.verbose, "Show progress");
+    build->add_flag("--mecab", options.mecabFormat, "SRC is in MeCab's CSV format; ids and cost may be empty");
+    build
+        ->add_option("--like", options.like,
+                     "Word of the lexicon that gives what lines leave empty: part of speech, cost")
+        ->type_name("WORD[,PART OF SPEECH]");
+    build
+        ->add_option("--must-win", options.mustWin,
+                     "Tell whether a new word is in the best analysis of the sentence, and what it lacks; "
+                     "exit status 1 when none is. May be repeated")
+        ->type_name("SENTENCE")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    build
+        ->add_option("-d,--dic", options.lexicon,
+                     "Dictionary of the lexicon, for --like and --must-win (default: SysDic beside the connection "
+                     "table). May be repeated")
+        ->type_name("DIC")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     addEncodingOption(*build, options.encoding);
     build->callback([&] { action = buildDictionary; });
 

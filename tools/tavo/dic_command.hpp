@@ -6,6 +6,7 @@
 #include "tool_error.hpp"
 
 #include <string>
+#include <vector>
 
 namespace tool {
 
@@ -15,6 +16,10 @@ struct DicOptions {
     std::string output;
     Encoding encoding = Encoding::Utf8;
     bool verbose = false;
+    bool mecabFormat = false;          ///< of the input: MeCab's CSV
+    std::string like;                  ///< WORD or WORD,PART OF SPEECH
+    std::vector<std::string> mustWin;  ///< sentences
+    std::vector<std::string> lexicon;  ///< dictionaries for these two; empty: those beside the connection table
 };
 
 ExitStatus buildDictionary(DicOptions const& options);

@@ -87,11 +87,13 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     fs::create_directories(out);
     for (std::size_t part = 0; part < parts.size(); ++part) {
         writeFile(out / dictionaryName(part), parts[part].bytes);
+        fs::path const sourceFile = out / (dictionaryName(part) + ".txt");
+        fs::remove(sourceFile);
         if (!options.source) continue;
         std::string source;
         for (std::size_t line = parts[part].first; line < parts[part].last; ++line)
             source.append(lines[line]).append("\n");
-        writeFile(out / (dictionaryName(part) + ".txt"), source);
+        writeFile(sourceFile, source);
     }
     // What an earlier import left here would be taken for a part of this one.
     for (std::size_t part = parts.size(); fs::remove(out / dictionaryName(part)); ++part) {

@@ -78,10 +78,7 @@ void openFolder(TAVO::Tavo& analyser, fs::path const& folder) {
     fs::path const initFile = folder / "tavo.init", reduceRules = folder / "reduce.rules";
     fs::path const numberList = folder / "number.list";
     if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return analyser.setInitFilePath(initFile.c_str());
-    analyser.addDicPath((folder / "SysDic").c_str(), true);
-    // Large lexicons come in parts.
-    for (int part = 2; fs::exists(folder / ("SysDic" + std::to_string(part)), ignored); ++part)
-        analyser.addDicPath((folder / ("SysDic" + std::to_string(part))).c_str(), true);
+    for (std::string const& path : dictionariesIn(folder)) analyser.addDicPath(path.c_str(), true);
     if (fs::exists(reduceRules, ignored)) analyser.setReduceRulePath(reduceRules.c_str());
     if (fs::exists(numberList, ignored)) analyser.setNumberPartOfSPPath(numberList.c_str());
     analyser.setConnTablePath((folder / "ConnTable").c_str());
@@ -111,6 +108,17 @@ void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     app.add_option("-c,--conn", options.connTable, "Connection table; then only the dictionaries of -d are used")
         ->type_name("FILE");
+}
+
+std::vector<std::string> dictionariesIn(fs::path const& folder) {
+    std::vector<std::string> paths;
+    std::error_code ignored;
+    std::string name = "SysDic";
+    for (int part = 2; fs::exists(folder / name, ignored); ++part) {
+        paths.push_back((folder / name).string());
+        name = "SysDic" + std::to_string(part);
+    }
+    return paths;
 }
 
 std::vector<fs::path> lexiconFolders() {

@@ -32,6 +32,10 @@ void addLexiconOptions(CLI::App& app, LexiconOptions& options);
 /// installed data folder, the one beside the program's own folder.
 std::vector<std::filesystem::path> lexiconFolders();
 
+/// The dictionaries of a lexicon's folder in their order: SysDic, and for large
+/// lexicons SysDic2 and so on.
+std::vector<std::string> dictionariesIn(std::filesystem::path const& folder);
+
 /// Gives @p analyser its settings, dictionaries and connection table.
 ///
 /// - -c: exactly the dictionaries of -d and this table.

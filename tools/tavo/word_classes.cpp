@@ -18,7 +18,7 @@ constexpr double kMiddleByte = 128, kBytesPerUnit = 127;
 
 std::string decimal(double value) {
     char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.2f", value);
+    std::snprintf(buffer, sizeof buffer, "%.4f", value);
     return buffer;
 }
 
