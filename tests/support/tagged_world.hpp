@@ -13,18 +13,20 @@
 
 namespace TAVO::test {
 
-/// "form:PartOfSP" per morpheme, separated by blanks; an annotation as "[form]".
-inline std::string describe(std::vector<Mrph> const& morphemes) {
+/// Each morpheme in @p format, "form:PartOfSP" when that is empty, separated by
+/// blanks; an annotation in brackets.
+inline std::string describe(std::vector<Mrph> const& morphemes, std::string const& format = "") {
     std::string text;
     for (Mrph const& m : morphemes) {
         if (!text.empty()) text += " ";
-        text += m.isAnnotation() ? "[" + m.getForm(true) + "]" : m.getForm(true) + ":" + m.getPartOfSP();
+        char const* const used = !format.empty() ? format.c_str() : m.isAnnotation() ? "%w" : "%w:%h";
+        text += m.isAnnotation() ? "[" + m.format(used, "") + "]" : m.format(used, "");
     }
     return text;
 }
 
 /// Sentences separated by " | "; a failed one as "!" and its text.
-inline std::string describeAll(Tavo& tavo) {
+inline std::string describeAll(Tavo& tavo, std::string const& format = "") {
     std::string text;
     for (unsigned i = 0; i < tavo.getSentenceCount(); ++i) {
         bool failed = false;
@@ -32,7 +34,7 @@ inline std::string describeAll(Tavo& tavo) {
         std::vector<Mrph> morphemes;
         tavo.getResult(morphemes, static_cast<int>(i));
         if (i > 0) text += " | ";
-        text += failed ? "!" + tavo.getSentence(static_cast<int>(i)) + describe(morphemes) : describe(morphemes);
+        text += (failed ? "!" + tavo.getSentence(static_cast<int>(i)) : "") + describe(morphemes, format);
     }
     return text;
 }

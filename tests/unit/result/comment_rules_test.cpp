@@ -1,5 +1,6 @@
 #include "result/comment_rules.hpp"
 
+#include "support/line_cases.hpp"
 #include "support/tagged_world.hpp"
 
 #include <tavo/error.hpp>
@@ -90,47 +91,8 @@ constexpr char kRules[] =
     "String=|\nPartOfSP=nothing\n";
 
 TEST(CommentRules, Golden) {
-    struct Case {
-        bool tagged;
-        char const* text;
-        char const* expected;
-    };
-    Case const cases[] = {
-        {false, "a#b", "a:Noun #:Comment b:Noun"},
-        {false, "a##b", "a:Noun #:Comment #:Comment b:Noun"},
-        // At one place the longest comment counts.
-        {false, "a##!b", "a:Noun ##!:Noun b:Noun"},
-        {false, "#<a>b", "#<a>:Comment b:Noun"},
-        // The earliest comment counts, and no comment begins inside another.
-        {false, "a/*b#*/#", "a:Noun /*b#*/:Comment #:Comment"},
-        {false, "/**/*/", "/**/:Comment *:Undef /:Undef"},
-        {false, "/*/*a*/*/", "/*/*a*/:Comment *:Undef /:Undef"},
-        // Without its end a comment reaches to the end.
-        {false, "ab/*ab.", "ab:Noun /*ab.:Comment"},
-        // Words do not cross into comments, delimiters do not cut them.
-        {false, "ab.a.b.a/*.*/.", "ab:Noun .:Undef | a.b:Comment .:Undef | a:Noun /*.*/:Comment .:Undef"},
-        // A rule without part of speech takes what the dictionary has.
-        {false, "a(w)", "a:Noun (w):Noun"},
-        {false, "|", "|:Undef"},
-        // The second byte of a character is no comment: it is 0x5C in this one, 0x7C in the other.
-        {false, "表ポ|", "表:Noun ポ:Undef |:Undef"},
-        {false, "", ""},
-        // In tagged text what stands in an element, or in a tag, is no comment.
-        {true, "a#<word PartOfSP=\"Noun\">#</word>#", "a:Noun #:Comment #:Noun #:Comment"},
-        {true, "<word AdditionalInfo=\"#\">ab</word>", "ab:Noun"},
-        {true, "<multiword>a#</multiword>b", "a#:Noun b:Noun"},
-        {true, "<annotation>#</annotation>#", "[#] #:Comment"},
-        {true, "/*a<boundary/>b*/", "/*a:Comment b:Noun *:Undef /:Undef"},
-        {true, "#&lt;a.&gt;b.a", "#<a.>:Comment b:Noun .:Undef | a:Noun"},
-        {true, "a.b<word>#", "!a.b<word>#"},
-    };
-    TaggedWorld world(words());
-    ASSERT_EQ(errorOf(world, kRules), "");
-    world.tavo.setDelimiterString({"."});
-    for (Case const& c : cases) {
-        world.tavo.setTaggedInputMode(c.tagged ? 1 : 0);
-        EXPECT_EQ(world.analyse(toSjis(c.text)), toSjis(c.expected)) << c.text;
-    }
+    test::TempDir const dir;
+    test::expectLineCases("comments.txt", words(), "CommentRule=" + dir.write("rules", kRules));
 }
 
 TEST(CommentRules, GiveTheMorphemeTheirAttributes) {

@@ -1,5 +1,7 @@
-// Each tag, each attribute and each way to be malformed, through the analyser.
+// Tagged input through the analyser; tests/golden/lines/tagged.txt has each tag,
+// attribute and way to be malformed.
 #include "result/tag_attributes.hpp"
+#include "support/line_cases.hpp"
 #include "support/tagged_world.hpp"
 
 #include <gtest/gtest.h>
@@ -25,121 +27,28 @@ SmallWorld words() {
     return world;
 }
 
-TEST(TaggedInput, Golden) {
-    struct Case {
-        char const* tagged;
-        char const* expected;
-    };
-    Case const cases[] = {
-        // No tags.
-        {"abcc", "abc:Noun c:Tail"},
-        {"", ""},
-        // word: one morpheme whatever the costs say; its neighbours follow from context.
-        {"<word PartOfSP=\"Noun\">ab</word>c", "ab:Noun c:Tail"},
-        {"<word PartOfSP=\"Noun\">abcc</word>", "abcc:Noun"},
-        {"<word PartOfSP=\"Noun\">a</word>bc", "a:Noun b:Noun c:Tail"},
-        {"<word PartOfSP=\"Verb\">a</word>bc", "a:Verb b:Noun c:Tail"},
-        {"a<word PartOfSP=\"Verb\">bc</word>", "a:Noun bc:Verb"},
-        {"a<word>bc</word>", "a:Noun bc:Undef"},
-        {"<word>a</word>", "a:Noun"},
-        {"<word PartOfSP=Tail>a</word>", "a:Tail"},
-        {"<word\tPartOfSP = \"Noun\" >abc</word >", "abc:Noun"},
-        {"<word PartOfSP=\"nothing\">ab</word>", "ab:Undef"},
-        {"<word PartOfSP=\"\">ab</word>", "ab:Noun"},
-        {"<word Unknown=\"x\" PartOfSP=\"Verb\" flag>ab</word>", "ab:Verb"},
-        {"<word PartOfSP=\"助詞\">表</word>は", "表:助詞 は:助詞"},
-        {"<word PartOfSP=\"Verb\">x</word><word PartOfSP=\"Tail\">y</word>", "x:Verb y:Tail"},
-        // A character whose second byte is "<", "|" or "\" is no mark.
-        {"表ソ<word PartOfSP=\"Verb\">表ソ</word>ソ", "表:Noun ソ:Noun 表ソ:Verb ソ:Noun"},
-        // multiword.
-        {"<multiword>abc</multiword>", "abc:Noun"},
-        {"a<multiword>bc</multiword>", "a:Noun bc:Noun"},
-        {"<multiword><word PartOfSP=\"Verb\">a</word>bc</multiword>c", "abc:Verb c:Tail"},
-        {"<multiword AdditionalInfo=\"x\"><word>a</word></multiword>", "a:Noun"},
-        // annotation: not analysed, anchored where it stands.
-        {"<annotation>abc</annotation>", "[abc]"},
-        {"<annotation>x</annotation>ab<annotation>y</annotation>", "[x] ab:Noun [y]"},
-        {"a<annotation>x</annotation><annotation></annotation>bc", "a:Noun [x] [] b:Noun c:Tail"},
-        {"a<annotation>1 < 2 <word> </annotations> &amp;</annotation\t>b",
-         "a:Noun [1 < 2 <word> </annotations> &] b:Noun"},
-        {"<multiword>a<annotation>x</annotation>b</multiword>c", "ab:Noun [x] c:Tail"},
-        // boundary: no morpheme, and no word over it.
-        {"a<boundary/>b", "a:Noun b:Noun"},
-        {"a<boundary GrammarType=\"x\">b", "a:Noun b:Noun"},
-        {"a<boundary Kind=\"word\"/>b", "a:Noun b:Noun"},
-        {"ab<boundary Kind=\"sentence\"/>", "ab:Noun"},
-        {"ab<boundary Kind=\"sentence\"/>\r\n", "ab:Noun \r:Undef \n:Undef"},
-        {"<boundary Kind=\"sentence\">", ""},
-        {"<multiword>a<boundary/>b</multiword>", "ab:Noun"},
-        // Quotes may hold what would end an unquoted value or the tag.
-        {"<word AdditionalInfo=\"a > b / c\" PartOfSP=\"Verb\">ab</word>", "ab:Verb"},
-        {"<word AdditionalInfo=a/PartOfSP=Verb>ab</word>", "ab:Verb"},
-        // Entities in texts.
-        {"<word PartOfSP=\"Verb\">&lt;a&gt;</word>&amp;&apos;&quot;", "<a>:Verb &:Undef ':Undef \":Undef"},
-        {"a&b&lt", "a:Noun &:Undef b:Noun &:Undef l:Undef t:Undef"},
-        {"a>b", "a:Noun >:Undef b:Noun"},
-    };
-    TaggedWorld world(words());
-    for (Case const& c : cases) EXPECT_EQ(world.analyse(toSjis(c.tagged)), toSjis(c.expected)) << c.tagged;
-}
+TEST(TaggedInput, Golden) { expectLineCases("tagged.txt", words()); }
 
-TEST(TaggedInput, MalformedSentencesFailAloneAndKeepTheirText) {
-    char const* const cases[] = {
-        "a<",
-        "a<word",
-        "<word PartOfSP=\"Noun>ab</word>x",
-        "<word>ab",
-        "<word>ab<word>",
-        "ab</word>",
-        "<word></word>",
-        "<word/>",
-        "<word PartOfSP=\"Noun\"/>ab</word>",
-        "<word>a<word>b</word></word>",
-        "<word>a<boundary/>b</word>",
-        "<word>a<annotation>x</annotation>b</word>",
-        "<word>a<multiword>b</multiword></word>",
-        "<word>ab</multiword>",
-        "<multiword>ab</word>",
-        "<multiword>ab",
-        "<multiword></multiword>",
-        "<multiword>a<multiword>b</multiword></multiword>",
-        "<multiword>a<word>b</multiword></word>",
-        "ab</multiword>",
-        "<annotation>ab",
-        "<annotation>ab</annotation",
-        "<annotation>ab</annotations>",
-        "<annotation/>ab",
-        "ab</annotation>",
-        "<boundary></boundary>",
-        "<boundary Kind=\"sentence\"/>ab",
-        "ab<boundary Kind=\"sentence\"/><annotation>x</annotation>",
-        "<multiword>ab<boundary Kind=\"sentence\"/></multiword>",
-        "<wordx>ab</wordx>",
-        "<Word>ab</Word>",
-        "<word\n>ab</word>",
-        "<>ab",
-        "</>ab",
-        "< word>ab</word>",
-        "<b>ab</b>",
-        "<!-- ab -->",
-    };
+TEST(TaggedInput, MalformedMarkupLeavesTheSentencesAroundIt) {
     TaggedWorld world(words());
     world.tavo.setDelimiterString({"."});
-    for (std::string const text : cases) {
-        EXPECT_EQ(world.analyse(text), "!" + text) << text;
+    unsigned malformed = 0;
+    for (test::LineCase const& c : test::lineCases("tagged.txt")) {
+        if (c.expected != "!" + c.input) continue;
         // Tags without counterpart do not keep delimiters from ending the sentence.
-        std::string const among = world.analyse("ab." + text + ".c.");
-        EXPECT_TRUE(among.starts_with("ab:Noun .:Undef | !" + text + ". | ")) << among;
+        std::string const among = world.analyse("ab." + c.input + ".c.");
+        EXPECT_TRUE(among.starts_with("ab:Noun .:Undef | !" + c.input + ". | ")) << among;
         EXPECT_TRUE(among.ends_with(" | c:Tail .:Undef")) << among;
+        ++malformed;
     }
+    EXPECT_GT(malformed, 30U);
 }
 
-TEST(TaggedInput, OtherSentencesOfTheInputAreNotTouched) {
+TEST(TaggedInput, SentencesAreToldWithAndWithoutTheirTags) {
     TaggedWorld world(words());
     world.tavo.setDelimiterString({"."});
     std::string const text = "ab.<word>a.<word PartOfSP=\"Verb\">a.b</word>.</multiword>c.";
     EXPECT_EQ(world.tavo.analyze(text), 2);
-    EXPECT_EQ(test::describeAll(world.tavo), "ab:Noun .:Undef | !<word>a. | a.b:Verb .:Undef | !</multiword>c.");
     EXPECT_EQ(world.tavo.getErrorSentenceIndex(), (std::vector<unsigned>{1, 3}));
     EXPECT_EQ(world.tavo.getSentence(2), "a.b.");
     EXPECT_EQ(world.tavo.getSentenceLength(2), 4U);
@@ -150,105 +59,12 @@ TEST(TaggedInput, OtherSentencesOfTheInputAreNotTouched) {
     EXPECT_EQ(world.tavo.getAnalyzedText(1), "<word>a.");
 }
 
-TEST(TaggedInput, IsOffByDefault) {
+TEST(TaggedInput, BoundariesInsideAMultiwordAreFoundOnItsParts) {
     TaggedWorld world(words());
-    world.tavo.setTaggedInputMode(0);
-    EXPECT_EQ(world.analyse("<b>"), "<:Undef b:Noun >:Undef");
-}
-
-std::string category(Mrph const& m, int list) {
-    std::vector<unsigned short> lists[3];
-    m.getCategory(lists[0], lists[1], lists[2]);
-    std::string text;
-    for (unsigned short const number : lists[list - 1]) text += std::to_string(number) + " ";
-    return text;
-}
-
-TEST(TaggedInput, AttributesBecomeTheMorphemesValues) {
-    using Value = std::string (*)(Mrph const&);
-    struct Case {
-        char const* attribute;
-        Value value;
-        char const* expected;
-    };
-    Case const cases[] = {
-        {"PartOfSP=\"Tail\"", [](Mrph const& m) { return std::string(m.getPartOfSP()); }, "Tail"},
-        {"StdForm=\"s/t\"", [](Mrph const& m) { return m.getStdForm(false); }, "s/t"},
-        {"StdForm=\"s/t\"", [](Mrph const& m) { return m.getStdForm(true); }, "st"},
-        {"ReadPron=\"(は|わ)/し\"", [](Mrph const& m) { return m.getReadPron(false); }, "(は|わ)/し"},
-        {"ReadPron=\"(は|わ)/し\"", [](Mrph const& m) { return m.getRead(true) + m.getPron(true); }, "はしわし"},
-        {"Read=\"よ/み\"", [](Mrph const& m) { return m.getRead(true); }, "よみ"},
-        {"Pron=\"オト\"", [](Mrph const& m) { return m.getPron(true); }, "オト"},
-        {"LVRead=\"ながい\"", [](Mrph const& m) { return m.getLVRead(true); }, "ながい"},
-        {"Group=\"g:h\"", [](Mrph const& m) { return std::string(m.getGroup()); }, "g:h"},
-        {"AdditionalInfo=\"a &lt; b\"", [](Mrph const& m) { return std::string(m.getAdditionalInfo()); }, "a < b"},
-        {"ProsodicInfo=\"p\"", [](Mrph const& m) { return std::string(m.getProsodicInfo()); }, "p"},
-        {"Category1=\"1:22:333\"", [](Mrph const& m) { return category(m, 1); }, "1 22 333 "},
-        {"Category2=\"65535,65536\"", [](Mrph const& m) { return category(m, 2); }, "65535 "},
-        {"Category3=\"4\"", [](Mrph const& m) { return category(m, 3); }, "4 "},
-        {"Data1=\"one\" Data=\"zero\"", [](Mrph const& m) { return m.getExt(0) + "+"s + m.getExt(1); }, "zero+one"},
-        {"Data3=\"x\"", [](Mrph const& m) { return std::to_string(m.getExtCount()) + m.getExt(3) + m.getExt(0); },
-         "4x"},
-        {"Data256=\"x\" Data-1=\"y\"", [](Mrph const& m) { return std::to_string(m.getExtCount()); }, "0"},
-    };
-    TaggedWorld world(words());
-    for (Case const& c : cases) {
-        for (std::string const element : {"word", "annotation"}) {
-            std::string const text = "<" + element + " " + c.attribute + ">zz</" + element + ">";
-            std::vector<Mrph> const result = world.morphemes(toSjis(text));
-            ASSERT_EQ(result.size(), 1U) << text;
-            EXPECT_EQ(c.value(result[0]), toSjis(c.expected)) << text;
-        }
-    }
-}
-
-TEST(TaggedInput, AWordThatMatchesADictionaryRecordKeepsIt) {
-    struct Case {
-        char const* tag;
-        bool fromDictionary;
-        int cost;
-    };
-    Case const cases[] = {
-        {"<word>a</word>", true, 5},
-        {"<word PartOfSP=\"Verb\">a</word>", true, 9},
-        {"<word PartOfSP=\"Tail\">a</word>", false, 100},
-        {"<word Read=\"い\">a</word>", true, 9},
-        {"<word Read=\"あ\" PartOfSP=\"Verb\">a</word>", false, 100},
-        {"<word ReadPron=\"あ\">a</word>", true, 5},
-        {"<word StdForm=\"a\">a</word>", true, 5},
-        {"<word StdForm=\"x\">a</word>", false, 255},
-        {"<word AdditionalInfo=\"x\" LVRead=\"え\">a</word>", true, 5},
-        {"<word StdForm=\"ビ\" Group=\"g1\" Category1=\"7:8\" ProsodicInfo=\"pros\" Data1=\"y\">b</word>", true, 5},
-        {"<word Group=\"g2\">b</word>", false, 255},
-        {"<word Category3=\"1\">b</word>", false, 255},
-        {"<word ProsodicInfo=\"other\">b</word>", false, 255},
-        {"<word Data2=\"y\">b</word>", false, 255},
-        {"<word Read=\"で/ふ\">def</word>", true, 5},
-        {"<word Read=\"で-/ふ\">def</word>", true, 5},
-        {"<word Read=\"でふ\">def</word>", true, 5},
-        {"<word Pron=\"わ\">は</word>", true, 3},
-        {"<word Pron=\"は\">は</word>", false, 255},
-    };
-    TaggedWorld world(words());
-    for (Case const& c : cases) {
-        std::vector<Mrph> const result = world.morphemes(toSjis(c.tag));
-        ASSERT_EQ(result.size(), 1U) << c.tag;
-        EXPECT_EQ(result[0].isFirstDic(), c.fromDictionary) << c.tag;
-        EXPECT_EQ(result[0].getCost(), c.cost) << c.tag;
-    }
-}
-
-TEST(TaggedInput, BoundariesAreFoundOnTheMorphemeBehindThem) {
-    TaggedWorld world(words());
-    std::vector<Mrph> const result = world.morphemes(
-        "a<boundary GrammarType=\"g\"/><boundary ProsodicType=\"p\">c<multiword>b<boundary "
-        "GrammarType=\"i\"/>c</multiword>");
-    ASSERT_EQ(test::describe(result), "a:Noun c:Tail bc:Noun");
+    std::vector<Mrph> const result = world.morphemes("<multiword>b<boundary GrammarType=\"i\"/>c</multiword>");
+    ASSERT_EQ(test::describe(result), "bc:Noun");
     EXPECT_STREQ(result[0].getGrammarType(), "");
-    EXPECT_STREQ(result[1].getGrammarType(), "g");
-    EXPECT_STREQ(result[1].getProsodicType(), "p");
-    EXPECT_STREQ(result[2].getGrammarType(), "");
-    EXPECT_STREQ(result[2].getPartGrammarType(1), "i");
+    EXPECT_STREQ(result[0].getPartGrammarType(1), "i");
 }
 
 TEST(TaggedInput, AMultiwordKeepsItsMembersAsParts) {
@@ -263,60 +79,6 @@ TEST(TaggedInput, AMultiwordKeepsItsMembersAsParts) {
     EXPECT_EQ(m.getPartForm(1), "c");
     EXPECT_STREQ(m.getPartOfSP(1), "Verb");
     EXPECT_EQ(m.getPartRead(2), toSjis("び"));
-}
-
-TEST(TaggedInput, DivideWordModeDividesCompoundsAndMultiwords) {
-    TaggedWorld world(words());
-    std::string const text =
-        "<word>def</word><multiword>a<word PartOfSP=\"Tail\">def</word></multiword><word PartOfSP=\"Verb\">def</word>";
-    EXPECT_EQ(world.analyse(text), "def:Noun adef:Noun def:Verb");
-    world.tavo.setDivideWordMode(1);
-    EXPECT_EQ(world.analyse(text), "de:Verb f:Tail a:Noun def:Tail def:Verb");
-}
-
-TEST(TaggedInput, DelimitersActOutsideElementsOnly) {
-    struct Case {
-        char const* text;
-        std::vector<char const*> delimiters;
-        char const* expected;
-    };
-    Case const cases[] = {
-        {"a.<word PartOfSP=\"Verb\">b.b</word>.c", {"."}, "a:Noun .:Undef | b.b:Verb .:Undef | c:Tail"},
-        {"<annotation>x.</annotation>a.b", {"."}, "[x.] a:Noun .:Undef | b:Noun"},
-        {"<annotation><word>.</annotation>a.b", {"."}, "[<word>.] a:Noun .:Undef | b:Noun"},
-        {"<multiword>a<word>.</word>.</multiword>b.", {"."}, "a..:Noun b:Noun .:Undef"},
-        {"a<boundary GrammarType=\".\">.b", {"."}, "a:Noun .:Undef | b:Noun"},
-        {"a<boundary GrammarType=\".>.\">.b", {"."}, "a:Noun .:Undef | b:Noun"},
-        {"a&lt;b;c", {";"}, "a:Noun <:Undef b:Noun ;:Undef | c:Tail"},
-        {"<word PartOfSP=\"Verb\">表ソ</word>表ソ", {"\\", "|"}, "表ソ:Verb 表:Noun ソ:Noun"},
-        {"a.<word>b</word>.c", {".<", ".c"}, "a:Noun .:Undef b:Noun .:Undef c:Tail"},
-    };
-    TaggedWorld world(words());
-    for (Case const& c : cases) {
-        world.tavo.setDelimiterString(c.delimiters);
-        EXPECT_EQ(world.analyse(toSjis(c.text)), toSjis(c.expected)) << c.text;
-    }
-}
-
-TEST(TaggedInput, LineBreaksCutElements) {
-    struct Case {
-        int delimit, remove;
-        char const* text;
-        char const* expected;
-    };
-    Case const cases[] = {
-        {1, 1, "<word>a\nb</word>\nab", "!<word>a | !b</word> | ab:Noun"},
-        {1, 0, "ab<boundary Kind=\"sentence\"/>\r\nc", "ab:Noun \r:Undef \n:Undef | c:Tail"},
-        {0, 1, "<word PartOfSP=\"Verb\">a\r\nb</word>\nab\n", "ab:Verb ab:Noun"},
-        {0, 1, "<word Part\nOfSP=\"Ve\nrb\">ab</word>", "ab:Verb"},
-        {0, 0, "<word PartOfSP=\"Verb\">a\nb</word>", "a\nb:Verb"},
-    };
-    for (Case const& c : cases) {
-        TaggedWorld world(words());
-        world.tavo.setDelimitCRLFMode(c.delimit);
-        world.tavo.setDeleteCRLFMode(c.remove);
-        EXPECT_EQ(world.analyse(c.text), c.expected) << testing::PrintToString(c.text);
-    }
 }
 
 TEST(TaggedInput, TakesAnyBytes) {
