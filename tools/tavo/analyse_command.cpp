@@ -57,8 +57,8 @@ constexpr char kExamples[] =
     "  tavo reading すもも                               the words that read so\n"
     "  tavo import mecab DIR -o OUT                      make a lexicon from a MeCab-format one\n"
     "\n"
-    "The lexicon is looked for in the folder TAVO_PATH, in the installed data folder,\n"
-    "and beside the program. Whatever a line holds comes back unchanged: characters\n"
+    "The lexicon is looked for in the folder TAVO_PATH, beside the program, and in the\n"
+    "installed data folder. Whatever a line holds comes back unchanged: characters\n"
     "that dictionaries cannot hold and bytes that are not UTF-8 included.\n"
     "Exit status: 0 all went well, 1 something about the data failed, 2 wrong usage.";
 

@@ -124,13 +124,11 @@ std::vector<std::string> dictionariesIn(fs::path const& folder) {
 std::vector<fs::path> lexiconFolders() {
     std::vector<fs::path> folders;
     if (char const* const folder = pathVariable()) folders.emplace_back(folder);
-    folders.emplace_back(TAVO_DATA_DIR);
+    // A program that was built or moved with its lexicon uses that one.
     std::error_code failed;
     fs::path const program = fs::read_symlink("/proc/self/exe", failed);
-    if (!failed) {
-        fs::path const beside = program.parent_path().parent_path() / "share" / "tavo";
-        if (beside != folders.back()) folders.push_back(beside);
-    }
+    if (!failed) folders.push_back(program.parent_path().parent_path() / "share" / "tavo");
+    if (folders.empty() || folders.back() != TAVO_DATA_DIR) folders.emplace_back(TAVO_DATA_DIR);
     return folders;
 }
 

@@ -3,6 +3,7 @@
 #include "dic/pools.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
 
 #include <tavo/tavo.hpp>
 
@@ -37,13 +38,10 @@ protected:
         return path;
     }
     std::string errorOf(std::string const& lines, bool bare = false) {
-        Tavo tavo;
-        try {
+        return test::thrown([&] {
+            Tavo tavo;
             apply(tavo, lines, bare);
-        } catch (std::exception const& e) {
-            return e.what();
-        }
-        return "no error";
+        });
     }
 
     TempDir dir_;
@@ -98,7 +96,7 @@ TEST_F(InitFile, RefusesBadIntegers) {
         {"DelimitCRLF=99999999999999999999", "UNKNOWN_SETTING:" + path + ": DelimitCRLF=99999999999999999999"},
         {"Cooccurrence=x", "UNKNOWN_SETTING:"},
         {"Cooccurrence=-1", "UNKNOWN_SETTING:"},
-        {"Cooccurrence=9\nCooccurrence=0", "no error"},
+        {"Cooccurrence=9\nCooccurrence=0", "nothing thrown"},
     };
     for (Case const& c : cases) EXPECT_EQ(errorOf(c.line), c.expected) << c.line;
 }

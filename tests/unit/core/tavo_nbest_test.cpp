@@ -3,6 +3,7 @@
 #include "dic/pools.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
 
 #include <gtest/gtest.h>
 
@@ -15,15 +16,7 @@
 namespace TAVO {
 namespace {
 
-std::string whatOf(std::function<void()> const& action) {
-    try {
-        action();
-    } catch (std::exception const& e) {
-        return e.what();
-    }
-    return "no error";
-}
-
+using test::thrown;
 using Results = std::vector<std::vector<Mrph>>;
 using Lines = std::vector<std::string>;
 
@@ -171,19 +164,20 @@ TEST_F(NBestAnalyzer, RefusesBadArgumentsAndLeavesTheResults) {
         int n;
         char const* what;
     } const cases[] = {
-        {nullptr, -1, -1, kRange}, {nullptr, 0, -1, kArgument}, {nullptr, 0, 0, kNotReady}, {nullptr, 0, 1, kNotReady},
-        {"ab", -1, 1, kRange},     {"ab", 1, 1, kRange},        {"ab", 1, 0, kRange},       {"ab", 0, -1, kArgument},
-        {"ab", 1, -1, kArgument},  {"", 0, 1, kRange},          {"ab", 0, 0, "no error"},
+        {nullptr, -1, -1, kRange},  {nullptr, 0, -1, kArgument},    {nullptr, 0, 0, kNotReady},
+        {nullptr, 0, 1, kNotReady}, {"ab", -1, 1, kRange},          {"ab", 1, 1, kRange},
+        {"ab", 1, 0, kRange},       {"ab", 0, -1, kArgument},       {"ab", 1, -1, kArgument},
+        {"", 0, 1, kRange},         {"ab", 0, 0, "nothing thrown"},
     };
     for (auto const& c : cases) {
         if (c.text != nullptr) analyzeNBest(c.text);
         Results results(7);
-        EXPECT_EQ(whatOf([&] { tavo_.getResultNBest(results, c.sentence, c.n); }), c.what)
+        EXPECT_EQ(thrown([&] { tavo_.getResultNBest(results, c.sentence, c.n); }), c.what)
             << (c.text == nullptr ? "none" : c.text) << " " << c.sentence << " " << c.n;
         EXPECT_EQ(results.size(), 7U);
     }
-    EXPECT_EQ(whatOf([&] { tavo_.analyzeNBest("ab", -1); }), "INVALID_ARGUMENT: Tavo::analyzeNBest()");
-    EXPECT_EQ(whatOf([&] { tavo_.analyzeNBest(nullptr, 1); }), "INVALID_ARGUMENT: Tavo::analyzeNBest()");
+    EXPECT_EQ(thrown([&] { tavo_.analyzeNBest("ab", -1); }), "INVALID_ARGUMENT: Tavo::analyzeNBest()");
+    EXPECT_EQ(thrown([&] { tavo_.analyzeNBest(nullptr, 1); }), "INVALID_ARGUMENT: Tavo::analyzeNBest()");
     EXPECT_EQ(lines(0, 1).size(), 1U) << "a refused call leaves the analysis before it";
 }
 
@@ -191,7 +185,7 @@ TEST_F(NBestAnalyzer, LimitsTheLengthOfALine) {
     EXPECT_EQ(analyzeNBest(std::string(8192, 'a')), 0);
     EXPECT_EQ(lines(0, 2).size(), 2U);
     tavo_.setDelimiterString({"b"});
-    EXPECT_EQ(whatOf([&] { analyzeNBest("ab" + std::string(8193, 'a')); }),
+    EXPECT_EQ(thrown([&] { analyzeNBest("ab" + std::string(8193, 'a')); }),
               "TOO_LONG_STRING: Exceed nbest limit: length=8193");
     EXPECT_EQ(tavo_.getSentenceCount(), 1U) << "sentences before the long one stay";
     EXPECT_EQ(lines(0, 1), Lines{"ab/Noun "});
@@ -204,10 +198,10 @@ TEST_F(NBestAnalyzer, LimitsTheLengthOfALine) {
 
 TEST(NBestReadiness, NeedsTableAndDictionary) {
     Tavo tavo;
-    EXPECT_EQ(whatOf([&] { tavo.analyzeNBest("a"); }), "TAVO_NOT_READY: No ConnTable: Need to call setConnTablePath()");
+    EXPECT_EQ(thrown([&] { tavo.analyzeNBest("a"); }), "TAVO_NOT_READY: No ConnTable: Need to call setConnTablePath()");
     test::TempDir const dir;
     tavo.setConnTablePath(test::SmallWorld().line("a,UNK").writeTo(dir.path()).connTable.c_str());
-    EXPECT_EQ(whatOf([&] { tavo.analyzeNBest("a"); }), "TAVO_NOT_READY: No Dictionary: Need to call addDicPath()");
+    EXPECT_EQ(thrown([&] { tavo.analyzeNBest("a"); }), "TAVO_NOT_READY: No Dictionary: Need to call addDicPath()");
     sharedPools().dispose();
 }
 

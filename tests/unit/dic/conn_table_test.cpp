@@ -10,6 +10,7 @@
 #include "dic/pools.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
 
 #include <algorithm>
 #include <string>
@@ -49,26 +50,15 @@ TEST(ConnTableTest, AnswersCostsAndNames) {
 }
 
 std::string textOf(std::string const& path) {
-    try {
-        ConnTable const table(false, path.c_str());
-    } catch (illegal_format const& e) {
-        return e.what();
-    } catch (file_not_found const& e) {
-        return e.what();
-    }
-    return "loaded";
+    return thrown([&] { ConnTable(false, path.c_str()); });
 }
 
 TEST(ConnTableTest, RefusesMissingFiles) {
     TempDir const dir;
     EXPECT_EQ(textOf(dir.file("absent")), "FILE_NOT_OPEN: " + dir.file("absent"));
     EXPECT_EQ(textOf(dir.path()), "FILE_NOT_OPEN: " + dir.path());
-    try {
-        ConnTable const table(false, nullptr);
-        FAIL();
-    } catch (std::invalid_argument const& e) {
-        EXPECT_STREQ(e.what(), "INVALID_ARGUMENT: ConnTable::ConnTable()");
-    }
+    EXPECT_EQ(thrown<std::invalid_argument>([] { ConnTable(false, nullptr); }),
+              "INVALID_ARGUMENT: ConnTable::ConnTable()");
 }
 
 TEST(ConnTableTest, RefusesAFileCutAnywhere) {
@@ -160,12 +150,8 @@ TEST(ConnTableTest, TheWriterRefusesWhatTheLoaderWould) {
     for (Case const& c : cases) {
         ConnTableContent made = content();
         c.change(made);
-        try {
-            serializeConnTable(made);
-            ADD_FAILURE() << c.fault;
-        } catch (std::invalid_argument const& e) {
-            EXPECT_EQ(std::string(e.what()), std::string("connection table: ") + c.fault);
-        }
+        EXPECT_EQ(thrown<std::invalid_argument>([&] { serializeConnTable(made); }),
+                  std::string("connection table: ") + c.fault);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "support/encoding.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
 
 #include <filesystem>
 #include <stdexcept>
@@ -19,17 +20,6 @@
 
 namespace TAVO::test {
 namespace {
-
-/// The text of the exception that @p call throws; "" when it throws none.
-template <class Call>
-std::string textOf(Call call) {
-    try {
-        call();
-    } catch (std::exception const& e) {
-        return e.what();
-    }
-    return "";
-}
 
 /// Moves the modification time of @p path to @p seconds and @p nanoseconds of a
 /// fixed day.
@@ -115,25 +105,25 @@ TEST_F(DicSetTest, NamesTheOperationInErrors) {
     DicSet set;
     set.addDicPath(spec_.c_str(), true, nullptr);
     for (int const index : {-1, 1}) {
-        EXPECT_EQ(textOf([&] { set.getDicPath(index); }), "RANGE_ERROR: Tavo::getDicPath()");
-        EXPECT_EQ(textOf([&] { set.getSrcPath(index); }), "RANGE_ERROR: Tavo::getSrcPath()");
-        EXPECT_EQ(textOf([&] { set.offDic(index); }), "RANGE_ERROR: Tavo::offDic()");
-        EXPECT_EQ(textOf([&] { set.touchDic(index); }), "RANGE_ERROR: Tavo::touchDic()");
-        EXPECT_EQ(textOf([&] { set.updateDic(index, names_); }), "RANGE_ERROR: Tavo::updateDic()");
-        EXPECT_EQ(textOf([&] { set.findByRead("x", index); }), "RANGE_ERROR: Tavo::getByRead()");
+        EXPECT_EQ(thrown([&] { set.getDicPath(index); }), "RANGE_ERROR: Tavo::getDicPath()");
+        EXPECT_EQ(thrown([&] { set.getSrcPath(index); }), "RANGE_ERROR: Tavo::getSrcPath()");
+        EXPECT_EQ(thrown([&] { set.offDic(index); }), "RANGE_ERROR: Tavo::offDic()");
+        EXPECT_EQ(thrown([&] { set.touchDic(index); }), "RANGE_ERROR: Tavo::touchDic()");
+        EXPECT_EQ(thrown([&] { set.updateDic(index, names_); }), "RANGE_ERROR: Tavo::updateDic()");
+        EXPECT_EQ(thrown([&] { set.findByRead("x", index); }), "RANGE_ERROR: Tavo::getByRead()");
     }
     char const* const null = nullptr;
-    EXPECT_EQ(textOf([&] { set.addDicPath(null, true, nullptr); }), "INVALID_ARGUMENT: Tavo::addDicPath()");
-    EXPECT_EQ(textOf([&] { set.getDicIndex(null); }), "INVALID_ARGUMENT: Tavo::getDicIndex()");
-    EXPECT_EQ(textOf([&] { set.offDic(null); }), "INVALID_ARGUMENT: Tavo::offDic()");
+    EXPECT_EQ(thrown([&] { set.addDicPath(null, true, nullptr); }), "INVALID_ARGUMENT: Tavo::addDicPath()");
+    EXPECT_EQ(thrown([&] { set.getDicIndex(null); }), "INVALID_ARGUMENT: Tavo::getDicIndex()");
+    EXPECT_EQ(thrown([&] { set.offDic(null); }), "INVALID_ARGUMENT: Tavo::offDic()");
     for (char const* path : {"absent", ""}) {
         std::string const expected = std::string("FILE_NOT_OPEN: ") + path;
-        EXPECT_EQ(textOf([&] { set.getDicIndex(path); }), expected);
-        EXPECT_EQ(textOf([&] { set.offDic(path); }), expected);
-        EXPECT_EQ(textOf([&] { set.touchDic(path); }), expected);
-        EXPECT_EQ(textOf([&] { set.addDicPath(path, true, nullptr); }), expected);
+        EXPECT_EQ(thrown([&] { set.getDicIndex(path); }), expected);
+        EXPECT_EQ(thrown([&] { set.offDic(path); }), expected);
+        EXPECT_EQ(thrown([&] { set.touchDic(path); }), expected);
+        EXPECT_EQ(thrown([&] { set.addDicPath(path, true, nullptr); }), expected);
     }
-    EXPECT_EQ(textOf([&] { set.touchDic(0); }), "");
+    EXPECT_EQ(thrown([&] { set.touchDic(0); }), "nothing thrown");
     EXPECT_EQ(set.getDicCount(), 1);
 }
 
@@ -142,20 +132,20 @@ TEST_F(DicSetTest, RefusesWhatItCannotUse) {
     bytes[1] = 2;
     std::string const otherType = dir_.write("type", bytes);
     DicSet set;
-    EXPECT_EQ(textOf([&] { set.addDicPath(otherType.c_str(), true, nullptr); }),
+    EXPECT_EQ(thrown([&] { set.addDicPath(otherType.c_str(), true, nullptr); }),
               "NOT_ADAPTABLE: " + otherType + ": Missmatch Char Type");
     std::string const tooShort = dir_.write("short", "\2\1");
-    EXPECT_EQ(textOf([&] { set.addDicPath(tooShort.c_str(), true, nullptr); }), "ILLEGAL_FORMAT: " + tooShort);
+    EXPECT_EQ(thrown([&] { set.addDicPath(tooShort.c_str(), true, nullptr); }), "ILLEGAL_FORMAT: " + tooShort);
     SmallWorld other;
     std::string const table =
         dir_.write("table", serializeConnTable(other.names({"BOS", "EOS", "UNK", "X"}).connTable()));
     ConnTable const connTable(false, table.c_str());
-    EXPECT_EQ(textOf([&] { set.addDicPath(paths_.dic.c_str(), true, &connTable); }),
+    EXPECT_EQ(thrown([&] { set.addDicPath(paths_.dic.c_str(), true, &connTable); }),
               "NOT_ADAPTABLE: " + table + ": " + paths_.dic);
     EXPECT_EQ(users(), 0) << "pooled all the same";
     EXPECT_EQ(set.getDicCount(), 0);
     for (auto& [dic, count] : sharedPools().DIC_USED) count = -1;
-    EXPECT_EQ(textOf([&] { set.addDicPath(paths_.dic.c_str(), true, nullptr); }), "BUSY_DICTIONARY: " + paths_.dic);
+    EXPECT_EQ(thrown([&] { set.addDicPath(paths_.dic.c_str(), true, nullptr); }), "BUSY_DICTIONARY: " + paths_.dic);
 }
 
 TEST_F(DicSetTest, RebuildsWhenTheSourceIsNewer) {
@@ -232,7 +222,7 @@ TEST_F(DicSetTest, TellsMissingFilesOfAnUpdate) {
     set.addDicPath(paths_.dic.c_str(), true, nullptr);
     EXPECT_EQ(set.updateDic(0, names_), 3);
     std::filesystem::remove(paths_.dic);
-    EXPECT_EQ(textOf([&] { set.updateDic(0, names_); }), "FILE_NOT_OPEN: " + paths_.dic);
+    EXPECT_EQ(thrown([&] { set.updateDic(0, names_); }), "FILE_NOT_OPEN: " + paths_.dic);
 }
 
 TEST_F(DicSetTest, AnUpdateDropsTheReadingIndex) {
@@ -246,7 +236,7 @@ TEST_F(DicSetTest, AnUpdateDropsTheReadingIndex) {
     EXPECT_EQ(words[0]->form, "ba");
     EXPECT_EQ(words[1]->form, "c");
     EXPECT_STREQ(MrphDic(words[0]->record).partForm(), "b-a");
-    EXPECT_EQ(textOf([&] { set.findByRead(nullptr, 0); }), "INVALID_ARGUMENT: Tavo::getByRead()");
+    EXPECT_EQ(thrown([&] { set.findByRead(nullptr, 0); }), "INVALID_ARGUMENT: Tavo::getByRead()");
 }
 
 TEST_F(DicSetTest, LeavesTheThreadLockOnEveryWayOut) {

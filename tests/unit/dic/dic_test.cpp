@@ -8,6 +8,7 @@
 #include "support/guarded_bytes.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
 
 #include <cstdio>
 #include <memory>
@@ -180,20 +181,9 @@ TEST(DicTest, ANameOutsideThePoolIsEmpty) {
 TEST(DicTest, TellsWhatIsMissing) {
     TempDir const dir;
     for (bool const memoryMapped : {false, true}) {
-        for (std::string const& path : {dir.file("absent"), dir.path()}) {
-            try {
-                Dic const dic(memoryMapped, path.c_str());
-                ADD_FAILURE() << path;
-            } catch (file_not_found const& e) {
-                EXPECT_EQ(e.what(), "FILE_NOT_OPEN: " + path);
-            }
-        }
-        try {
-            Dic const dic(memoryMapped, nullptr);
-            ADD_FAILURE();
-        } catch (std::invalid_argument const& e) {
-            EXPECT_STREQ(e.what(), "INVALID_ARGUMENT: Dic::Dic()");
-        }
+        for (std::string const& path : {dir.file("absent"), dir.path()})
+            EXPECT_EQ(thrown<file_not_found>([&] { Dic(memoryMapped, path.c_str()); }), "FILE_NOT_OPEN: " + path);
+        EXPECT_EQ(thrown<std::invalid_argument>([&] { Dic(memoryMapped, nullptr); }), "INVALID_ARGUMENT: Dic::Dic()");
     }
 }
 
@@ -202,12 +192,7 @@ TEST(DicTest, The257thMappingIsRefused) {
     std::string const path = world().writeTo(dir.path()).dic;
     std::vector<std::unique_ptr<Dic>> mapped;
     for (std::size_t i = 0; i < kMappingSlots; ++i) mapped.push_back(std::make_unique<Dic>(true, path.c_str()));
-    try {
-        Dic const dic(true, path.c_str());
-        ADD_FAILURE();
-    } catch (std::runtime_error const& e) {
-        EXPECT_STREQ(e.what(), "OVERFLOW_MMAP_DESCRIPTOR:");
-    }
+    EXPECT_EQ(thrown<std::runtime_error>([&] { Dic(true, path.c_str()); }), "OVERFLOW_MMAP_DESCRIPTOR:");
     EXPECT_TRUE(finds(Dic(false, path.c_str()), "a")) << "reading takes no slot";
     mapped.pop_back();
     EXPECT_TRUE(finds(Dic(true, path.c_str()), "a"));
@@ -238,12 +223,7 @@ TEST(DicTest, TakesTheFileThatNowHasItsNameBack) {
     EXPECT_STREQ(dic.getPartOfSPName(7), "G");
     dic.release();
     std::remove(path.c_str());
-    try {
-        dic.takeBack();
-        ADD_FAILURE();
-    } catch (file_not_found const& e) {
-        EXPECT_EQ(e.what(), "FILE_NOT_OPEN: FILE_NOT_OPEN:" + path);
-    }
+    EXPECT_EQ(thrown<file_not_found>([&] { dic.takeBack(); }), "FILE_NOT_OPEN: FILE_NOT_OPEN:" + path);
 }
 
 TEST(DicTest, AHeapImageStaysWhenReleased) {

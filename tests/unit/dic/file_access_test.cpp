@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
 
 #include <random>
 #include <stdexcept>
@@ -27,18 +28,8 @@ TEST(FileAccessTest, MeasuresRegularFilesOnly) {
 }
 
 TEST(FileAccessTest, RefusesNullPaths) {
-    try {
-        FileLength(nullptr);
-        FAIL();
-    } catch (std::invalid_argument const& e) {
-        EXPECT_STREQ(e.what(), "INVALID_ARGUMENT: FileLength()");
-    }
-    try {
-        FileAccess(nullptr);
-        FAIL();
-    } catch (std::invalid_argument const& e) {
-        EXPECT_STREQ(e.what(), "INVALID_ARGUMENT: FileAccess()");
-    }
+    EXPECT_EQ(thrown<std::invalid_argument>([] { FileLength(nullptr); }), "INVALID_ARGUMENT: FileLength()");
+    EXPECT_EQ(thrown<std::invalid_argument>([] { FileAccess(nullptr); }), "INVALID_ARGUMENT: FileAccess()");
 }
 
 TEST(FileAccessTest, TellsReadableFromMissing) {
