@@ -9,6 +9,7 @@
 #include <array>
 #include <charconv>
 #include <sstream>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -19,6 +20,9 @@ constexpr unsigned kMaxLevels = 8;
 // Where only "no word begins here" allows an unknown word, but words do begin with
 // its first character: what the unknown word costs more.
 constexpr std::int32_t kDoubt = 4000;
+// A character that is a word and costs this much less than an unknown word is no
+// part of one: punctuation and numerals would have two nodes more for nothing.
+constexpr std::int32_t kFarCheaper = 12000;
 
 struct Parser {
     std::filesystem::path const& file;
@@ -186,11 +190,14 @@ CharMap readCharMap(std::filesystem::path const& file) {
 }
 
 void addUnknownWords(Lexicon& lexicon, CharMap const& map) {
-    std::unordered_set<std::string_view> wholeWord, firstOfWord;
+    std::unordered_set<std::string_view> firstOfWord;
+    std::unordered_map<std::string_view, std::int32_t> wholeWord;  // its least cost
     for (Word const& word : lexicon.words) {
         std::string_view const first = word.form.substr(0, charWidth(word.form, 0));
         firstOfWord.insert(first);
-        if (first.size() == word.form.size()) wholeWord.insert(first);
+        if (first.size() != word.form.size()) continue;
+        std::int32_t& least = wholeWord.emplace(first, word.cost).first->second;
+        least = std::min(least, word.cost);
     }
     ChainBuilder const builder(lexicon, map);
     for (auto const& [code, point] : Cp932::table().all()) {
@@ -198,10 +205,12 @@ void addUnknownWords(Lexicon& lexicon, CharMap const& map) {
         std::string_view const form = lexicon.keep(bytesOf(code));
         std::vector<std::string> const& kind = map.at(point);
         bool const always = map.categories.at(kind.front()).always;
-        bool const begins = always || wholeWord.count(form) == 0;
+        auto const whole = wholeWord.find(form);
+        bool const begins = always || whole == wholeWord.end();
         std::int32_t const doubt = always || firstOfWord.count(form) == 0 ? 0 : kDoubt;
         for (Chain const& chain : builder.chains()) {
             std::string const& category = chain.entry->category;
+            if (whole != wholeWord.end() && whole->second + kFarCheaper <= chain.entry->cost) continue;
             std::size_t const firstLevel = begins && category == kind.front() ? 0 : 1;
             bool const inside = std::find(kind.begin(), kind.end(), category) != kind.end();
             for (std::size_t level = firstLevel; level < (inside ? chain.levels.size() : 1); ++level) {

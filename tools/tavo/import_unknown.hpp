@@ -40,7 +40,8 @@ CharMap readCharMap(std::filesystem::path const& file);
 ///
 /// Where the category tries unknown words only when no lexicon word begins, a
 /// character that is a word of the lexicon itself gets no begin, and one that
-/// words begin with gets a dearer one. Of a category's entries in unk.def only the
+/// words begin with gets a dearer one. A character that is a far cheaper word gets
+/// neither begin nor inside. Of a category's entries in unk.def only the
 /// cheapest is taken.
 void addUnknownWords(Lexicon& lexicon, CharMap const& map);
 

@@ -98,6 +98,18 @@ TEST(ImportUnknown, NoBeginWhereAWordBegins) {
     EXPECT_EQ(wordsOf(lexicon, "カ")[0].cost, 9000) << "a category that is always tried has no such doubt";
 }
 
+TEST(ImportUnknown, AFarCheaperWordIsNoPartOfUnknownOnes) {
+    TempDir const folder;
+    TinyLexicon tiny;
+    tiny.words += "、,4,4,-3000,記号,読点\n！,4,4,-2900,記号,一般\n";
+    tiny.unknown += "SYMBOL,4,4,9000,名詞,サ変接続\n";
+    tiny.characters += "SYMBOL 1 1 0\n0x3001 SYMBOL\n0xFF01 SYMBOL\n0x3002 SYMBOL\n";
+    Lexicon const lexicon = readWithUnknown(tiny, folder);
+    EXPECT_EQ(wordsOf(lexicon, "、").size(), 0U);
+    EXPECT_EQ(wordsOf(lexicon, "！").size(), 2U) << "dear enough for begin and inside";
+    EXPECT_EQ(wordsOf(lexicon, "。").size(), 2U) << "no word itself";
+}
+
 TEST(ImportUnknown, OnlyTheCheapestTemplateOfACategoryIsTaken) {
     TempDir const folder;
     TinyLexicon tiny;
