@@ -103,29 +103,11 @@ public:
 
 private:
     void one() {
-        switch (in_.choice(16)) {
-            case 0:
-            case 1:
-                return analyze();
-            case 2:
-                return fetch();
-            case 3:
-                return byReading();
-            case 4:
-                return dictionaries();
-            case 5:
-                return settings();
-            case 6:
-                return bulk();
-            case 7:
-                return formats();
-            case 8:
-                return alternatives();
-            case 9:
-                return tavoTexts();
-            default:
-                return morpheme();
-        }
+        using Act = void (Run::*)();
+        constexpr Act kActs[] = {&Run::analyze,  &Run::analyze, &Run::fetch,   &Run::byReading,    &Run::dictionaries,
+                                 &Run::settings, &Run::bulk,    &Run::formats, &Run::alternatives, &Run::tavoTexts};
+        std::size_t const chosen = in_.choice(16);
+        (this->*(chosen < std::size(kActs) ? kActs[chosen] : &Run::morpheme))();
     }
 
     tavo_t* tavo() { return in_.byte() == 0 ? nullptr : analyser_->handle; }
@@ -206,63 +188,33 @@ private:
     }
 
     void dictionaries() {
-        switch (in_.choice(6)) {
-            case 0:
-                tavo_addDicPath(tavo(), string(), in_.number());
-                break;
-            case 1:
-                analyser_->words.clear();
-                tavo_offDic(tavo(), in_.number());
-                break;
-            case 2:
-                analyser_->words.clear();
-                tavo_offDicPath(tavo(), string());
-                break;
-            case 3:
-                analyser_->words.clear();
-                tavo_offDicAll(tavo());
-                break;
-            case 4:
-                analyser_->endAll();
-                tavo_updateDic(tavo(), in_.number());
-                break;
-            default:
-                analyser_->endAll();
-                tavo_updateDicPath(tavo(), string());
-        }
+        unsigned const what = in_.byte() % 6;
+        if (what > 0) analyser_->words.clear();
+        if (what > 3) analyser_->endAll();
+        if (what == 0) tavo_addDicPath(tavo(), string(), in_.number());
+        if (what == 1) tavo_offDic(tavo(), in_.number());
+        if (what == 2) tavo_offDicPath(tavo(), string());
+        if (what == 3) tavo_offDicAll(tavo());
+        if (what == 4) tavo_updateDic(tavo(), in_.number());
+        if (what == 5) tavo_updateDicPath(tavo(), string());
     }
 
     void settings() {
         char const* const strings[] = {string(), "\r"};
         char const* array[3];
-        switch (in_.choice(8)) {
-            case 0:
-                kTavoValues[in_.choice(kTavoValues.size())](tavo());
-                break;
-            case 1:
-                kTavoNumbers[in_.choice(kTavoNumbers.size())](tavo(), in_.number());
-                break;
-            case 2:
-                kTavoStrings[in_.choice(kTavoStrings.size())](tavo(), string());
-                break;
-            case 3: {
-                char const* const text = kTavoPointers[in_.choice(kTavoPointers.size())](tavo());
-                check(text == nullptr || std::strlen(text) < 10000);
-                break;
-            }
-            case 4:
-                tavo_setProsodicInfoCombineMode(tavo(), in_.number(), string());
-                break;
-            case 5:
-                tavo_setExtCombineMode(tavo(), in_.number(), in_.number(), string());
-                tavo_getExtFiller(tavo(), in_.number());
-                break;
-            case 6:
-                tavo_setDelimiterString(tavo(), strings, std::min(in_.number(), 2));
-                break;
-            default:
-                tavo_getDelimiterString(tavo(), array, std::min(in_.number(), 3));
+        unsigned const what = in_.byte() % 8;
+        if (what == 0) kTavoValues[in_.choice(kTavoValues.size())](tavo());
+        if (what == 1) kTavoNumbers[in_.choice(kTavoNumbers.size())](tavo(), in_.number());
+        if (what == 2) kTavoStrings[in_.choice(kTavoStrings.size())](tavo(), string());
+        if (what == 3) {
+            char const* const text = kTavoPointers[in_.choice(kTavoPointers.size())](tavo());
+            check(text == nullptr || std::strlen(text) < 10000);
         }
+        if (what == 4) tavo_setProsodicInfoCombineMode(tavo(), in_.number(), string());
+        if (what == 5) tavo_setExtCombineMode(tavo(), in_.number(), in_.number(), string());
+        if (what == 5) tavo_getExtFiller(tavo(), in_.number());
+        if (what == 6) tavo_setDelimiterString(tavo(), strings, std::min(in_.number(), 2));
+        if (what == 7) tavo_getDelimiterString(tavo(), array, std::min(in_.number(), 3));
     }
 
     void bulk() {
@@ -288,17 +240,11 @@ private:
         tavo_mrph_t* const m = mrph();
         char const* const format = string();
         int const part = in_.number();
-        switch (in_.choice(4)) {
-            case 0:
-                return intoBuffer([&](char* b, int n) { return tavo_format(m, format, "-", b, n); });
-            case 1:
-                return intoBuffer([&](char* b, int n) { return tavo_formatPart(m, part, format, "-", b, n); });
-            case 2:
-                tavo_output(m, files().sink, format, "-", part);
-                return;
-            default:
-                tavo_outputPart(m, files().sink, part, format, "-");
-        }
+        unsigned const what = in_.byte() % 4;
+        if (what == 0) intoBuffer([&](char* b, int n) { return tavo_format(m, format, "-", b, n); });
+        if (what == 1) intoBuffer([&](char* b, int n) { return tavo_formatPart(m, part, format, "-", b, n); });
+        if (what == 2) tavo_output(m, files().sink, format, "-", part);
+        if (what == 3) tavo_outputPart(m, files().sink, part, format, "-");
     }
 
     void alternatives() {
@@ -319,27 +265,21 @@ private:
         tavo_mrph_t* const m = mrph();
         unsigned char counts[3];
         int const number = in_.number(), second = in_.number();
-        switch (in_.choice(7)) {
-            case 0:
-                kMrphValues[in_.choice(kMrphValues.size())](m);
-                break;
-            case 1:
-                kMrphNumbers[in_.choice(kMrphNumbers.size())](m, number);
-                break;
-            case 2: {
-                auto* const call = kMrphTexts[in_.choice(kMrphTexts.size())];
-                return intoBuffer([&](char* b, int n) { return call(m, b, n); });
-            }
-            case 3:
-                return intoBuffer([&](char* b, int n) { return tavo_getPartExt(m, number, second, b, n); });
-            case 4:
-                tavo_getCategoryCount(m, &counts[0], &counts[1], number < 0 ? nullptr : &counts[2]);
-                tavo_getPartCategoryCount(m, number, &counts[0], &counts[1], &counts[2]);
-                break;
-            default: {
-                auto* const call = kMrphNumberTexts[in_.choice(kMrphNumberTexts.size())];
-                return intoBuffer([&](char* b, int n) { return call(m, number, b, n); });
-            }
+        unsigned const what = in_.byte() % 7;
+        if (what == 0) kMrphValues[in_.choice(kMrphValues.size())](m);
+        if (what == 1) kMrphNumbers[in_.choice(kMrphNumbers.size())](m, number);
+        if (what == 2) {
+            auto* const call = kMrphTexts[in_.choice(kMrphTexts.size())];
+            intoBuffer([&](char* b, int n) { return call(m, b, n); });
+        }
+        if (what == 3) intoBuffer([&](char* b, int n) { return tavo_getPartExt(m, number, second, b, n); });
+        if (what == 4) {
+            tavo_getCategoryCount(m, &counts[0], &counts[1], number < 0 ? nullptr : &counts[2]);
+            tavo_getPartCategoryCount(m, number, &counts[0], &counts[1], &counts[2]);
+        }
+        if (what > 4) {
+            auto* const call = kMrphNumberTexts[in_.choice(kMrphNumberTexts.size())];
+            intoBuffer([&](char* b, int n) { return call(m, number, b, n); });
         }
         check(std::strlen(tavo_getMrphErrorWhat(m)) < 10000);
     }

@@ -1,13 +1,14 @@
 // Results written as tagged input and analysed again, and mark-up of all kinds.
 #include "result/tag_attributes.hpp"
 #include "result/tagged_output.hpp"
+#include "support/random_world.hpp"
 #include "support/tagged_world.hpp"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <random>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,30 +17,24 @@ namespace TAVO {
 namespace {
 
 using namespace std::string_literals;
+using test::Random;
 using test::SmallWorld;
 using test::TaggedWorld;
 using test::toSjis;
 
-class Random {
-public:
-    explicit Random(unsigned seed) : engine_(seed) {}
-    unsigned below(unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(engine_); }
-    template <class List>
-    std::string join(List const& pieces, unsigned most) {
-        std::string text;
-        for (unsigned n = below(most + 1); n > 0; --n) text += pieces[below(static_cast<unsigned>(pieces.size()))];
-        return text;
-    }
-
-private:
-    std::mt19937 engine_;
-};
+template <class List>
+std::string join(Random& random, List const& pieces, unsigned most) {
+    std::string text;
+    for (unsigned n = random.below(most + 1); n > 0; --n)
+        text += pieces[random.below(static_cast<unsigned>(std::size(pieces)))];
+    return text;
+}
 
 /// Few characters, marks of the mark-up among them, and halves of characters.
 std::array<std::string, 14> const kCharacters{"a",    "b",        "<",        ">",    "&",   "\"", "/",
                                               "&lt;", "\x83\x5C", "\x95\x3C", "\x83", "\0"s, "\n", "\x82\xA0"};
 
-SmallWorld randomWorld(Random& random) {
+SmallWorld markupWorld(Random& random) {
     SmallWorld world;
     world.names({"BOS", "EOS", "UNK", "A\"&<>'", "B", "C"});
     unsigned const forbidden = random.below(3);
@@ -70,9 +65,9 @@ TEST(TaggedRoundTripProperty, ResultsWrittenAsTaggedInputGiveEqualMorphemes) {
     unsigned analysed = 0;
     for (unsigned seed = 1; seed <= 600; ++seed) {
         Random random(seed);
-        TaggedWorld world(randomWorld(random));
+        TaggedWorld world(markupWorld(random));
         for (unsigned t = 0; t < 10; ++t) {
-            std::string const text = random.join(kCharacters, 12);
+            std::string const text = join(random, kCharacters, 12);
             world.tavo.setTaggedInputMode(0);
             std::vector<Mrph> const plain = world.morphemes(text);
             if (plain.empty()) continue;
@@ -215,13 +210,13 @@ TEST(TaggedRoundTripProperty, AnyMarkupGivesTheRightNumberOfSentences) {
     unsigned good = 0;
     for (unsigned seed = 1; seed <= 100; ++seed) {
         Random random(seed);
-        SmallWorld small = randomWorld(random);
+        SmallWorld small = markupWorld(random);
         small.cost([](unsigned, unsigned) { return std::uint8_t{1}; });
         TaggedWorld world(small);
         world.tavo.setDelimiterString({";"});
         std::string const rules = world.dir.write("rules", "Begin=/\nEnd=b\n");
         for (unsigned t = 0; t < 100; ++t) {
-            std::string const text = random.join(kMarkup, 16);
+            std::string const text = join(random, kMarkup, 16);
             auto const failed = static_cast<unsigned>(world.tavo.analyze(text));
             ASSERT_EQ(world.tavo.getSentenceCount(), countPieces(text, ';'))
                 << "seed " << seed << ", text " << testing::PrintToString(text);

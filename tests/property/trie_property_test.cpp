@@ -2,17 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "dic/dic.hpp"
-#include "dic/dic_check.hpp"
 #include "dic/dic_compiler.hpp"
-#include "dic/record_source.hpp"
 #include "support/guarded_bytes.hpp"
-#include "support/temp_dir.hpp"
 
 #include <algorithm>
 #include <iterator>
 #include <map>
 #include <random>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -135,87 +131,6 @@ TEST(TrieProperty, AgreesWithALinearScan) {
             EXPECT_EQ(costsOf(trie.exactMatch(guarded.data(), guarded.size())),
                       word != words.end() ? costsOf(word->second) : std::vector<int>{});
         }
-    }
-}
-
-/// A random source line that the parser takes.
-std::string randomLine(Random& random, std::vector<std::string> const& names) {
-    auto const text = [&random](char const* before) {
-        std::string made;
-        for (std::size_t i = random() % 4; i > 0; --i) {
-            constexpr std::string_view kPieces[] = {"a", "\x83\x5C", "\x81\x7C", "\\,", "\\\\",
-                                                    "x", "R",        "L",        "@",   "(p|q)"};
-            made += kPieces[random() % std::size(kPieces)];
-        }
-        return before + made;
-    };
-    std::size_t const parts = 1 + random() % 3;
-    std::string form = text("w");
-    std::string read = text("r");
-    std::string pos = names[random() % names.size()];
-    bool const partNames = random() % 2 == 0;
-    for (std::size_t i = 1; i < parts; ++i) {
-        form += "-/"[random() % 2] + text(random() % 3 == 0 ? "\\-" : "b");
-        read += "-/"[random() % 2] + text(random() % 3 == 0 ? "\\/" : "");
-    }
-    if (random() % 8 == 0) form.insert(0, random() % 2 == 0 ? "\\#" : "\\;");
-    for (std::size_t i = 0; partNames && i < parts; ++i) pos += "/" + names[random() % names.size()];
-    std::string line = form + "," + pos;
-    std::size_t const fields = random() % 13;
-    std::string const number = std::to_string(random() % 256);
-    std::string const lists[] = {"", "7", "1:65535", "0"};
-    for (std::size_t field = 2; field < 2 + fields; ++field) {
-        line += ",";
-        if (field == 2) {
-            line += number;
-        } else if (field == 3) {
-            line += random() % 3 == 0 ? "" : read;
-        } else if (field >= 8 && field <= 10) {
-            line += lists[random() % 4];
-        } else {
-            line += random() % 2 == 0 ? text("") : "";
-        }
-    }
-    return line;
-}
-
-std::string sourceOf(Dic const& dic) {
-    std::string source;
-    dic.trie()->visitAll([&](std::string const& form, RecordChain chain) {
-        for (; chain; chain = chain.next()) source += formatSourceLine(form, chain.record(), dic) + "\n";
-    });
-    return source;
-}
-
-TEST(CompilerProperty, PrintedRecordsCompileToTheSameFile) {
-    constexpr unsigned kSeed = 77;
-    Random random(kSeed);
-    std::vector<std::string> const names{"BOS", "EOS", "UNK", "N:x", "V"};
-    for (int world = 0; world < 200; ++world) {
-        SCOPED_TRACE("seed " + std::to_string(kSeed) + ", world " + std::to_string(world));
-        DicCompiler compiler(names);
-        for (int i = 0; i < 20; ++i) {
-            std::string const line = randomLine(random, names);
-            std::string error;
-            ASSERT_TRUE(compiler.add(line, error)) << error << " in " << line;
-        }
-        std::ostringstream out;
-        ASSERT_TRUE(compiler.compile(out, false));
-        EXPECT_EQ(checkDic(out.str()), std::vector<std::string>{});
-        TempDir const dir;
-        Dic const dic(true, dir.write("dic", out.str()).c_str());
-        std::string const source = sourceOf(dic);
-
-        DicCompiler again(names);
-        std::istringstream lines(source);
-        for (std::string line; std::getline(lines, line);) {
-            std::string error;
-            EXPECT_FALSE(line.front() == ';' || line.front() == '#') << "a comment: " << line;
-            ASSERT_TRUE(again.add(line, error)) << error << " in " << line;
-        }
-        std::ostringstream outAgain;
-        ASSERT_TRUE(again.compile(outAgain, false));
-        EXPECT_EQ(outAgain.str(), out.str()) << source;
     }
 }
 

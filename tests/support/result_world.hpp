@@ -7,11 +7,19 @@
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
 
-#include <stdexcept>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 namespace TAVO::test {
+
+/// Words of a few parts of speech; every connection costs 10.
+inline SmallWorld plainWords(std::initializer_list<char const*> lines) {
+    SmallWorld world;
+    world.names({"Begin", "End", "Undef", "Noun", "Verb", "Tail"}).cost([](unsigned, unsigned) { return 10; });
+    for (char const* line : lines) world.line(line);
+    return world;
+}
 
 class ResultWorld {
 public:

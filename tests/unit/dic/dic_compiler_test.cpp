@@ -77,15 +77,6 @@ TEST(DicCompilerTest, ALineMayBeAddedAfterCompiling) {
     EXPECT_EQ(compiled(both), compiled(once));
 }
 
-TEST(DicCompilerTest, ReportsRefusedLines) {
-    DicCompiler compiler({"N"});
-    ::testing::internal::CaptureStderr();
-    EXPECT_FALSE(compiler.add("a"));
-    EXPECT_FALSE(compiler.add("a,M"));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Error: Too Less Fields\nError: Unlisted PartOfSP: M(a)\n");
-    EXPECT_EQ(compiler.recordCount(), 0U);
-}
-
 TEST(DicCompilerTest, TellsItsProgressWhenAsked) {
     DicCompiler compiler({"N"});
     for (int i = 0; i < 20001; ++i) ASSERT_TRUE(compiler.add(std::string("a").append(std::to_string(i)).append(",N")));

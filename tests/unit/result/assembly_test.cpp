@@ -6,15 +6,8 @@
 namespace TAVO {
 namespace {
 
+using test::plainWords;
 using test::ResultWorld;
-using test::SmallWorld;
-
-SmallWorld words(std::initializer_list<char const*> lines) {
-    SmallWorld world;
-    world.names({"Begin", "End", "Undef", "Noun", "Verb", "Tail"}).cost([](unsigned, unsigned) { return 10; });
-    for (char const* line : lines) world.line(line);
-    return world;
-}
 
 std::vector<std::string> forms(std::vector<Mrph> const& morphemes) {
     std::vector<std::string> result;
@@ -25,7 +18,7 @@ std::vector<std::string> forms(std::vector<Mrph> const& morphemes) {
 using Forms = std::vector<std::string>;
 
 TEST(Assembly, MakesOneMorphemePerNode) {
-    ResultWorld world(words({"ab,Noun,1", "c,Verb,2"}));
+    ResultWorld world(plainWords({"ab,Noun,1", "c,Verb,2"}));
     std::string const text = "abzc";
     std::vector<Mrph> const result = world.analyse(text);
     ASSERT_EQ(forms(result), (Forms{"ab", "z", "c"}));
@@ -42,7 +35,7 @@ TEST(Assembly, MakesOneMorphemePerNode) {
 }
 
 TEST(Assembly, DividesCompoundsOnlyInDivideWordMode) {
-    ResultWorld world(words({"ab-c,Noun-Verb-Tail,1", "d,Noun,1"}));
+    ResultWorld world(plainWords({"ab-c,Noun-Verb-Tail,1", "d,Noun,1"}));
     std::string const text = "abcd";
     EXPECT_EQ(forms(world.analyse(text)), (Forms{"abc", "d"}));
     EXPECT_EQ(world.analyse(text)[0].getPartCount(), 2);
@@ -56,13 +49,13 @@ TEST(Assembly, DividesCompoundsOnlyInDivideWordMode) {
 
 TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
     ResultWorld world(
-        words({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "abc,Noun,9", "c,Noun,1"}));
+        plainWords({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "abc,Noun,9", "c,Noun,1"}));
     std::string const text = "abc";
     std::vector<Mrph> result = world.analyse(text);
     ASSERT_EQ(forms(result).front(), "abc");
     EXPECT_EQ(result[0].getAltCount(), 0);
 
-    ResultWorld shorter(words({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "c,Noun,1"}));
+    ResultWorld shorter(plainWords({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "c,Noun,1"}));
     result = shorter.analyse(text);
     ASSERT_EQ(forms(result), (Forms{"ab", "c"}));
     EXPECT_EQ(result[0].getPid(), 4);
@@ -80,7 +73,7 @@ TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
 }
 
 TEST(Assembly, MorphemesOfEarlierSentencesKeepTheirCandidates) {
-    ResultWorld world(words({"a,Noun,1", "a,Verb,2"}));
+    ResultWorld world(plainWords({"a,Noun,1", "a,Verb,2"}));
     std::vector<Sentence> sentences(3);
     std::string const texts[] = {"a", std::string(6000, 'a'), "aa"};  // the middle one needs more room
     for (std::size_t i = 0; i < 3; ++i) {

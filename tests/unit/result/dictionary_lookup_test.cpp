@@ -8,15 +8,8 @@
 namespace TAVO {
 namespace {
 
+using test::plainWords;
 using test::ResultWorld;
-using test::SmallWorld;
-
-SmallWorld words(std::initializer_list<char const*> lines) {
-    SmallWorld world;
-    world.names({"Begin", "End", "Undef", "Noun", "Verb"});
-    for (char const* line : lines) world.line(line);
-    return world;
-}
 
 /// Each morpheme as "form pid cost".
 std::vector<std::string> shown(std::vector<Mrph> const& morphemes) {
@@ -29,7 +22,7 @@ std::vector<std::string> shown(std::vector<Mrph> const& morphemes) {
 using Shown = std::vector<std::string>;
 
 TEST(DictionaryLookup, FindsTheRecordsOfExactlyOneForm) {
-    ResultWorld world(words({"a,Noun,1", "ab,Noun,2", "ab,Verb,3", "abcd,Noun,4"}));
+    ResultWorld world(plainWords({"a,Noun,1", "ab,Noun,2", "ab,Verb,3", "abcd,Noun,4"}));
     std::vector<Mrph> result;
     EXPECT_TRUE(lookupAppend(world.dic(), "ab", 2, result, &world.context));
     EXPECT_EQ(shown(result), (Shown{"ab 4 2", "ab 5 3"}));
@@ -47,7 +40,8 @@ TEST(DictionaryLookup, FindsTheRecordsOfExactlyOneForm) {
 }
 
 TEST(DictionaryLookup, PrefixSearchesDifferInWhatTheyCollect) {
-    ResultWorld world(words({"a,Noun,1", "a,Noun,2", "a,Verb,3", "a,Verb,9", "a,Noun,4", "ab,Verb,5", "abcd,Noun,6"}));
+    ResultWorld world(
+        plainWords({"a,Noun,1", "a,Noun,2", "a,Verb,3", "a,Verb,9", "a,Noun,4", "ab,Verb,5", "abcd,Noun,6"}));
     std::string const text = "abc";
     std::vector<Mrph> result;
     // Homographs stand in the order of their source lines.
@@ -62,8 +56,8 @@ TEST(DictionaryLookup, PrefixSearchesDifferInWhatTheyCollect) {
 }
 
 TEST(DictionaryLookup, MergeTakesTheCheaperAndTheLaterRecordAcrossDictionaries) {
-    ResultWorld first(words({"a,Noun,30,first", "a,Verb,10"}));
-    ResultWorld second(words({"a,Noun,30,second", "a,Verb,11", "ab,Noun,1"}));
+    ResultWorld first(plainWords({"a,Noun,30,first", "a,Verb,10"}));
+    ResultWorld second(plainWords({"a,Noun,30,second", "a,Verb,11", "ab,Noun,1"}));
     std::string const text = "ab";
     std::vector<Mrph> result;
     EXPECT_EQ(commonPrefixMerge(first.dic(), text, result, nullptr, 0), 2U);
@@ -76,7 +70,7 @@ TEST(DictionaryLookup, MergeTakesTheCheaperAndTheLaterRecordAcrossDictionaries) 
 }
 
 TEST(DictionaryLookup, PrefixSearchStaysInsideTheText) {
-    ResultWorld world(words({"a,Noun", "abcd,Noun"}));
+    ResultWorld world(plainWords({"a,Noun", "abcd,Noun"}));
     std::vector<Mrph> result;
     EXPECT_EQ(commonPrefixAll(world.dic(), "abcd", 3, result, nullptr, 0), 1U);
     EXPECT_EQ(commonPrefixAll(world.dic(), "abcd", 0, result, nullptr, 0), 0U);

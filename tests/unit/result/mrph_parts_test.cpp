@@ -93,8 +93,10 @@ TEST(MrphParts, EveryAccessorChecksItsIndex) {
             for (int index = 0; index < m->getPartCount(); ++index) EXPECT_NO_THROW(c.ask(*m, index)) << error;
         }
     }
-    for (int const field : {-1, 1})
+    for (int const field : {-1, 1}) {
         EXPECT_EQ(thrown<std::range_error>([&] { compound.getPartExt(1, field); }), "RANGE_ERROR: Mrph::getPartExt()");
+        EXPECT_EQ(thrown<std::range_error>([&] { compound.getExt(field); }), "RANGE_ERROR: Mrph::getExt()");
+    }
 }
 
 TEST(MrphParts, FormsFollowThePartFormAndItsEscapes) {
@@ -215,22 +217,6 @@ TEST(MrphParts, IdsComeFromThePartList) {
     Mrph const simple = records.mrph("ab,Noun");
     MrphAccess::confirmCover(simple).pid = 6;
     EXPECT_EQ(simple.getPartPid(0), 6);
-}
-
-TEST(MrphParts, WholeValuesServeEveryPart) {
-    RecordBuilder records;
-    Mrph const m = records.mrph("a-b,Noun,9,,,word,group,g,1:2,,3,pro,x,y");
-    MrphAccess::confirmCover(m).additionalInfo = "add";
-    EXPECT_STREQ(m.getPartWordCooc(1), "word");
-    EXPECT_STREQ(m.getPartGroupCooc(1), "group");
-    EXPECT_STREQ(m.getPartGroup(1), "g");
-    EXPECT_STREQ(m.getPartProsodicInfo(1), "pro");
-    EXPECT_STREQ(m.getPartAdditionalInfo(1), "add");
-    EXPECT_EQ(m.getPartExtCount(1), 2);
-    EXPECT_STREQ(m.getPartExt(1, 1), "y");
-    unsigned char count1 = 0, count2 = 0, count3 = 0;
-    m.getPartCategoryCount(1, count1, count2, count3);
-    EXPECT_EQ(count1 * 100 + count2 * 10 + count3, 201);
 }
 
 TEST(MrphParts, OfJoinedMorphemesAreAnsweredByThem) {

@@ -11,7 +11,6 @@ namespace TAVO {
 namespace {
 
 using test::RecordBuilder;
-using test::thrown;
 using Numbers = std::vector<unsigned short>;
 
 struct Categories {
@@ -48,26 +47,6 @@ TEST(MrphValues, WithoutRecordAndOwnerHasDefaults) {
     EXPECT_EQ(m.getRead(true) + m.getPron(true) + m.getReadPron(false) + m.getLVRead(true), "");
 }
 
-TEST(MrphValues, ComeFromTheRecord) {
-    RecordBuilder records;
-    Mrph const m = records.mrph("ab,Verb:Stem,7,read,std,@word,Lgroup,g:h,1:2,,65535,pro,x,,z");
-    EXPECT_EQ(m.getPid(), 5);
-    EXPECT_EQ(m.getCost(), 7);
-    EXPECT_STREQ(m.getGroup(), "g:h");
-    EXPECT_STREQ(m.getProsodicInfo(), "pro");
-    EXPECT_STREQ(m.getWordCooc(), "@word");
-    EXPECT_STREQ(m.getGroupCooc(), "Lgroup");
-    EXPECT_EQ(extOf(m), (std::vector<std::string>{"x", "", "z"}));
-    EXPECT_STREQ(m.getExt(2), "z");
-    Categories const categories(m);
-    EXPECT_EQ(categories.first, (Numbers{1, 2}));
-    EXPECT_EQ(categories.second, Numbers{});
-    EXPECT_EQ(categories.third, Numbers{65535});
-    EXPECT_EQ(categories.count1, 2);
-    EXPECT_EQ(categories.count2, 0);
-    EXPECT_EQ(categories.count3, 1);
-}
-
 TEST(MrphValues, OfTheCoverGoBeforeTheRecords) {
     RecordBuilder records;
     Mrph const m = records.mrph("ab,Noun,7,read,std,,,group,1,2,3,pro,x,y");
@@ -101,13 +80,6 @@ TEST(MrphValues, OfTheCoverGoBeforeTheRecords) {
     EXPECT_EQ(Categories(m).first, Numbers{1});
     EXPECT_EQ(Categories(m).second, (Numbers{8, 9}));
     EXPECT_EQ(extOf(m), std::vector<std::string>{"only"});
-}
-
-TEST(MrphValues, BadExtIndexIsARangeError) {
-    RecordBuilder records;
-    Mrph const m = records.mrph("ab,Noun,7,,,,,,,,,,x,y");
-    for (int const index : {-1, 2})
-        EXPECT_EQ(thrown<std::range_error>([&] { m.getExt(index); }), "RANGE_ERROR: Mrph::getExt()") << index;
 }
 
 TEST(MrphValues, ACorruptRecordGivesEmptyValues) {
