@@ -1,5 +1,8 @@
 #include "import_charset.hpp"
 
+#include "cp932_tables.hpp"
+#include "utf8.hpp"
+
 #include <iconv.h>
 
 #include <array>
@@ -29,7 +32,6 @@ public:
         bool const full = result == static_cast<std::size_t>(-1) && errno == E2BIG;
         return result == static_cast<std::size_t>(-1) && !full ? -1 : output - out;
     }
-    void reset() { iconv(handle_, nullptr, nullptr, nullptr, nullptr); }
 
 private:
     iconv_t handle_;
@@ -63,25 +65,9 @@ std::string toUtf8(std::string_view bytes, std::string const& charset) {
 }
 
 std::uint32_t nextCodePoint(std::string_view utf8, std::size_t& pos) noexcept {
-    auto const byte = [&](std::size_t i) { return i < utf8.size() ? static_cast<unsigned char>(utf8[i]) : 0U; };
-    unsigned const first = byte(pos);
-    unsigned const length = first < 0x80   ? 1
-                            : first < 0xC2 ? 0
-                            : first < 0xE0 ? 2
-                            : first < 0xF0 ? 3
-                            : first < 0xF5 ? 4
-                                           : 0;
-    std::uint32_t code = length == 1 ? first : first & (0x7FU >> length);
-    for (unsigned i = 1; i < length; ++i) {
-        unsigned const next = byte(pos + i);
-        if ((next & 0xC0) != 0x80) {
-            ++pos;
-            return 0xFFFD;
-        }
-        code = code << 6 | (next & 0x3F);
-    }
-    pos += length == 0 ? 1 : length;
-    return length == 0 ? 0xFFFD : code;
+    tool::Utf8Char const c = tool::decodeUtf8(utf8.substr(pos));
+    pos += c.bytes;
+    return c.valid ? c.character : 0xFFFD;
 }
 
 Cp932 const& Cp932::table() {
@@ -89,30 +75,21 @@ Cp932 const& Cp932::table() {
     return instance;
 }
 
-Cp932::Cp932() : codes_(0x10000) {
-    Iconv iconv("CP932", "UTF-16LE");
-    if (!iconv.valid()) throw std::runtime_error("the system's iconv lacks CP932");
-    for (std::uint32_t point = 1; point < 0x10000; ++point) {
-        if (point >= 0xD800 && point < 0xE000) continue;
-        std::array<char, 2> const in{static_cast<char>(point & 0xFF), static_cast<char>(point >> 8)};
-        std::array<char, 8> out{};
-        char const* from = in.data();
-        std::size_t left = in.size();
-        std::ptrdiff_t const n = iconv.convert(from, left, out.data(), out.size());
-        if (n < 0) {
-            iconv.reset();
-            continue;
-        }
-        auto const high = static_cast<unsigned char>(out[0]);
-        // One byte only for what one byte means; look-alikes of "\" and "~" are other characters.
-        bool const oneByte = point < 0x80 || (point >= 0xFF61 && point <= 0xFF9F);
-        if (n == 1 && oneByte) codes_[point] = high;
-        if (n == 2) codes_[point] = static_cast<std::uint16_t>(high << 8 | static_cast<unsigned char>(out[1]));
+Cp932::Cp932() {
+    for (std::uint32_t code = 1; code < 0x10000; ++code) {
+        std::uint32_t const point = code < 0x80                    ? code
+                                    : code >= 0xA1 && code <= 0xDF ? 0xFF61 + (code - 0xA1)  // half-width katakana
+                                    : code >= 0x8000               ? tool::kUnicodeFromCp932[code - 0x8000]
+                                                                   : 0;
+        // Some characters have two codes, of which one is written.
+        if (point != 0 && this->code(point) == code)
+            all_.push_back({static_cast<std::uint16_t>(code), static_cast<std::uint16_t>(point)});
     }
-    std::vector<std::uint16_t> pointOf(0x10000);
-    for (std::uint32_t point = 0xFFFF; point > 0; --point) pointOf[codes_[point]] = static_cast<std::uint16_t>(point);
-    for (std::uint32_t code = 1; code < 0x10000; ++code)
-        if (pointOf[code] != 0) all_.push_back({static_cast<std::uint16_t>(code), pointOf[code]});
+}
+
+std::uint16_t Cp932::code(std::uint32_t codePoint) const noexcept {
+    std::uint16_t const stored = codePoint < 0x10000 ? tool::kCp932FromUnicode[codePoint] : std::uint16_t{0};
+    return static_cast<std::uint16_t>(stored < 0x100 ? stored : stored << 8 | stored >> 8);
 }
 
 bool Cp932::append(std::string& out, std::string_view utf8) const {

@@ -18,16 +18,14 @@ std::string toUtf8(std::string_view bytes, std::string const& charset);
 /// that starts no character gives 0xFFFD and moves by one.
 std::uint32_t nextCodePoint(std::string_view utf8, std::size_t& pos) noexcept;
 
-/// Code page 932 by Unicode code point.
+/// Code page 932 by Unicode code point, as the program reads texts.
 class Cp932 {
 public:
     static Cp932 const& table();
 
     /// The code of @p codePoint (one byte when below 0x100), 0 when the page
     /// lacks it. NUL has no code either.
-    std::uint16_t code(std::uint32_t codePoint) const noexcept {
-        return codePoint < codes_.size() ? codes_[codePoint] : std::uint16_t{0};
-    }
+    std::uint16_t code(std::uint32_t codePoint) const noexcept;
     /// Appends @p utf8 to @p out; false, with out unchanged, when a character
     /// is missing from the page.
     bool append(std::string& out, std::string_view utf8) const;
@@ -41,7 +39,6 @@ public:
 private:
     Cp932();
 
-    std::vector<std::uint16_t> codes_;
     std::vector<Pair> all_;
 };
 
