@@ -202,8 +202,9 @@ private:
     void settings() {
         char const* const strings[] = {string(), "\r"};
         char const* array[3];
-        unsigned const what = in_.byte() % 8;
+        unsigned const what = in_.byte() % 9;
         if (what == 0) kTavoValues[in_.choice(kTavoValues.size())](tavo());
+        if (what == 8) kTavoModes[in_.choice(kTavoModes.size())](tavo());
         if (what == 1) kTavoNumbers[in_.choice(kTavoNumbers.size())](tavo(), in_.number());
         if (what == 2) kTavoStrings[in_.choice(kTavoStrings.size())](tavo(), string());
         if (what == 3) {
@@ -265,7 +266,7 @@ private:
         tavo_mrph_t* const m = mrph();
         unsigned char counts[3];
         int const number = in_.number(), second = in_.number();
-        unsigned const what = in_.byte() % 7;
+        unsigned const what = in_.byte() % 8;
         if (what == 0) kMrphValues[in_.choice(kMrphValues.size())](m);
         if (what == 1) kMrphNumbers[in_.choice(kMrphNumbers.size())](m, number);
         if (what == 2) {
@@ -278,7 +279,9 @@ private:
             tavo_getPartCategoryCount(m, number, &counts[0], &counts[1], &counts[2]);
         }
         if (what > 4) {
-            auto* const call = kMrphNumberTexts[in_.choice(kMrphNumberTexts.size())];
+            auto* const call = what == 5   ? kMrphFlagTexts[in_.choice(kMrphFlagTexts.size())]
+                               : what == 6 ? kMrphIndexForms[in_.choice(kMrphIndexForms.size())]
+                                           : kMrphIndexValues[in_.choice(kMrphIndexValues.size())];
             intoBuffer([&](char* b, int n) { return call(m, number, b, n); });
         }
         check(std::strlen(tavo_getMrphErrorWhat(m)) < 10000);

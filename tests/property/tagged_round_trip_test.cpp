@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -179,32 +180,16 @@ std::size_t countPieces(std::string_view text, char delimiter) {
     return pieces + (start < text.size() ? 1 : 0);
 }
 
-std::array<std::string, 26> const kMarkup{"<word>",
-                                          "<word PartOfSP=\"B\">",
-                                          "</word>",
-                                          "<word",
-                                          "<multiword>",
-                                          "</multiword>",
-                                          "<annotation>",
-                                          "<annotation Read=\";>\">",
-                                          "</annotation>",
-                                          "</annotation ",
-                                          "<boundary/>",
-                                          "<boundary Kind=\"sentence\">",
-                                          "<x>",
-                                          "</x>",
-                                          "<x/>",
-                                          "<",
-                                          ">",
-                                          "\"",
-                                          "/",
-                                          ";",
-                                          "&amp;",
-                                          "a",
-                                          "b",
-                                          "\x83",
-                                          "\x83\x5C",
-                                          "\0"s};
+/// Pieces of mark-up, and a NUL.
+std::vector<std::string> const kMarkup = [] {
+    std::istringstream pieces(
+        "<word>|<word PartOfSP=\"B\">|</word>|<word|<multiword>|</multiword>|<annotation>|<annotation Read=\";>\">|"
+        "</annotation>|</annotation |<boundary/>|<boundary Kind=\"sentence\">|<x>|</x>|<x/>|<|>|\"|/|;|&amp;|a|b|"
+        "\x83|\x83\x5C");
+    std::vector<std::string> list{"\0"s};
+    for (std::string piece; std::getline(pieces, piece, '|');) list.push_back(piece);
+    return list;
+}();
 
 TEST(TaggedRoundTripProperty, AnyMarkupGivesTheRightNumberOfSentences) {
     unsigned good = 0;

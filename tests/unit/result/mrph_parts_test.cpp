@@ -12,31 +12,19 @@ using test::thrown;
 using test::wide;
 using Texts = std::vector<std::string>;
 
-template <class Value, class Part>
-std::vector<Value> parts(Mrph const& m, Part part) {
+template <class Value>
+std::vector<Value> parts(Mrph const& m, void (Mrph::*get)(std::vector<Value>&) const) {
     std::vector<Value> values;
-    (m.*part)(values);
+    (m.*get)(values);
     return values;
 }
 
-Texts forms(Mrph const& m) {
-    return parts<std::string>(m, static_cast<void (Mrph::*)(Texts&) const>(&Mrph::getPartForm));
-}
-Texts stdForms(Mrph const& m) {
-    return parts<std::string>(m, static_cast<void (Mrph::*)(Texts&) const>(&Mrph::getPartStdForm));
-}
-Texts reads(Mrph const& m) {
-    return parts<std::string>(m, static_cast<void (Mrph::*)(Texts&) const>(&Mrph::getPartRead));
-}
-Texts prons(Mrph const& m) {
-    return parts<std::string>(m, static_cast<void (Mrph::*)(Texts&) const>(&Mrph::getPartPron));
-}
-Texts readProns(Mrph const& m) {
-    return parts<std::string>(m, static_cast<void (Mrph::*)(Texts&) const>(&Mrph::getPartReadPron));
-}
-std::vector<unsigned short> pids(Mrph const& m) {
-    return parts<unsigned short>(m, static_cast<void (Mrph::*)(std::vector<unsigned short>&) const>(&Mrph::getPartPid));
-}
+Texts forms(Mrph const& m) { return parts<std::string>(m, &Mrph::getPartForm); }
+Texts stdForms(Mrph const& m) { return parts<std::string>(m, &Mrph::getPartStdForm); }
+Texts reads(Mrph const& m) { return parts<std::string>(m, &Mrph::getPartRead); }
+Texts prons(Mrph const& m) { return parts<std::string>(m, &Mrph::getPartPron); }
+Texts readProns(Mrph const& m) { return parts<std::string>(m, &Mrph::getPartReadPron); }
+std::vector<unsigned short> pids(Mrph const& m) { return parts<unsigned short>(m, &Mrph::getPartPid); }
 
 Texts wideAll(Texts texts) {
     for (std::string& text : texts) text = wide(text);

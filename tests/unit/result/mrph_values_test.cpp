@@ -42,9 +42,7 @@ TEST(MrphValues, WithoutRecordAndOwnerHasDefaults) {
     for (char const* text : {m.getPartOfSP(), m.getGroup(), m.getProsodicInfo(), m.getAdditionalInfo(),
                              m.getGrammarType(), m.getProsodicType(), m.getWordCooc(), m.getGroupCooc()})
         EXPECT_STREQ(text, "");
-    EXPECT_EQ(m.getForm(true), "abc");
-    EXPECT_EQ(m.getStdForm(true), "abc");
-    EXPECT_EQ(m.getRead(true) + m.getPron(true) + m.getReadPron(false) + m.getLVRead(true), "");
+    EXPECT_EQ(m.getPron(true) + m.getReadPron(false), "");
 }
 
 TEST(MrphValues, OfTheCoverGoBeforeTheRecords) {
