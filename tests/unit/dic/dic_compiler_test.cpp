@@ -143,7 +143,7 @@ std::string const kRecord = "\x08\0\x01\0\0\0\0\0"s;
 TEST(TrieBuilderTest, KeysOfAnyLengthAreFound) {
     // Tails longer than 255 bytes, alone and with a neighbour that leaves late.
     std::vector<std::string> forms;
-    for (std::size_t const length : {1, 2, 256, 257, 258, 511, 512, 513, 4096, 70000}) {
+    for (std::size_t const length : {1U, 2U, 256U, 257U, 258U, 511U, 512U, 513U, 4096U, 70000U}) {
         std::string form(length, 'x');
         form.front() = static_cast<char>('a' + forms.size());
         forms.push_back(std::move(form));
