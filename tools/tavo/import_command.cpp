@@ -100,7 +100,7 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     }
     writeFile(out / "ConnTable", table);
     writeFile(out / tool::kWordClassesName, tables.classes.text());
-    writeFile(out / "reduce.rules", reduceRuleText(!shortUnits));
+    writeFile(out / "reduce.rules", reduceRuleText(tables.names, shortUnits));
     writeFile(out / "number.list", numberListText(tables.names));
     writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder),
                                               parts.size(), options.source));

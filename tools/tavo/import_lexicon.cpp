@@ -189,8 +189,11 @@ struct Reader {
             return;
         }
         word.form = lexicon.keep(scratch);
-        // The feature lets the reduce rules join digits, and no other numerals.
-        word.name = lexicon.names.add(name(file, number) + numberFeature(fields[0]));
+        // The feature lets the reduce rules join digits, and no other numerals; where
+        // letters are words, it lets them join too.
+        std::string const feature = classFeature(fields[0]);
+        bool const taken = feature != ":Alphabet" || lexicon.shortUnits;
+        word.name = lexicon.names.add(name(file, number) + (taken ? feature : ""));
         word.base = field(layout.base);
         if (word.base == word.form) word.base = {};
         word.reading = field(layout.reading);
@@ -210,6 +213,13 @@ struct Reader {
 };
 
 constexpr std::size_t kShortUnitFeatures = 17;
+
+/// Latin of either width, Greek, Cyrillic.
+bool isLetter(std::uint32_t c) {
+    auto const within = [&](std::uint32_t low, std::uint32_t high) { return c >= low && c <= high; };
+    return within('A', 'Z') || within('a', 'z') || within(0xFF21, 0xFF3A) || within(0xFF41, 0xFF5A) ||
+           within(0x0391, 0x03C9) || within(0x0401, 0x0451);
+}
 
 /// The number of fields behind the four fixed ones.
 std::size_t featureCount(fs::path const& file, std::string_view text) {
@@ -239,10 +249,12 @@ std::string joinName(std::vector<std::string> const& fields, std::size_t first, 
     return name.empty() ? "*" : name;
 }
 
-std::string numberFeature(std::string_view form) {
-    bool digitBefore = false;
+std::string classFeature(std::string_view form) {
+    bool digitBefore = false, first = true;
     for (std::size_t pos = 0; pos < form.size();) {
         std::uint32_t const c = nextCodePoint(form, pos);
+        if (first && pos == form.size() && isLetter(c)) return ":Alphabet";
+        first = false;
         bool const digit = (c >= '0' && c <= '9') || (c >= 0xFF10 && c <= 0xFF19);
         bool const comma = c == ',' || c == 0xFF0C;
         if (!digit && !(comma && digitBefore)) return {};

@@ -81,8 +81,9 @@ FieldLayout layoutFor(std::size_t features) noexcept;
 std::string joinName(std::vector<std::string> const& fields, std::size_t first, std::size_t count);
 
 /// The feature that the names of @p form (UTF-8) have beside, with its ":": words
-/// made of digits, commas between them allowed, have ":Number"; "" for others.
-std::string numberFeature(std::string_view form);
+/// made of digits, commas between them allowed, have ":Number", single letters
+/// ":Alphabet"; "" for others.
+std::string classFeature(std::string_view form);
 
 /// What an import leaves out for one reason.
 struct Loss {
@@ -114,7 +115,7 @@ struct Lexicon {
     Matrix matrix;
     std::uint32_t sourceRows = 0, sourceCols = 0;  ///< of the matrix as the source has it
     std::vector<std::uint32_t> rowBase;            ///< per row: the source's right id that it stands for
-    bool shortUnits = false;                       ///< words are the shortest units, numbers too
+    bool shortUnits = false;                       ///< words are the shortest units: letters, digits
     double costFactor = 800;                       ///< source cost of a factor e in probability
     LeftOut leftOut;
 

@@ -206,14 +206,22 @@ std::string numberListText(std::vector<std::string> const& names) {
     return text;
 }
 
-std::string reduceRuleText(bool marksJoin) {
+std::string reduceRuleText(std::vector<std::string> const& names, bool shortUnits) {
     // Comma and full stop, of one byte and of two.
-    char const* const number =
-        marksJoin ? "; Digits are one number, with a comma or point between them too.\n"
-                    "Number = : inner=,.\x81\x43\x81\x44\n"
-                  : "; Digits are one number; its commas and points stay apart, as in all short units.\n"
-                    "Number =\n";
-    return std::string(number) +
+    std::string text = shortUnits
+                           ? "; Digits are one number; its commas and points stay apart, as in all short units.\n"
+                             "Number =\n"
+                           : "; Digits are one number, with a comma or point between them too.\n"
+                             "Number = : inner=,.\x81\x43\x81\x44\n";
+    PosName parts;
+    auto const letters = std::find_if(names.begin(), names.end(), [&](std::string const& name) {
+        splitPosName(name, parts);
+        return parts.hasFeature("Undef") && parts.hasFeature("Alphabet") && !parts.hasFeature("Inside") &&
+               findMark(name, "-") == std::string::npos;
+    });
+    if (shortUnits && letters != names.end())
+        text += "; Letters are words here; neighbours are one unknown word.\nAlphabet = " + *letters + "\n";
+    return text +
            "; An unknown word comes as its first character and others with the feature Inside.\n"
            "Undef = : with=Inside\n";
 }

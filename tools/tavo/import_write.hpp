@@ -58,8 +58,9 @@ std::string dictionaryName(std::size_t part);
 
 /// The text of tavo.init for files in folder @p data (an absolute path).
 std::string initFileText(std::filesystem::path const& data, std::size_t parts, bool withSource);
-/// The reduce rules; @p marksJoin: numbers go on over commas and points.
-std::string reduceRuleText(bool marksJoin);
+/// The reduce rules for parts of speech @p names. Where words are short units,
+/// numbers end at commas and points, and letters that are words join.
+std::string reduceRuleText(std::vector<std::string> const& names, bool shortUnits);
 /// The list of number parts of speech, from the names that have the feature Number.
 std::string numberListText(std::vector<std::string> const& names);
 

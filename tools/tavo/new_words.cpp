@@ -92,8 +92,9 @@ bool NewWords::fromMecab(std::string_view line, std::string& source, std::string
     }
     auto const layout = TAVO::importer::layoutFor(fields.size() - 4);
     std::string name = TAVO::importer::joinName(fields, 4, static_cast<std::size_t>(layout.posFields));
-    std::string const numbered = name + TAVO::importer::numberFeature(sjisToUtf8(fields[0]));
-    if (typical(numbered).id != 0) name = numbered;
+    // Digits and letters have a name of their own where the lexicon's have.
+    std::string const special = name + TAVO::importer::classFeature(sjisToUtf8(fields[0]));
+    if (typical(special).id != 0) name = special;
 
     bool const known = left.value_or(-1) >= 0 && right.value_or(-1) >= 0 && cost;
     Placement placed;

@@ -81,6 +81,28 @@ TEST(ImportCommand, NumbersJoinWithTheirCommas) {
     EXPECT_EQ(analyse(tavo, "12,3"), "12//12 ,//, 3//3") << "unknown words join still";
 }
 
+TEST(ImportCommand, ShortUnitsJoinLettersAndDigitsAlone) {
+    TempDir const source, out;
+    TinyLexicon tiny;
+    std::string const more = ",*,*,*,*,*,*,*,*,*,*,*,*,*,*,*\n";  // 17 features
+    tiny.words = "山,1,1,3000,名詞,一般" + more + "A,4,4,-2000,記号,文字" + more + "b,4,4,-2000,記号,文字" + more +
+                 "φ,4,4,-2000,記号,文字" + more + "AB,4,4,9000,名詞,一般" + more + "2,4,4,-2000,名詞,数詞" + more;
+    tiny.unknown += "ALPHA,1,1,8000,名詞,一般\nNUMERIC,1,1,3000,名詞,数詞\n";
+    tiny.characters += "ALPHA 1 1 0\nNUMERIC 1 1 0\n0x0041..0x007A ALPHA\n0x0030..0x0039 NUMERIC\n";
+    ASSERT_EQ(run({"mecab", tiny.write(source), "-o", out.path()}), ExitStatus::Ok);
+    TAVO::Tavo tavo;
+    tavo.setInitFilePath(out.file("tavo.init").c_str());
+    EXPECT_EQ(analyse(tavo, "山AbφA山"), "山//山 AbφA//AbφA 山//山");
+    EXPECT_EQ(analyse(tavo, "山A山"), "山//山 A//A 山//山");
+    EXPECT_EQ(analyse(tavo, "2,23"), "2//2 ,//, 23//23");
+    std::vector<TAVO::Mrph> words;
+    std::string const text = toSjis("bA");
+    tavo.analyze(text);
+    tavo.getResult(words, 0);
+    ASSERT_EQ(words.size(), 1U);
+    EXPECT_EQ(TAVO::test::toUtf8(words[0].getPartOfSP()), "名詞:一般:Undef:Alphabet");
+}
+
 TEST(ImportCommand, SameInputGivesSameBytes) {
     TempDir const source, first, second;
     std::string const folder = TinyLexicon().write(source);
