@@ -196,20 +196,17 @@ private:
     friend struct MrphAccess;
 
     TAVO_HIDDEN Mrph(char const* text, unsigned int length, unsigned char const* dic, AnalyzerContext const* owner);
-    TAVO_HIDDEN Mrph(char const* text, LatticeNode const* node, unsigned int candidateIndex,
-                     unsigned int candidateCount, AnalyzerContext const* owner);
+    TAVO_HIDDEN Mrph(char const* text, LatticeNode const* node, AnalyzerContext const* owner);
     TAVO_HIDDEN Mrph(Mrph const& other, unsigned char const* dic);
 
     char const* form_;
     std::uint32_t formLength_;
-    std::uint32_t candidateIndex_ = 0;
     unsigned char const* dic_;
     char const* rawForm_;
     AnalyzerContext const* owner_;
     LatticeNode const* node_ = nullptr;
     mutable std::unique_ptr<MrphCover> cover_;
     std::uint32_t rawFormLength_;
-    std::uint32_t candidateCount_ = 0;
     std::uint32_t partCount_ = 1;
     std::int32_t dicIndex_ = -1;  // place of the record's dictionary in the analyser's list; -1 unless known
     mutable std::unique_ptr<std::pair<int, std::string>> error_;

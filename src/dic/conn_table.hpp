@@ -2,9 +2,10 @@
 #ifndef TAVO_DIC_CONN_TABLE_HPP
 #define TAVO_DIC_CONN_TABLE_HPP
 
-#include <cstddef>
+#include "base/serial.hpp"
 #include "dic/conn_bounds.hpp"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -30,6 +31,8 @@ public:
     ConnTable(bool flag, char const* path);
 
     std::string const& path() const noexcept { return path_; }
+    /// Differs from that of every other table and dictionary.
+    std::uint64_t serial() const noexcept { return serial_; }
     std::uint16_t idCount() const noexcept { return idCount_; }
     std::uint32_t nameStamp() const noexcept { return nameStamp_; }
     std::uint16_t rows() const noexcept { return rows_; }
@@ -54,6 +57,7 @@ private:
     void parse(std::size_t sizeBytes);
     void parseNames(std::size_t offsetsPosition, std::size_t sizeBytes);
 
+    std::uint64_t serial_ = nextSerial();
     [[maybe_unused]] bool flag_;
     std::string path_;
     std::uint16_t idCount_ = 0;

@@ -18,6 +18,7 @@ Dic::Dic(bool memoryMapped, char const* path) : image_(memoryMapped, path) { der
 void Dic::derive() {
     unsigned char const* const bytes = image_.data();
     std::size_t const length = image_.sizeBytes();
+    serial_ = nextSerial();
     if (length <= kHeaderBytes) return;
     if (bytes[0] != kVersion) throw invalid_dictionary_version(std::to_string(bytes[0]));
     if (bytes[1] > 2) throw invalid_dictionary_char_type(std::to_string(bytes[1]));

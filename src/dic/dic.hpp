@@ -2,6 +2,7 @@
 #ifndef TAVO_DIC_DIC_HPP
 #define TAVO_DIC_DIC_HPP
 
+#include "base/serial.hpp"
 #include "dic/dic_trie.hpp"
 #include "dic/mapped_image.hpp"
 
@@ -26,6 +27,8 @@ public:
     /// illegal_format, invalid_dictionary_version, invalid_dictionary_char_type.
     Dic(bool memoryMapped, char const* path);
 
+    /// Differs from that of every other table and dictionary, and changes with takeBack().
+    std::uint64_t serial() const noexcept { return serial_; }
     bool hasHeader() const noexcept { return header_ != nullptr; }
     /// Null without header.
     DicTrie const* trie() const noexcept { return trie_.get(); }
@@ -47,6 +50,7 @@ public:
 private:
     void derive();
 
+    std::uint64_t serial_ = 0;
     // Null without header, else inside the image.
     unsigned char const* header_ = nullptr;
     unsigned char const* nameOffsets_ = nullptr;

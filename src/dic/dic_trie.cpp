@@ -24,4 +24,18 @@ RecordChain DicTrie::exactMatch(unsigned char const* key, std::size_t n) const {
     return found;
 }
 
+bool DicTrie::mayContinue(unsigned char const* key, std::size_t n) const {
+    std::uint32_t base = n == 0 ? 0 : root_[key[0]];
+    if (base == 0) return n == 0;
+    for (std::size_t i = 1; i < n; ++i) {
+        std::uint32_t const next = cell(base + key[i]);
+        if (label(next) != key[i] || key[i] == 0) return false;
+        if (isLeaf(next)) return i + 1 < n || tailOf(next).length != 0;
+        base = next & kValueMask;
+    }
+    for (std::uint32_t byte = 1; byte < 256; ++byte)
+        if (label(cell(base + byte)) == byte) return true;
+    return false;
+}
+
 }  // namespace TAVO

@@ -6,6 +6,7 @@
 #include "base/bytes.hpp"
 #include "dic/mrph_dic.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -70,12 +71,26 @@ public:
     template <class Visit>
     bool prefixSearch(unsigned char const* text, std::size_t n, Visit&& visit) const;
 
+    /// False when no key that is longer than these @p n bytes begins with them;
+    /// may be true without one.
+    bool mayContinue(unsigned char const* key, std::size_t n) const;
+
+    /// Calls visit(std::size_t length) for the length of every key that is a
+    /// prefix of the n bytes, and for some other lengths, in increasing order and
+    /// once each; reads no more than it must to tell.
+    template <class Visit>
+    void possibleLengths(unsigned char const* text, std::size_t n, Visit&& visit) const;
+
     /// Calls visit(std::string const& key, RecordChain) for every key, in byte
     /// order. Safe on a corrupt trie: each node is entered once at most.
     template <class Visit>
     void visitAll(Visit&& visit) const;
 
-private:
+    // The steps of a search, for searches of another shape.
+
+    /// Base of the node behind the key's first byte; 0 when no key begins so.
+    std::uint32_t rootBase(unsigned char byte) const noexcept { return root_[byte]; }
+    /// Cell @p index; one that does not exist is free.
     std::uint32_t cell(std::uint32_t index) const noexcept {
         return index < cellCount_ ? loadU32(cells_ + std::size_t{index} * 4) : 0;
     }
@@ -84,6 +99,21 @@ private:
     static bool isKeyEnd(std::uint32_t cell) noexcept { return (cell & ~kValueMask) == kLeafFlag; }
     static std::uint32_t label(std::uint32_t cell) noexcept { return cell >> 24; }
     static bool isLeaf(std::uint32_t cell) noexcept { return (cell & kLeafFlag) != 0; }
+
+    /// Asks for the cells of a node and of its child, which will be read soon.
+    void prefetch(std::uint32_t base, std::uint32_t byte) const noexcept {
+        __builtin_prefetch(cells_ + std::size_t{base} * 4);
+        __builtin_prefetch(cells_ + std::size_t{base + byte} * 4);
+    }
+    void prefetchTail(std::uint32_t cell) const noexcept {
+        __builtin_prefetch(leaf_ + std::size_t{cell & kValueMask} * 4);
+    }
+    /// The address of a key's end cell's value, and the end of the leaf area. An
+    /// address behind the end is only as good as a RecordChain made of both.
+    unsigned char const* leaf(std::uint32_t value) const noexcept {
+        return leaf_ + std::min(std::size_t{value} * 4, leafBytes_);
+    }
+    unsigned char const* leafEnd() const noexcept { return leaf_ + leafBytes_; }
 
     /// The chain at @p position (in bytes) of the leaf area.
     RecordChain chainAt(std::size_t position) const noexcept {
@@ -105,6 +135,7 @@ private:
         return {leaf_ + position + 1, length, chainAt(position + 1 + length)};
     }
 
+private:
     std::array<std::uint32_t, 256> root_{};
     unsigned char const* cells_ = nullptr;
     std::uint32_t cellCount_ = 0;
@@ -135,6 +166,27 @@ bool DicTrie::prefixSearch(unsigned char const* text, std::size_t n, Visit&& vis
             if (!tail.chain || tail.length > n - consumed) return true;
             if (std::memcmp(tail.bytes, text + consumed, tail.length) != 0) return true;
             return visit(consumed + tail.length, tail.chain);
+        }
+        base = next & kValueMask;
+    }
+}
+
+template <class Visit>
+void DicTrie::possibleLengths(unsigned char const* text, std::size_t n, Visit&& visit) const {
+    std::uint32_t base = n == 0 ? 0 : root_[text[0]];
+    if (base == 0) return;
+    for (std::size_t length = 1;;) {
+        visit(length);
+        if (length >= n) return;
+        std::uint32_t const byte = text[length];
+        if (byte == 0) return;
+        std::uint32_t const next = cell(base + byte);
+        if (label(next) != byte) return;
+        ++length;
+        if (isLeaf(next)) {
+            Tail const tail = tailOf(next);
+            if (tail.length <= n - length) visit(length + tail.length);
+            return;
         }
         base = next & kValueMask;
     }

@@ -7,15 +7,6 @@
 
 namespace TAVO {
 
-void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints) {
-    checkSearchable(sentence, table, dics);
-    ConstrainedSearch search(pool_, *table, constraints);
-    search.build(sentence, dics);
-    if (sentence.bestStart != nullptr || constraints.spans.empty()) return;
-    constraints.forced = true;
-    search.build(sentence, dics);
-}
-
 void ConstrainedSearch::build(Sentence& sentence, DicSet const& dics) {
     sentence.bestStart = nullptr;
     if (sentence.text.empty()) return;

@@ -30,6 +30,9 @@ public:
     /// exists. The text is at most kMaxSentenceBytes long.
     void build(Sentence& sentence, DicSet const& dics);
 
+    /// The nodes of the sentence built last, by position.
+    std::vector<std::span<LatticeNode const>> const& starts() const noexcept { return starts_; }
+
     void beginPosition(std::size_t) { pool_.beginPosition(); }
     void addUnknown(std::size_t p, std::uint32_t length);
     void addRecords(std::size_t p, std::uint32_t length, RecordChain chain);

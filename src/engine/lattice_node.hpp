@@ -11,6 +11,7 @@ namespace TAVO {
 /// for every pair; 32 bytes keep two nodes to a cache line.
 struct LatticeNode {
     static constexpr std::uint16_t kFirstAtPosition = 1;
+    static constexpr std::uint16_t kAlone = 2;  ///< the other candidates of its place were not kept
 
     unsigned char const* record;  ///< head of the dictionary record, or kUnknownRecord
     LatticeNode const* next;      ///< chosen following node; null when the word ends the sentence

@@ -6,7 +6,6 @@
 #include "result/mrph_access.hpp"
 #include "result/reduce_rules.hpp"
 
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -22,10 +21,7 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
 
 /// The morpheme of @p node, whose first byte is @p text.
 inline Mrph makeMrph(char const* text, LatticeNode const* node, AnalyzerContext const& context) {
-    NodePool const& nodes = context.lattice.nodes();
-    std::span<LatticeNode const> const candidates = nodes.candidates(node);
-    return MrphAccess::fromNode(text, node, nodes.indexOf(candidates.data()),
-                                static_cast<unsigned int>(candidates.size()), &context);
+    return MrphAccess::fromNode(text, node, &context);
 }
 
 /// Appends a morpheme to @p out, divided or through @p joiner.

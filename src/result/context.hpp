@@ -17,6 +17,7 @@
 
 #include <deque>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace TAVO {
@@ -33,6 +34,10 @@ struct AnalyzerContext {
     CommentRules comments;
     ConnTable const* connTable = nullptr;  // owned by the pool
     CompiledFormat outputFormat;           // of settings.outputFormat, as of the last output
+
+    /// The candidates that start where @p node does; @p text is the first byte of
+    /// its span in the text of a sentence.
+    std::span<LatticeNode const> candidates(LatticeNode const* node, char const* text) const;
 
     // State of the last input.
     Lattice lattice;

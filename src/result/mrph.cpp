@@ -34,29 +34,24 @@ Mrph::Mrph(char const* text, unsigned int length, unsigned char const* dic, Anal
       rawFormLength_(length),
       partCount_(partCountOf(dic)) {}
 
-Mrph::Mrph(char const* text, LatticeNode const* node, unsigned int candidateIndex, unsigned int candidateCount,
-           AnalyzerContext const* owner)
+Mrph::Mrph(char const* text, LatticeNode const* node, AnalyzerContext const* owner)
     : form_(text),
       formLength_(node->length),
-      candidateIndex_(candidateIndex),
       dic_(node->record),
       rawForm_(text),
       owner_(owner),
       node_(node),
       rawFormLength_(node->length),
-      candidateCount_(candidateCount),
       partCount_(partCountOf(node->record)) {}
 
 Mrph::Mrph(Mrph const& other)
     : form_(other.form_),
       formLength_(other.formLength_),
-      candidateIndex_(other.candidateIndex_),
       dic_(other.dic_),
       rawForm_(other.rawForm_),
       owner_(other.owner_),
       node_(other.node_),
       rawFormLength_(other.rawFormLength_),
-      candidateCount_(other.candidateCount_),
       partCount_(other.partCount_),
       dicIndex_(other.dicIndex_) {
     if (!other.cover_) return;
@@ -189,9 +184,8 @@ namespace {
 template <class Visit>
 void eachAlternative(Mrph const& m, Visit visit) {
     AnalyzerContext const* owner = MrphAccess::owner(m);
-    if (owner == nullptr || MrphAccess::candidateCount(m) < 2) return;
-    for (unsigned int i = 0; i < MrphAccess::candidateCount(m); ++i) {
-        LatticeNode const& node = owner->lattice.nodes().at(MrphAccess::candidateIndex(m) + i);
+    if (owner == nullptr || MrphAccess::node(m) == nullptr) return;
+    for (LatticeNode const& node : owner->candidates(MrphAccess::node(m), MrphAccess::rawForm(m).data())) {
         if (node.length != m.getFormLength() || node.record == MrphAccess::record(m)) continue;
         if (MrphDic(node.record).pid() != ConnTable::kUnknownId) visit(node);
     }
@@ -208,7 +202,8 @@ int Mrph::getAltCount() const {
 void Mrph::getAlt(std::vector<Mrph>& alternatives) const {
     std::vector<Mrph> found;
     eachAlternative(*this, [&](LatticeNode const& node) {
-        found.push_back(Mrph(rawForm_, &node, candidateIndex_, candidateCount_, owner_));
+        Mrph& added = found.emplace_back(Mrph(rawForm_, &node, owner_));
+        added.node_ = node_;  // their alternatives are found by one node
     });
     alternatives = std::move(found);
 }

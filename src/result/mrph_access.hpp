@@ -23,9 +23,8 @@ struct MrphAccess {
         return Mrph(text, length, record, owner);
     }
     /// @p text is the first byte of the node's span of the sentence.
-    static Mrph fromNode(char const* text, LatticeNode const* node, unsigned int candidateIndex,
-                         unsigned int candidateCount, AnalyzerContext const* owner) {
-        return Mrph(text, node, candidateIndex, candidateCount, owner);
+    static Mrph fromNode(char const* text, LatticeNode const* node, AnalyzerContext const* owner) {
+        return Mrph(text, node, owner);
     }
     /// A copy of @p m on another record.
     static Mrph withRecord(Mrph const& m, unsigned char const* record) { return Mrph(m, record); }
@@ -40,8 +39,6 @@ struct MrphAccess {
     static std::string_view form(Mrph const& m) noexcept { return {m.form_, m.formLength_}; }
     /// The span of the analysed text that the morpheme covers.
     static std::string_view rawForm(Mrph const& m) noexcept { return {m.rawForm_, m.rawFormLength_}; }
-    static unsigned int candidateIndex(Mrph const& m) noexcept { return m.candidateIndex_; }
-    static unsigned int candidateCount(Mrph const& m) noexcept { return m.candidateCount_; }
     static unsigned int partCount(Mrph const& m) noexcept { return m.partCount_; }
     /// Place of the record's dictionary in the analyser's list; -1 unless known.
     static int dicIndex(Mrph const& m) noexcept { return m.dicIndex_; }

@@ -209,8 +209,7 @@ void MrphAccess::divideAndPush(Mrph const& m, std::vector<Mrph>& out) {
         part.partCount_ = 1;
         part.dicIndex_ = sub.dicIndex_;
         if (localIndex == 0) {
-            part.candidateIndex_ = sub.candidateIndex_;
-            part.candidateCount_ = sub.candidateCount_;
+            part.node_ = sub.node_;
         }
         confirmCover(part) = partCover(m, i, sub);
         if (!inSentence) {

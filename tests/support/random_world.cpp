@@ -46,16 +46,23 @@ World randomWorld(Random& random) {
         ++number;
     }
     // Few distinct costs and many 255s, so that ties and dead ends are everywhere;
-    // some worlds have one cost for the unknown word on either side.
+    // some worlds have one cost for the unknown word on either side, some a word
+    // that may stand behind one word only.
     unsigned const forbidden = random.below(4);
+    unsigned const costs = random.below(2) == 0 ? 3 : 9;
     for (unsigned i = 0; i < kIds * kIds; ++i)
-        world.costs.push_back(random.below(8) < forbidden ? 255 : static_cast<std::uint8_t>(random.below(3)));
+        world.costs.push_back(random.below(8) < forbidden ? 255 : static_cast<std::uint8_t>(random.below(costs)));
     auto const flat = static_cast<std::uint8_t>(random.below(2) == 0 ? 254 : random.below(4));
     bool const flatColumn = random.below(2) == 0;
     bool const flatRow = flatColumn || random.below(2) == 0;
     for (unsigned id = 0; id < kIds; ++id) {
         if (flatRow) world.costs[2 * kIds + id] = random.below(8) == 0 ? std::uint8_t{255} : flat;
         if (flatColumn) world.costs[id * kIds + 2] = flat;
+    }
+    if (random.below(2) == 0) {
+        unsigned const column = 3 + random.below(kIds - 3);
+        unsigned const row = 3 + random.below(kIds - 3);
+        for (unsigned id = 0; id < kIds; ++id) world.costs[id * kIds + column] = id == row ? 0 : 255;
     }
     return world;
 }

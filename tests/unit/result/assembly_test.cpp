@@ -74,7 +74,8 @@ TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
 
 TEST(Assembly, MorphemesOfEarlierSentencesKeepTheirCandidates) {
     ResultWorld world(plainWords({"a,Noun,1", "a,Verb,2"}));
-    std::vector<Sentence> sentences(3);
+    std::vector<Sentence>& sentences = world.context.sentences;
+    sentences.resize(3);
     std::string const texts[] = {"a", std::string(6000, 'a'), "aa"};  // the middle one needs more room
     for (std::size_t i = 0; i < 3; ++i) {
         sentences[i].given = sentences[i].text = texts[i];

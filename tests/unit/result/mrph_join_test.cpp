@@ -157,7 +157,7 @@ TEST(MrphDivide, PartsOfJoinedMorphemesKeepTheirOwn) {
     Neighbours n;
     LatticeNode node{n.records.record("c,Verb:Stem,20,,,,,h"), nullptr, 1, 0, 0, 0, 0};
     Mrph m = n.on(0, 2, "a-b,Noun,10,,,,,g");
-    MrphAccess::append(m, MrphAccess::fromNode(n.text.data() + 2, &node, 7, 4, &n.context), 6);
+    MrphAccess::append(m, MrphAccess::fromNode(n.text.data() + 2, &node, &n.context), 6);
     std::vector<Mrph> const out = divided(m);
     ASSERT_EQ(out.size(), 3U);
     EXPECT_EQ(out[1].getForm(true), "b");
@@ -166,9 +166,8 @@ TEST(MrphDivide, PartsOfJoinedMorphemesKeepTheirOwn) {
     EXPECT_EQ(out[2].getCost(), 20);
     EXPECT_STREQ(out[0].getGroup(), "g");
     EXPECT_STREQ(out[2].getGroup(), "h");
-    EXPECT_EQ(MrphAccess::candidateIndex(out[2]), 7U);
-    EXPECT_EQ(MrphAccess::candidateCount(out[2]), 4U);
-    EXPECT_EQ(MrphAccess::candidateCount(out[1]), 0U);
+    EXPECT_EQ(MrphAccess::node(out[2]), &node);
+    EXPECT_EQ(MrphAccess::node(out[1]), nullptr);
 }
 
 TEST(MrphDivide, AFormOfItsOwnOutlivesTheMorpheme) {

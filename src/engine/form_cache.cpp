@@ -1,0 +1,88 @@
+#include "engine/form_cache.hpp"
+
+#include "engine/backward_walk.hpp"
+#include "engine/special_records.hpp"
+
+#include <algorithm>
+#include <bit>
+
+namespace TAVO {
+
+void FormCache::trim() noexcept {
+    constexpr std::size_t kMostWords = 1 << 19;
+    if (words_.size() > kMostWords) clear();
+}
+
+void FormCache::clear() noexcept {
+    slots_.clear();
+    forms_.clear();
+    words_.clear();
+}
+
+std::uint32_t FormCache::unknown(SearchTable const& table) {
+    return find(kUnknownRecord.data(), kUnknownRecord.data() + kUnknownRecord.size(), table);
+}
+
+unsigned char const* FormCache::record(std::uint32_t form, bool sparse, std::uint32_t number,
+                                       SearchTable const& table) const {
+    unsigned char const* found = nullptr;
+    std::uint32_t count = 0;
+    RecordChain const chain(forms_[form].head, forms_[form].leafEnd);
+    findNodeRecord(chain, table.idCount(), [&](MrphDic record) {
+        if (!sparse && SearchTable::isSparse(table.id(record.pid()))) return false;
+        found = record.head();
+        return count++ == number;
+    });
+    return found;
+}
+
+std::uint32_t FormCache::make(unsigned char const* head, unsigned char const* leafEnd, SearchTable const& table) {
+    Form form{head, leafEnd, {}, {}, 0};
+    form.all.first = static_cast<std::uint32_t>(words_.size());
+    auto const eachWord = [&](auto&& visit) {
+        eachNodeRecord(RecordChain(head, leafEnd), table.idCount(),
+                       [&](MrphDic record) { visit(table.id(record.pid()), record.cost()); });
+    };
+    eachWord([&](SearchTable::Id const& id, std::uint8_t cost) {
+        addWord(form.all, id, cost, table);
+        if (SearchTable::isSparse(id)) form.enteredBy = static_cast<std::uint8_t>(form.enteredBy | id.enteredBy);
+    });
+    form.plain = form.all;
+    if (form.enteredBy != 0) {
+        form.plain = {};
+        form.plain.first = static_cast<std::uint32_t>(words_.size());
+        eachWord([&](SearchTable::Id const& id, std::uint8_t cost) {
+            if (!SearchTable::isSparse(id)) addWord(form.plain, id, cost, table);
+        });
+    }
+    forms_.push(form);
+    return static_cast<std::uint32_t>(forms_.size() - 1);
+}
+
+void FormCache::addWord(FormWords& list, SearchTable::Id const& id, std::uint8_t cost, SearchTable const& table) {
+    bool const bounded = id.enteredBy == 0;
+    unsigned const marks = (id.enters != 0 ? FormWord::kEntersSparse : 0U) |
+                           (SearchTable::isSparse(id) ? FormWord::kSparse : 0U) | (bounded ? FormWord::kBounded : 0U);
+    words_.push({id.rowOffset, id.column, cost, static_cast<std::uint8_t>(marks)});
+    std::uint8_t const least = table.columnMinimum(id.column);
+    list.leastColumn = list.count == 0 ? least : std::min(list.leastColumn, least);
+    list.allBounded = bounded && (list.count == 0 || list.allBounded);
+    list.hasBounded = list.hasBounded || bounded;
+    list.enters = static_cast<std::uint8_t>(list.enters | id.enters);
+    ++list.count;
+}
+
+void FormCache::rehash() {
+    constexpr std::size_t kFirst = 4096;
+    std::size_t const size = std::max(kFirst, slots_.size() * 4);
+    slots_.resizeForOverwrite(size);
+    std::fill(slots_.begin(), slots_.end(), kNone);
+    shift_ = 64 - static_cast<unsigned>(std::countr_zero(size));
+    for (std::uint32_t index = 0; index < forms_.size(); ++index) {
+        std::size_t i = slot(forms_[index].head);
+        while (slots_[i] != kNone) i = (i + 1) & (size - 1);
+        slots_[i] = index;
+    }
+}
+
+}  // namespace TAVO

@@ -1,0 +1,93 @@
+// The words of surface forms, ready for the search.
+#ifndef TAVO_ENGINE_FORM_CACHE_HPP
+#define TAVO_ENGINE_FORM_CACHE_HPP
+
+#include "base/raw_buffer.hpp"
+#include "dic/dic_trie.hpp"
+#include "engine/search_table.hpp"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace TAVO {
+
+/// What the search reads of the record of a word.
+struct FormWord {
+    static constexpr std::uint8_t kEntersSparse = 1;  ///< words of sparse columns may follow
+    static constexpr std::uint8_t kSparse = 2;        ///< only words of some classes may stand before
+    static constexpr std::uint8_t kBounded = 4;       ///< every word may stand before
+
+    std::uint32_t rowOffset;  ///< of the row in the matrix, in bytes
+    std::uint16_t column;
+    std::uint8_t cost;
+    std::uint8_t marks;
+};
+
+/// Neighbouring words of the cache.
+struct FormWords {
+    std::uint32_t first = 0;
+    std::uint32_t count = 0;
+    std::uint8_t enters = 0;       ///< classes of the rows
+    std::uint8_t leastColumn = 0;  ///< smallest cost of the columns
+    bool hasBounded = false;       ///< some are bounded
+    bool allBounded = false;       ///< and here all are
+};
+
+/// The words of one surface form in one dictionary, in the order of making.
+struct Form {
+    unsigned char const* head;     ///< of the first record
+    unsigned char const* leafEnd;  ///< no record reaches beyond
+    FormWords all;
+    FormWords plain;             ///< without those of sparse columns
+    std::uint8_t enteredBy = 0;  ///< classes that may stand before the sparse ones
+};
+
+/// A text uses few forms again and again, and their records lie all over the
+/// dictionary; so each form's are read once.
+class FormCache {
+public:
+    /// Forgets all forms when they fill more memory than is good for the processor's caches.
+    void trim() noexcept;
+    void clear() noexcept;
+
+    /// Index of the form whose records RecordChain(@p head, @p leafEnd) holds; it is good
+    /// until trim() or clear(). A bad chain gives a form without words.
+    std::uint32_t find(unsigned char const* head, unsigned char const* leafEnd, SearchTable const& table) {
+        if (slots_.size() < forms_.size() * 2 + 2) rehash();
+        std::size_t const mask = slots_.size() - 1;
+        for (std::size_t i = slot(head);; i = (i + 1) & mask) {
+            std::uint32_t const index = slots_[i];
+            if (index == kNone) return slots_[i] = make(head, leafEnd, table);
+            if (forms_[index].head == head) return index;
+        }
+    }
+    /// Asks for a form and for its words, which will be read soon.
+    void prefetch(std::uint32_t form) const noexcept { __builtin_prefetch(&forms_[form]); }
+    void prefetch(FormWords const& words) const noexcept { __builtin_prefetch(&words_[words.first]); }
+    /// Index of the form that is nothing but the unknown word.
+    std::uint32_t unknown(SearchTable const& table);
+
+    Form const& form(std::uint32_t index) const noexcept { return forms_[index]; }
+    FormWord const* words() const noexcept { return words_.begin(); }
+    /// The record of word @p number of a form; @p sparse: among all words, else among the plain ones.
+    unsigned char const* record(std::uint32_t form, bool sparse, std::uint32_t number, SearchTable const& table) const;
+
+private:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+    std::size_t slot(unsigned char const* head) const noexcept {
+        return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(head) * 0x9E3779B97F4A7C15ULL >> shift_);
+    }
+    std::uint32_t make(unsigned char const* head, unsigned char const* leafEnd, SearchTable const& table);
+    void addWord(FormWords& list, SearchTable::Id const& id, std::uint8_t cost, SearchTable const& table);
+    void rehash();
+
+    RawBuffer<std::uint32_t> slots_;  // index of a form or kNone; a power of two
+    unsigned shift_ = 64;
+    RawBuffer<Form> forms_;
+    RawBuffer<FormWord> words_;
+};
+
+}  // namespace TAVO
+
+#endif
