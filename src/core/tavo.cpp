@@ -3,6 +3,7 @@
 #include "dic/pools.hpp"
 #include "result/mrph_access.hpp"
 
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -94,11 +95,16 @@ void Tavo::touchDic(char const* path) { impl_->context.dics.touchDic(path); }
 void Tavo::touchDic() {}
 
 int Tavo::updateDic(int index) {
-    int const code = impl_->context.dics.updateDic(index, impl_->context.pos.listedNames());
-    // A rebuild frees the old image, and a failed file step (6) may have moved
-    // it: results of the last analysis point into it.
-    if (code == 1 || code == 6) impl_->dropInput();
-    return code;
+    // A rebuild frees the old image, and a failed file step (6) or a lack of memory
+    // may have moved it: results of the last analysis point into it.
+    try {
+        int const code = impl_->context.dics.updateDic(index, impl_->context.pos.listedNames());
+        if (code == 1 || code == 6) impl_->dropInput();
+        return code;
+    } catch (std::bad_alloc const&) {
+        impl_->dropInput();
+        throw;
+    }
 }
 
 int Tavo::updateDic(char const* path) {

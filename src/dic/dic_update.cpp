@@ -2,7 +2,6 @@
 #include <tavo/error.hpp>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "base/text.hpp"
 #include "dic/dic_compiler.hpp"
@@ -10,7 +9,6 @@
 #include "dic/file_access.hpp"
 #include "dic/pools.hpp"
 
-#include <cstdio>
 #include <new>
 #include <optional>
 #include <tuple>
@@ -39,13 +37,36 @@ public:
 
     explicit operator bool() const noexcept { return handle_ >= 0; }
     int handle() const noexcept { return handle_; }
-    bool close() {
-        int const handle = std::exchange(handle_, -1);
-        return handle < 0 || FileClose(handle) == 0;
+    void close() {
+        if (handle_ >= 0) FileClose(std::exchange(handle_, -1));
     }
 
 private:
     int handle_;
+};
+
+/// The file @p path + "_tmp". Its lock lasts as long as its name, so that no other
+/// process empties it before it has taken the place of the old dictionary.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::string const& path) : path_(path + "_tmp"), file_(FileCreate(path_.c_str())) {}
+    ~TemporaryFile() {
+        if (file_) FileDelete(path_.c_str());
+    }
+    TemporaryFile(TemporaryFile const&) = delete;
+    TemporaryFile& operator=(TemporaryFile const&) = delete;
+
+    explicit operator bool() const noexcept { return static_cast<bool>(file_); }
+    int handle() const noexcept { return file_.handle(); }
+    bool renameTo(std::string const& path) {
+        if (FileRename(path_.c_str(), path.c_str()) != 0) return false;
+        file_.close();
+        return true;
+    }
+
+private:
+    std::string path_;
+    OpenFile file_;
 };
 
 /// Marks a dictionary as being rebuilt by its only user, and ends that state on
@@ -78,40 +99,16 @@ UpdateResult readSource(std::string const& path, DicCompiler& compiler) {
     return reader.failed() ? kSourceUnreadable : kRebuilt;
 }
 
-/// Writes the compiled dictionary to @p path; nothing stays there on failure.
-UpdateResult writeDictionary(DicCompiler& compiler, std::string const& path) {
-    OpenFile file(FileCreate(path.c_str()));
-    if (!file) return kFileStepFailed;
-    bool written = false;
-    try {
-        // On disk before it takes the old file's name, so that a crash leaves
-        // one of the two whole.
-        written = compiler.compile(file.handle(), false) && FileFlush(file.handle()) == 0 && file.close();
-    } catch (...) {
-        ::unlink(path.c_str());
-        throw;
-    }
-    if (written) return kRebuilt;
-    ::unlink(path.c_str());
-    return kRefused;
-}
-
-/// Puts the file @p path + "_tmp" in the place of @p path.
-bool replaceFile(std::string const& path) {
-    std::string const tmp = path + "_tmp";
+/// Puts the temporary file in the place of @p path in one step: at any moment a
+/// whole file, the old one or the new one, has that name. The old one is kept as
+/// @p path + "_bak" until then.
+bool replaceFile(std::string const& path, TemporaryFile& made) {
     std::string const bak = path + "_bak";
-    ::unlink(bak.c_str());
-    if (std::rename(path.c_str(), bak.c_str()) != 0) {
-        ::unlink(tmp.c_str());
-        return false;
-    }
-    if (std::rename(tmp.c_str(), path.c_str()) != 0) {
-        std::rename(bak.c_str(), path.c_str());
-        ::unlink(tmp.c_str());
-        return false;
-    }
-    ::unlink(bak.c_str());
-    return true;
+    FileDelete(bak.c_str());
+    if (FileLink(path.c_str(), bak.c_str()) < 0) return false;
+    bool const replaced = made.renameTo(path);
+    FileDelete(bak.c_str());
+    return replaced;
 }
 
 /// Without its file a dictionary finds nothing; the next rebuild may cure that.
@@ -136,13 +133,14 @@ std::unique_ptr<Dic const> loadReplacement(std::string const& path, bool memoryM
 }
 
 /// Steps from the compiled temporary file to the entry's new dictionary.
-UpdateResult exchangeDictionary(DicEntry& entry, RebuildMark& mark) {
+UpdateResult exchangeDictionary(DicEntry& entry, TemporaryFile& made, RebuildMark& mark) {
     // Loaded dictionaries are constant to everybody but their only user here.
     Dic& old = const_cast<Dic&>(*entry.dic);
+    entry.readingIndex.reset();  // refers to the mapping, which may come back elsewhere
     old.release();
     std::unique_ptr<Dic const> replacement;
     try {
-        if (replaceFile(entry.path)) replacement = loadReplacement(entry.path, entry.memoryMapped);
+        if (replaceFile(entry.path, made)) replacement = loadReplacement(entry.path, entry.memoryMapped);
         if (replacement != nullptr) mark.moveTo(replacement.get());
     } catch (...) {
         takeBackIfPossible(old);
@@ -153,7 +151,6 @@ UpdateResult exchangeDictionary(DicEntry& entry, RebuildMark& mark) {
         return kFileStepFailed;
     }
     entry.dic = replacement.get();
-    entry.readingIndex.reset();
     sharedPools().DIC_POOL[entry.path] = std::move(replacement);  // frees the old one
     return kRebuilt;
 }
@@ -174,8 +171,12 @@ int DicSet::updateDic(int index, std::vector<std::string> const& names) {
     RebuildMark mark(updated.dic);
     DicCompiler compiler(names);
     if (UpdateResult const read = readSource(updated.sourcePath, compiler); read != kRebuilt) return read;
-    UpdateResult const written = writeDictionary(compiler, updated.path + "_tmp");
-    return written == kRebuilt ? exchangeDictionary(updated, mark) : written;
+    TemporaryFile made(updated.path);
+    if (!made) return kFileStepFailed;
+    // On disk before it takes the old file's name, so that a crash of the machine
+    // leaves one of the two whole.
+    if (!compiler.compile(made.handle(), false) || FileFlush(made.handle()) != 0) return kRefused;
+    return exchangeDictionary(updated, made, mark);
 }
 
 }  // namespace TAVO

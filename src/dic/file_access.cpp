@@ -6,13 +6,25 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 
 namespace TAVO {
+
+int (*fileFault)(FileStep step, std::size_t& bytes) = nullptr;
+
+bool fileStepFails(FileStep step, std::size_t& bytes) {
+    int const code = fileFault != nullptr ? fileFault(step, bytes) : 0;
+    if (code != 0) errno = code;
+    return code != 0;
+}
+
 namespace {
 
 int openRetrying(char const* path, int flags, int mode = 0666) {
+    if (fileStepFails((flags & O_CREAT) != 0 ? FileStep::kCreate : FileStep::kOpen)) return -1;
     int handle;
     do {
         handle = ::open(path, flags | O_CLOEXEC, mode);
@@ -28,6 +40,26 @@ bool lockFile(int handle, short type) {
     lock.l_type = type;
     lock.l_whence = SEEK_SET;
     return ::fcntl(handle, F_OFD_SETLK, &lock) == 0 || (errno != EAGAIN && errno != EACCES);
+}
+
+/// True while @p path names the open file: whoever held the lock before may have
+/// renamed or deleted it.
+bool hasName(int handle, char const* path) {
+    struct stat opened {
+    }, named{};
+    return ::fstat(handle, &opened) == 0 && ::stat(path, &named) == 0 && opened.st_dev == named.st_dev &&
+           opened.st_ino == named.st_ino;
+}
+
+/// A rename lasts once its folder is on disk. File systems that cannot flush
+/// folders do without.
+void flushFolder(std::string const& path) {
+    std::size_t const slash = path.rfind('/');
+    std::string const folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    int const handle = openRetrying(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    if (handle < 0) return;
+    if (!fileStepFails(FileStep::kFlush)) ::fsync(handle);
+    ::close(handle);
 }
 
 int openReading(char const* path) {
@@ -70,7 +102,9 @@ int FileCreate(char const* path) {
     // Emptied only once the lock is held, so that a reader's file stays whole.
     int const handle = openRetrying(path, O_WRONLY | O_CREAT);
     if (handle < 0) return -1;
-    if (!lockFile(handle, F_WRLCK) || ::ftruncate(handle, 0) != 0) {
+    bool const emptied = lockFile(handle, F_WRLCK) && hasName(handle, path) && !fileStepFails(FileStep::kTruncate) &&
+                         ::ftruncate(handle, 0) == 0;
+    if (!emptied) {
         ::close(handle);
         return -1;
     }
@@ -81,12 +115,17 @@ int FileOpenMode(char const* path, int mode) {
     return (mode & 1) == 0 ? openReading(path) : openRetrying(path, O_RDWR | O_CREAT | O_EXCL);
 }
 
-int FileClose(int handle) { return ::close(handle) == 0 ? 0 : -1; }
+int FileClose(int handle) {
+    bool const failed = fileStepFails(FileStep::kClose);
+    return ::close(handle) == 0 && !failed ? 0 : -1;
+}
 
 std::int64_t FileRead(int handle, void* buffer, std::size_t count) {
     std::size_t done = 0;
     while (done < count) {
-        ssize_t const got = ::read(handle, static_cast<char*>(buffer) + done, count - done);
+        std::size_t atOnce = count - done;
+        if (fileStepFails(FileStep::kRead, atOnce)) return -1;
+        ssize_t const got = ::read(handle, static_cast<char*>(buffer) + done, atOnce);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return -1;
         if (got == 0) break;
@@ -98,7 +137,9 @@ std::int64_t FileRead(int handle, void* buffer, std::size_t count) {
 std::int64_t FileWrite(int handle, void const* buffer, std::size_t count) {
     std::size_t done = 0;
     while (done < count) {
-        ssize_t const put = ::write(handle, static_cast<char const*>(buffer) + done, count - done);
+        std::size_t atOnce = count - done;
+        if (fileStepFails(FileStep::kWrite, atOnce)) return -1;
+        ssize_t const put = ::write(handle, static_cast<char const*>(buffer) + done, atOnce);
         if (put < 0 && errno == EINTR) continue;
         if (put < 0) return -1;
         done += static_cast<std::size_t>(put);
@@ -111,7 +152,20 @@ std::int64_t FileSeek(int handle, std::int64_t distance, int origin) {
     return ::lseek(handle, distance, whence);
 }
 
-int FileFlush(int handle) { return ::fsync(handle) == 0 ? 0 : -1; }
+int FileFlush(int handle) { return !fileStepFails(FileStep::kFlush) && ::fsync(handle) == 0 ? 0 : -1; }
+
+int FileLink(char const* path, char const* name) {
+    if (!fileStepFails(FileStep::kLink) && ::link(path, name) == 0) return 0;
+    return errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK ? 1 : -1;
+}
+
+int FileRename(char const* path, char const* name) {
+    if (fileStepFails(FileStep::kRename) || std::rename(path, name) != 0) return -1;
+    flushFolder(name);
+    return 0;
+}
+
+int FileDelete(char const* path) { return !fileStepFails(FileStep::kDelete) && ::unlink(path) == 0 ? 0 : -1; }
 
 std::int64_t FileReadLine(int handle, char* buffer, std::size_t capacity) {
     if (buffer == nullptr) return -2;

@@ -26,7 +26,7 @@ int FileOpenShared(char const* path);
 int FileOpenExclusive(char const* path);
 /// Creates the file or empties it, for writing, under an advisory exclusive
 /// lock. Fails, and leaves the file as it was, while a FileOpenExclusive or
-/// FileCreate handle of it is open.
+/// FileCreate handle of it is open, and when it lost its name meanwhile.
 int FileCreate(char const* path);
 /// Mode bit 0 clear: existing file, reading. Set: a new file (it must not exist
 /// yet), reading and writing.
@@ -41,6 +41,25 @@ std::int64_t FileWrite(int handle, void const* buffer, std::size_t count);
 std::int64_t FileSeek(int handle, std::int64_t distance, int origin);
 /// Waits until the file's bytes are on disk. 0 or -1.
 int FileFlush(int handle);
+/// Gives the file a second name, which must be free. 0; 1 where the file system
+/// has no second names; -1.
+int FileLink(char const* path, char const* name);
+/// Gives the file the name @p name instead. Whatever had that name is replaced in
+/// the same moment: at no time is there no file of it. 0 or -1.
+int FileRename(char const* path, char const* name);
+int FileDelete(char const* path);
+
+enum class FileStep { kOpen, kCreate, kTruncate, kRead, kWrite, kFlush, kClose, kLink, kRename, kDelete, kMap };
+/// Where set, which tests alone do before threads start: asked before each step.
+/// Gives the errno that the step fails with, or 0 to let it be done. @p bytes is
+/// what a read or a write is about to move at once, and may be lessened.
+extern int (*fileFault)(FileStep step, std::size_t& bytes);
+/// True when @p step is to fail; errno is set.
+bool fileStepFails(FileStep step, std::size_t& bytes);
+inline bool fileStepFails(FileStep step) {
+    std::size_t none = 0;
+    return fileStepFails(step, none);
+}
 
 /// Reads a line byte by byte: LF ends it, CR is dropped, NUL terminates it in
 /// the buffer. Returns its length; -1 at the end of the file or on an error; -2
@@ -100,6 +119,8 @@ int MmapOpen(char const* path, int flags, int mode);
 /// Maps the whole file; @p hint and @p length are ignored. On failure the slot
 /// is freed and the descriptor, still open, is the caller's to close.
 void* Mmap(void* hint, std::size_t length, int protection, int flags, int descriptor);
+/// Number of bytes of a view, 0 for an unknown one.
+std::size_t MmapLength(void const* view);
 /// 0; -2 for an unknown view; -1 when unmapping fails. The descriptor stays
 /// registered.
 int Munmap(void const* view);

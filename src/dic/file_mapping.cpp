@@ -48,6 +48,7 @@ void* mmapFailed() noexcept { return MAP_FAILED; }
 int MmapOpen(char const* path, int flags, int mode) {
     Slot* const slot = slotOf(0);
     if (slot == nullptr) return -2;
+    if (fileStepFails(FileStep::kOpen)) return -1;
     int const opened = ::open(path, flags | O_CLOEXEC, mode);
     if (opened < 0) return -1;
     int const descriptor = moveAwayFromZero(opened);
@@ -65,7 +66,7 @@ void* Mmap(void* /*hint*/, std::size_t /*length*/, int protection, int flags, in
     // another file by now.
     struct stat status {};
     void* view = MAP_FAILED;
-    if (::fstat(descriptor, &status) == 0) {
+    if (!fileStepFails(FileStep::kMap) && ::fstat(descriptor, &status) == 0) {
         slot->length = static_cast<std::size_t>(status.st_size);
         view =
             ::mmap(nullptr, slot->length, pages, (flags & kMapPrivate) != 0 ? MAP_PRIVATE : MAP_SHARED, descriptor, 0);
@@ -76,6 +77,11 @@ void* Mmap(void* /*hint*/, std::size_t /*length*/, int protection, int flags, in
         slot->view = view;
     }
     return view;
+}
+
+std::size_t MmapLength(void const* view) {
+    Slot const* const slot = slotOf(view);
+    return slot != nullptr ? slot->length : 0;
 }
 
 int Munmap(void const* view) {

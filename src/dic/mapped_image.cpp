@@ -9,6 +9,11 @@
 #include <stdexcept>
 
 namespace TAVO {
+namespace {
+
+constexpr std::int64_t kMostBytes = std::numeric_limits<std::uint32_t>::max();
+
+}  // namespace
 
 MappedImage::MappedImage(bool memoryMapped, char const* path)
     : path_(path != nullptr ? path : throw std::invalid_argument("INVALID_ARGUMENT: Dic::Dic()")),
@@ -41,7 +46,7 @@ void MappedImage::takeBack() {
 void MappedImage::measure(std::string const& notFoundText) {
     std::int64_t const length = FileLength(path_.c_str());
     if (length < 0) throw file_not_found(notFoundText);
-    if (length == 0 || length > std::numeric_limits<std::uint32_t>::max()) throw illegal_format(path_);
+    if (length == 0 || length > kMostBytes) throw illegal_format(path_);
     length_ = static_cast<std::size_t>(length);
 }
 
@@ -57,15 +62,24 @@ void MappedImage::map(std::string const& notFoundText) {
         throw std::bad_alloc();
     }
     image_ = static_cast<unsigned char const*>(view);
+    // Of the file that was mapped: the path may have got another since it was measured.
+    length_ = MmapLength(view);
+    if (length_ > static_cast<std::size_t>(kMostBytes)) {
+        release();
+        throw illegal_format(path_);
+    }
 }
 
 void MappedImage::read() {
     int const handle = FileOpenExclusive(path_.c_str());
     if (handle < 0) throw file_not_found(path_);
     std::int64_t got = -1;
+    unsigned char more;
     try {
         block_.reset(new unsigned char[length_]);
         got = FileRead(handle, block_.get(), length_);
+        // Longer than measured: another file got the path meanwhile.
+        if (FileRead(handle, &more, 1) != 0) got = -1;
     } catch (std::bad_alloc const&) {
         FileClose(handle);
         throw;
