@@ -35,27 +35,18 @@ void walkBackward(std::string_view text, DicSet const& dics, Builder& builder) {
     }
 }
 
-/// Calls isFound(MrphDic) for the records of @p chain that may become nodes, until
-/// it returns true: of neighbouring homographs of one id only the first does, and
-/// it counts as handled even when nothing may follow it.
-template <class IsFound>
-void findNodeRecord(RecordChain chain, std::uint32_t idCount, IsFound&& isFound) {
+/// Calls visit(MrphDic) for the records of @p chain that may become nodes: of
+/// neighbouring homographs of one id only the first does, and it counts as
+/// handled even when nothing may follow it.
+template <class Visit>
+void eachNodeRecord(RecordChain chain, std::uint32_t idCount, Visit&& visit) {
     for (std::uint16_t handled = 0; chain; chain = chain.next()) {
         MrphDic const record = chain.record();
         std::uint16_t const pid = record.pid();
         if (pid == handled || pid == 0 || pid > idCount) continue;
         handled = pid;
-        if (isFound(record)) return;
-    }
-}
-
-/// Calls visit(MrphDic) for all of them.
-template <class Visit>
-void eachNodeRecord(RecordChain chain, std::uint32_t idCount, Visit&& visit) {
-    findNodeRecord(chain, idCount, [&](MrphDic record) {
         visit(record);
-        return false;
-    });
+    }
 }
 
 }  // namespace TAVO

@@ -59,7 +59,7 @@ public:
             while (word - arc->firstWord >= arc->count) ++arc;
             std::uint32_t const number = word - arc->firstWord;
             Link const link = linkOf(word, p + arc->length);
-            visit(PathWord{forms_.record(arc->form, arc->sparse, number, table_), link.key, arc->length,
+            visit(PathWord{forms_.record(arc->form, arc->words + number), link.key, arc->length,
                            forms_.words()[arc->words + number].column});
             word = link.next;
             p += arc->length;

@@ -17,53 +17,40 @@ void FormCache::clear() noexcept {
     slots_.clear();
     forms_.clear();
     words_.clear();
+    recordOffsets_.clear();
 }
 
 std::uint32_t FormCache::unknown(SearchTable const& table) {
     return find(kUnknownRecord.data(), kUnknownRecord.data() + kUnknownRecord.size(), table);
 }
 
-unsigned char const* FormCache::record(std::uint32_t form, bool sparse, std::uint32_t number,
-                                       SearchTable const& table) const {
-    unsigned char const* found = nullptr;
-    std::uint32_t count = 0;
-    RecordChain const chain(forms_[form].head, forms_[form].leafEnd);
-    findNodeRecord(chain, table.idCount(), [&](MrphDic record) {
-        if (!sparse && SearchTable::isSparse(table.id(record.pid()))) return false;
-        found = record.head();
-        return count++ == number;
-    });
-    return found;
-}
-
 std::uint32_t FormCache::make(unsigned char const* head, unsigned char const* leafEnd, SearchTable const& table) {
-    Form form{head, leafEnd, {}, {}, 0};
+    Form form{head, {}, {}, 0};
     form.all.first = static_cast<std::uint32_t>(words_.size());
-    auto const eachWord = [&](auto&& visit) {
-        eachNodeRecord(RecordChain(head, leafEnd), table.idCount(),
-                       [&](MrphDic record) { visit(table.id(record.pid()), record.cost()); });
-    };
-    eachWord([&](SearchTable::Id const& id, std::uint8_t cost) {
-        addWord(form.all, id, cost, table);
+    eachNodeRecord(RecordChain(head, leafEnd), table.idCount(), [&](MrphDic record) {
+        addWord(form, form.all, record, table);
+        SearchTable::Id const& id = table.id(record.pid());
         if (SearchTable::isSparse(id)) form.enteredBy = static_cast<std::uint8_t>(form.enteredBy | id.enteredBy);
     });
     form.plain = form.all;
     if (form.enteredBy != 0) {
         form.plain = {};
         form.plain.first = static_cast<std::uint32_t>(words_.size());
-        eachWord([&](SearchTable::Id const& id, std::uint8_t cost) {
-            if (!SearchTable::isSparse(id)) addWord(form.plain, id, cost, table);
+        eachNodeRecord(RecordChain(head, leafEnd), table.idCount(), [&](MrphDic record) {
+            if (!SearchTable::isSparse(table.id(record.pid()))) addWord(form, form.plain, record, table);
         });
     }
     forms_.push(form);
     return static_cast<std::uint32_t>(forms_.size() - 1);
 }
 
-void FormCache::addWord(FormWords& list, SearchTable::Id const& id, std::uint8_t cost, SearchTable const& table) {
+void FormCache::addWord(Form const& form, FormWords& list, MrphDic record, SearchTable const& table) {
+    SearchTable::Id const& id = table.id(record.pid());
     bool const bounded = id.enteredBy == 0;
     unsigned const marks = (id.enters != 0 ? FormWord::kEntersSparse : 0U) |
                            (SearchTable::isSparse(id) ? FormWord::kSparse : 0U) | (bounded ? FormWord::kBounded : 0U);
-    words_.push({id.rowOffset, id.column, cost, static_cast<std::uint8_t>(marks)});
+    words_.push({id.rowOffset, id.column, record.cost(), static_cast<std::uint8_t>(marks)});
+    recordOffsets_.push(static_cast<std::uint32_t>(record.head() - form.head));
     std::uint8_t const least = table.columnMinimum(id.column);
     list.leastColumn = list.count == 0 ? least : std::min(list.leastColumn, least);
     list.allBounded = bounded && (list.count == 0 || list.allBounded);

@@ -35,8 +35,7 @@ struct FormWords {
 
 /// The words of one surface form in one dictionary, in the order of making.
 struct Form {
-    unsigned char const* head;     ///< of the first record
-    unsigned char const* leafEnd;  ///< no record reaches beyond
+    unsigned char const* head;  ///< of the first record
     FormWords all;
     FormWords plain;             ///< without those of sparse columns
     std::uint8_t enteredBy = 0;  ///< classes that may stand before the sparse ones
@@ -69,8 +68,10 @@ public:
 
     Form const& form(std::uint32_t index) const noexcept { return forms_[index]; }
     FormWord const* words() const noexcept { return words_.begin(); }
-    /// The record of word @p number of a form; @p sparse: among all words, else among the plain ones.
-    unsigned char const* record(std::uint32_t form, bool sparse, std::uint32_t number, SearchTable const& table) const;
+    /// The record of word @p word, which is one of @p form.
+    unsigned char const* record(std::uint32_t form, std::uint32_t word) const noexcept {
+        return forms_[form].head + recordOffsets_[word];
+    }
 
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
@@ -79,13 +80,14 @@ private:
         return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(head) * 0x9E3779B97F4A7C15ULL >> shift_);
     }
     std::uint32_t make(unsigned char const* head, unsigned char const* leafEnd, SearchTable const& table);
-    void addWord(FormWords& list, SearchTable::Id const& id, std::uint8_t cost, SearchTable const& table);
+    void addWord(Form const& form, FormWords& list, MrphDic record, SearchTable const& table);
     void rehash();
 
     RawBuffer<std::uint32_t> slots_;  // index of a form or kNone; a power of two
     unsigned shift_ = 64;
     RawBuffer<Form> forms_;
     RawBuffer<FormWord> words_;
+    RawBuffer<std::uint32_t> recordOffsets_;  // by word: from the form's first record
 };
 
 }  // namespace TAVO
