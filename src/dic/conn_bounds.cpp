@@ -5,31 +5,31 @@
 
 namespace TAVO {
 
-// Plain loops over bytes of one row, which compilers turn into vector code: a
-// matrix of 10 MB takes about a millisecond.
+// The loop over all cells only takes minima and maxima of bytes, which compilers
+// turn into vector code; what else there is to know concerns the few columns that
+// forbid a row.
 ConnBounds::ConnBounds(unsigned char const* matrix, std::uint32_t rows, std::uint32_t cols)
-
     : columnMinimum(cols, 255), columnMaximum(cols, 0), sparse(cols, 0), entersSparse(rows, 0) {
     std::vector<std::uint8_t> maximum(cols, 0);
-    std::vector<std::uint16_t> forbidden(cols, 0);
     for (std::uint32_t row = 0; row < rows; ++row) {
         unsigned char const* const costs = matrix + std::size_t{row} * cols;
         for (std::uint32_t col = 0; col < cols; ++col) {
             columnMinimum[col] = std::min(columnMinimum[col], costs[col]);
             maximum[col] = std::max(maximum[col], costs[col]);
-            forbidden[col] = static_cast<std::uint16_t>(forbidden[col] + (costs[col] == 255));
         }
     }
+    std::vector<std::uint32_t> unbounded;
     for (std::uint32_t col = 0; col < cols; ++col) {
-        columnMaximum[col] = forbidden[col] != 0 ? kUnbounded : maximum[col];
-        sparse[col] = forbidden[col] > rows / 2 ? 0xFF : 0;
+        columnMaximum[col] = maximum[col] == 255 ? kUnbounded : maximum[col];
+        if (maximum[col] == 255) unbounded.push_back(col);
     }
-    for (std::uint32_t row = 0; row < rows; ++row) {
-        unsigned char const* const costs = matrix + std::size_t{row} * cols;
-        std::uint8_t enters = 0;
-        for (std::uint32_t col = 0; col < cols; ++col)
-            enters = static_cast<std::uint8_t>(enters | (sparse[col] & ~costs[col]));
-        entersSparse[row] = enters != 0;
+    for (std::uint32_t const col : unbounded) {
+        std::uint32_t forbidden = 0;
+        for (std::uint32_t row = 0; row < rows; ++row) forbidden += matrix[std::size_t{row} * cols + col] == 255;
+        if (forbidden <= rows / 2) continue;
+        sparse[col] = 0xFF;
+        for (std::uint32_t row = 0; row < rows; ++row)
+            if (matrix[std::size_t{row} * cols + col] != 255) entersSparse[row] = 1;
     }
 }
 
