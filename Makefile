@@ -1,12 +1,13 @@
 # The one front door: `make` lists what there is.
 #
 # Variables: LEXICON=DIR another MeCab-format lexicon; PREFIX=DIR where to
-# install; TEXT=FILE what the benchmark reads; CXX=clang++ another compiler,
-# with a build folder of its own.
+# install; TEXT=FILE what the benchmark reads; SECONDS=N how long each fuzz
+# target runs; CXX=clang++ another compiler, with a build folder of its own.
 
 LEXICON ?= /usr/share/mecab/dic/ipadic
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
+SECONDS ?= 60
 TEXT ?=
 GOLD ?=
 LEXICONS ?=
@@ -30,12 +31,13 @@ say = @printf '\n== %s\n' "$(1)"
 CTEST := ctest --output-on-failure --no-tests=error -j $(JOBS)
 
 .DEFAULT_GOAL := help
-.PHONY: help demo test build lexicon bench accuracy lint tidy format install \
+.PHONY: help demo test fuzz build lexicon bench accuracy lint tidy format install \
         test-release test-asan test-tsan
 
 help:
 	@echo 'make demo       install what is needed, build, make the lexicon, analyse some sentences'
 	@echo 'make test       all tests: release, address and undefined sanitizers, thread sanitizer'
+	@echo 'make fuzz       each fuzz target for SECONDS=$(SECONDS) seconds'
 	@echo 'make build      program $(BUILD)/bin/tavo, library $(BUILD)/lib/libtavo.so; CXX=clang++ for another compiler'
 	@echo 'make lexicon    the default lexicon in $(BUILD)/share/tavo; LEXICON=DIR for another source'
 	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
@@ -78,6 +80,13 @@ test-tsan: test-asan
 	@cmake --preset tsan $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build --preset tsan -j $(JOBS) --target tavo_thread_tests tavo_program tavo_make_conn_table
 	@$(CTEST) --test-dir build-tsan -L threads
+
+fuzz:
+	@scripts/setup fuzz
+	$(call say,fuzz targets ($(SECONDS) seconds each))
+	@cmake --preset fuzz >/dev/null
+	@cmake --build --preset fuzz -j $(JOBS) --target tavo_fuzz_targets
+	@scripts/fuzz build-fuzz $(SECONDS)
 
 install: lexicon
 	$(call say,install below $(PREFIX))

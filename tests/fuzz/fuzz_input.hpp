@@ -36,6 +36,12 @@ public:
         bytes_.remove_prefix(text.size() < bytes_.size() ? text.size() : bytes_.size());
         return text;
     }
+    /// What is left, all of it.
+    std::string rest() {
+        std::string text(bytes_);
+        bytes_ = {};
+        return text;
+    }
 
 private:
     std::string_view bytes_;

@@ -1,0 +1,44 @@
+// Input of the program: blocks of lines join to the file, and the words of a line,
+// wherever they are cut, join to its bytes, valid UTF-8 or not.
+#include "fuzz/fuzz_input.hpp"
+#include "fuzz/fuzz_world.hpp"
+#include "line_reader.hpp"
+#include "line_text.hpp"
+
+namespace {
+
+using TAVO::test::check;
+
+void checkLine(tool::LineText& text, std::string_view line) {
+    text.assignUtf8(line);
+    check(text.original() == line && text.invalidBytes() <= line.size());
+    std::string joined;
+    for (std::size_t at = 0, before = 0; at <= text.sjis().size(); ++at) {
+        std::size_t const offset = text.originalOffset(at);
+        check(before <= offset && offset <= line.size());
+        joined += text.slice(before, offset);
+        before = offset;
+    }
+    check(joined == line);
+    check(text.originalOffset(0) == 0);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    std::string const bytes = TAVO::test::FuzzInput(data, size).rest();
+    tool::LineReader reader({TAVO::test::fuzzWorld().dir.write("text", bytes)}, size % 2 == 0);
+    std::string joined;
+    tool::LineText text;
+    for (tool::Block block; reader.next(block);) {
+        joined += block.text();
+        std::string_view rest = block.text();
+        while (!rest.empty()) {
+            std::string_view const line = rest.substr(0, rest.find('\n'));
+            checkLine(text, line);
+            rest.remove_prefix(line.size() < rest.size() ? line.size() + 1 : rest.size());
+        }
+    }
+    check(joined == bytes && !reader.failed());
+    return 0;
+}
