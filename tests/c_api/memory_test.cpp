@@ -3,7 +3,9 @@
 
 #include <tavo/tavo_bulk.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <new>
 #include <utility>
@@ -104,6 +106,31 @@ TEST_F(OutOfMemory, IsACodeFromAnyAllocation) {
                 kind, [&] { return withFreshAnalyser(call); }, [](int code) { EXPECT_EQ(code, -10000); });
             EXPECT_GT(count, 0) << "call " << &call - calls;
         }
+}
+
+TEST_F(OutOfMemory, LeavesAnAnalyserThatWorks) {
+    namespace fs = std::filesystem;
+    std::string const other = dir.write("other", readFile(paths.dic));
+    std::function<int()> const calls[] = {
+        [&] { return tavo_analyzeNBest(tavo, text_.data(), 4); },
+        [&] { return tavo_updateDic(tavo, 0); },
+        [&] { return tavo_addDicPath(tavo, other.c_str(), 1); },
+        [&] { return tavo_setConnTablePath(tavo, paths.connTable.c_str()); },
+    };
+    auto const touchSource = [&] {
+        fs::last_write_time(paths.source, fs::last_write_time(paths.dic) + std::chrono::seconds(2));
+    };
+    touchSource();
+    for (auto const& call : calls)
+        for (Fail const kind : {Fail::One, Fail::AllFromThere})
+            failures(kind, call, [&](int code) {
+                // A dictionary that cannot be compiled is 5, for lack of memory too.
+                EXPECT_TRUE(code == -10000 || (code == 5 && &call == &calls[1])) << code << ", call " << &call - calls;
+                ASSERT_EQ(analyze(text_).count, 2);
+                EXPECT_EQ(tavo_getPid(compound()), 4);
+                touchSource();
+            });
+    EXPECT_EQ(tavo_getDicCount(tavo), 2);
 }
 
 TEST_F(OutOfMemory, OfAMorphemeAndItsErrors) {
