@@ -32,11 +32,12 @@ CTEST := ctest --output-on-failure --no-tests=error -j $(JOBS)
 
 .DEFAULT_GOAL := help
 .PHONY: help demo test fuzz build lexicon bench accuracy lint tidy format install \
-        test-release test-asan test-tsan
+        sanitize test-asan test-tsan
 
 help:
 	@echo 'make demo       install what is needed, build, make the lexicon, analyse some sentences'
-	@echo 'make test       all tests: release, address and undefined sanitizers, thread sanitizer'
+	@echo 'make test       all tests'
+	@echo 'make sanitize   all tests under the address and undefined sanitizers, those with threads under the thread sanitizer'
 	@echo 'make fuzz       each fuzz target for SECONDS=$(SECONDS) seconds'
 	@echo 'make build      program $(BUILD)/bin/tavo, library $(BUILD)/lib/libtavo.so; CXX=clang++ for another compiler'
 	@echo 'make lexicon    the default lexicon in $(BUILD)/share/tavo; LEXICON=DIR for another source'
@@ -60,22 +61,27 @@ lexicon: build
 	$(call say,lexicon from $(LEXICON) in $(BUILD)/share/tavo)
 	@scripts/make-lexicon $(BUILD) $(LEXICON)
 
-test: test-release test-asan test-tsan
-	$(call say,all tests passed)
-
-test-release: lexicon
+test: lexicon
 	@scripts/setup test
 	$(call say,tests (release))
 	@cmake --build $(BUILD) -j $(JOBS)
 	@$(CTEST) --test-dir $(BUILD)
 
-test-asan: test-release
+# One after the other, also under -j.
+sanitize:
+	@$(MAKE) --no-print-directory test-asan
+	@$(MAKE) --no-print-directory test-tsan
+	$(call say,all tests passed under the sanitizers)
+
+test-asan: lexicon
+	@scripts/setup test
 	$(call say,tests under the address and undefined behaviour sanitizers)
 	@cmake --preset asan-ubsan $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build --preset asan-ubsan -j $(JOBS)
 	@$(CTEST) --test-dir build-asan
 
-test-tsan: test-asan
+test-tsan: lexicon
+	@scripts/setup test
 	$(call say,tests with threads under the thread sanitizer)
 	@cmake --preset tsan $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build --preset tsan -j $(JOBS) --target tavo_thread_tests tavo_program tavo_make_conn_table
