@@ -8,9 +8,9 @@ import sys
 import pytest
 
 PROGRAM = pathlib.Path(__file__).resolve().parents[2] / "bench" / "accuracy.py"
-specification = importlib.util.spec_from_file_location("accuracy", PROGRAM)
-accuracy = importlib.util.module_from_spec(specification)
-specification.loader.exec_module(accuracy)
+found = importlib.util.spec_from_file_location("accuracy", PROGRAM)
+accuracy = importlib.util.module_from_spec(found)
+found.loader.exec_module(accuracy)
 
 CONLLU = """# sent_id = 1
 # text = 12,3円 です
