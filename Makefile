@@ -44,8 +44,8 @@ help:
 	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
 	@echo 'make bench      speed of the pieces and of the program; TEXT=FILE for a text of your own'
 	@echo 'make accuracy   word F1 against another analyser and against gold; TEXT=FILE GOLD=FILE.conllu LEXICONS=...'
-	@echo 'make lint       format, layers, shellcheck, cppcheck'
-	@echo 'make tidy       the same and clang-tidy, which takes minutes'
+	@echo 'make lint       format, layers, shellcheck, cppcheck, clang-tidy'
+	@echo 'make tidy       the same with clang-tidy file by file, following paths, which takes many minutes'
 	@echo 'make format     reformat all C++ files'
 
 demo: lexicon

@@ -39,11 +39,11 @@ std::vector<std::uint16_t> loadIndexes(unsigned char const* p, std::size_t count
     return indexes;
 }
 
+}  // namespace
+
 bool allBelow(std::vector<std::uint16_t> const& indexes, std::uint16_t bound) {
     return std::all_of(indexes.begin(), indexes.end(), [bound](std::uint16_t index) { return index < bound; });
 }
-
-}  // namespace
 
 ConnTable::ConnTable(bool flag, char const* path)
     : flag_(flag),
@@ -52,7 +52,6 @@ ConnTable::ConnTable(bool flag, char const* path)
 }
 
 void ConnTable::parse(std::size_t sizeBytes) {
-    constexpr std::size_t kHeaderBytes = 10;
     unsigned char const* const bytes = file_.get();
     if (sizeBytes < kHeaderBytes) throw illegal_format(path_);
     idCount_ = loadU16(bytes);

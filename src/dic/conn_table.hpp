@@ -22,6 +22,7 @@ class Dic;
 /// 3 the unknown word (a table always has at least these three).
 class ConnTable {
 public:
+    static constexpr std::size_t kHeaderBytes = 10;  // behind it the row indexes
     static constexpr std::uint8_t kForbidden = 255;
     static constexpr std::uint16_t kBeginId = 1, kEndId = 2, kUnknownId = 3;
 
@@ -77,6 +78,9 @@ private:
 /// True when the ids of @p dic's records name the same parts of speech as the
 /// ids of @p table: equal stamps, or names that are a prefix of the table's.
 bool checkAdaptable(ConnTable const& table, Dic const& dic);
+
+/// True when every index of a row or column is below @p bound.
+bool allBelow(std::vector<std::uint16_t> const& indexes, std::uint16_t bound);
 
 }  // namespace TAVO
 

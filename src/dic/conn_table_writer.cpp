@@ -2,6 +2,7 @@
 
 #include "base/bytes.hpp"
 #include "base/crc32.hpp"
+#include "dic/conn_table.hpp"
 
 #include <algorithm>
 #include <stdexcept>
@@ -11,10 +12,6 @@ namespace {
 
 void require(bool holds, char const* fault) {
     if (!holds) throw std::invalid_argument(std::string("connection table: ") + fault);
-}
-
-bool allBelow(std::vector<std::uint16_t> const& indexes, std::uint16_t bound) {
-    return std::all_of(indexes.begin(), indexes.end(), [bound](std::uint16_t index) { return index < bound; });
 }
 
 bool isName(std::string const& name) { return !name.empty() && name.find('\0') == std::string::npos; }

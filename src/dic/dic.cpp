@@ -7,11 +7,6 @@
 #include <cstring>
 
 namespace TAVO {
-namespace {
-
-constexpr std::size_t kHeaderBytes = 16;
-
-}  // namespace
 
 Dic::Dic(bool memoryMapped, char const* path) : image_(memoryMapped, path) { derive(); }
 

@@ -18,6 +18,7 @@ namespace TAVO {
 /// lock. Only a rebuild disturbs it, through release() and takeBack().
 class Dic {
 public:
+    static constexpr std::size_t kHeaderBytes = 16;  // behind it the flags of the names
     static constexpr unsigned kVersion = 2;
     static constexpr unsigned kShiftJis = 1;  // char type
 

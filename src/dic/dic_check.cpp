@@ -11,7 +11,6 @@
 namespace TAVO {
 namespace {
 
-constexpr std::size_t kHeaderBytes = 16;
 constexpr std::size_t kMaxNames = 65534;
 
 class DicCheck {
@@ -64,21 +63,22 @@ private:
 };
 
 bool DicCheck::checkHeader() {
-    if (file_.size() <= kHeaderBytes) return fail(0, "the file is too short for a header");
+    if (file_.size() <= Dic::kHeaderBytes) return fail(0, "the file is too short for a header");
     auto const version = static_cast<unsigned char>(file_[0]);
     auto const charType = static_cast<unsigned char>(file_[1]);
     if (version != Dic::kVersion) return fail(0, "the version is not 2: " + std::to_string(version));
     if (charType > 2) faults_.add(1, "unknown character type: " + std::to_string(charType));
     triePosition_ = word(4);
     nameCount_ = loadU16(asBytes(file_.data()) + 8);
-    std::size_t const poolPosition = kHeaderBytes + 5 * nameCount_;
+    std::size_t const poolPosition = Dic::kHeaderBytes + 5 * nameCount_;
     if (nameCount_ > kMaxNames) faults_.add(8, "too many names: " + std::to_string(nameCount_));
     if (triePosition_ > file_.size()) return fail(4, "the trie lies outside the file");
     if (poolPosition > triePosition_) return fail(8, "the names reach into the trie");
     for (std::size_t i = 0; i < nameCount_; ++i) {
-        if (file_[kHeaderBytes + i] != '\0') faults_.add(kHeaderBytes + i, "a name flag is not 0");
+        if (file_[Dic::kHeaderBytes + i] != '\0') faults_.add(Dic::kHeaderBytes + i, "a name flag is not 0");
     }
-    checkNames(file_, {nameCount_, kHeaderBytes + nameCount_, poolPosition, triePosition_ - poolPosition, 12}, faults_);
+    checkNames(file_, {nameCount_, Dic::kHeaderBytes + nameCount_, poolPosition, triePosition_ - poolPosition, 12},
+               faults_);
     return true;
 }
 

@@ -66,7 +66,8 @@ void SearchTable::deriveClasses(ConnTable const& table, std::vector<std::uint8_t
         if (bounds.columnMaximum[column] == ConnBounds::kUnbounded) columns[column] = kAlways;
         if (bounds.sparse[column] != 0) sparse.push_back(static_cast<std::uint16_t>(column));
     }
-    std::vector<std::uint16_t> leader(sparse.size());
+    auto const count = static_cast<std::uint16_t>(sparse.size());  // a table has 65535 columns at most
+    std::vector<std::uint16_t> leader(count);
     std::iota(leader.begin(), leader.end(), std::uint16_t{0});
     auto const find = [&](std::uint16_t i) {
         while (leader[i] != i) i = leader[i] = leader[leader[i]];
@@ -77,7 +78,7 @@ void SearchTable::deriveClasses(ConnTable const& table, std::vector<std::uint8_t
         if (bounds.entersSparse[row] == 0) continue;
         unsigned char const* const costs = table.rowStart(row);
         bool first = true;
-        for (std::uint16_t i = 0; i < sparse.size(); ++i) {
+        for (std::uint16_t i = 0; i < count; ++i) {
             if (costs[sparse[i]] == ConnTable::kForbidden) continue;
             if (first)
                 firstOfRow[row] = i;
@@ -86,12 +87,12 @@ void SearchTable::deriveClasses(ConnTable const& table, std::vector<std::uint8_t
             first = false;
         }
     }
-    std::vector<std::uint8_t> bit(sparse.size(), 0);
+    std::vector<std::uint8_t> bit(count, 0);
     unsigned next = 0;
-    for (std::uint16_t i = 0; i < sparse.size(); ++i)
+    for (std::uint16_t i = 0; i < count; ++i)
         if (leader[i] == i) bit[i] = static_cast<std::uint8_t>(1U << (next++ % kClasses));
     unsigned char const* const unknown = table.rowStart(table.row(ConnTable::kUnknownId));
-    for (std::uint16_t i = 0; i < sparse.size(); ++i)
+    for (std::uint16_t i = 0; i < count; ++i)
         columns[sparse[i]] = unknown[sparse[i]] != ConnTable::kForbidden ? kAlways : bit[find(i)];
     for (std::uint32_t row = 0; row < table.rows(); ++row)
         if (bounds.entersSparse[row] != 0) rows[row] = bit[find(firstOfRow[row])];

@@ -22,7 +22,7 @@ struct Piece {
 /// The pieces of a format string in the user's encoding. Literal text may hold
 /// characters that code page 932 lacks.
 std::vector<Piece> compile(std::string const& format, Encoding encoding) {
-    std::string padded(format.c_str());  // a NUL ends a format
+    std::string padded = format.substr(0, format.find('\0'));  // a NUL ends a format
     std::size_t const size = padded.size();
     padded.append(kPaddingBytes, '\0');
     LineText text;

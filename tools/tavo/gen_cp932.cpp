@@ -78,7 +78,7 @@ std::vector<std::uint16_t> fromUnicode() {
 /// Unicode value of every two-byte code, by lead byte - 0x80 and second byte.
 std::vector<std::uint16_t> toUnicode() {
     Converter converter("UTF-16LE", "CP932");
-    std::vector<std::uint16_t> table(0x80 * 0x100, 0);
+    std::vector<std::uint16_t> table(std::size_t{0x80} * 0x100, 0);
     for (unsigned lead = 0x81; lead <= 0xFC; ++lead) {
         for (unsigned second = 0x40; isLead(lead) && second <= 0xFC; ++second) {
             char in[2] = {static_cast<char>(lead), static_cast<char>(second)};

@@ -10,18 +10,18 @@ namespace tool {
 
 namespace {
 
-using Analysis = std::vector<TAVO::Mrph>;
+using Path = std::vector<TAVO::Mrph>;
 
 /// How many analyses are looked at for one with a new word.
 constexpr int kMostAnalyses = 2000;
 
-TAVO::Mrph const* newWord(Analysis const& analysis) {
+TAVO::Mrph const* newWord(Path const& analysis) {
     auto const found =
         std::find_if(analysis.begin(), analysis.end(), [](TAVO::Mrph const& m) { return m.isFirstDic(); });
     return found == analysis.end() ? nullptr : &*found;
 }
 
-std::string formsOf(Analysis const& analysis) {
+std::string formsOf(Path const& analysis) {
     std::string text;
     for (TAVO::Mrph const& m : analysis) text += (text.empty() ? "" : " ") + m.getForm(true);
     return text;
@@ -48,7 +48,7 @@ std::string cheaperClass(NewWords const& words, unsigned id, unsigned units) {
 Verdict judge(TAVO::Tavo& lexicon, NewWords const& words, std::string const& sentence, Encoding encoding) {
     std::string const quoted = "\"" + fromSjis(sentence, encoding) + "\"";
     lexicon.analyzeNBest(sentence);
-    std::vector<Analysis> analyses;
+    std::vector<Path> analyses;
     std::vector<TAVO::PathCost> costs;
     if (lexicon.getSentenceCount() != 1) return {false, quoted + ": is no single sentence"};
     std::size_t found = 0;
