@@ -47,6 +47,13 @@ public:
         reserve(size);
         size_ = size;
     }
+    /// @p size values of zero bytes. Those never used take no memory.
+    void resetToZeros(std::size_t size) {
+        shrink(0);
+        data_ = static_cast<T*>(std::calloc(size, sizeof(T)));
+        if (data_ == nullptr && size != 0) throw std::bad_alloc();
+        size_ = capacity_ = size;
+    }
     void reserve(std::size_t capacity) {
         if (capacity > capacity_) grow(capacity);
     }

@@ -28,7 +28,10 @@ constexpr std::size_t charWidth(std::string_view text, std::size_t pos) noexcept
 constexpr std::size_t findMark(std::string_view text, std::string_view marks, std::size_t pos = 0) noexcept {
     while (pos < text.size()) {
         std::size_t const width = charWidth(text, pos);
-        if (width == 1 && marks.find(text[pos]) != npos) return pos;
+        if (width == 1) {
+            for (char const mark : marks)
+                if (mark == text[pos]) return pos;
+        }
         pos += width;
     }
     return npos;

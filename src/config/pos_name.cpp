@@ -26,7 +26,7 @@ bool PosName::hasFeature(std::string_view word) const noexcept {
     return std::find(features.begin(), features.end(), word) != features.end();
 }
 
-void splitPosName(std::string_view name, PosName& out) {
+std::size_t splitPosName(std::string_view name, PosName& out) {
     constexpr std::string_view kSeparators = ":-/";
     out.features.clear();
     std::size_t end = findMark(name, kSeparators);
@@ -36,6 +36,7 @@ void splitPosName(std::string_view name, PosName& out) {
         end = findMark(name, kSeparators, begin);
         out.features.push_back(strip(name.substr(begin, end == std::string_view::npos ? end : end - begin)));
     }
+    return std::min(end, name.size());
 }
 
 void PatternList::add(PosName const& pattern) {

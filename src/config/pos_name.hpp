@@ -21,8 +21,9 @@ struct PosName {
     bool has(std::string_view word) const noexcept { return head == word || hasFeature(word); }
 };
 
-/// Splits @p name into @p out, whose memory is used again.
-void splitPosName(std::string_view name, PosName& out);
+/// Splits @p name into @p out, whose memory is used again. Returns where the "-"
+/// or "/" stands behind which nothing counts; name.size() without one.
+std::size_t splitPosName(std::string_view name, PosName& out);
 
 /// Patterns by head; a pattern is its set of features ("-X" forbids X).
 class PatternList {

@@ -64,6 +64,19 @@ void addPattern(PatternList& list, std::string_view text) {
     list.add(name);
 }
 
+// Names that differ only behind the "-" or "/" that ends what counts of them stand
+// side by side; so one in seven is split up.
+
+/// @p counted, which is all of a name that is split up in @p name, and the mark
+/// behind it in @p text; empty when @p text does not go on so.
+std::string_view withMark(std::string_view text, std::string_view counted, PosName const& name) {
+    if (counted.empty() || text.size() <= counted.size() || !text.starts_with(counted)) return {};
+    std::string_view const last = name.features.empty() ? name.head : name.features.back();
+    std::size_t const lastStart = last.empty() ? 0 : static_cast<std::size_t>(last.data() - counted.data());
+    if (findMark(text, ":-/", lastStart) != counted.size() || text[counted.size()] == ':') return {};
+    return text.substr(0, counted.size() + 1);
+}
+
 template <std::size_t N>
 void setDefaults(PatternList& list, char const* const (&names)[N]) {
     list.clear();
@@ -115,15 +128,34 @@ void PosTables::setPartOfSPType() {
     types_.assign(count, 0);
     conjugation_.assign(count, 0);
     PosName name;
+    std::string_view counted;  // the part of the name before that counts
+    std::string_view marked;   // that and the mark behind it; empty without one
     for (std::uint32_t pid = 0; pid < count; ++pid) {
-        splitPosName(table_->getName(pid), name);
-        unsigned type = 0;
-        if (major_.matches(name)) type |= kMajorPos;
-        if (number_.matches(name)) type |= kNumberPos;
-        for (auto const& [word, bit] : kPosClassWords)
-            if (name.has(word)) type |= bit;
-        types_[pid] = static_cast<std::uint8_t>(type);
+        std::string_view const text = table_->getName(pid);
+        if (marked.empty()) marked = withMark(text, counted, name);
+        if (pid != 0 && (text == counted || (!marked.empty() && text.starts_with(marked)))) {
+            types_[pid] = types_[pid - 1];
+            continue;
+        }
+        std::size_t const end = splitPosName(text, name);
+        counted = text.substr(0, end);
+        marked = text.substr(0, end == text.size() ? 0 : end + 1);
+        types_[pid] = typeOf(name);
     }
+}
+
+std::uint8_t PosTables::typeOf(PosName const& name) const {
+    unsigned type = 0;
+    if (major_.matches(name)) type |= kMajorPos;
+    if (number_.matches(name)) type |= kNumberPos;
+    auto const addClass = [&](std::string_view word) {
+        if (word.empty() || isLeadByte(word.front())) return;  // the class words are ASCII
+        for (auto const& [known, bit] : kPosClassWords)
+            if (word == known) type |= bit;
+    };
+    addClass(name.head);
+    for (std::string_view const feature : name.features) addClass(feature);
+    return static_cast<std::uint8_t>(type);
 }
 
 char const* PosTables::name(std::uint32_t pid) const noexcept { return table_ == nullptr ? "" : table_->getName(pid); }

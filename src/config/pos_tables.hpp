@@ -81,6 +81,7 @@ public:
 private:
     void setList(PatternList& list, std::string& storedPath, char const* path);
     void setPartOfSPType();
+    std::uint8_t typeOf(PosName const& name) const;
 
     // The table's own names serve both ways, so an analyser keeps no copy.
     ConnTable const* table_ = nullptr;

@@ -13,7 +13,7 @@ namespace TAVO {
 namespace {
 
 /// Reads the whole file into @p bytes; its size.
-std::size_t readFile(std::string const& path, std::unique_ptr<unsigned char[]>& bytes) {
+std::size_t readFile(std::string const& path, TableBlock& bytes) {
     int const handle = FileOpenShared(path.c_str());
     if (handle < 0) throw file_not_found(path);
     std::int64_t size = -1;
@@ -21,7 +21,7 @@ std::size_t readFile(std::string const& path, std::unique_ptr<unsigned char[]>& 
     try {
         size = FileSeek(handle, 0, 2);
         if (size > 0 && FileSeek(handle, 0, 0) == 0) {
-            bytes.reset(new unsigned char[static_cast<std::size_t>(size)]);
+            bytes = makeTableBlock(static_cast<std::size_t>(size));
             got = FileRead(handle, bytes.get(), static_cast<std::size_t>(size));
         }
     } catch (std::bad_alloc const&) {
@@ -65,34 +65,36 @@ void ConnTable::parse(std::size_t sizeBytes) {
     if (!allBelow(rowIndex_, rows_) || !allBelow(columnIndex_, cols_)) throw illegal_format(path_);
     std::size_t const matrixPosition = sizesPosition + 4;
     matrix_ = bytes + matrixPosition;
-    parseNames(matrixPosition + std::size_t{rows_} * cols_, sizeBytes);
+    std::size_t const offsetsPosition = matrixPosition + std::size_t{rows_} * cols_;
+    std::size_t const poolPosition = offsetsPosition + std::size_t{4} * idCount_;
+    if (sizeBytes <= poolPosition) throw illegal_format(path_);
+    nameOffsets_ = bytes + offsetsPosition;
+    namePool_ = bytes + poolPosition;
+    checkNames(sizeBytes - poolPosition);
     bounds_ = ConnBounds(matrix_, rows_, cols_);
 }
 
-void ConnTable::parseNames(std::size_t offsetsPosition, std::size_t sizeBytes) {
-    std::size_t const poolPosition = offsetsPosition + std::size_t{4} * idCount_;
-    if (sizeBytes <= poolPosition) throw illegal_format(path_);
-    unsigned char const* const pool = file_.get() + poolPosition;
-    std::size_t const poolBytes = sizeBytes - poolPosition;
-    names_.reserve(idCount_);
-    ids_.reserve(idCount_);
-    for (std::uint32_t id = 1; id <= idCount_; ++id) {
-        std::size_t const offset = loadU32(file_.get() + offsetsPosition + std::size_t{4} * (id - 1));
-        void const* const nul = offset < poolBytes ? std::memchr(pool + offset, 0, poolBytes - offset) : nullptr;
-        if (nul == nullptr) throw illegal_format(path_);
-        char const* const name = asChars(pool + offset);
-        names_.push_back(name);
-        ids_[{name, static_cast<std::size_t>(static_cast<char const*>(nul) - name)}] = static_cast<std::uint16_t>(id);
-    }
+/// Every name begins in the pool and ends in it: at or before its last NUL.
+void ConnTable::checkNames(std::size_t poolBytes) const {
+    std::size_t ends = poolBytes;  // behind the last NUL
+    while (ends != 0 && namePool_[ends - 1] != 0) --ends;
+    for (std::uint32_t i = 0; i < idCount_; ++i)
+        if (loadU32(nameOffsets_ + std::size_t{4} * i) >= ends) throw illegal_format(path_);
 }
 
 char const* ConnTable::getName(std::uint32_t id) const noexcept {
-    return id != 0 && id <= names_.size() ? names_[id - 1] : "";
+    return id != 0 && id <= idCount_ ? asChars(namePool_ + loadU32(nameOffsets_ + std::size_t{4} * (id - 1))) : "";
 }
 
-std::uint16_t ConnTable::getId(std::string_view name) const noexcept {
+std::uint16_t ConnTable::getId(std::string_view name) const {
+    std::call_once(indexMade_, [this] { makeIndex(); });
     auto const found = ids_.find(name);
     return found != ids_.end() ? found->second : std::uint16_t{0};
+}
+
+void ConnTable::makeIndex() const {
+    ids_.reserve(idCount_);
+    for (std::uint32_t id = 1; id <= idCount_; ++id) ids_[getName(id)] = static_cast<std::uint16_t>(id);
 }
 
 bool checkAdaptable(ConnTable const& table, Dic const& dic) {

@@ -3,11 +3,12 @@
 #define TAVO_DIC_CONN_TABLE_HPP
 
 #include "base/serial.hpp"
+#include "base/table_block.hpp"
 #include "dic/conn_bounds.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,7 +18,8 @@ namespace TAVO {
 
 class Dic;
 
-/// Immutable after construction, so it may be read from any thread.
+/// Immutable after construction but for the index of names, which is made under
+/// a lock of its own; so it may be read from any thread.
 /// Ids run from 1 to idCount(); 1 is the beginning of a text, 2 its end,
 /// 3 the unknown word (a table always has at least these three).
 class ConnTable {
@@ -52,11 +54,13 @@ public:
     /// Name of an id; empty for 0 and above idCount().
     char const* getName(std::uint32_t id) const noexcept;
     /// Id of a name, 0 when absent; a name that occurs twice has its later id.
-    std::uint16_t getId(std::string_view name) const noexcept;
+    /// The first call makes an index of all names.
+    std::uint16_t getId(std::string_view name) const;
 
 private:
     void parse(std::size_t sizeBytes);
-    void parseNames(std::size_t offsetsPosition, std::size_t sizeBytes);
+    void checkNames(std::size_t poolBytes) const;
+    void makeIndex() const;
 
     std::uint64_t serial_ = nextSerial();
     [[maybe_unused]] bool flag_;
@@ -69,10 +73,13 @@ private:
     std::uint16_t cols_ = 0;
     ConnBounds bounds_;
     /// The whole file; matrix and names stand in it.
-    std::unique_ptr<unsigned char[]> file_;
+    TableBlock file_;
     unsigned char const* matrix_ = nullptr;
-    std::vector<char const*> names_;
-    std::unordered_map<std::string_view, std::uint16_t> ids_;
+    unsigned char const* nameOffsets_ = nullptr;  ///< 4 bytes an id
+    unsigned char const* namePool_ = nullptr;     ///< behind them, to the end of the file
+    // Few analyses look for an id by its name, and the index costs more than all else here.
+    mutable std::once_flag indexMade_;
+    mutable std::unordered_map<std::string_view, std::uint16_t> ids_;
 };
 
 /// True when the ids of @p dic's records name the same parts of speech as the

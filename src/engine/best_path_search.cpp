@@ -139,7 +139,7 @@ void BestPathSearch::dropArcs(std::size_t p) {
 void BestPathSearch::scanInside(std::size_t p) {
     Place& place = places_[p];
     place.pair = SearchTable::kNoWord;
-    SearchTable::ShortForm const& single = table_.byteForm(text_[p]);
+    SearchTable::ShortForm const& single = table_.byteForm(text_[p], *dics_);
     places_[p + 1].reach |= single.enters;
     if (p + 1 == length_ || !single.longer) return;
     SearchTable::ShortForm const& pair = table_.pairForm(text_[p], text_[p + 1], *dics_);

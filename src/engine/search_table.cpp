@@ -23,9 +23,8 @@ bool SearchTable::attach(ConnTable const& table, DicSet const& dics) {
         deriveIds(table);
         deriveUnknown(table);
     }
-    for (unsigned byte = 0; byte < byteForms_.size(); ++byte)
-        byteForms_[byte] = formOf({static_cast<unsigned char>(byte), 0}, 1, dics);
-    pairForms_.assign(std::size_t{1} << 16, ShortForm());
+    byteForms_.fill(ShortForm());
+    pairForms_.resetToZeros(std::size_t{1} << 16);
     attached_.assign(1, table.serial());
     for (DicEntry const& entry : dics.entries()) attached_.push_back(entry.dic->serial());
     return true;

@@ -3,6 +3,8 @@
 #ifndef TAVO_ENGINE_SEARCH_TABLE_HPP
 #define TAVO_ENGINE_SEARCH_TABLE_HPP
 
+#include "base/raw_buffer.hpp"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -54,10 +56,15 @@ public:
         std::uint8_t enters = 0;       ///< their classes
         std::uint8_t least = kNoWord;  ///< smallest cost of their columns
         bool longer = false;           ///< a longer form may begin so
-        bool known = false;
+        bool known = false;            ///< a form of zero bytes is unknown
     };
     static constexpr std::uint8_t kNoWord = 255;
-    ShortForm const& byteForm(unsigned char byte) const noexcept { return byteForms_[byte]; }
+    /// The words of a form of one byte; looked up once.
+    ShortForm const& byteForm(unsigned char byte, DicSet const& dics) {
+        ShortForm& form = byteForms_[byte];
+        if (!form.known) form = formOf({byte, 0}, 1, dics);
+        return form;
+    }
     /// The words of a form of two bytes; looked up once.
     ShortForm const& pairForm(unsigned char first, unsigned char second, DicSet const& dics) {
         ShortForm& form = pairForms_[static_cast<std::size_t>(first) << 8 | second];
@@ -81,7 +88,7 @@ private:
     bool unknownIsFlat_ = false;
     std::uint8_t unknownCost_ = 0;
     std::array<ShortForm, 256> byteForms_{};
-    std::vector<ShortForm> pairForms_;
+    RawBuffer<ShortForm> pairForms_;
 };
 
 }  // namespace TAVO
