@@ -1,5 +1,6 @@
 // Dictionary source: what compiles is sound, and printed as source it compiles to
 // the same dictionary again.
+#include "base/text.hpp"
 #include "dic/dic_check.hpp"
 #include "dic/dic_compiler.hpp"
 #include "dic/record_source.hpp"
@@ -33,10 +34,11 @@ std::string compiled(std::vector<std::string> const& lines, std::size_t& taken) 
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     std::string text = FuzzInput(data, size).rest();
-    std::erase(text, '\r');  // as reading lines does
+    std::erase(text, '\r');  // as reading lines does, which leaves out comments, too
     std::vector<std::string> lines, printed;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    for (std::string line; std::getline(in, line);)
+        if (!isCommentLine(line)) lines.push_back(line);
     std::size_t taken = 0, takenAgain = 0;
     std::string const bytes = compiled(lines, taken);
     if (bytes.empty()) return 0;

@@ -1,6 +1,7 @@
 // Analysers in threads of their own over the dictionaries they share. The thread
 // sanitizer runs these too; without it they check the results.
 #include "dic/pools.hpp"
+#include "support/process_usage.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
 
@@ -10,9 +11,15 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <memory>
+#include <mutex>
+#include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace TAVO {
@@ -20,10 +27,12 @@ namespace {
 
 constexpr int kThreads = 4;
 constexpr int kRounds = 100;
+// Blocks that the threads' heaps keep for themselves, and their pages.
+constexpr std::size_t kHeapGrowthBytes = 8 << 10, kResidentGrowthBytes = 8 << 20;
 
 class ThreadSharing : public testing::Test {
 protected:
-    void SetUp() override {
+    ThreadSharing() {
         // "ab" costs less than "a" "b" before "c" and more elsewhere, so that
         // the whole lattice has a part in the answer.
         world_.names({"BOS", "EOS", "UNK", "N", "V"});
@@ -32,7 +41,7 @@ protected:
         paths_ = world_.writeTo(dir_.path());
         Tavo::readyForThread();
     }
-    void TearDown() override { Tavo::dispose(); }
+    ~ThreadSharing() override { Tavo::dispose(); }
 
     static std::string analysed(Tavo& tavo, std::string const& text) {
         std::string result;
@@ -47,6 +56,11 @@ protected:
     void attach(Tavo& tavo, test::SmallWorld::Paths const& paths) const {
         tavo.setConnTablePath(paths_.connTable.c_str());
         tavo.addDicPath(paths.dicSpec().c_str(), true);
+    }
+    /// A source newer than what was built last, whatever the clock's resolution.
+    static void makeNewer(test::SmallWorld::Paths const& paths) {
+        namespace fs = std::filesystem;
+        fs::last_write_time(paths.source, fs::last_write_time(paths.dic) + std::chrono::seconds(2));
     }
     template <class Work>
     static void inThreads(Work const& work) {
@@ -77,33 +91,180 @@ TEST_F(ThreadSharing, AnalysersComeAndGoAndAnswerTheSame) {
     EXPECT_EQ(sharedPools().ObjectCount, 0U);
 }
 
-TEST_F(ThreadSharing, OneThreadRebuildsItsDictionaryBesideTheOthers) {
-    test::TempDir const own;
-    test::SmallWorld::Paths const ownPaths = world_.writeTo(own.path());
-    std::atomic<bool> done = false;
-    std::atomic<int> analyses = 0, wrong = 0, rebuilt = 0;
-    inThreads([&](int number) {
+/// One rebuilds its dictionary while the others analyse with theirs and are refused
+/// when they ask for a rebuild of it.
+class RebuildingBesideOthers : public ThreadSharing {
+protected:
+    RebuildingBesideOthers() {
+        ownPaths_ = world_.writeTo(own_.path());
+        sources_[0] = world_.source();
+        sources_[1] = test::SmallWorld(world_).line("abc,N,1").source();
+    }
+
+    /// The number of answers and codes that were not as expected.
+    int rebuild(int rebuilds) {
         Tavo tavo;
-        attach(tavo, number == 0 ? ownPaths : paths_);
-        if (number != 0) {
-            while (!done || analyses < kRounds) {
-                if (analysed(tavo, "abcab") != "ab/N c/V a/V b/V ") ++wrong;
-                ++analyses;
+        attach(tavo, ownPaths_);
+        int wrong = 0;
+        for (int i = 0; i < rebuilds; ++i) {
+            test::writeFile(ownPaths_.source, sources_[i % 2]);
+            makeNewer(ownPaths_);
+            if (i % 8 == 0) {
+                Tavo const secondUser(tavo);
+                wrong += tavo.updateDic(0) != 2 ? 1 : 0;
             }
-            return;
+            wrong += tavo.updateDic(0) != 1 ? 1 : 0;
+            wrong += analysed(tavo, "abcab") != kAnswers[i % 2] ? 1 : 0;
         }
-        for (int round = 0; round < kRounds; ++round) {
-            // Newer than what was built last, whatever the clock's resolution.
-            std::filesystem::last_write_time(ownPaths.source,
-                                             std::filesystem::last_write_time(ownPaths.dic) + std::chrono::seconds(2));
-            rebuilt += tavo.updateDic(0) == 1 ? 1 : 0;
-            if (analysed(tavo, "abcab") != "ab/N c/V a/V b/V ") ++wrong;
+        return wrong;
+    }
+    int run(int rebuilds) {
+        Tavo holder;  // so that each other thread is one user of two or more
+        attach(holder, paths_);
+        std::atomic<bool> done = false;
+        std::atomic<int> analyses = 0, wrong = 0;
+        inThreads([&](int number) {
+            if (number == 0) {
+                wrong += rebuild(rebuilds);
+                done = true;
+                return;
+            }
+            Tavo tavo;
+            attach(tavo, paths_);
+            while (!done || analyses < kRounds) {
+                wrong += analysed(tavo, "abcab") != kAnswers[0] ? 1 : 0;
+                if (++analyses % 16 == 0) wrong += tavo.updateDic(0) != 2 ? 1 : 0;
+            }
+        });
+        return wrong;
+    }
+
+    static constexpr char const* kAnswers[] = {"ab/N c/V a/V b/V ", "abc/N a/V b/V "};
+    test::TempDir own_;
+    test::SmallWorld::Paths ownPaths_;
+    std::string sources_[2];
+};
+
+TEST_F(RebuildingBesideOthers, AnswersStayAndNothingGrows) {
+    char const* const asked = std::getenv("TAVO_TEST_REBUILDS");
+    int const rebuilds = asked != nullptr ? std::atoi(asked) : 2 * kRounds;
+    makeNewer(paths_);
+    EXPECT_EQ(run(kRounds / 2), 0);
+    test::ProcessUsage const before = test::ProcessUsage::now();
+    EXPECT_EQ(run(rebuilds), 0);
+    test::ProcessUsage const after = test::ProcessUsage::now();
+    EXPECT_EQ(after.descriptors, before.descriptors);
+    if (before.heapBytes > 0) {
+        EXPECT_LT(after.heapBytes, before.heapBytes + kHeapGrowthBytes);
+        EXPECT_LT(after.residentBytes, before.residentBytes + kResidentGrowthBytes);
+    }
+    printf("%d rebuilds: heap %zu -> %zu bytes, resident %zu -> %zu bytes, descriptors %zu -> %zu\n", rebuilds,
+           before.heapBytes, after.heapBytes, before.residentBytes, after.residentBytes, before.descriptors,
+           after.descriptors);
+}
+
+/// Analysers that a thread does anything with, and that now and then go on to another.
+class AnythingGoes : public ThreadSharing {
+protected:
+    static constexpr int kDics = 3;
+    static constexpr int kSteps = 400;
+    static constexpr char const* kText = "abcxababc";
+
+    AnythingGoes() {
+        char const* const words[kDics] = {"abc,N,5", "x,V,2", "bca,N,3"};
+        for (int i = 0; i < kDics; ++i) {
+            dics_[i] = test::SmallWorld(world_).line(words[i]).writeTo(folders_[i].path());
         }
-        done = true;
-    });
-    EXPECT_EQ(rebuilt, kRounds);
-    EXPECT_EQ(wrong, 0);
-    EXPECT_GE(analyses, kRounds);
+    }
+    struct Analyser {
+        Tavo tavo;
+        unsigned dics = 0;  // a bit for each that is attached
+    };
+    std::string answer(Analyser& analyser) const {
+        try {
+            return analysed(analyser.tavo, kText);
+        } catch (std::exception const& e) {
+            return e.what();
+        }
+    }
+    void attach(Analyser& analyser, unsigned dic) const {
+        ThreadSharing::attach(analyser.tavo, dics_[dic]);
+        analyser.dics |= 1U << dic;
+    }
+    void detach(Analyser& analyser, unsigned dic) const {
+        if ((analyser.dics >> dic & 1) == 0) return;
+        analyser.tavo.offDic(dics_[dic].dic.c_str());
+        analyser.dics &= ~(1U << dic);
+    }
+    /// What each set of dictionaries answers.
+    std::vector<std::string> answers() const {
+        std::vector<std::string> all;
+        for (unsigned set = 0; set < 1U << kDics; ++set) {
+            Analyser analyser;
+            analyser.tavo.setConnTablePath(paths_.connTable.c_str());
+            for (unsigned dic = 0; dic < kDics; ++dic)
+                if ((set >> dic & 1) != 0) attach(analyser, dic);
+            all.push_back(answer(analyser));
+        }
+        return all;
+    }
+    /// One analyser that waits for a thread.
+    std::unique_ptr<Analyser> exchange(std::unique_ptr<Analyser> given) {
+        std::lock_guard const lock(mutex_);
+        return std::exchange(waiting_, std::move(given));
+    }
+    /// Any steps; the number of wrong answers.
+    int run(unsigned seed, std::vector<std::string> const& expected);
+
+    test::TempDir folders_[kDics];
+    test::SmallWorld::Paths dics_[kDics];
+    std::mutex mutex_;
+    std::unique_ptr<Analyser> waiting_;
+};
+
+int AnythingGoes::run(unsigned seed, std::vector<std::string> const& expected) {
+    std::mt19937 random(seed);
+    std::vector<std::unique_ptr<Analyser>> mine(3);
+    int wrong = 0;
+    for (int step = 0; step < kSteps; ++step) {
+        std::unique_ptr<Analyser>& analyser = mine[random() % mine.size()];
+        std::unique_ptr<Analyser> const& other = mine[random() % mine.size()];
+        auto const dic = static_cast<unsigned>(random() % kDics);
+        auto const what = random() % 10;
+        if (what == 0) analyser.reset();
+        if (analyser == nullptr) {
+            analyser = std::make_unique<Analyser>();
+            analyser->tavo.setConnTablePath(paths_.connTable.c_str());
+        }
+        if (what == 1 && other != nullptr) analyser = std::make_unique<Analyser>(*other);
+        if (what == 2 && other != nullptr) *analyser = *other;
+        if (what == 3) detach(*analyser, dic);
+        if (what == 4) analyser = exchange(std::move(analyser));
+        if (analyser == nullptr) continue;
+        if (what == 5 && (analyser->dics >> dic & 1) != 0) {
+            int const code = analyser->tavo.updateDic(dics_[dic].dic.c_str());
+            wrong += code < 0 || code > 2 ? 1 : 0;
+        }
+        if (what > 6) attach(*analyser, dic);
+        wrong += answer(*analyser) != expected[analyser->dics] ? 1 : 0;
+    }
+    return wrong;
+}
+
+TEST_F(AnythingGoes, AndEveryAnswerIsThatOfTheDictionariesAttached) {
+    for (unsigned seed = 0; seed < 5; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        Tavo::readyForThread();
+        std::vector<std::string> const expected = answers();
+        for (test::SmallWorld::Paths const& paths : dics_) makeNewer(paths);
+        std::atomic<int> wrong = 0;
+        inThreads([&](int number) { wrong += run(seed * kThreads + static_cast<unsigned>(number), expected); });
+        EXPECT_EQ(wrong, 0);
+        waiting_.reset();
+        for (auto const& [dic, users] : sharedPools().DIC_USED) EXPECT_EQ(users, 0);
+        EXPECT_EQ(sharedPools().ObjectCount, 0U);
+        Tavo::dispose();  // last; then anew
+    }
 }
 
 }  // namespace
