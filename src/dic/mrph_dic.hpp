@@ -35,6 +35,8 @@ public:
     std::uint8_t cost() const noexcept { return head_[4]; }
     unsigned flagsA() const noexcept { return head_[6]; }
     unsigned flagsB() const noexcept { return head_[7]; }
+    /// True when the record holds nothing but its head and is no compound.
+    bool isBare() const noexcept { return sizeBytes() <= kHeadBytes; }
     bool anotherFollows() const noexcept { return (head_[7] & kAnotherFollows) != 0; }
 
     /// Number of parts, at least 1.

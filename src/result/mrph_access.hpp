@@ -8,6 +8,7 @@
 
 #include <tavo/mrph.hpp>
 
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -104,8 +105,12 @@ struct MrphAccess {
     static Mrph const* storeAlt(Mrph const& m);
 
 private:
+    /// True when all that can be asked of the morpheme's record is part of speech and cost.
+    static bool isBare(Mrph const& m) noexcept { return !m.cover_ && (m.dic_ == nullptr || MrphDic(m.dic_).isBare()); }
+    /// The cover of a morpheme joined from @p members, without them and without form.
+    static std::unique_ptr<MrphCover> joinedCover(std::span<Mrph const> members, unsigned short pid, bool keepGaps);
     /// Lengthens @p m over @p rest and gives it @p cover.
-    static void setMembers(Mrph& m, MrphCover&& cover, std::span<Mrph const> rest);
+    static void setMembers(Mrph& m, std::unique_ptr<MrphCover> cover, std::span<Mrph const> rest);
 };
 
 }  // namespace TAVO

@@ -83,18 +83,15 @@ std::string joinParts(std::span<Mrph const> members, Missing missing, Text&& tex
     return any ? joined : std::string();
 }
 
-/// Everything of a joined morpheme but its members and its form.
-MrphCover joinedCover(std::span<Mrph const> members, unsigned short pid, AnalyzerContext const* owner,
-                      Missing missing) {
+/// The texts, lists and fields of a morpheme joined from @p members, whose readings are joined as @p missing says.
+void joinValues(MrphCover& cover, std::span<Mrph const> members, Missing missing) {
     static Settings const kDefaults;
+    Mrph const& first = members.front();
+    AnalyzerContext const* const owner = MrphAccess::owner(first);
     Settings const& settings = owner != nullptr ? owner->settings : kDefaults;
     auto const anyHas = [&](std::string MrphCover::*own) {
         return std::any_of(members.begin(), members.end(), [&](Mrph const& m) { return has(m, own); });
     };
-    Mrph const& first = members.front();
-    MrphCover cover;
-    cover.replacesRecord = true;
-    cover.pid = pid != 0 ? pid : first.getPid();
     if (std::any_of(members.begin(), members.end(), [](Mrph const& m) { return *MrphAccess::stdFormPtr(m) != '\0'; }))
         cover.stdForm = joinParts(members, Missing::Empty, stdFormInParts);
     cover.readPron = joinParts(members, missing, [](Mrph const& m) { return m.getReadPron(false); });
@@ -106,10 +103,8 @@ MrphCover joinedCover(std::span<Mrph const> members, unsigned short pid, Analyze
         cover.lvRead = joinParts(members, missing, [](Mrph const& m) { return m.getLVRead(false); });
     cover.grammarType = first.getGrammarType();  // marks of the boundary before the first member
     cover.prosodicType = first.getProsodicType();
-    cover.cost = 0;
     for (Mrph const& member : members) {
         bool const isFirst = &member == &first;
-        cover.cost += member.getCost();
         cover.group = combine(cover.group, member.getGroup(), static_cast<int>(Combine::Join), ":");
         cover.prosodicInfo = isFirst ? member.getProsodicInfo()
                                      : combine(cover.prosodicInfo, member.getProsodicInfo(),
@@ -121,7 +116,6 @@ MrphCover joinedCover(std::span<Mrph const> members, unsigned short pid, Analyze
         addMissing(cover.category2, category2);
         addMissing(cover.category3, category3);
     }
-    return cover;
 }
 
 /// Part @p index of @p m as values of a morpheme of its own.
@@ -149,40 +143,59 @@ MrphCover partCover(Mrph const& m, int index, Mrph const& sub) {
 
 }  // namespace
 
+std::unique_ptr<MrphCover> MrphAccess::joinedCover(std::span<Mrph const> members, unsigned short pid, bool keepGaps) {
+    auto cover = std::make_unique<MrphCover>();
+    cover->replacesRecord = true;
+    cover->pid = pid != 0 ? pid : members.front().getPid();
+    cover->cost = 0;
+    for (Mrph const& member : members) cover->cost += member.getCost();
+    // Most runs are of letters and unknown words, whose records hold no value to join.
+    if (!std::all_of(members.begin(), members.end(), isBare))
+        joinValues(*cover, members, keepGaps ? Missing::Empty : Missing::DropsAll);
+    return cover;
+}
+
 void MrphAccess::append(Mrph& m, Mrph const& next, unsigned short pid) {
     Mrph const members[] = {m, next};
-    MrphCover cover = joinedCover(members, pid, m.owner_, Missing::Empty);
+    std::unique_ptr<MrphCover> cover = joinedCover(members, pid, true);
     if (m.cover_ && !m.cover_->subMrphs.empty()) {
-        cover.subMrphs = std::move(m.cover_->subMrphs);
-        cover.additionalInfo = std::move(m.cover_->additionalInfo);
+        cover->subMrphs = std::move(m.cover_->subMrphs);
+        cover->additionalInfo = std::move(m.cover_->additionalInfo);
     } else {
-        cover.subMrphs.push_back(members[0]);
+        cover->subMrphs.push_back(members[0]);
     }
-    cover.subMrphs.push_back(members[1]);
+    cover->subMrphs.push_back(members[1]);
     setMembers(m, std::move(cover), std::span(members).subspan(1));
 }
 
 Mrph MrphAccess::join(std::vector<Mrph>&& members, unsigned short pid, bool keepGaps) {
     Mrph joined(members.front());
-    MrphCover cover = joinedCover(members, pid, joined.owner_, keepGaps ? Missing::Empty : Missing::DropsAll);
+    std::unique_ptr<MrphCover> cover = joinedCover(members, pid, keepGaps);
     std::span<Mrph const> const rest = std::span<Mrph const>(members).subspan(1);
-    cover.subMrphs = std::move(members);  // the elements stay where rest points
+    cover->subMrphs = std::move(members);  // the elements stay where rest points
     setMembers(joined, std::move(cover), rest);
     return joined;
 }
 
-void MrphAccess::setMembers(Mrph& m, MrphCover&& cover, std::span<Mrph const> rest) {
-    std::string joinedForm(form(m));
+void MrphAccess::setMembers(Mrph& m, std::unique_ptr<MrphCover> cover, std::span<Mrph const> rest) {
     bool adjoins = m.form_ == m.rawForm_;
+    std::size_t adjoining = m.formLength_;
     for (Mrph const& next : rest) {
-        adjoins = adjoins && m.form_ + m.formLength_ == next.form_;
-        joinedForm.append(form(next));
+        adjoins = adjoins && m.form_ + adjoining == next.form_;
+        adjoining += next.formLength_;
+    }
+    std::string joinedForm;
+    // A form that is no stretch of the sentence is kept by the morpheme.
+    if (!adjoins) {
+        joinedForm = form(m);
+        for (Mrph const& next : rest) joinedForm.append(form(next));
+    }
+    for (Mrph const& next : rest) {
         if (m.rawForm_ + m.rawFormLength_ == next.rawForm_) m.rawFormLength_ += next.rawFormLength_;
         m.partCount_ += next.partCount_;
         m.formLength_ += next.formLength_;
     }
-    m.cover_ = std::make_unique<MrphCover>(std::move(cover));
-    // A form that is no stretch of the sentence is kept by the morpheme.
+    m.cover_ = std::move(cover);
     if (!adjoins) setForm(m, std::move(joinedForm));
 }
 

@@ -8,6 +8,7 @@
 #include <tavo/error.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace TAVO {
@@ -133,25 +134,15 @@ bool RunJoiner::isInner(Mrph const& m) const {
     return false;
 }
 
-bool RunJoiner::extend(Mrph& m) {
-    std::uint32_t const pid = m.getPid();
-    if (rules_.ruleOf(pid) == rule_ && (!inner_.empty() || rules_.mayFollow(pid))) {
-        std::move(inner_.begin(), inner_.end(), std::back_inserter(run_));
-        inner_.clear();
-        run_.push_back(std::move(m));
+bool RunJoiner::extends(Mrph const& m, std::uint32_t pid) {
+    if (rules_.ruleOf(pid) == rule_ && (hasInner_ || rules_.mayFollow(pid))) {
+        hasInner_ = false;
+        runEnd_ = out_.size() + 1;
         return true;
     }
-    if (!inner_.empty() || !isInner(m)) return false;
-    inner_.push_back(std::move(m));
+    if (hasInner_ || !isInner(m)) return false;
+    hasInner_ = true;
     return true;
-}
-
-void RunJoiner::add(Mrph&& m) {
-    while (rule_ != ReduceRules::kNone) {
-        if (extend(m)) return;
-        close();
-    }
-    start(std::move(m));
 }
 
 void RunJoiner::addAlone(Mrph&& m) {
@@ -163,23 +154,19 @@ void RunJoiner::finish() {
     while (rule_ != ReduceRules::kNone) close();
 }
 
-void RunJoiner::start(Mrph&& m) {
-    rule_ = rules_.ruleOf(m.getPid());
-    (rule_ == ReduceRules::kNone ? out_ : run_).push_back(std::move(m));
-}
-
 void RunJoiner::close() {
-    if (run_.size() == 1)
-        out_.push_back(std::move(run_.front()));
-    else
-        out_.push_back(MrphAccess::join(std::move(run_), rules_.joinedPid(rule_)));
-    run_.clear();
+    if (runEnd_ - runStart_ > 1) {
+        auto const first = out_.begin() + static_cast<std::ptrdiff_t>(runStart_);
+        auto const end = out_.begin() + static_cast<std::ptrdiff_t>(runEnd_);
+        std::vector<Mrph> members(std::make_move_iterator(first), std::make_move_iterator(end));
+        *first = MrphAccess::join(std::move(members), rules_.joinedPid(rule_));
+        out_.erase(first + 1, end);
+    }
     rule_ = ReduceRules::kNone;
-    if (inner_.empty()) return;
+    if (!hasInner_) return;
     // It joined nothing, so it may begin a run of its own.
-    Mrph m = std::move(inner_.front());
-    inner_.clear();
-    start(std::move(m));
+    hasInner_ = false;
+    start(out_.back().getPid());
 }
 
 }  // namespace TAVO

@@ -63,30 +63,46 @@ private:
 };
 
 /// Takes the morphemes of one sentence in order and appends them to a result,
-/// runs joined. Call finish() after the last one.
+/// runs joined. Call finish() after the last one, and before anything else is
+/// appended.
+///
+/// The open run stands at the end of the result, its members as they came; a
+/// morpheme that may be inner stands behind them until its fate is known.
 class RunJoiner {
 public:
     RunJoiner(ReduceRules const& rules, std::vector<Mrph>& out) : rules_(rules), out_(out) {}
 
-    void add(Mrph&& m);
+    void add(Mrph&& m) {
+        std::uint32_t const pid = m.getPid();
+        while (rule_ != ReduceRules::kNone && !extends(m, pid)) close();
+        out_.push_back(std::move(m));
+        if (rule_ == ReduceRules::kNone) start(pid);
+    }
     /// Appends a morpheme that no run may cross.
     void addAlone(Mrph&& m);
     void finish();
 
 private:
     bool isInner(Mrph const& m) const;
-    /// Takes @p m into the open run, or behind it as inner; false, @p m as it was, when it fits neither.
-    bool extend(Mrph& m);
-    /// Opens a run with @p m, or appends it when no rule has it.
-    void start(Mrph&& m);
-    /// Appends the open run; what stands behind it may open the next.
+    /// Takes @p m, which is about to be appended, into the open run, or behind it
+    /// as inner; false when it fits neither.
+    bool extends(Mrph const& m, std::uint32_t pid);
+    /// Opens a run with the last morpheme of the result when a rule has its @p pid.
+    void start(std::uint32_t pid) {
+        rule_ = rules_.ruleOf(pid);
+        runStart_ = out_.size() - 1;
+        runEnd_ = out_.size();
+    }
+    /// Joins the open run; what stands behind it may open the next.
     void close();
 
     ReduceRules const& rules_;
     std::vector<Mrph>& out_;
     std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
-    std::vector<Mrph> run_;
-    std::vector<Mrph> inner_;  // at most one: stands behind the run until its fate is known
+    // Of the open run, in the result.
+    std::size_t runStart_ = 0;
+    std::size_t runEnd_ = 0;
+    bool hasInner_ = false;  // stands at runEnd_
 };
 
 }  // namespace TAVO
