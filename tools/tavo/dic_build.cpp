@@ -7,6 +7,7 @@
 #include "new_file.hpp"
 #include "new_words.hpp"
 #include "out_buffer.hpp"
+#include "tool_error.hpp"
 #include "utf8.hpp"
 
 #include "base/text.hpp"
@@ -14,6 +15,7 @@
 #include "dic/dic_compiler.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
@@ -151,8 +153,10 @@ ExitStatus buildDictionary(DicOptions const& options) {
         return ExitStatus::Data;
     }
     NewFile file(options.output);
-    if (!source.compiler().compile(file.stream(), options.verbose))
-        throw ToolError(ExitStatus::Data, options.output + ": " + source.compiler().error());
+    errno = 0;
+    bool const compiled = source.compiler().compile(file.stream(), options.verbose);
+    if (!file.stream()) throw fileError(options.output, errno != 0 ? errno : EIO);
+    if (!compiled) throw ToolError(ExitStatus::Data, options.output + ": " + source.compiler().error());
     file.commit();
     return judgeSentences(options, words);
 }

@@ -1,0 +1,214 @@
+// The largest of everything: what is at a limit works, what is beyond is refused and
+// leaves the analyser as it was.
+#include <tavo/tavo.hpp>
+
+#include "dic/dic_check.hpp"
+#include "dic/dic_compiler.hpp"
+#include "dic/file_access.hpp"
+#include "dic/pools.hpp"
+#include "engine/lattice.hpp"
+#include "support/process_usage.hpp"
+#include "support/small_world.hpp"
+#include "support/temp_dir.hpp"
+#include "support/thrown.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace TAVO::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Limits : public testing::Test {
+protected:
+    Limits() {
+        world_.names({"BOS", "EOS", "UNK", "N"}).cost([](unsigned, unsigned) { return 9; }).line("a,N,40");
+    }
+    ~Limits() override { sharedPools().dispose(); }
+
+    void attach(Tavo& tavo, bool mapped = false) {
+        paths_ = world_.writeTo(dir_.path());
+        tavo.setConnTablePath(paths_.connTable.c_str());
+        tavo.addDicPath(paths_.dicSpec().c_str(), mapped);
+    }
+    static std::string formatted(Tavo& tavo, std::string const& text, char const* format) {
+        tavo.analyze(text);
+        std::vector<Mrph> morphemes;
+        tavo.getResult(morphemes, 0);
+        std::string all;
+        for (Mrph const& m : morphemes) all += m.format(format, "-");
+        return all;
+    }
+    /// Attaches the dictionary under @p count names more.
+    void attachNames(Tavo& tavo, int count, bool mapped) {
+        for (int i = 0; i < count; ++i) {
+            std::string const name = dir_.file("name" + std::to_string(i));
+            fs::create_hard_link(paths_.dic, name);
+            tavo.addDicPath(name.c_str(), mapped);
+        }
+    }
+
+    TempDir dir_;
+    SmallWorld world_;
+    SmallWorld::Paths paths_;
+    Tavo tavo_;
+};
+
+struct WordCase {
+    char const* name;
+    std::string line, text, format, expected;
+};
+
+std::string partsOf(int count) {
+    std::string parts = "b";
+    for (int i = 1; i < count; ++i) parts += "-b";
+    return parts;
+}
+
+TEST_F(Limits, OfOneWord) {
+    std::string const longReading(65526, 'r'), longForm = "c" + std::string(59999, 'd'), manyParts(255, 'b');
+    auto const values = [](char const* separator) {
+        std::string list = "0";
+        for (int i = 1; i < 255; ++i) list.append(separator).append("65535");
+        return list;
+    };
+    WordCase const cases[] = {
+        {"a record of 65535 bytes", "long,N,1," + longReading, "long", "%p", longReading},
+        {"255 parts", partsOf(255) + ",N,1", manyParts, "%w/%c ", manyParts + "/1 "},
+        {"a form of many bytes", longForm + ",N,1", longForm + "a", "%w/%c ", longForm + "/1 a/40 "},
+        {"255 numbers in a list", "list,N,1,,,,,," + values(":"), "list", "%C", "[" + values(",") + "][][]"},
+    };
+    for (WordCase const& c : cases) world_.line(c.line);
+    attach(tavo_);
+    EXPECT_TRUE(checkDic(readFile(paths_.dic)).empty());
+    for (WordCase const& c : cases) EXPECT_TRUE(formatted(tavo_, c.text, c.format.c_str()) == c.expected) << c.name;
+    tavo_.analyze(manyParts);
+    std::vector<Mrph> morphemes;
+    tavo_.getResult(morphemes, 0);
+    EXPECT_EQ(morphemes.front().getPartCount(), 255);
+    tavo_.setDivideWordMode(1);
+    tavo_.analyze(manyParts);
+    tavo_.getResult(morphemes, 0);
+    EXPECT_EQ(morphemes.size(), 255U);
+}
+
+TEST_F(Limits, OfRecordsOfOneForm) {
+    // Of neighbours with the same part of speech the first alone counts.
+    world_.names({"BOS", "EOS", "UNK", "N", "V"}).cost([](unsigned, unsigned) { return 9; });
+    for (int i = 0; i < 100000; ++i) {
+        int const cost = i == 77777 ? 3 : i == 50000 ? 5 : i == 99999 ? 7 : 200;
+        world_.line("many," + std::string(i % 2 == 0 ? "N," : "V,") + std::to_string(cost) + "," + std::to_string(i));
+    }
+    attach(tavo_);
+    EXPECT_TRUE(checkDic(readFile(paths_.dic)).empty());
+    std::string const text = "amany";
+    EXPECT_EQ(formatted(tavo_, text, "%w/%p "), "a/- many/77777 ");
+    tavo_.analyzeNBest(text);
+    std::vector<std::vector<Mrph>> paths;
+    tavo_.getResultNBest(paths, 0, 3);
+    std::string readings;
+    for (auto const& path : paths) readings += path.back().format("%p ", "-");
+    EXPECT_EQ(readings, "77777 50000 99999 ");
+}
+
+TEST_F(Limits, OfNames) {
+    // A column for each name, and every one but the last forbidden before most rows.
+    ConnTableContent table;
+    std::vector<std::string> names;
+    for (int i = 1; i <= 65534; ++i) names.push_back(std::to_string(i) + "n");
+    table.names = names;
+    table.rows = 2;
+    table.cols = 65534;
+    for (unsigned id = 0; id < 65534; ++id) {
+        table.rowIndex.push_back(id == 0 ? 0 : 1);
+        table.columnIndex.push_back(static_cast<std::uint16_t>(id));
+    }
+    table.matrix.assign(std::size_t{2} * 65534, 255);
+    table.matrix[65533] = 7;                   // the last name behind the beginning
+    table.matrix[std::size_t{65534} + 1] = 8;  // the end behind any
+    DicCompiler compiler(names);
+    std::string error;
+    ASSERT_TRUE(compiler.add("a,65534n,1", error) && compiler.add("a,65533n,0", error)) << error;
+    std::ostringstream dic;
+    ASSERT_TRUE(compiler.compile(dic, false));
+    tavo_.setConnTablePath(dir_.write("table", serializeConnTable(table)).c_str());
+    tavo_.addDicPath(dir_.write("dic", dic.str()).c_str(), false);
+    EXPECT_EQ(formatted(tavo_, std::string("a"), "%w/%h/%c"), "a/65534n/1");
+}
+
+TEST_F(Limits, OfMappedFiles) {
+    attach(tavo_, true);
+    attachNames(tavo_, static_cast<int>(kMappingSlots) - 1, true);
+    std::string const one = dir_.file("one more");
+    fs::copy_file(paths_.dic, one);
+    EXPECT_EQ(thrown([&] { tavo_.addDicPath(one.c_str(), true); }), "OVERFLOW_MMAP_DESCRIPTOR:");
+    EXPECT_EQ(tavo_.getDicCount(), 256);
+    EXPECT_EQ(formatted(tavo_, "a", "%w/%c"), "a/40");
+    tavo_.addDicPath(one.c_str(), false);
+    EXPECT_EQ(tavo_.getDicCount(), 257);
+}
+
+TEST_F(Limits, OfAttachedDictionaries) {
+    attach(tavo_);
+    world_.line("b,N,3");
+    fs::create_directory(dir_.file("last"));
+    SmallWorld::Paths const last = world_.writeTo(dir_.file("last"));
+    ProcessUsage const before = ProcessUsage::now();
+    attachNames(tavo_, 10000, false);
+    tavo_.addDicPath(last.dic.c_str(), false);
+    EXPECT_EQ(tavo_.getDicCount(), 10002);
+    EXPECT_EQ(formatted(tavo_, "ab", "%w/%c "), "a/40 b/3 ");
+    ProcessUsage const after = ProcessUsage::now();
+    EXPECT_LT(after.heapBytes - before.heapBytes, 10000U * 16384);
+    EXPECT_EQ(after.descriptors, before.descriptors);
+    std::printf("%zu bytes each\n", (after.heapBytes - before.heapBytes) / 10000);
+    tavo_.offDic();
+    EXPECT_EQ(tavo_.getDicCount(), 0);
+}
+
+TEST_F(Limits, OfASentence) {
+    attach(tavo_);
+    std::string const text = "a\n" + std::string(kMaxSentenceBytes + 1, 'a');
+    tavo_.setDelimitCRLFMode(1);
+    EXPECT_EQ(thrown([&] { tavo_.analyze(text); }), "TOO_LONG_STRING: Exceed limit: length=16843010");
+    EXPECT_EQ(tavo_.getSentenceCount(), 1U) << "sentences before the long one stay";
+    EXPECT_EQ(formatted(tavo_, "a", "%w/%c"), "a/40");
+}
+
+/// A file system without room, as a process sees it whose files may not grow.
+TEST_F(Limits, OfTheDisk) {
+    for (int i = 0; i < 100; ++i) world_.line("word" + std::to_string(i) + ",N");
+    attach(tavo_, true);
+    std::string const before = readFile(paths_.dic);
+    fs::last_write_time(paths_.source, fs::last_write_time(paths_.dic) + std::chrono::seconds(2));
+    for (rlim_t const bytes : {rlim_t{0}, rlim_t{1}, rlim_t{before.size() / 2}, rlim_t{before.size() - 1}}) {
+        pid_t const child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            std::signal(SIGXFSZ, SIG_IGN);
+            rlimit const limit{bytes, bytes};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            int const code = tavo_.updateDic(0);
+            ::_exit(formatted(tavo_, "a", "%w/%c") == "a/40" ? code : 100);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 5) << bytes << ' ' << status;
+        EXPECT_TRUE(readFile(paths_.dic) == before);
+        EXPECT_FALSE(fs::exists(paths_.dic + "_tmp"));
+    }
+    EXPECT_EQ(tavo_.updateDic(0), 1);
+}
+
+}  // namespace
+}  // namespace TAVO::test
