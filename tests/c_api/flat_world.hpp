@@ -2,15 +2,10 @@
 #ifndef TAVO_TESTS_FLAT_WORLD_HPP
 #define TAVO_TESTS_FLAT_WORLD_HPP
 
-#include "support/encoding.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
+#include "support/testing.hpp"
 
 #include <tavo/tavo.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
 
 namespace TAVO::test {
 
@@ -43,6 +38,22 @@ protected:
         EXPECT_EQ(tavo_analyze(tavo, text.data(), static_cast<int>(text.size())), 0) << tavo_getErrorWhat(tavo);
         EXPECT_EQ(tavo_getResult(tavo, &result, 0), 0) << tavo_getErrorWhat(tavo);
         return result;
+    }
+    /// @p result of a call on the analyser is an error of this code and text.
+    void expectError(int result, int code, std::string const& what) {
+        EXPECT_EQ(result, code) << what;
+        EXPECT_EQ(tavo_getErrorWhat(tavo), what);
+    }
+    static void expectError(tavo_mrph_t* mrph, int result, int code, std::string const& what) {
+        EXPECT_EQ(result, code) << what;
+        EXPECT_EQ(tavo_getMrphErrorWhat(mrph), what);
+    }
+    /// What the flat interface says itself of an argument of @p function.
+    void expectFlatError(int result, std::string const& function) {
+        expectError(result, -10001, "INVALID_ARGUMENT:" + function + "()");
+    }
+    static void expectFlatError(tavo_mrph_t* mrph, int result, std::string const& function) {
+        expectError(mrph, result, -10001, "INVALID_ARGUMENT:" + function + "()");
     }
     /// A compound of two parts.
     tavo_mrph_t* compound() { return analyze(text_).array[0]; }

@@ -1,21 +1,17 @@
 // Damaged dictionaries and tables: nothing reads outside the image, everything
 // ends. The image stands in front of a page that cannot be read; the sanitizer
 // build sees the rest.
-#include <gtest/gtest.h>
 #include <tavo/error.hpp>
 
 #include "dic/conn_table.hpp"
 #include "dic/dic.hpp"
 #include "dic/dic_check.hpp"
 #include "dic/record_source.hpp"
-#include "support/encoding.hpp"
 #include "support/guarded_bytes.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
+#include "support/testing.hpp"
 
 #include <random>
-#include <string>
-#include <vector>
 
 namespace TAVO::test {
 namespace {

@@ -4,19 +4,13 @@
 #include "result/dictionary_lookup.hpp"
 #include "support/record_builder.hpp"
 #include "support/result_world.hpp"
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 #include <random>
 #include <set>
-#include <sstream>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::RecordBuilder;
-using test::ResultWorld;
-using test::SmallWorld;
 
 /// Random source lines over an alphabet that is mostly marks.
 class LineMaker {
@@ -126,4 +120,4 @@ TEST(SourceRoundTrip, GivesTheSameDictionary) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

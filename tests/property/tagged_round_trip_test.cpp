@@ -1,27 +1,18 @@
 // Results written as tagged input and analysed again, and mark-up of all kinds.
-#include "result/tag_attributes.hpp"
+#include "base/sjis.hpp"
 #include "result/tagged_output.hpp"
 #include "support/random_world.hpp"
 #include "support/tagged_world.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <array>
 #include <iterator>
-#include <sstream>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <regex>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
 
 using namespace std::string_literals;
-using test::Random;
-using test::SmallWorld;
-using test::TaggedWorld;
-using test::toSjis;
 
 template <class List>
 std::string join(Random& random, List const& pieces, unsigned most) {
@@ -55,12 +46,7 @@ SmallWorld markupWorld(Random& random) {
     return world;
 }
 
-std::vector<std::string> values(std::vector<Mrph> const& morphemes) {
-    std::vector<std::string> result;
-    for (Mrph const& m : morphemes)
-        result.push_back(m.getForm(true) + " " + m.getPartOfSP() + " " + m.getRead(true) + " " + m.getStdForm(true));
-    return result;
-}
+constexpr char kValues[] = "%w %h %k %s,";
 
 TEST(TaggedRoundTripProperty, ResultsWrittenAsTaggedInputGiveEqualMorphemes) {
     unsigned analysed = 0;
@@ -72,12 +58,13 @@ TEST(TaggedRoundTripProperty, ResultsWrittenAsTaggedInputGiveEqualMorphemes) {
             world.tavo.setTaggedInputMode(0);
             std::vector<Mrph> const plain = world.morphemes(text);
             if (plain.empty()) continue;
-            std::vector<std::string> const expected = values(plain);
+            std::string const expected = describe(plain, kValues);
             std::string const tagged = taggedText(plain);
             world.tavo.setTaggedInputMode(1);
             std::vector<Mrph> const again = world.morphemes(tagged);
-            ASSERT_EQ(values(again), expected) << "seed " << seed << ", text " << testing::PrintToString(text)
-                                               << ", tagged " << testing::PrintToString(tagged);
+            ASSERT_EQ(describe(again, kValues), expected)
+                << "seed " << seed << ", text " << testing::PrintToString(text) << ", tagged "
+                << testing::PrintToString(tagged);
             ASSERT_EQ(taggedText(again), tagged) << "seed " << seed;
             ASSERT_EQ(world.tavo.getSentence(0), text) << "seed " << seed;
             ++analysed;
@@ -88,94 +75,73 @@ TEST(TaggedRoundTripProperty, ResultsWrittenAsTaggedInputGiveEqualMorphemes) {
 
 // How delimiters cut a tagged line, written down slowly.
 
-constexpr auto npos = std::string_view::npos;
-
-std::size_t width(std::string_view text, std::size_t pos) {
-    auto const byte = static_cast<unsigned char>(text[pos]);
-    bool const lead = (byte >= 0x81 && byte <= 0x9F) || byte >= 0xE0;
-    return lead && pos + 1 < text.size() && text[pos + 1] != '\0' ? 2 : 1;
+/// The text with one byte for each character, and entities without their ";".
+std::string bytewise(std::string_view text) {
+    std::string result;
+    for (std::size_t pos = 0; pos < text.size(); pos += charWidth(text, pos))
+        result += charWidth(text, pos) == 2 ? '.' : text[pos];
+    return std::regex_replace(result, std::regex("&(lt|gt|amp|apos|quot);"), "&$1.");
 }
 
 /// Behind the ">" of the tag at @p pos, npos when it has none.
-std::size_t tagEnd(std::string_view text, std::size_t pos) {
+std::size_t tagEnd(std::string const& text, std::size_t pos) {
     bool quoted = false;
-    for (; pos < text.size(); pos += width(text, pos)) {
+    for (; pos < text.size(); ++pos) {
         if (text[pos] == '"') quoted = !quoted;
         if (text[pos] == '>' && !quoted) return pos + 1;
     }
     return npos;
 }
 
-std::string tagName(std::string_view text, std::size_t pos) {
-    std::string name;
-    for (; std::string_view(" \t/>").find(text[pos]) == npos; pos += width(text, pos))
-        name += text.substr(pos, width(text, pos));
-    return name;
+std::string tagName(std::string const& text, std::size_t pos) {
+    return text.substr(pos, text.find_first_of(" \t/>", pos) - pos);
 }
 
-bool isSelfClosing(std::string_view text, std::size_t pos, std::size_t end) {
-    std::size_t last = pos;
-    for (; pos + 1 < end; pos += width(text, pos)) last = pos;
-    return text[last] == '/' && last + 2 == end;
-}
-
-/// Behind the closing tag of an annotation whose opening tag ends at @p pos.
-std::size_t annotationEnd(std::string_view text, std::size_t pos) {
-    for (; pos < text.size(); pos += width(text, pos)) {
-        if (!text.substr(pos).starts_with("</annotation")) continue;
-        std::size_t const next = pos + 12;
-        if (next < text.size() && std::string_view(" \t>").find(text[next]) != npos) return tagEnd(text, pos);
-    }
-    return npos;
+/// Behind the closing tag of the annotation whose opening tag ends at @p pos,
+/// @p pos when it has none.
+std::size_t annotationEnd(std::string const& text, std::size_t pos) {
+    std::smatch found;
+    if (!std::regex_search(text.begin() + static_cast<long>(pos), text.end(), found, std::regex("</annotation[ \t>]")))
+        return pos;
+    std::size_t const end = tagEnd(text, pos + static_cast<std::size_t>(found.position()));
+    return end == npos ? pos : end;
 }
 
 /// Behind the element, or the tag alone, at @p pos; npos when no tag stands there.
-std::size_t elementEnd(std::string_view text, std::size_t pos) {
+std::size_t elementEnd(std::string const& text, std::size_t pos) {
     std::size_t const end = tagEnd(text, pos);
-    if (end == npos || text[pos + 1] == '/' || isSelfClosing(text, pos, end)) return end;
+    if (end == npos || text[pos + 1] == '/' || text[end - 2] == '/') return end;
     std::string const name = tagName(text, pos + 1);
-    if (name == "annotation") {
-        std::size_t const close = annotationEnd(text, end);
-        return close == npos ? end : close;
-    }
+    if (name == "annotation") return annotationEnd(text, end);
     int depth = 1;
-    for (std::size_t at = end; at < text.size();) {
-        std::size_t const inner = text[at] == '<' ? tagEnd(text, at) : npos;
+    for (std::size_t at = text.find('<', end); at != npos; at = text.find('<', at)) {
+        std::size_t const inner = tagEnd(text, at);
         if (inner == npos) {
-            at += width(text, at);
+            ++at;
             continue;
         }
         bool const closing = text[at + 1] == '/';
+        bool const selfClosing = !closing && text[inner - 2] == '/';
         std::string const innerName = tagName(text, at + (closing ? 2 : 1));
-        if (innerName == name && !(closing ? false : isSelfClosing(text, at, inner))) depth += closing ? -1 : 1;
+        if (innerName == name && !selfClosing) depth += closing ? -1 : 1;
         if (depth == 0) return inner;
-        if (!closing && innerName == "annotation" && !isSelfClosing(text, at, inner)) {
-            std::size_t const close = annotationEnd(text, inner);
-            at = close == npos ? inner : close;
-        } else {
-            at = inner;
-        }
+        at = innerName == "annotation" && !closing && !selfClosing ? annotationEnd(text, inner) : inner;
     }
     return end;
 }
 
-std::size_t countPieces(std::string_view text, char delimiter) {
+std::size_t countPieces(std::string_view given, char delimiter) {
+    std::string const text = bytewise(given);
     std::size_t pieces = 0;
     std::size_t start = 0;
-    for (std::size_t pos = 0; pos < text.size();) {
-        if (text[pos] == '<') {
-            std::size_t const end = elementEnd(text, pos);
-            pos = end == npos ? pos + 1 : end;
-            continue;
-        }
-        std::size_t entity = 0;
-        for (std::string_view known : {"&lt;", "&gt;", "&amp;", "&apos;", "&quot;"})
-            if (text.substr(pos).starts_with(known)) entity = known.size();
-        if (entity == 0 && text[pos] == delimiter) {
+    for (std::size_t pos = 0; pos < text.size(); ++pos) {
+        std::size_t const end = text[pos] == '<' ? elementEnd(text, pos) : npos;
+        if (end != npos) {
+            pos = end - 1;
+        } else if (text[pos] == delimiter) {
             ++pieces;
             start = pos + 1;
         }
-        pos += entity != 0 ? entity : width(text, pos);
     }
     return pieces + (start < text.size() ? 1 : 0);
 }
@@ -206,24 +172,19 @@ TEST(TaggedRoundTripProperty, AnyMarkupGivesTheRightNumberOfSentences) {
             ASSERT_EQ(world.tavo.getSentenceCount(), countPieces(text, ';'))
                 << "seed " << seed << ", text " << testing::PrintToString(text);
             good += world.tavo.getSentenceCount() - failed;
+            std::vector<unsigned> const& errors = world.tavo.getErrorSentenceIndex();
             for (unsigned i = 0; i < world.tavo.getSentenceCount(); ++i) {
-                std::vector<Mrph> result;
-                world.tavo.getResult(result, static_cast<int>(i));
                 std::string forms;
-                for (Mrph const& m : result)
+                for (Mrph const& m : morphemesOf(world.tavo, static_cast<int>(i)))
                     if (!m.isAnnotation()) forms += m.getForm(true);
-                auto const& errors = world.tavo.getErrorSentenceIndex();
-                bool const isError = std::find(errors.begin(), errors.end(), i) != errors.end();
+                bool const isError = std::count(errors.begin(), errors.end(), i) > 0;
                 ASSERT_EQ(forms, isError ? "" : world.tavo.getSentence(static_cast<int>(i)))
                     << "seed " << seed << ", text " << testing::PrintToString(text);
             }
             // With comments too nothing is lost or read from outside.
             world.tavo.setCommentRulePath(rules.c_str());
             world.tavo.analyze(text);
-            for (unsigned i = 0; i < world.tavo.getSentenceCount(); ++i) {
-                std::vector<Mrph> result;
-                world.tavo.getResult(result, static_cast<int>(i));
-            }
+            describeAll(world.tavo);
             world.tavo.setCommentRulePath(nullptr);
         }
     }
@@ -235,15 +196,9 @@ TEST(TaggedInput, FortyThousandTagsTakeLinearTime) {
     small.names({"BOS", "EOS", "UNK", "A"}).line("a,A,1");
     TaggedWorld world(small);
     world.tavo.setDelimiterString({";"});
-    struct Case {
-        char const* prefix;
-        char const* repeated;
-        char const* suffix;
-        std::size_t words;
-    };
     constexpr std::size_t kTags = 40'000;
     // Time that grew with the square of the tags would be many minutes.
-    Case const cases[] = {
+    Table<char const*, char const*, char const*, std::size_t> const cases{
         {"", "<word>a</word>", "", kTags},
         {"<multiword>", "<word>a</word>", "</multiword>", 1},
         {"", "<annotation>a</annotation>", "", kTags},
@@ -254,13 +209,13 @@ TEST(TaggedInput, FortyThousandTagsTakeLinearTime) {
         {"", "</word>", "", 0},
         {"<word Read=", " a", ">a</word>", 1},
     };
-    for (Case const& c : cases) {
-        std::string text = c.prefix;
-        for (std::size_t i = 0; i < kTags; ++i) text += c.repeated;
-        text += c.suffix;
-        EXPECT_EQ(world.morphemes(text).size(), c.words) << c.repeated;
+    for (auto const& [prefix, repeated, suffix, words] : cases) {
+        std::string text = prefix;
+        for (std::size_t i = 0; i < kTags; ++i) text += repeated;
+        text += suffix;
+        EXPECT_EQ(world.morphemes(text).size(), words) << repeated;
     }
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

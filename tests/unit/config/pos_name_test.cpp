@@ -1,11 +1,8 @@
 #include "config/pos_name.hpp"
 
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
-#include <string>
-#include <vector>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
 
 PosName split(std::string_view text) {
@@ -15,13 +12,8 @@ PosName split(std::string_view text) {
 }
 
 TEST(PosName, HeadEndsAtAnySeparatorAndFeaturesFollowColonsOnly) {
-    struct Case {
-        char const* name;
-        char const* head;
-        std::vector<std::string_view> features;
-    };
     // 0x83 0x5C and 0x81 0x7C are two-byte characters whose second byte is a mark.
-    Case const cases[] = {
+    Table<char const*, char const*, std::vector<std::string_view>> const cases{
         {"Noun", "Noun", {}},
         {"Noun:Proper:Place", "Noun", {"Proper", "Place"}},
         {"Noun: Proper ", "Noun", {"Proper"}},
@@ -35,28 +27,23 @@ TEST(PosName, HeadEndsAtAnySeparatorAndFeaturesFollowColonsOnly) {
         {"\x83\x5C:\x81\x7C", "\x83\x5C", {"\x81\x7C"}},
         {"a\x83\x2D", "a\x83\x2D", {}},
     };
-    for (Case const& c : cases) {
-        PosName const name = split(c.name);
-        EXPECT_EQ(name.head, c.head) << c.name;
-        EXPECT_EQ(name.features, c.features) << c.name;
+    for (auto const& [text, head, features] : cases) {
+        PosName const name = split(text);
+        EXPECT_EQ(name.head, head) << text;
+        EXPECT_EQ(name.features, features) << text;
     }
 }
 
 TEST(PatternList, MatchesByHeadThenFeatures) {
-    struct Case {
-        char const* pattern;
-        char const* name;
-        bool matches;
-    };
-    Case const cases[] = {
+    Table<char const*, char const*, bool> const cases{
         {"Noun", "Noun:Proper", true},  {"Noun:Proper", "Noun:Proper:Place", true},
         {"Noun:Proper", "Noun", false}, {"Noun:Proper:Place", "Noun:Proper", false},
         {"Noun", "Verb", false},        {"Noun:Proper", "Noun:Proper-7", true},
     };
-    for (Case const& c : cases) {
+    for (auto const& [pattern, name, matches] : cases) {
         PatternList list;
-        list.add(split(c.pattern));
-        EXPECT_EQ(list.matches(split(c.name)), c.matches) << c.pattern << " / " << c.name;
+        list.add(split(pattern));
+        EXPECT_EQ(list.matches(split(name)), matches) << pattern << " / " << name;
     }
 }
 
@@ -72,4 +59,4 @@ TEST(PatternList, NegativeFeatureNeedsANameWithFeatures) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -2,27 +2,19 @@
 
 #include "dic/pools.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
-#include "support/thrown.hpp"
+#include "support/testing.hpp"
 
 #include <tavo/tavo.hpp>
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <functional>
-#include <string>
-#include <vector>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::TempDir;
 
 class InitFile : public testing::Test {
 protected:
     void SetUp() override {
-        paths_ = test::SmallWorld().names({"BOS", "EOS", "Undef", "Noun"}).line("a,Noun").writeTo(dir_.path());
+        paths_ = SmallWorld().names({"BOS", "EOS", "Undef", "Noun"}).line("a,Noun").writeTo(dir_.path());
         unsetenv("TAVO_PATH");
     }
     void TearDown() override {
@@ -31,30 +23,21 @@ protected:
     }
 
     /// Applies @p lines, with the small world's files named unless @p bare.
-    std::string apply(Tavo& tavo, std::string const& lines, bool bare = false) {
+    void apply(Tavo& tavo, std::string const& lines, bool bare = false) {
         std::string const files = bare ? "" : "\nDic=" + paths_.dic + "\nConnTable=" + paths_.connTable + "\n";
-        std::string const path = dir_.write("tavo.ini", lines + files);
-        tavo.setInitFilePath(path.c_str());
-        return path;
+        tavo.setInitFilePath(dir_.write("tavo.ini", lines + files).c_str());
     }
     std::string errorOf(std::string const& lines, bool bare = false) {
-        return test::thrown([&] {
-            Tavo tavo;
-            apply(tavo, lines, bare);
-        });
+        Tavo tavo;
+        return thrown([&] { apply(tavo, lines, bare); });
     }
 
     TempDir dir_;
-    test::SmallWorld::Paths paths_;
+    SmallWorld::Paths paths_;
 };
 
 TEST_F(InitFile, SetsEveryIntegerModeLastValueWins) {
-    struct Case {
-        char const* lines;
-        int (Tavo::*getter)() const;
-        int expected;
-    };
-    Case const cases[] = {
+    Table<char const*, int (Tavo::*)() const, int> const cases{
         {"MemoryMapped=0\nCooccurrence=1\nMemoryMapped=1", &Tavo::getMemoryMappedMode, 1},
         {"MemoryMapped=0", &Tavo::getMemoryMappedMode, 0},
         {"Cooccurrence=1abc", &Tavo::getCooccurrenceMode, 1},
@@ -77,20 +60,16 @@ TEST_F(InitFile, SetsEveryIntegerModeLastValueWins) {
         {"ProsodicInfoCombine=end", &Tavo::getProsodicInfoCombineMode, 2},
         {"ProsodicInfoCombine=|", &Tavo::getProsodicInfoCombineMode, 0},
     };
-    for (Case const& c : cases) {
+    for (auto const& [lines, getter, expected] : cases) {
         Tavo tavo;
-        apply(tavo, c.lines);
-        EXPECT_EQ((tavo.*c.getter)(), c.expected) << c.lines;
+        apply(tavo, lines);
+        EXPECT_EQ((tavo.*getter)(), expected) << lines;
     }
 }
 
 TEST_F(InitFile, RefusesBadIntegers) {
     std::string const path = dir_.file("tavo.ini");
-    struct Case {
-        char const* line;
-        std::string expected;
-    };
-    Case const cases[] = {
+    Table<char const*, std::string> const cases{
         {"Cooccurrence=2", "UNKNOWN_SETTING:" + path + ": Cooccurrence=2"},
         {"ReduceNumber=5", "UNKNOWN_SETTING:" + path + ": ReduceNumber=5"},
         {"DelimitCRLF=99999999999999999999", "UNKNOWN_SETTING:" + path + ": DelimitCRLF=99999999999999999999"},
@@ -98,7 +77,7 @@ TEST_F(InitFile, RefusesBadIntegers) {
         {"Cooccurrence=-1", "UNKNOWN_SETTING:"},
         {"Cooccurrence=9\nCooccurrence=0", "nothing thrown"},
     };
-    for (Case const& c : cases) EXPECT_EQ(errorOf(c.line), c.expected) << c.line;
+    for (auto const& [line, expected] : cases) EXPECT_EQ(errorOf(line), expected) << line;
 }
 
 TEST_F(InitFile, StringsAndLists) {
@@ -157,4 +136,4 @@ TEST(DecodeEscapes, StepsByCharacters) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -1,6 +1,5 @@
 #include "dic/conn_table.hpp"
 
-#include <gtest/gtest.h>
 #include <tavo/error.hpp>
 
 #include "base/bytes.hpp"
@@ -9,12 +8,7 @@
 #include "dic/dic_check.hpp"
 #include "dic/pools.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
-#include "support/thrown.hpp"
-
-#include <algorithm>
-#include <string>
-#include <utility>
+#include "support/testing.hpp"
 
 namespace TAVO::test {
 namespace {
@@ -75,12 +69,7 @@ TEST(ConnTableTest, RefusesAFileCutAnywhere) {
 TEST(ConnTableTest, RefusesWhatDoesNotHoldTogether) {
     // Positions: N at 0, rows of ids from 10, columns from 20, rows and cols at
     // 30 and 32, matrix from 34, offsets from 40, pool from 60.
-    struct Change {
-        std::size_t position;
-        char value;
-        char const* fault;
-    };
-    Change const changes[] = {
+    Table<std::size_t, char, char const*> const changes{
         {0, 2, "offset 0: fewer than 3 ids: 2"},
         {10, 2, "offset 10: the row of id 1 is not in the matrix: 2"},
         {19, 1, "offset 18: the row of id 5 is not in the matrix: 257"},
@@ -93,14 +82,14 @@ TEST(ConnTableTest, RefusesWhatDoesNotHoldTogether) {
     std::string const whole = serializeConnTable(content());
     ASSERT_EQ(whole.size(), 76U);
     TempDir const dir;
-    for (Change const& change : changes) {
+    for (auto const& [position, value, fault] : changes) {
         std::string bytes = whole;
-        bytes[change.position] = change.value;
+        bytes[position] = value;
         std::string const path = dir.write("table", bytes);
-        EXPECT_EQ(textOf(path), "ILLEGAL_FORMAT: " + path) << change.fault;
+        EXPECT_EQ(textOf(path), "ILLEGAL_FORMAT: " + path) << fault;
         std::vector<std::string> const faults = checkConnTable(bytes);
-        EXPECT_NE(std::find(faults.begin(), faults.end(), change.fault), faults.end())
-            << change.fault << " is not among the faults, of which the first is "
+        EXPECT_NE(std::find(faults.begin(), faults.end(), fault), faults.end())
+            << fault << " is not among the faults, of which the first is "
             << (faults.empty() ? "missing" : faults.front());
     }
 }
@@ -133,11 +122,7 @@ TEST(ConnTableTest, LoadsAsManyNamesAsIdsCanHave) {
 }
 
 TEST(ConnTableTest, TheWriterRefusesWhatTheLoaderWould) {
-    struct Case {
-        char const* fault;
-        void (*change)(ConnTableContent&);
-    };
-    Case const cases[] = {
+    Table<char const*, void (*)(ConnTableContent&)> const cases{
         {"fewer than 3 names", [](ConnTableContent& c) { c.names.resize(2); }},
         {"a name is empty or holds a NUL", [](ConnTableContent& c) { c.names[3] = ""; }},
         {"a name is empty or holds a NUL", [](ConnTableContent& c) { c.names[3].push_back('\0'); }},
@@ -147,11 +132,11 @@ TEST(ConnTableTest, TheWriterRefusesWhatTheLoaderWould) {
         {"a column index is not below the number of columns", [](ConnTableContent& c) { c.columnIndex[0] = 3; }},
         {"the matrix is not rows x columns", [](ConnTableContent& c) { c.matrix.push_back(0); }},
     };
-    for (Case const& c : cases) {
+    for (auto const& [fault, change] : cases) {
         ConnTableContent made = content();
-        c.change(made);
+        change(made);
         EXPECT_EQ(thrown<std::invalid_argument>([&] { serializeConnTable(made); }),
-                  std::string("connection table: ") + c.fault);
+                  std::string("connection table: ") + fault);
     }
 }
 

@@ -1,13 +1,8 @@
 #include "dic/dic_check.hpp"
 
-#include <gtest/gtest.h>
-
 #include "base/bytes.hpp"
 #include "support/small_world.hpp"
-
-#include <algorithm>
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace TAVO::test {
 namespace {

@@ -1,17 +1,11 @@
 #include "dic/dic_compiler.hpp"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 
 #include "base/crc32.hpp"
 #include "dic/dic_check.hpp"
 #include "dic/file_access.hpp"
-#include "support/temp_dir.hpp"
-
-#include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace TAVO::test {
 namespace {

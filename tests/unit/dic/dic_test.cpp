@@ -1,20 +1,13 @@
 #include "dic/dic.hpp"
 
-#include <gtest/gtest.h>
 #include <tavo/error.hpp>
 
 #include "dic/file_access.hpp"
-#include "support/encoding.hpp"
 #include "support/guarded_bytes.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
-#include "support/thrown.hpp"
+#include "support/testing.hpp"
 
 #include <cstdio>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace TAVO::test {
 namespace {
@@ -45,9 +38,15 @@ bool finds(Dic const& dic, std::string const& form) {
     return static_cast<bool>(dic.trie()->exactMatch(guarded.data(), guarded.size()));
 }
 
-TEST(DicTest, FindsPrefixesShortestFirst) {
+class DicTest : public ::testing::Test {
+protected:
     TempDir const dir;
     std::string const path = world().writeTo(dir.path()).dic;
+    std::string bytes = readFile(path);
+    std::size_t const trie = loadU32(asBytes(bytes.data()) + 4);
+};
+
+TEST_F(DicTest, FindsPrefixesShortestFirst) {
     std::pair<std::string, Found> const cases[] = {
         {toSjis("東京都と"), {{2, 10}, {4, 20}, {6, 30}}},
         {toSjis("東京都"), {{2, 10}, {4, 20}, {6, 30}}},
@@ -73,19 +72,16 @@ TEST(DicTest, FindsPrefixesShortestFirst) {
     }
 }
 
-TEST(DicTest, FindsExactForms) {
-    TempDir const dir;
-    Dic const dic(true, world().writeTo(dir.path()).dic.c_str());
+TEST_F(DicTest, FindsExactForms) {
+    Dic const dic(true, path.c_str());
     for (char const* form : {"東", "東京", "東京都", "と", "a", "国際連合"})
         EXPECT_TRUE(finds(dic, toSjis(form))) << form;
-    for (char const* form : {"京", "東京都と", "国際連", "国際連合軍", "aa", "b", ""}) {
+    for (char const* form : {"京", "東京都と", "国際連", "国際連合軍", "aa", "b", ""})
         EXPECT_FALSE(finds(dic, toSjis(form))) << form;
-    }
 }
 
-TEST(DicTest, AVisitThatStopsEndsTheSearch) {
-    TempDir const dir;
-    Dic const dic(true, world().writeTo(dir.path()).dic.c_str());
+TEST_F(DicTest, AVisitThatStopsEndsTheSearch) {
+    Dic const dic(true, path.c_str());
     std::string const text = toSjis("東京都");
     int visits = 0;
     EXPECT_FALSE(dic.trie()->prefixSearch(asBytes(text.data()), text.size(),
@@ -93,9 +89,8 @@ TEST(DicTest, AVisitThatStopsEndsTheSearch) {
     EXPECT_EQ(visits, 2);
 }
 
-TEST(DicTest, AnswersNames) {
-    TempDir const dir;
-    Dic const dic(false, world().writeTo(dir.path()).dic.c_str());
+TEST_F(DicTest, AnswersNames) {
+    Dic const dic(false, path.c_str());
     EXPECT_EQ(dic.nameCount(), 5);
     EXPECT_EQ(toUtf8(dic.getPartOfSPName(1)), "文頭");
     EXPECT_EQ(toUtf8(dic.getPartOfSPName(5)), "助詞");
@@ -118,14 +113,13 @@ std::string loading(std::string const& path, bool memoryMapped) {
     }
 }
 
-TEST(DicTest, JudgesHeaders) {
-    std::string const good = world().dictionary();
+TEST_F(DicTest, JudgesHeaders) {
+    std::string const& good = bytes;
     auto const with = [&good](std::size_t position, char value) {
-        std::string bytes = good;
-        bytes[position] = value;
-        return bytes;
+        std::string changed = good;
+        changed[position] = value;
+        return changed;
     };
-    std::size_t const trie = loadU32(asBytes(good.data()) + 4);
     std::pair<std::string, char const*> const cases[] = {
         {good, "words"},
         {SmallWorld().dictionary(), "empty"},  // a dictionary without words is valid
@@ -146,18 +140,13 @@ TEST(DicTest, JudgesHeaders) {
         {with(trie + 7, 1), "empty"},  // leaf area outside
         {with(trie + 4, static_cast<char>(good[trie + 4] + 1)), "empty"},
     };
-    TempDir const dir;
-    for (auto const& [bytes, outcome] : cases) {
-        std::string const path = dir.write("dic", bytes);
-        EXPECT_EQ(loading(path, false), outcome);
-        EXPECT_EQ(loading(path, true), outcome);
-    }
+    for (auto const& [image, outcome] : cases)
+        for (bool const memoryMapped : {false, true})
+            EXPECT_EQ(loading(dir.write("dic", image), memoryMapped), outcome);
 }
 
-TEST(DicTest, ADictionaryOfBadOffsetsFindsNothing) {
-    std::string bytes = world().dictionary();
-    bytes[loadU32(asBytes(bytes.data()) + 4) + 7] = 1;
-    TempDir const dir;
+TEST_F(DicTest, ADictionaryOfBadOffsetsFindsNothing) {
+    bytes[trie + 7] = 1;
     Dic const dic(true, dir.write("dic", bytes).c_str());
     EXPECT_EQ(prefixes(dic, toSjis("東京")), Found{});
     EXPECT_FALSE(finds(dic, toSjis("東")));
@@ -166,30 +155,24 @@ TEST(DicTest, ADictionaryOfBadOffsetsFindsNothing) {
     EXPECT_EQ(visited, 0);
 }
 
-TEST(DicTest, ANameOutsideThePoolIsEmpty) {
-    std::string bytes = world().dictionary();
-    std::size_t const trie = loadU32(asBytes(bytes.data()) + 4);
+TEST_F(DicTest, ANameOutsideThePoolIsEmpty) {
     bytes[16 + 5 + 3] = 1;  // offset of name 1
     bytes[trie - 1] = 'x';  // the NUL of the last name
-    TempDir const dir;
     Dic const dic(true, dir.write("dic", bytes).c_str());
     EXPECT_STREQ(dic.getPartOfSPName(1), "");
     EXPECT_STREQ(dic.getPartOfSPName(5), "");
     EXPECT_EQ(toUtf8(dic.getPartOfSPName(2)), "文末");
 }
 
-TEST(DicTest, TellsWhatIsMissing) {
-    TempDir const dir;
+TEST_F(DicTest, TellsWhatIsMissing) {
     for (bool const memoryMapped : {false, true}) {
-        for (std::string const& path : {dir.file("absent"), dir.path()})
-            EXPECT_EQ(thrown<file_not_found>([&] { Dic(memoryMapped, path.c_str()); }), "FILE_NOT_OPEN: " + path);
+        for (std::string const& no : {dir.file("absent"), dir.path()})
+            EXPECT_EQ(thrown<file_not_found>([&] { Dic(memoryMapped, no.c_str()); }), "FILE_NOT_OPEN: " + no);
         EXPECT_EQ(thrown<std::invalid_argument>([&] { Dic(memoryMapped, nullptr); }), "INVALID_ARGUMENT: Dic::Dic()");
     }
 }
 
-TEST(DicTest, The257thMappingIsRefused) {
-    TempDir const dir;
-    std::string const path = world().writeTo(dir.path()).dic;
+TEST_F(DicTest, The257thMappingIsRefused) {
     std::vector<std::unique_ptr<Dic>> mapped;
     for (std::size_t i = 0; i < kMappingSlots; ++i) mapped.push_back(std::make_unique<Dic>(true, path.c_str()));
     EXPECT_EQ(thrown<std::runtime_error>([&] { Dic(true, path.c_str()); }), "OVERFLOW_MMAP_DESCRIPTOR:");
@@ -198,17 +181,13 @@ TEST(DicTest, The257thMappingIsRefused) {
     EXPECT_TRUE(finds(Dic(true, path.c_str()), "a"));
 }
 
-TEST(DicTest, AConstructorThatThrowsGivesItsMappingBack) {
-    TempDir const dir;
-    std::string const path = dir.write("dic", std::string(20, '\3'));
-    for (std::size_t i = 0; i < kMappingSlots + 1; ++i) {
-        EXPECT_THROW(Dic(true, path.c_str()), invalid_dictionary_version);
-    }
+TEST_F(DicTest, AConstructorThatThrowsGivesItsMappingBack) {
+    std::string const bad = dir.write("dic", std::string(20, '\3'));
+    for (std::size_t i = 0; i < kMappingSlots + 1; ++i)
+        EXPECT_THROW(Dic(true, bad.c_str()), invalid_dictionary_version);
 }
 
-TEST(DicTest, TakesTheFileThatNowHasItsNameBack) {
-    TempDir const dir;
-    std::string const path = world().writeTo(dir.path()).dic;
+TEST_F(DicTest, TakesTheFileThatNowHasItsNameBack) {
     Dic dic(true, path.c_str());
     dic.release();
     EXPECT_FALSE(dic.hasHeader());
@@ -226,18 +205,16 @@ TEST(DicTest, TakesTheFileThatNowHasItsNameBack) {
     EXPECT_EQ(thrown<file_not_found>([&] { dic.takeBack(); }), "FILE_NOT_OPEN: FILE_NOT_OPEN:" + path);
 }
 
-TEST(DicTest, AHeapImageStaysWhenReleased) {
-    TempDir const dir;
-    Dic dic(false, world().writeTo(dir.path()).dic.c_str());
+TEST_F(DicTest, AHeapImageStaysWhenReleased) {
+    Dic dic(false, path.c_str());
     dic.release();
     EXPECT_TRUE(finds(dic, "a"));
     dic.takeBack();
     EXPECT_TRUE(finds(dic, "a"));
 }
 
-TEST(DicTest, KnowsItsRecords) {
-    TempDir const dir;
-    Dic const dic(true, world().writeTo(dir.path()).dic.c_str());
+TEST_F(DicTest, KnowsItsRecords) {
+    Dic const dic(true, path.c_str());
     Dic const other(false, dic.path().c_str());
     RecordChain const chain = dic.trie()->exactMatch(asBytes("a"), 1);
     EXPECT_TRUE(dic.contains(chain.head()));

@@ -1,17 +1,12 @@
 #include "dic/file_access.hpp"
 
+#include "support/testing.hpp"
+
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "support/temp_dir.hpp"
-#include "support/thrown.hpp"
-
 #include <random>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace TAVO::test {
 namespace {
@@ -128,12 +123,7 @@ std::vector<ReadLine> byReader(std::string const& path, std::size_t capacity) {
 }
 
 TEST(FileAccessTest, ReadsLines) {
-    struct Case {
-        std::string bytes;
-        std::size_t capacity;
-        std::vector<ReadLine> lines;
-    };
-    Case const cases[] = {
+    Table<std::string, std::size_t, std::vector<ReadLine>> const cases{
         {"ab\r\ncd", 4096, {{2, "ab"}, {2, "cd"}}},
         {"abcd\n", 3, {{2, "ab"}, {1, "d"}}},
         {"ab\n", 3, {{2, "ab"}}},
@@ -144,10 +134,10 @@ TEST(FileAccessTest, ReadsLines) {
         {"abc\nx", 1, {{0, ""}, {0, ""}, {0, ""}, {0, ""}, {0, ""}}},
     };
     TempDir const dir;
-    for (Case const& c : cases) {
-        std::string const path = dir.write("f", c.bytes);
-        EXPECT_EQ(byBytes(path, c.capacity), c.lines) << c.bytes << " capacity " << c.capacity;
-        EXPECT_EQ(byReader(path, c.capacity), c.lines) << c.bytes << " capacity " << c.capacity;
+    for (auto const& [bytes, capacity, lines] : cases) {
+        std::string const path = dir.write("f", bytes);
+        EXPECT_EQ(byBytes(path, capacity), lines) << bytes << " capacity " << capacity;
+        EXPECT_EQ(byReader(path, capacity), lines) << bytes << " capacity " << capacity;
     }
 }
 

@@ -1,23 +1,13 @@
 #include "dic/read_pron.hpp"
 
-#include <gtest/gtest.h>
-
-#include "support/encoding.hpp"
-
-#include <string>
+#include "support/testing.hpp"
 
 namespace TAVO::test {
 namespace {
 
-struct Case {
-    std::string text;
-    std::string read;     // part separators kept
-    std::string compact;  // dropped
-    std::string pron;
-};
-
 TEST(ReadPronTest, TakesSidesOfGroups) {
-    Case const cases[] = {
+    // Text; reading with and without part separators; pronunciation.
+    Table<std::string, std::string, std::string, std::string> const cases{
         {"", "", "", ""},
         {"ハシ", "ハシ", "ハシ", "ハシ"},
         {"アイ（ウ", "アイ（ウ", "アイ（ウ", "アイ（ウ"},
@@ -39,11 +29,11 @@ TEST(ReadPronTest, TakesSidesOfGroups) {
         {"ア)-(イ|ウ", "ア)-(イ|ウ", "ア)-(イ|ウ", "ア)-(イ|ウ"},
         {"(ア|イ)-(ウ", "(ア|イ)-(ウ", "(ア|イ)-(ウ", "(ア|イ)-(ウ"},
     };
-    for (Case const& c : cases) {
-        std::string const text = toSjis(c.text);
-        EXPECT_EQ(toUtf8(extractRead(text.c_str(), false)), c.read) << c.text;
-        EXPECT_EQ(toUtf8(extractRead(text.c_str(), true)), c.compact) << c.text;
-        EXPECT_EQ(toUtf8(extractPron(text.c_str())), c.pron) << c.text;
+    for (auto const& [utf8, read, compact, pron] : cases) {
+        std::string const text = toSjis(utf8);
+        EXPECT_EQ(toUtf8(extractRead(text.c_str(), false)), read) << utf8;
+        EXPECT_EQ(toUtf8(extractRead(text.c_str(), true)), compact) << utf8;
+        EXPECT_EQ(toUtf8(extractPron(text.c_str())), pron) << utf8;
     }
 }
 

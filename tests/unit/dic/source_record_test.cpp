@@ -1,13 +1,7 @@
 #include "dic/source_record.hpp"
 
-#include <gtest/gtest.h>
-
 #include "dic/mrph_dic.hpp"
-#include "support/encoding.hpp"
-
-#include <sstream>
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace TAVO::test {
 namespace {
@@ -21,19 +15,17 @@ SourceRecord parsed(std::string const& line) {
     return record;
 }
 
-std::string parts(unsigned count, char separator) {
-    std::string text = "a";
-    for (unsigned i = 1; i < count; ++i) text += std::string(1, separator) + "a";
-    return text;
+std::string repeated(std::string_view text, int times) {
+    std::string result;
+    while (times-- > 0) result += text;
+    return result;
 }
 
-struct Refusal {
-    std::string line;
-    char const* error;
-};
+/// Lines and their errors.
+using Refusals = Table<std::string, char const*>;
 
 TEST(SourceRecordTest, RefusesLinesWithTheirFirstFault) {
-    Refusal const refusals[] = {
+    Refusals const refusals{
         {"", "Error: No Word"},
         {",N", "Error: No Word"},
         {"a", "Error: Too Less Fields"},
@@ -43,7 +35,7 @@ TEST(SourceRecordTest, RefusesLinesWithTheirFirstFault) {
         {"a--b,N", "Error: Illegal Separator"},
         {"a/-b,N", "Error: Illegal Separator"},
         {"-,N", "Error: Illegal Separator"},
-        {parts(256, '/') + ",N", "Error: Too Much Part"},
+        {"a" + repeated("/a", 255) + ",N", "Error: Too Much Part"},
         {"a,", "Error: No PartOfSP"},
         {"a,,1", "Error: No PartOfSP"},
         {"a,N-", "Error: No Part PartOfSP"},
@@ -73,11 +65,11 @@ TEST(SourceRecordTest, RefusesLinesWithTheirFirstFault) {
         {"\x81,N", "Error: Too Less Fields"},  // the lead byte takes the comma for its second byte
         {"a\0b,N"s, "Error: NUL Character in Line"},
     };
-    for (Refusal const& refusal : refusals) {
+    for (auto const& [line, expected] : refusals) {
         SourceRecord record;
         std::string error;
-        EXPECT_FALSE(record.parse(refusal.line, error)) << refusal.line;
-        EXPECT_EQ(error, refusal.error) << refusal.line;
+        EXPECT_FALSE(record.parse(line, error)) << line;
+        EXPECT_EQ(error, expected) << line;
     }
 }
 
@@ -91,33 +83,13 @@ TEST(SourceRecordTest, WritesErrorsToTheStandardErrorStream) {
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Error: Too Less Fields\nError: Unlisted PartOfSP: N(ab)\n");
 }
 
-TEST(SourceRecordTest, TakesAllFields) {
-    SourceRecord const record = parsed("a-b,N-M-L,255,A/B,S,@w,g,G,1:2,0:0,65535,P,x,,z");
-    EXPECT_EQ(record.form, "ab");
-    EXPECT_EQ(record.partForm, "a-b");
-    EXPECT_EQ(record.partCount, 2U);
-    EXPECT_EQ(record.partOfSP, "N");
-    EXPECT_EQ(record.partNames, (std::vector<std::string>{"M", "L"}));
-    EXPECT_EQ(record.cost, 255);
-    EXPECT_EQ(record.readPron, "A/B");
-    EXPECT_EQ(record.stdForm, "S");
-    EXPECT_EQ(record.wordCooc, "@w");
-    EXPECT_EQ(record.groupCooc, "g");
-    EXPECT_EQ(record.group, "G");
-    EXPECT_EQ(record.categories[0], (std::vector<std::uint16_t>{1, 2}));
-    EXPECT_EQ(record.categories[1], (std::vector<std::uint16_t>{0, 0}));
-    EXPECT_EQ(record.categories[2], (std::vector<std::uint16_t>{65535}));
-    EXPECT_EQ(record.prosodicInfo, "P");
-    EXPECT_EQ(record.ext, (std::vector<std::string>{"x", "", "z"}));
-}
-
 TEST(SourceRecordTest, KeepsDefaultsOfFieldsLeftOut) {
     SourceRecord const record = parsed("a,N");
     EXPECT_EQ(record.cost, 100);
     EXPECT_EQ(record.partCount, 1U);
     EXPECT_EQ(record.partForm, "");
     EXPECT_TRUE(record.ext.empty());
-    EXPECT_EQ(parsed(parts(255, '-') + ",N").partCount, 255U);
+    EXPECT_EQ(parsed("a" + repeated("-a", 254) + ",N").partCount, 255U);
 }
 
 TEST(SourceRecordTest, ResolvesEscapesButInThePartForm) {
@@ -143,18 +115,15 @@ TEST(SourceRecordTest, TakesNoSecondByteForAMark) {
 }
 
 TEST(SourceRecordTest, SetsCooccurrenceMarks) {
-    struct Case {
-        std::string word, group;
-        bool left, right;
-    };
-    Case const cases[] = {{"", "", false, false},        {"@", "", true, true},    {"x@", "", false, false},
-                          {"xLx", "", true, false},      {"", "xR", false, true},  {"L", "R", true, true},
-                          {"", "@1", true, true},        {"lr", "", false, false}, {"\x83\x4C", "", false, false},
-                          {"\x83\x52", "", false, false}};
-    for (Case const& c : cases) {
-        SourceRecord const record = parsed("a,N,1,,," + c.word + "," + c.group);
-        EXPECT_EQ(record.leftMark, c.left) << c.word << "," << c.group;
-        EXPECT_EQ(record.rightMark, c.right) << c.word << "," << c.group;
+    Table<std::string, std::string, bool, bool> const cases{
+        {"", "", false, false},        {"@", "", true, true},    {"x@", "", false, false},
+        {"xLx", "", true, false},      {"", "xR", false, true},  {"L", "R", true, true},
+        {"", "@1", true, true},        {"lr", "", false, false}, {"\x83\x4C", "", false, false},
+        {"\x83\x52", "", false, false}};
+    for (auto const& [word, group, left, right] : cases) {
+        SourceRecord const record = parsed("a,N,1,,," + word + "," + group);
+        EXPECT_EQ(record.leftMark, left) << word << "," << group;
+        EXPECT_EQ(record.rightMark, right) << word << "," << group;
     }
 }
 
@@ -182,38 +151,32 @@ TEST(SourceRecordTest, GivesPartsTheWordsIdWhenTheyHaveNone) {
 
 TEST(SourceRecordTest, RefusesToSerializeWhatDoesNotFit) {
     NameTable const names{{"N", std::uint16_t{1}}};
-    std::string const categories256 = [] {
-        std::string list = "0";
-        for (int i = 1; i < 256; ++i) list += ":0";
-        return list;
-    }();
     // A record of 65536 bytes: 8 of head, the reading, its NUL.
-    Refusal const refusals[] = {
+    Refusals const refusals{
         {"a,M", "Error: Unlisted PartOfSP: M(a)"},
         {"a-b,N-N-M", "Error: Unlisted PartOfSP: M(ab)"},
         {"a,N,1," + std::string(65527, 'r'), "Error: Too Big MrphData"},
-        {"a,N,1,,,,,," + categories256, "Error: Too Much Category Number"},
+        {"a,N,1,,,,,,0" + repeated(":0", 255), "Error: Too Much Category Number"},
     };
-    for (Refusal const& refusal : refusals) {
-        std::string out = "kept";
-        std::string error;
-        EXPECT_FALSE(parsed(refusal.line).serialize(out, names, error));
-        EXPECT_EQ(error, refusal.error);
+    std::string out = "kept";
+    std::string error;
+    for (auto const& [line, expected] : refusals) {
+        EXPECT_FALSE(parsed(line).serialize(out, names, error));
+        EXPECT_EQ(error, expected);
         EXPECT_EQ(out, "kept");
     }
-    std::string out;
-    std::string error;
+    out.clear();
     EXPECT_TRUE(parsed("a,N,1," + std::string(65526, 'r')).serialize(out, names, error)) << error;
     EXPECT_EQ(out.size(), 65535U);
 }
 
-TEST(SourceRecordTest, PrintsLabelledLines) {
+TEST(SourceRecordTest, TakesAllFieldsAndPrintsThemLabelled) {
     std::ostringstream out;
-    parsed("a-b,N-M-L,7,A-B,S,w,g,G,1:2,,3,P,x,y").print(out);
-    EXPECT_EQ(
-        out.str(),
-        "Form\tab\nPartOfSP\tN\nPartCount\t2\nPartForm\ta-b\nM\nL\nCost\t7\nReadPron\tA-B\nStdForm\tS\n"
-        "WordCooc\tw\nGroupCooc\tg\nGroup\tG\nCat1,1\t1\nCat1,2\t2\nCat3,1\t3\nProsodicInfo\tP\nExt1\tx\nExt2\ty\n");
+    parsed("a-b,N-M-L,255,A/B,S,@w,g,G,1:2,0:0,65535,P,x,,z").print(out);
+    EXPECT_EQ(out.str(),
+              "Form\tab\nPartOfSP\tN\nPartCount\t2\nPartForm\ta-b\nM\nL\nCost\t255\nReadPron\tA/B\nStdForm\tS\n"
+              "WordCooc\t@w\nGroupCooc\tg\nGroup\tG\nCat1,1\t1\nCat1,2\t2\nCat2,1\t0\nCat2,2\t0\nCat3,1\t65535\n"
+              "ProsodicInfo\tP\nExt1\tx\nExt2\t\nExt3\tz\n");
 }
 
 }  // namespace

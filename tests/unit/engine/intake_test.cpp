@@ -1,11 +1,8 @@
 #include "engine/intake.hpp"
 
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
-#include <string>
-#include <vector>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
 
 using namespace std::string_literals;
@@ -22,16 +19,9 @@ std::vector<std::string> pieces(std::string const& text, int delimitCrlf, int de
 }
 
 TEST(SplitText, CutsAtLineBreaksAndDelimiters) {
-    struct Case {
-        std::string text;
-        int delimitCrlf;
-        int deleteCrlf;
-        std::vector<std::string> delimiters;
-        std::vector<std::string> expected;
-    };
     // 0x81 0x42 is the ideographic full stop; in 0x81 0x81 0x42 its first byte
     // is the second one of another character.
-    Case const cases[] = {
+    Table<std::string, int, int, std::vector<std::string>, std::vector<std::string>> const cases{
         {"", 0, 0, {}, {}},
         {"", 1, 0, {"x"}, {}},
         {"ab\ncd", 0, 0, {}, {"ab\ncd"}},
@@ -50,9 +40,8 @@ TEST(SplitText, CutsAtLineBreaksAndDelimiters) {
         {"ab.", 0, 0, {"", ".x", "."}, {"ab."}},
         {"a\0b.c"s, 0, 0, {"."}, {"a\0b."s, "c"}},
     };
-    for (Case const& c : cases)
-        EXPECT_EQ(pieces(c.text, c.delimitCrlf, c.deleteCrlf, c.delimiters), c.expected)
-            << testing::PrintToString(c.text);
+    for (auto const& [text, delimitCrlf, deleteCrlf, delimiters, expected] : cases)
+        EXPECT_EQ(pieces(text, delimitCrlf, deleteCrlf, delimiters), expected) << testing::PrintToString(text);
 }
 
 TEST(DeleteLineBreaks, StepsByCharacters) {
@@ -63,4 +52,4 @@ TEST(DeleteLineBreaks, StepsByCharacters) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -4,27 +4,19 @@
 #include "engine/lattice.hpp"
 #include "support/random_world.hpp"
 #include "support/reference_nbest.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <limits>
-#include <string>
-#include <vector>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
 
-using test::Attached;
-using test::Record;
-using test::World;
-
 /// All connections cost 1, unknown words and their neighbours are far worse.
-World flatWorld(test::WordTable words) {
+World flatWorld(WordTable words) {
     World world;
     world.dictionaries.push_back(std::move(words));
-    for (unsigned left = 1; left <= test::kIds; ++left)
-        for (unsigned right = 1; right <= test::kIds; ++right) world.costs.push_back(left == 3 || right == 3 ? 250 : 1);
+    for (unsigned left = 1; left <= kIds; ++left)
+        for (unsigned right = 1; right <= kIds; ++right) world.costs.push_back(left == 3 || right == 3 ? 250 : 1);
     return world;
 }
 
@@ -74,7 +66,7 @@ TEST(NBestTies, TiesOfOtherLengthsComeByNumberOfWords) {
     // the sums agree: only the number of words and their places differ.
     World world = flatWorld({{"A", {{4, 0}}}, {"AAA", {{5, 0}}}});
     auto const cost = [&](unsigned left, unsigned right) -> std::uint8_t& {
-        return world.costs[(left - 1) * test::kIds + right - 1];
+        return world.costs[(left - 1) * kIds + right - 1];
     };
     // Every byte costs 2 in connections: 2 behind an A, 6 behind an AAA.
     for (unsigned const right : {2U, 4U, 5U}) {
@@ -102,9 +94,9 @@ TEST(NBestTies, GapsBetweenTheLengthsEndNowhereTwice) {
     // in between for a search that goes by the shortest and longest alone.
     World world = flatWorld({{"A", {{4, 0}}}, {"AAAA", {{5, 0}, {6, 0}}}});
     for (unsigned const right : {2U, 4U, 5U, 6U}) {
-        world.costs[3 * test::kIds + right - 1] = 1;
-        world.costs[4 * test::kIds + right - 1] = 4;
-        world.costs[5 * test::kIds + right - 1] = 4;
+        world.costs[3 * kIds + right - 1] = 1;
+        world.costs[4 * kIds + right - 1] = 4;
+        world.costs[5 * kIds + right - 1] = 4;
     }
     Searched const found(world, std::string(200, 'A'), 3000);
     ASSERT_EQ(found.shapes.size(), 3000U);
@@ -119,16 +111,16 @@ TEST(NBestTies, TheRestComesInTheOrderOfTheQueue) {
     // A thousand paths through keys of a few ties each and a last one of many.
     World const world = flatWorld({{"A", {{4, 1}, {5, 1}}}, {"AA", {{4, 2}, {6, 3}}}});
     std::string const text(9, 'A');
-    test::CostFunction const cost = world.costFunction();
-    std::vector<test::ReferencePath> const expected =
-        test::referenceNBest(test::referenceSearch(text, world.dictionaries, cost), cost, 1000);
+    CostFunction const cost = world.costFunction();
+    std::vector<ReferencePath> const expected =
+        referenceNBest(referenceSearch(text, world.dictionaries, cost), cost, 1000);
     Searched const found(world, text, 1000);
     ASSERT_EQ(found.keys.size(), expected.size());
-    test::ReferenceLattice const lattice = test::referenceSearch(text, world.dictionaries, cost);
+    ReferenceLattice const lattice = referenceSearch(text, world.dictionaries, cost);
     for (std::size_t r = 0; r < expected.size(); ++r) {
         std::string shape;
         for (int const index : expected[r].nodes) {
-            test::ReferenceNode const& node = lattice.nodes[static_cast<std::size_t>(index)];
+            ReferenceNode const& node = lattice.nodes[static_cast<std::size_t>(index)];
             shape += static_cast<char>((node.length == 1 ? 'a' : 'A') + node.record.pid - 4);
         }
         ASSERT_EQ(found.shapes[r], shape) << r;
@@ -143,4 +135,4 @@ TEST(NBestTies, AnyCountMayBeAskedFor) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

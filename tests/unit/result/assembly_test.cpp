@@ -1,50 +1,35 @@
 #include "result/mrph_access.hpp"
+#include "support/describe.hpp"
 #include "support/result_world.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::plainWords;
-using test::ResultWorld;
-
-std::vector<std::string> forms(std::vector<Mrph> const& morphemes) {
-    std::vector<std::string> result;
-    for (Mrph const& m : morphemes) result.push_back(m.getForm(true));
-    return result;
-}
-
-using Forms = std::vector<std::string>;
 
 TEST(Assembly, MakesOneMorphemePerNode) {
     ResultWorld world(plainWords({"ab,Noun,1", "c,Verb,2"}));
     std::string const text = "abzc";
     std::vector<Mrph> const result = world.analyse(text);
-    ASSERT_EQ(forms(result), (Forms{"ab", "z", "c"}));
-    EXPECT_STREQ(result[0].getPartOfSP(), "Noun");
-    EXPECT_STREQ(result[1].getPartOfSP(), "Undef");
-    EXPECT_TRUE(result[1].isUndef());
-    EXPECT_FALSE(result[0].isUndef());
-    EXPECT_TRUE(result[0].isFirstDic());
-    EXPECT_FALSE(result[1].isFirstDic());
-    EXPECT_EQ(result[1].getCost(), 255);
+    ASSERT_EQ(describe(result, "%w/%h/%c"), "ab/Noun/1 z/Undef/255 c/Verb/2");
+    for (std::size_t const i : {0U, 1U, 2U}) {
+        EXPECT_EQ(result[i].isUndef(), i == 1);
+        EXPECT_EQ(result[i].isFirstDic(), i != 1);
+    }
     unsigned int length = 0;
     EXPECT_EQ(result[2].getFormWithoutNullEnd(length), text.data() + 3);
+    EXPECT_EQ(length, 1U);
     EXPECT_EQ(world.analyse("").size(), 0U);
 }
 
 TEST(Assembly, DividesCompoundsOnlyInDivideWordMode) {
     ResultWorld world(plainWords({"ab-c,Noun-Verb-Tail,1", "d,Noun,1"}));
     std::string const text = "abcd";
-    EXPECT_EQ(forms(world.analyse(text)), (Forms{"abc", "d"}));
+    EXPECT_EQ(describe(world.analyse(text), "%w"), "abc d");
     EXPECT_EQ(world.analyse(text)[0].getPartCount(), 2);
     world.context.settings.setMode(Mode::DivideWord, 1);
     std::vector<Mrph> const divided = world.analyse(text);
-    ASSERT_EQ(forms(divided), (Forms{"ab", "c", "d"}));
+    EXPECT_EQ(describe(divided), "ab:Verb c:Tail d:Noun");
     for (Mrph const& m : divided) EXPECT_EQ(m.getPartCount(), 1);
-    EXPECT_STREQ(divided[0].getPartOfSP(), "Verb");
-    EXPECT_STREQ(divided[1].getPartOfSP(), "Tail");
 }
 
 TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
@@ -52,19 +37,17 @@ TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
         plainWords({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "abc,Noun,9", "c,Noun,1"}));
     std::string const text = "abc";
     std::vector<Mrph> result = world.analyse(text);
-    ASSERT_EQ(forms(result).front(), "abc");
+    ASSERT_EQ(describe(result, "%w"), "abc");
     EXPECT_EQ(result[0].getAltCount(), 0);
 
     ResultWorld shorter(plainWords({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "c,Noun,1"}));
     result = shorter.analyse(text);
-    ASSERT_EQ(forms(result), (Forms{"ab", "c"}));
+    ASSERT_EQ(describe(result, "%w"), "ab c");
     EXPECT_EQ(result[0].getPid(), 4);
     EXPECT_EQ(result[0].getAltCount(), 2);
     std::vector<Mrph> alternatives(3, result[1]);
     result[0].getAlt(alternatives);
-    ASSERT_EQ(forms(alternatives), (Forms{"ab", "ab"}));
-    EXPECT_STREQ(alternatives[0].getPartOfSP(), "Verb");
-    EXPECT_STREQ(alternatives[1].getPartOfSP(), "Tail");
+    ASSERT_EQ(describe(alternatives), "ab:Verb ab:Tail");
     // An alternative's alternatives are the others.
     EXPECT_EQ(alternatives[1].getAltCount(), 2);
     result[0].getAlt(result);
@@ -90,4 +73,4 @@ TEST(Assembly, MorphemesOfEarlierSentencesKeepTheirCandidates) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -2,20 +2,12 @@
 
 #include "support/record_builder.hpp"
 #include "support/result_world.hpp"
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 #include <climits>
-#include <sstream>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::RecordBuilder;
-using test::ResultWorld;
-using test::SmallWorld;
-using test::thrown;
-using test::wide;
 
 SmallWorld worldOfNames() {
     SmallWorld world;
@@ -37,10 +29,7 @@ std::string formatted(Mrph const& m, std::string const& format, std::string cons
 TEST(Format, ScansMarksAndEscapes) {
     RecordBuilder records;
     Mrph const m = records.mrph("ab,Noun,7,,,,,,,,,,e,f");
-    struct Case {
-        std::string format, expected;
-    };
-    Case const cases[] = {
+    Table<std::string, std::string> const cases{
         {"", ""},
         {"plain", "plain"},
         {"<%w>", "<ab>"},
@@ -77,7 +66,7 @@ TEST(Format, ScansMarksAndEscapes) {
         {"a\x83", "a\x83"},
         {"%\x83", "NUL"},
     };
-    for (Case const& c : cases) EXPECT_EQ(formatted(m, c.format, "NUL"), c.expected) << c.format;
+    for (auto const& [format, expected] : cases) EXPECT_EQ(formatted(m, format, "NUL"), expected) << format;
     EXPECT_EQ(formatted(m, "[%g%3g]", ""), "[   ]");
 }
 
@@ -86,25 +75,24 @@ TEST(Format, GivesTheDocumentedExamples) {
     ResultWorld world(worldOfNames());
     RecordBuilder records;
     Mrph const m = records.mrph("ab,Noun,7,,,,,,,,,,e,f", &world.context);
-    struct Case {
-        std::string format, expected;
-    };
-    for (Case const& c : {Case{"%w/%h", "ab/Noun"}, Case{"[%5w][%5k]", "[ab   ][*    ]"},
-                          Case{"%w costs %c, 100\\%", "ab costs 7, 100%"}, Case{"%D;%D0;%D1;%D2", "e,f;e;f;*"},
-                          Case{"%%", "*"}, Case{"a\\qb", "ab"}})
-        EXPECT_EQ(formatted(m, c.format, "*"), c.expected) << c.format;
+    Table<std::string, std::string> const examples{{"%w/%h", "ab/Noun"},
+                                                   {"[%5w][%5k]", "[ab   ][*    ]"},
+                                                   {"%w costs %c, 100\\%", "ab costs 7, 100%"},
+                                                   {"%D;%D0;%D1;%D2", "e,f;e;f;*"},
+                                                   {"%%", "*"},
+                                                   {"a\\qb", "ab"}};
+    for (auto const& [format, expected] : examples) EXPECT_EQ(formatted(m, format, "*"), expected) << format;
 }
 
 TEST(Format, AWidthBeyondAnIntIsTheLargest) {
-    struct Case {
-        char const* digits;
-        int expected;
-    };
-    for (Case const& c : {Case{"2147483646", INT_MAX - 1}, Case{"2147483647", INT_MAX}, Case{"2147483648", INT_MAX},
-                          Case{"9999999999999999999999", INT_MAX}}) {
+    Table<char const*, int> const cases{{"2147483646", INT_MAX - 1},
+                                        {"2147483647", INT_MAX},
+                                        {"2147483648", INT_MAX},
+                                        {"9999999999999999999999", INT_MAX}};
+    for (auto const& [digits, expected] : cases) {
         std::size_t pos = 0;
-        EXPECT_EQ(format_detail::scanWidth(c.digits, pos), c.expected);
-        EXPECT_EQ(pos, std::string_view(c.digits).size());
+        EXPECT_EQ(format_detail::scanWidth(digits, pos), expected);
+        EXPECT_EQ(pos, std::string_view(digits).size());
     }
 }
 
@@ -118,11 +106,7 @@ TEST(Format, EveryDirectiveOfAWholeMorpheme) {
     cover.additionalInfo = "add";
     cover.grammarType = "gram";
     cover.prosodicType = "type";
-    struct Case {
-        char letter;
-        std::string whole, part1;
-    };
-    Case const cases[] = {
+    Table<char, std::string, std::string> const cases{
         {'w', "ab", "b"},
         {'W', "ab", "b"},
         {'h', "Suffix-Kind", "Verb:Stem"},
@@ -149,13 +133,13 @@ TEST(Format, EveryDirectiveOfAWholeMorpheme) {
         {'X', "group", "group"},
     };
     std::string known;
-    for (Case const& c : cases) {
-        std::string const format = std::string("%") + c.letter;
-        EXPECT_EQ(formatted(m, format, "NUL"), c.whole) << format;
-        EXPECT_EQ(m.format(1, format.c_str(), "NUL"), c.part1) << format;
+    for (auto const& [letter, whole, part1] : cases) {
+        std::string const format = std::string("%") + letter;
+        EXPECT_EQ(formatted(m, format, "NUL"), whole) << format;
+        EXPECT_EQ(m.format(1, format.c_str(), "NUL"), part1) << format;
         EXPECT_EQ(m.format(1, ("%9" + format.substr(1) + "|").c_str(), "NUL"),
-                  c.part1 + std::string(c.part1.size() < 9 ? 9 - c.part1.size() : 0, ' ') + "|");
-        known += c.letter;
+                  part1 + std::string(part1.size() < 9 ? 9 - part1.size() : 0, ' ') + "|");
+        known += letter;
     }
     for (int letter = '!'; letter < 0x7F; ++letter) {
         auto const c = static_cast<char>(letter);
@@ -240,4 +224,4 @@ TEST(Format, RefusesBadArguments) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

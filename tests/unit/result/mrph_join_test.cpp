@@ -1,13 +1,8 @@
 #include "support/record_builder.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::RecordBuilder;
-using test::wide;
-using Numbers = std::vector<unsigned short>;
 
 /// Neighbouring pieces of one sentence.
 struct Neighbours {
@@ -20,29 +15,20 @@ struct Neighbours {
     RecordBuilder records;
 };
 
+/// Form, cost, reading, pronunciation, standard form, group and id.
+std::string shown(Mrph const& m) { return m.format("%w %c %K %p %S %g ", "-") + std::to_string(m.getPid()); }
+
 TEST(MrphJoin, ExtendsOverANeighbourInTheText) {
     Neighbours n;
     Mrph m = n.on(0, 2, "ab,Noun,10," + wide("A") + ",,,,g");
-    Mrph const b = n.on(2, 1, "c,Verb:Stem,20," + wide("B(C|D)") + ",std,,,h");
-    MrphAccess::append(m, b, 6);
-    EXPECT_EQ(m.getForm(true), "abc");
-    unsigned int length = 0;
-    EXPECT_EQ(m.getFormWithoutNullEnd(length), n.text.data());
+    MrphAccess::append(m, n.on(2, 1, "c,Verb:Stem,20," + wide("B(C|D)") + ",std,,,h"), 6);
+    EXPECT_EQ(shown(m), wide("abc 30 A/BC ABD ab/std g:h 6"));
+    EXPECT_EQ(MrphAccess::rawForm(m).data(), n.text.data());
     EXPECT_EQ(MrphAccess::rawForm(m), "abc");
-    EXPECT_EQ(m.getPid(), 6);
-    EXPECT_EQ(m.getCost(), 30);
-    EXPECT_EQ(m.getRead(false), wide("A/BC"));
-    EXPECT_EQ(m.getPron(true), wide("ABD"));
-    EXPECT_EQ(m.getStdForm(false), "ab/std");
-    EXPECT_STREQ(m.getGroup(), "g:h");
 
     MrphAccess::append(m, n.on(3, 3, "def,Noun,30"), 0);
-    EXPECT_EQ(m.getForm(true), "abcdef");
-    EXPECT_EQ(m.getPid(), 6);
-    EXPECT_EQ(m.getCost(), 60);
+    EXPECT_EQ(shown(m), wide("abcdef 60 A/BC/ ABD ab/std/def g:h 6"));
     EXPECT_EQ(m.getPartCount(), 3);
-    EXPECT_EQ(m.getRead(false), wide("A/BC/"));
-    EXPECT_EQ(m.getStdForm(true), "abstddef");
     EXPECT_EQ(m.getPartForm(2), "def");
 }
 
@@ -70,32 +56,24 @@ TEST(MrphJoin, JoinsWithItself) {
 }
 
 TEST(MrphJoin, SettingsSayHowInformationCombines) {
-    struct Case {
-        int mode;
-        std::string filler, first, second, third, expected;
+    Table<int, std::string, std::vector<std::string>, std::string> const cases{
+        {0, "+", {"a", "b", "c"}, "a+b+c"}, {0, "+", {"", "b", ""}, "b"}, {0, "", {"a", "b", "c"}, "abc"},
+        {1, "", {"a", "b", "c"}, "a"},      {1, "", {"", "b", "c"}, ""},  {2, "", {"a", "b", "c"}, "c"},
+        {2, "", {"a", "b", ""}, ""},
     };
-    Case const cases[] = {
-        {0, "+", "a", "b", "c", "a+b+c"}, {0, "+", "", "b", "", "b"}, {0, "", "a", "b", "c", "abc"},
-        {1, "", "a", "b", "c", "a"},      {1, "", "", "b", "c", ""},  {2, "", "a", "b", "c", "c"},
-        {2, "", "a", "b", "", ""},
-    };
-    for (Case const& c : cases) {
-        SCOPED_TRACE(c.expected + " in mode " + std::to_string(c.mode));
+    for (auto const& [mode, filler, values, expected] : cases) {
+        SCOPED_TRACE(expected + " in mode " + std::to_string(mode));
         Neighbours n;
-        n.context.settings.prosodicInfoCombine = c.mode;
-        n.context.settings.prosodicInfoFiller = c.filler;
-        n.context.settings.extCombine[1] = c.mode;
-        n.context.settings.extFiller[1] = c.filler;
-        auto const line = [](std::string const& value) {
-            return "x,Noun,1,,,,,,,,," + value + ",0" + value + "," + value;
-        };
-        Mrph m = n.on(0, 1, line(c.first));
-        MrphAccess::append(m, n.on(1, 1, line(c.second)), 0);
-        MrphAccess::append(m, n.on(2, 1, line(c.third)), 0);
-        EXPECT_EQ(m.getProsodicInfo(), c.expected);
-        EXPECT_EQ(m.getExt(1), c.expected);
+        n.context.settings.prosodicInfoCombine = n.context.settings.extCombine[1] = mode;
+        n.context.settings.prosodicInfoFiller = n.context.settings.extFiller[1] = filler;
+        std::vector<Mrph> pieces;
+        for (std::string const& value : values)
+            pieces.push_back(n.on(pieces.size(), 1, "x,Noun,1,,,,,,,,," + value + ",0" + value + "," + value));
+        for (std::size_t i : {1U, 2U}) MrphAccess::append(pieces[0], pieces[i], 0);
+        EXPECT_EQ(pieces[0].getProsodicInfo(), expected);
+        EXPECT_EQ(pieces[0].getExt(1), expected);
         // Field 0 has no mode, which joins without filler.
-        EXPECT_EQ(m.getExt(0), "0" + c.first + "0" + c.second + "0" + c.third);
+        EXPECT_EQ(pieces[0].getExt(0), "0" + values[0] + "0" + values[1] + "0" + values[2]);
     }
 }
 
@@ -103,11 +81,7 @@ TEST(MrphJoin, UnitesTheCategories) {
     Neighbours n;
     Mrph m = n.on(0, 1, "a,Noun,1,,,,,,1:2,,5");
     MrphAccess::append(m, n.on(1, 1, "b,Noun,1,,,,,,2:3,7"), 0);
-    Numbers category1, category2, category3;
-    m.getCategory(category1, category2, category3);
-    EXPECT_EQ(category1, (Numbers{1, 2, 3}));
-    EXPECT_EQ(category2, Numbers{7});
-    EXPECT_EQ(category3, Numbers{5});
+    EXPECT_EQ(m.format("%C", ""), "[1,2,3][7][5]");
 }
 
 std::vector<Mrph> divided(Mrph const& m) {
@@ -132,24 +106,13 @@ TEST(MrphDivide, PartsOfACompoundStandAlone) {
     Mrph const m = n.on(1, 5, "bc-def,Noun-Verb:Stem-Undef,3," + wide("/A(B|C)") + ",s/t,w,,g,1:2,,,pro,x,y");
     std::vector<Mrph> const out = divided(m);
     ASSERT_EQ(out.size(), 2U);
-    EXPECT_EQ(out[0].getForm(true), "bc");
-    EXPECT_EQ(out[1].getForm(true), "def");
-    EXPECT_EQ(MrphAccess::rawForm(out[1]).data(), n.text.data() + 3);
-    EXPECT_EQ(out[0].getPid(), 5);
-    EXPECT_EQ(out[1].getPid(), 3);
     // An empty reading of a part stays empty; the record's is the whole word's.
-    EXPECT_EQ(out[0].getRead(true), "");
-    EXPECT_EQ(out[1].getRead(true), wide("AB"));
-    EXPECT_EQ(out[1].getPron(true), wide("AC"));
-    EXPECT_EQ(out[0].getStdForm(true), "s");
+    EXPECT_EQ(shown(out[0]), "bc 3 - - s g 5");
+    EXPECT_EQ(shown(out[1]), wide("def 3 AB AC t g 3"));
+    EXPECT_EQ(MrphAccess::rawForm(out[1]).data(), n.text.data() + 3);
     for (Mrph const& part : out) {
         EXPECT_EQ(part.getPartCount(), 1);
-        EXPECT_EQ(part.getCost(), 3);
-        EXPECT_STREQ(part.getGroup(), "g");
-        EXPECT_STREQ(part.getProsodicInfo(), "pro");
-        EXPECT_STREQ(part.getExt(1), "y");
-        EXPECT_STREQ(part.getWordCooc(), "w");
-        EXPECT_EQ(part.format("%C", ""), "[1,2][][]");
+        EXPECT_EQ(part.format("%A %D1 %x %C", ""), "pro y w [1,2][][]");
     }
 }
 
@@ -160,12 +123,9 @@ TEST(MrphDivide, PartsOfJoinedMorphemesKeepTheirOwn) {
     MrphAccess::append(m, MrphAccess::fromNode(n.text.data() + 2, &node, &n.context), 6);
     std::vector<Mrph> const out = divided(m);
     ASSERT_EQ(out.size(), 3U);
-    EXPECT_EQ(out[1].getForm(true), "b");
-    EXPECT_EQ(out[2].getForm(true), "c");
-    EXPECT_EQ(out[2].getPid(), 5);
-    EXPECT_EQ(out[2].getCost(), 20);
-    EXPECT_STREQ(out[0].getGroup(), "g");
-    EXPECT_STREQ(out[2].getGroup(), "h");
+    EXPECT_EQ(shown(out[0]), "a 10 - - a g 4");
+    EXPECT_EQ(shown(out[1]), "b 10 - - b g 4");
+    EXPECT_EQ(shown(out[2]), "c 20 - - c h 5");
     EXPECT_EQ(MrphAccess::node(out[2]), &node);
     EXPECT_EQ(MrphAccess::node(out[1]), nullptr);
 }
@@ -185,4 +145,4 @@ TEST(MrphDivide, AFormOfItsOwnOutlivesTheMorpheme) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

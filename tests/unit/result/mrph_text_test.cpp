@@ -1,35 +1,24 @@
 #include "support/record_builder.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::RecordBuilder;
-using test::thrown;
-using test::wide;
 
 TEST(MrphText, BufferFormsCutAtBytes) {
     RecordBuilder records;
     Mrph const m = records.mrph(wide("ABCDE") + ",Noun");  // ten bytes
     std::string const form = wide("ABCDE");
-    struct Case {
-        int size, start;
-        std::string expected;
-    };
     // A size of 4 splits the second character; that is the required cut.
-    Case const cases[] = {{4, 0, form.substr(0, 3)},
-                          {11, 0, form},
-                          {10, 0, form.substr(0, 9)},
-                          {100, 3, form.substr(3)},
-                          {1, 0, ""},
-                          {100, 10, ""},
-                          {100, 11, ""},
-                          {3, 9, form.substr(9)}};
-    for (Case const& c : cases) {
-        SCOPED_TRACE("size " + std::to_string(c.size) + " start " + std::to_string(c.start));
+    Table<int, int, std::string> const cases{{4, 0, form.substr(0, 3)},
+                                             {11, 0, form},
+                                             {10, 0, form.substr(0, 9)},
+                                             {100, 3, form.substr(3)},
+                                             {1, 0, ""},
+                                             {100, 10, ""},
+                                             {100, 11, ""},
+                                             {3, 9, form.substr(9)}};
+    for (auto const& [most, from, expected] : cases) {
+        SCOPED_TRACE("size " + std::to_string(most) + " start " + std::to_string(from));
         using Fill = std::function<unsigned int(char*, int, int)>;
         Fill const fills[] = {
             [&](char* buf, int size, int start) { return m.getForm(buf, size, start, true); },
@@ -39,9 +28,9 @@ TEST(MrphText, BufferFormsCutAtBytes) {
         };
         for (Fill const& fill : fills) {
             std::string buf(101, '#');
-            EXPECT_EQ(fill(buf.data(), c.size, c.start), c.expected.size());
-            EXPECT_EQ(std::string(buf.c_str()), c.expected);
-            EXPECT_EQ(buf.find_first_not_of('#', c.expected.size() + 1), std::string::npos);
+            EXPECT_EQ(fill(buf.data(), most, from), expected.size());
+            EXPECT_EQ(std::string(buf.c_str()), expected);
+            EXPECT_EQ(buf.find_first_not_of('#', expected.size() + 1), std::string::npos);
         }
     }
 }
@@ -49,33 +38,29 @@ TEST(MrphText, BufferFormsCutAtBytes) {
 TEST(MrphText, BufferFormsRefuseBadArguments) {
     RecordBuilder records;
     Mrph const m = records.mrph("abc,Noun,1," + wide("R") + ",s");
-    struct Case {
-        std::string name;
-        bool hasStart;
-        std::function<unsigned int(char*, int, int)> fill;
-    };
-    Case const cases[] = {
-        {"getForm", true, [&](char* b, int size, int start) { return m.getForm(b, size, start, true); }},
-        {"getForm", true, [&](char* b, int size, int start) { return m.getForm(b, size, start, false); }},
-        {"getRawForm", true, [&](char* b, int size, int start) { return m.getRawForm(b, size, start); }},
-        {"getStdForm", true, [&](char* b, int size, int start) { return m.getStdForm(b, size, start, true); }},
-        {"getRead", false, [&](char* b, int size, int) { return m.getRead(b, size, true); }},
-        {"getPron", false, [&](char* b, int size, int) { return m.getPron(b, size, true); }},
-        {"getReadPron", false, [&](char* b, int size, int) { return m.getReadPron(b, size, true); }},
-        {"getLVRead", false, [&](char* b, int size, int) { return m.getLVRead(b, size, true); }},
-    };
-    for (Case const& c : cases) {
-        std::string const error = "INVALID_ARGUMENT: Mrph::" + c.name + "()";
+    using Fill = std::function<unsigned int(char*, int, int)>;
+    auto const expectRefusals = [](std::string const& name, bool hasStart, Fill const& fill) {
+        std::string const error = "INVALID_ARGUMENT: Mrph::" + name + "()";
         char buf[8] = "#######";
-        EXPECT_EQ(thrown<std::invalid_argument>([&] { c.fill(buf, -1, 0); }), error);
-        EXPECT_EQ(thrown<std::invalid_argument>([&] { c.fill(nullptr, 8, 0); }), error);
-        if (c.hasStart) {
-            EXPECT_EQ(thrown<std::invalid_argument>([&] { c.fill(buf, 8, -1); }), error);
-        }
-        EXPECT_EQ(c.fill(buf, 0, 0), 0U) << "room for nothing";
-        EXPECT_STREQ(buf, "#######");
-        EXPECT_GT(c.fill(buf, 8, 0), 0U) << c.name;
+        EXPECT_EQ(thrown<std::invalid_argument>([&] { fill(buf, -1, 0); }), error);
+        EXPECT_EQ(thrown<std::invalid_argument>([&] { fill(nullptr, 8, 0); }), error);
+        EXPECT_EQ(thrown<std::invalid_argument>([&] { fill(buf, 8, -1); }), hasStart ? error : "nothing thrown");
+        buf[0] = '#';
+        EXPECT_EQ(fill(buf, 0, 0), 0U) << "room for nothing";
+        EXPECT_EQ(buf[0], '#');
+        EXPECT_GT(fill(buf, 8, 0), 0U) << name;
+    };
+    for (bool const compact : {true, false}) {
+        expectRefusals("getForm", true,
+                       [&](char* b, int size, int start) { return m.getForm(b, size, start, compact); });
+        expectRefusals("getStdForm", true,
+                       [&](char* b, int size, int start) { return m.getStdForm(b, size, start, compact); });
+        expectRefusals("getRead", false, [&](char* b, int size, int) { return m.getRead(b, size, compact); });
+        expectRefusals("getPron", false, [&](char* b, int size, int) { return m.getPron(b, size, compact); });
+        expectRefusals("getReadPron", false, [&](char* b, int size, int) { return m.getReadPron(b, size, compact); });
+        expectRefusals("getLVRead", false, [&](char* b, int size, int) { return m.getLVRead(b, size, compact); });
     }
+    expectRefusals("getRawForm", true, [&](char* b, int size, int start) { return m.getRawForm(b, size, start); });
 }
 
 TEST(MrphText, FormMayHoldNul) {
@@ -90,8 +75,7 @@ TEST(MrphText, FormMayHoldNul) {
 TEST(MrphText, ReadingsComeFromTheReadPronText) {
     RecordBuilder records;
     Mrph const m = records.mrph("x,Noun,1," + wide("A-B(C|D)E/FG"));
-    EXPECT_EQ(m.getRead(false) + " " + m.getRead(true), wide("ABCE/FG ABCEFG"));
-    EXPECT_EQ(m.getPron(false) + " " + m.getPron(true), wide("ABDE/FG ABDEFG"));
+    EXPECT_EQ(m.format("%K %k %P %p", ""), wide("ABCE/FG ABCEFG ABDE/FG ABDEFG"));
     EXPECT_EQ(m.getReadPron(false) + " " + m.getReadPron(true), wide("A-B(C|D)E/FG A-B(C|D)EFG"));
     EXPECT_EQ(m.getLVRead(false) + " " + m.getEndLVRead(true), wide("ABCE/FG ABCEFG"));
     EXPECT_EQ(m.getEndRead(true) + " " + m.getEndPron(false), wide("ABCEFG ABDE/FG"));
@@ -102,24 +86,17 @@ TEST(MrphText, OwnReadingsGoBeforeTheReadPronText) {
     Mrph const m = records.mrph("x,Noun,1," + wide("A(B|C)"));
     MrphCover& cover = MrphAccess::confirmCover(m);
     cover.readPron = wide("D(E|F)/G");
-    EXPECT_EQ(m.getRead(false), wide("DE/G"));
-    EXPECT_EQ(m.getLVRead(true), wide("DEG"));
+    EXPECT_EQ(m.format("%K %l", ""), wide("DE/G DEG"));
     cover.read = wide("H-I/J");
     cover.pron = wide("K-L/M");
-    EXPECT_EQ(m.getRead(false), wide("HI/J"));
-    EXPECT_EQ(m.getRead(true), wide("HIJ"));
-    EXPECT_EQ(m.getPron(false), wide("KL/M"));
-    EXPECT_EQ(m.getLVRead(true), wide("HIJ"));
+    EXPECT_EQ(m.format("%K %k %P %l", ""), wide("HI/J HIJ KL/M HIJ"));
     cover.lvRead = wide("N/O");
     EXPECT_EQ(m.getLVRead(false), wide("N/O"));
     EXPECT_EQ(m.getReadPron(false), wide("D(E|F)/G"));
 }
 
 TEST(MrphText, StandardFormDropsItsSeparators) {
-    struct Case {
-        std::string line, whole, plain;
-    };
-    Case const cases[] = {
+    Table<std::string, std::string, std::string> const cases{
         {"ab,Noun", "ab", "ab"},
         {"ab,Noun,1,,s-t/u", "st/u", "stu"},
         // 0x95 0x5C and 0x83 0x2F end in "\" and "/".
@@ -127,13 +104,13 @@ TEST(MrphText, StandardFormDropsItsSeparators) {
         {"a\\-b,Noun", "a-b", "a-b"},  // no standard form of its own: the form as it is
     };
     RecordBuilder records;
-    for (Case const& c : cases) {
-        Mrph const m = records.mrph(c.line);
-        EXPECT_EQ(m.getStdForm(false), c.whole) << c.line;
-        EXPECT_EQ(m.getStdForm(true), c.plain) << c.line;
-        EXPECT_EQ(m.getEndStdForm(true), c.plain) << c.line;
+    for (auto const& [line, whole, plain] : cases) {
+        Mrph const m = records.mrph(line);
+        EXPECT_EQ(m.getStdForm(false), whole) << line;
+        EXPECT_EQ(m.getStdForm(true), plain) << line;
+        EXPECT_EQ(m.getEndStdForm(true), plain) << line;
         MrphAccess::confirmCover(m).group = "other";
-        EXPECT_EQ(m.getStdForm(true), c.plain) << c.line << " under a cover without standard form";
+        EXPECT_EQ(m.getStdForm(true), plain) << line << " under a cover without standard form";
     }
 }
 
@@ -176,15 +153,12 @@ TEST_F(GivenText, OnlyModeThreeGoesBackToIt) {
 TEST_F(GivenText, BringsBackTheLineBreaksInsideASpan) {
     addSentence(std::string_view(text).substr(0, 3), true);
     addSentence(std::string_view(text).substr(3), true);
-    struct Case {
-        std::size_t begin, length;
-        std::string expected;
-    };
     std::string_view const analysed = context.sentences[1].text;
     ASSERT_EQ(analysed, "defghij");
-    for (Case const& c :
-         {Case{0, 3, "def"}, Case{2, 2, "f\r\ng"}, Case{3, 2, "gh"}, Case{5, 2, "ij"}, Case{0, 7, "def\r\ngh\nij"}})
-        EXPECT_EQ(formInMode(3, analysed.substr(c.begin, c.length)), c.expected);
+    Table<std::size_t, std::size_t, std::string> const cases{
+        {0, 3, "def"}, {2, 2, "f\r\ng"}, {3, 2, "gh"}, {5, 2, "ij"}, {0, 7, "def\r\ngh\nij"}};
+    for (auto const& [begin, length, expected] : cases)
+        EXPECT_EQ(formInMode(3, analysed.substr(begin, length)), expected);
 }
 
 TEST_F(GivenText, IsNotGuessedWhereTheTextsDifferInMore) {
@@ -195,4 +169,4 @@ TEST_F(GivenText, IsNotGuessedWhereTheTextsDifferInMore) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -1,20 +1,13 @@
 #include "result/reduce_rules.hpp"
 
-#include "support/encoding.hpp"
+#include "support/describe.hpp"
 #include "support/result_world.hpp"
+#include "support/testing.hpp"
 
 #include <tavo/error.hpp>
 
-#include <gtest/gtest.h>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::ResultWorld;
-using test::SmallWorld;
-using test::TempDir;
-using test::toSjis;
-using Strings = std::vector<std::string>;
 
 /// Letters are words: digits 名詞:Number without reading but 1, a to c unknown
 /// katakana, x and y symbols, "," a word of no class.
@@ -34,63 +27,51 @@ struct Rules : ResultWorld {
         context.reduce.load(folder.write("reduce.rules", toSjis(rulesUtf8)).c_str());
     }
     /// "form/part of speech" of each morpheme.
-    Strings of(char const* text) {
+    std::string of(char const* text) {
         context.reduce.bind(context.pos, context.settings);
         kept = toSjis(text);
-        Strings result;
-        for (Mrph const& m : analyse(kept)) result.push_back(test::toUtf8(m.getForm(true) + "/" + m.getPartOfSP()));
-        return result;
+        return toUtf8(describe(analyse(kept), "%w/%h"));
     }
     TempDir folder;
     std::string kept;
 };
 
 TEST(ReduceRules, JoinsRunsOfAClass) {
-    struct Case {
-        char const* rules;
-        char const* text;
-        Strings expected;
-    };
-    Case const cases[] = {
-        {"", "12xy", {"1/Number:Digit", "2/Number:Digit", "x/記号:Symbol", "y/記号:Symbol"}},
-        {"Number=", "12x3", {"12/Number:Digit", "x/記号:Symbol", "3/Number:Digit"}},
-        {"Number = 名詞", "12", {"12/名詞"}},
-        {"Number = 名詞", "1", {"1/Number:Digit"}},  // nothing was joined
-        {"Number = : inner=,", "1,2,,3,", {"1,2/Number:Digit", ",/名詞", ",/名詞", "3/Number:Digit", ",/名詞"}},
-        {"Number = : inner=,：", "1：2,3", {"1：2,3/Number:Digit"}},
-        {"Number = : inner=,", ",1x", {",/名詞", "1/Number:Digit", "x/記号:Symbol"}},
-        {"Undef = : with=Inside", "abcaacb", {"abc/K:Undef:Katakana", "a/K:Undef:Katakana", "acb/K:Undef:Katakana"}},
-        {"Undef = : with=Inside inner=,",
-         "a,ba,aa",
-         {"a,b/K:Undef:Katakana", "a,a/K:Undef:Katakana", "a/K:Undef:Katakana"}},
-        {"Undef:Alphabet =", "abU", {"a/K:Undef:Katakana", "b/K:Undef:Katakana:Inside", "U/Undef"}},
-        {"Undef =", "UabA", {"Uab/Undef", "A/Alphabet"}},
-        {"Katakana =\nSymbol =", "abxyA", {"ab/K:Undef:Katakana", "xy/記号:Symbol", "A/Alphabet"}},
+    Table<char const*, char const*, char const*> const cases{
+        {"", "12xy", "1/Number:Digit 2/Number:Digit x/記号:Symbol y/記号:Symbol"},
+        {"Number=", "12x3", "12/Number:Digit x/記号:Symbol 3/Number:Digit"},
+        {"Number = 名詞", "12", "12/名詞"},
+        {"Number = 名詞", "1", "1/Number:Digit"},  // nothing was joined
+        {"Number = : inner=,", "1,2,,3,", "1,2/Number:Digit ,/名詞 ,/名詞 3/Number:Digit ,/名詞"},
+        {"Number = : inner=,：", "1：2,3", "1：2,3/Number:Digit"},
+        {"Number = : inner=,", ",1x", ",/名詞 1/Number:Digit x/記号:Symbol"},
+        {"Undef = : with=Inside", "abcaacb", "abc/K:Undef:Katakana a/K:Undef:Katakana acb/K:Undef:Katakana"},
+        {"Undef = : with=Inside inner=,", "a,ba,aa", "a,b/K:Undef:Katakana a,a/K:Undef:Katakana a/K:Undef:Katakana"},
+        {"Undef:Alphabet =", "abU", "a/K:Undef:Katakana b/K:Undef:Katakana:Inside U/Undef"},
+        {"Undef =", "UabA", "Uab/Undef A/Alphabet"},
+        {"Katakana =\nSymbol =", "abxyA", "ab/K:Undef:Katakana xy/記号:Symbol A/Alphabet"},
         // The first rule that has a part of speech keeps it; members of two rules don't join.
-        {"Katakana =\nUndef =", "UUab", {"UU/Undef", "ab/K:Undef:Katakana"}},
+        {"Katakana =\nUndef =", "UUab", "UU/Undef ab/K:Undef:Katakana"},
         // A character that joined nothing may begin the next run.
-        {"Number = : inner=xy\nSymbol =", "1xy2x3", {"1/Number:Digit", "xy/記号:Symbol", "2x3/Number:Digit"}},
-        {"; nothing\n# here\n\n  Number  =  名詞:そ  :  inner=,  \n", "12", {"12/Number:Digit"}},  // unlisted name
+        {"Number = : inner=xy\nSymbol =", "1xy2x3", "1/Number:Digit xy/記号:Symbol 2x3/Number:Digit"},
+        {"; nothing\n# here\n\n  Number  =  名詞:そ  :  inner=,  \n", "12", "12/Number:Digit"},  // unlisted name
     };
-    for (Case const& c : cases) EXPECT_EQ(Rules(c.rules).of(c.text), c.expected) << c.rules << " on " << c.text;
+    for (auto const& [rules, text, expected] : cases)
+        EXPECT_EQ(Rules(rules).of(text), expected) << rules << " on " << text;
 }
 
 TEST(ReduceRules, EachModeSwitchesItsRules) {
-    struct Case {
-        Mode off;
-        Strings expected;
-    };
-    Case const cases[] = {
-        {Mode::ReduceNumber, {"1/Number:Digit", "2/Number:Digit", "ab/K:Undef:Katakana", "xy/記号:Symbol"}},
-        {Mode::ReduceUndef, {"12/Number:Digit", "a/K:Undef:Katakana", "b/K:Undef:Katakana:Inside", "xy/記号:Symbol"}},
-        {Mode::ReduceChar, {"12/Number:Digit", "ab/K:Undef:Katakana", "x/記号:Symbol", "y/記号:Symbol"}},
+    Table<Mode, char const*> const cases{
+        {Mode::ReduceNumber, "1/Number:Digit 2/Number:Digit ab/K:Undef:Katakana xy/記号:Symbol"},
+        {Mode::ReduceUndef, "12/Number:Digit a/K:Undef:Katakana b/K:Undef:Katakana:Inside xy/記号:Symbol"},
+        {Mode::ReduceChar, "12/Number:Digit ab/K:Undef:Katakana x/記号:Symbol y/記号:Symbol"},
     };
     Rules rules("Number=\nUndef:Katakana=\nSymbol=");
-    for (Case const& c : cases) {
-        rules.context.settings.setMode(c.off, 0);
-        EXPECT_EQ(rules.of("12abxy"), c.expected);
-        rules.context.settings.setMode(c.off, 1);
-        EXPECT_EQ(rules.of("12abxy"), (Strings{"12/Number:Digit", "ab/K:Undef:Katakana", "xy/記号:Symbol"}));
+    for (auto const& [off, expected] : cases) {
+        rules.context.settings.setMode(off, 0);
+        EXPECT_EQ(rules.of("12abxy"), expected);
+        rules.context.settings.setMode(off, 1);
+        EXPECT_EQ(rules.of("12abxy"), "12/Number:Digit ab/K:Undef:Katakana xy/記号:Symbol");
     }
 }
 
@@ -103,23 +84,18 @@ TEST(ReduceRules, AJoinedMorphemeKeepsItsParts) {
     Mrph const& number = all[0];
     ASSERT_EQ(number.getPartCount(), 4);
     EXPECT_EQ(number.getPartForm(1), "3");
-    EXPECT_EQ(test::toUtf8(number.getPartRead(0)), "い");
+    EXPECT_EQ(toUtf8(number.getPartRead(0)), "い");
     EXPECT_EQ(number.getRead(true), "") << "one of the digits has no reading";
     EXPECT_EQ(all[1].getStdForm(true), "xY");
-    unsigned int length = 0;
-    EXPECT_EQ(number.getFormWithoutNullEnd(length), text.data());
-    EXPECT_EQ(length, 4U);
+    EXPECT_EQ(MrphAccess::rawForm(number).data(), text.data());
+    EXPECT_EQ(number.getForm(true), "1312");
 
     std::string const read = "13";
-    EXPECT_EQ(test::toUtf8(rules.analyse(read)[0].getRead(true)), "いさ") << "readings join where all have one";
+    EXPECT_EQ(toUtf8(rules.analyse(read)[0].getRead(true)), "いさ") << "readings join where all have one";
 }
 
 TEST(ReduceRules, BadRuleNamesPathLineAndCause) {
-    struct Case {
-        char const* rules;
-        char const* place;
-    };
-    Case const cases[] = {
+    Table<char const*, char const*> const cases{
         {"Number", ":1:No Equals Sign"},
         {"; one\n\nNumber=\nNumbers=\n", ":4:Unknown Class:Numbers"},
         {"Undef:Kanji=", ":1:Unknown Class:Kanji"},
@@ -132,14 +108,9 @@ TEST(ReduceRules, BadRuleNamesPathLineAndCause) {
     ReduceRules rules;
     std::string const good = folder.write("good.rules", "Number=\nUndef=\n");
     rules.load(good.c_str());
-    for (Case const& c : cases) {
-        std::string const path = folder.write("bad.rules", c.rules);
-        try {
-            rules.load(path.c_str());
-            ADD_FAILURE() << "accepted: " << c.rules;
-        } catch (illegal_format const& error) {
-            EXPECT_STREQ(error.what(), illegal_format(path + c.place).what());
-        }
+    for (auto const& [text, place] : cases) {
+        std::string const path = folder.write("bad.rules", text);
+        EXPECT_EQ(thrown<illegal_format>([&] { rules.load(path.c_str()); }), "ILLEGAL_FORMAT: " + path + place);
         EXPECT_EQ(rules.path(), good) << "the rules before stay";
         EXPECT_FALSE(rules.empty());
     }
@@ -153,7 +124,7 @@ TEST(ReduceRules, BadRuleNamesPathLineAndCause) {
 TEST(ReduceRules, RulesOfABadFileStayInForce) {
     Rules rules("Number=");
     EXPECT_THROW(rules.context.reduce.load(rules.folder.write("bad", "Symbol=\nfault\n").c_str()), illegal_format);
-    EXPECT_EQ(rules.of("12xy"), (Strings{"12/Number:Digit", "x/記号:Symbol", "y/記号:Symbol"}));
+    EXPECT_EQ(rules.of("12xy"), "12/Number:Digit x/記号:Symbol y/記号:Symbol");
 }
 
 TEST(ReduceRules, HoldsAtMost127Rules) {
@@ -162,13 +133,10 @@ TEST(ReduceRules, HoldsAtMost127Rules) {
     for (int i = 0; i < 127; ++i) text += "Number=\n";
     ReduceRules rules;
     rules.load(folder.write("most", text).c_str());
-    try {
-        rules.load(folder.write("more", text + "Undef=\n").c_str());
-        ADD_FAILURE();
-    } catch (illegal_format const& error) {
-        EXPECT_NE(std::string(error.what()).find(":128:Too Many Rules"), std::string::npos);
-    }
+    std::string const more = folder.write("more", text + "Undef=\n");
+    EXPECT_EQ(thrown<illegal_format>([&] { rules.load(more.c_str()); }),
+              "ILLEGAL_FORMAT: " + more + ":128:Too Many Rules");
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -1,16 +1,9 @@
 #include "support/record_builder.hpp"
 #include "support/result_world.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::RecordBuilder;
-using test::ResultWorld;
-using test::SmallWorld;
 
 class SourceLine : public ::testing::Test {
 protected:
@@ -30,10 +23,7 @@ protected:
 };
 
 TEST_F(SourceLine, HasTheFieldsOfADictionarySource) {
-    struct Case {
-        std::string line, expected;
-    };
-    Case const cases[] = {
+    Table<std::string, std::string> const cases{
         {"ab,Noun", "ab,Noun,100,,,,,,0,0,0,\n"},
         {"ab,Noun,7,r/p,s-t,w,c,g,1:2,,65535,pro,x,,z", "ab,Noun,7,r/p,s-t,w,c,g,1:2,0,65535,pro,x,,z\n"},
         // Names and forms escape separators, other texts what ends a field.
@@ -51,7 +41,7 @@ TEST_F(SourceLine, HasTheFieldsOfADictionarySource) {
         {"a-b,Noun,1,r-p\\/q,s\\-t/u", "a-b,Noun-Noun-Noun,1,r-p\\/q,s-t\\/u,,,,0,0,0,\n"},
         {"a-b-c,Noun,1,r-p/q\\-t,", "a-b-c,Noun-Noun-Noun-Noun,1,r-p/q\\-t,,,,,0,0,0,\n"},
     };
-    for (Case const& c : cases) EXPECT_EQ(source(records.mrph(c.line)), c.expected) << c.line;
+    for (auto const& [line, expected] : cases) EXPECT_EQ(source(records.mrph(line)), expected) << line;
 }
 
 TEST_F(SourceLine, OfAJoinedMorphemeIsACompound) {
@@ -67,4 +57,4 @@ TEST_F(SourceLine, NeedsADictionary) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

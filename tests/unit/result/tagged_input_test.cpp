@@ -3,18 +3,14 @@
 #include "result/tag_attributes.hpp"
 #include "support/line_cases.hpp"
 #include "support/tagged_world.hpp"
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 #include <set>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
 
 using namespace std::string_literals;
-using test::SmallWorld;
-using test::TaggedWorld;
-using test::toSjis;
 
 SmallWorld words() {
     SmallWorld world;
@@ -33,7 +29,7 @@ TEST(TaggedInput, MalformedMarkupLeavesTheSentencesAroundIt) {
     TaggedWorld world(words());
     world.tavo.setDelimiterString({"."});
     unsigned malformed = 0;
-    for (test::LineCase const& c : test::lineCases("tagged.txt")) {
+    for (LineCase const& c : lineCases("tagged.txt")) {
         if (c.expected != "!" + c.input) continue;
         // Tags without counterpart do not keep delimiters from ending the sentence.
         std::string const among = world.analyse("ab." + c.input + ".c.");
@@ -62,7 +58,7 @@ TEST(TaggedInput, SentencesAreToldWithAndWithoutTheirTags) {
 TEST(TaggedInput, BoundariesInsideAMultiwordAreFoundOnItsParts) {
     TaggedWorld world(words());
     std::vector<Mrph> const result = world.morphemes("<multiword>b<boundary GrammarType=\"i\"/>c</multiword>");
-    ASSERT_EQ(test::describe(result), "bc:Noun");
+    ASSERT_EQ(describe(result), "bc:Noun");
     EXPECT_STREQ(result[0].getGrammarType(), "");
     EXPECT_STREQ(result[0].getPartGrammarType(1), "i");
 }
@@ -71,7 +67,7 @@ TEST(TaggedInput, AMultiwordKeepsItsMembersAsParts) {
     TaggedWorld world(words());
     std::vector<Mrph> const result = world.morphemes(
         toSjis("<multiword AdditionalInfo=\"info\">a<word PartOfSP=\"Verb\" Read=\"し\">c</word>b</multiword>"));
-    ASSERT_EQ(test::describe(result), "acb:Noun");
+    ASSERT_EQ(describe(result), "acb:Noun");
     Mrph const& m = result[0];
     EXPECT_STREQ(m.getAdditionalInfo(), "info");
     ASSERT_EQ(m.getPartCount(), 3);
@@ -100,7 +96,7 @@ TEST(TaggedInput, WhatIsFixedStandsEvenWhereTheTableForbidsIt) {
     // Costs choose first: the verb reading is forbidden, the noun's is not.
     EXPECT_EQ(world.analyse("<word>a</word>"), "a:Noun");
     EXPECT_EQ(world.tavo.analyzeNBest("ab<word PartOfSP=\"Verb\">a</word>c"), 0);
-    EXPECT_EQ(test::describeAll(world.tavo), "ab:Noun a:Verb c:Tail");
+    EXPECT_EQ(describeAll(world.tavo), "ab:Noun a:Verb c:Tail");
 }
 
 TEST(TaggedInput, NBestPathsKeepTheMarks) {
@@ -110,23 +106,18 @@ TEST(TaggedInput, NBestPathsKeepTheMarks) {
     std::vector<std::vector<Mrph>> paths;
     world.tavo.getResultNBest(paths, 0, 9);
     std::set<std::string> found;
-    for (std::vector<Mrph> const& path : paths) found.insert(test::describe(path));
+    for (std::vector<Mrph> const& path : paths) found.insert(describe(path));
     std::set<std::string> expected;
     for (std::string const first : {"a:Noun ", "a:Verb "})
         for (std::string const rest : {"b:Noun c:Tail", "b:Undef c:Tail", "b:Noun c:Undef", "b:Undef c:Undef"})
             expected.insert(first + rest + " [x]");
     EXPECT_EQ(found, expected);
-    EXPECT_EQ(test::describe(paths[0]), "a:Noun b:Noun c:Tail [x]");
+    EXPECT_EQ(describe(paths[0]), "a:Noun b:Noun c:Tail [x]");
 }
 
 TEST(GetKeyValue, ReadsOneAttribute) {
-    struct Case {
-        std::string text;
-        std::string key, value;
-        std::size_t next;
-    };
     constexpr auto kLineEnd = static_cast<std::size_t>(-1);
-    Case const cases[] = {
+    Table<std::string, std::string, std::string, std::size_t> const cases{
         {"Group=\"a&amp;b\"", "Group", "a&b", 15},
         {" /\tRead = \"x y>z/\" b", "Read", "x y>z/", 18},
         {"Read=ab/c", "Read", "ab", 7},
@@ -141,13 +132,13 @@ TEST(GetKeyValue, ReadsOneAttribute) {
         {" \t/", "", "", kLineEnd},
         {"", "", "", kLineEnd},
     };
-    for (Case const& c : cases) {
-        std::string key, value;
-        EXPECT_EQ(getKeyValue(c.text, 0, c.text.size(), key, value), c.next) << c.text;
-        EXPECT_EQ(key, c.key) << c.text;
-        EXPECT_EQ(value, c.value) << c.text;
+    for (auto const& [text, key, value, next] : cases) {
+        std::string foundKey, foundValue;
+        EXPECT_EQ(getKeyValue(text, 0, text.size(), foundKey, foundValue), next) << text;
+        EXPECT_EQ(foundKey, key) << text;
+        EXPECT_EQ(foundValue, value) << text;
     }
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

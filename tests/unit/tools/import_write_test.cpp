@@ -2,23 +2,15 @@
 
 #include "dic/read_pron.hpp"
 #include "dic/source_record.hpp"
-#include "support/encoding.hpp"
-#include "support/temp_dir.hpp"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
+#include "support/testing.hpp"
 
 namespace TAVO::importer {
 namespace {
 
-using test::toSjis;
+using namespace test;
 
 TEST(ImportWrite, ReadingAndPronunciationShareWhatTheyCan) {
-    struct Case {
-        char const *reading, *pron, *joined;
-    };
-    Case const cases[] = {
+    Table<char const*, char const*, char const*> const cases{
         {"ヤマ", "ヤマ", "ヤマ"},
         {"ハ", "ワ", "(ハ|ワ)"},
         {"トウキョウ", "トーキョー", "ト(ウ|ー)キョ(ウ|ー)"},
@@ -33,13 +25,12 @@ TEST(ImportWrite, ReadingAndPronunciationShareWhatTheyCan) {
         {"ア(", "ア(", ""},
         {"ア|イ", "アイ", ""},
     };
-    for (Case const& c : cases) {
-        std::string const joined = joinReadPron(toSjis(c.reading), toSjis(c.pron));
-        EXPECT_EQ(joined, toSjis(c.joined)) << c.reading << " " << c.pron;
+    for (auto const& [reading, pron, expected] : cases) {
+        std::string const joined = joinReadPron(toSjis(reading), toSjis(pron));
+        EXPECT_EQ(joined, toSjis(expected)) << reading << " " << pron;
         if (joined.empty()) continue;
-        std::string const pron = *c.pron == '\0' ? c.reading : c.pron;
-        EXPECT_EQ(extractRead(joined.c_str(), true), toSjis(c.reading));
-        EXPECT_EQ(extractPron(joined.c_str()), toSjis(pron));
+        EXPECT_EQ(extractRead(joined.c_str(), true), toSjis(reading));
+        EXPECT_EQ(extractPron(joined.c_str()), toSjis(*pron == '\0' ? reading : pron));
     }
 }
 
@@ -105,7 +96,7 @@ TEST(ImportWrite, FormsThatLookLikeCommentsStayWords) {
 }
 
 TEST(ImportWrite, NothingIsLeftWhereAFileCannotBeWritten) {
-    test::TempDir const folder;
+    TempDir const folder;
     std::filesystem::create_directory(folder.file("taken"));
     EXPECT_THROW(writeFile(folder.file("taken"), "text"), ImportError);
     EXPECT_FALSE(std::filesystem::exists(folder.file("taken.tmp")));
@@ -113,35 +104,29 @@ TEST(ImportWrite, NothingIsLeftWhereAFileCannotBeWritten) {
 }
 
 TEST(ImportWrite, RefusedLinesAreNamed) {
-    try {
-        compileDictionaries({"A"}, {"a,A,1", "b,B,1"});
-        FAIL();
-    } catch (ImportError const& error) {
-        EXPECT_NE(std::string(error.what()).find("SysDic.txt:2: "), std::string::npos) << error.what();
-    }
+    EXPECT_TRUE(contains(thrown<ImportError>([] {
+                             compileDictionaries({"A"}, {"a,A,1", "b,B,1"});
+                         }),
+                         "SysDic.txt:2: "));
 }
 
 TEST(ImportWrite, AHalfBeginsWithAForm) {
-    struct Case {
-        std::vector<std::string> lines;
-        std::size_t middle;
-    };
-    Case const cases[] = {
+    Table<std::vector<std::string>, std::size_t> const cases{
         {{"a,A,1", "b,A,1"}, 1},
         {{"a,A,1", "b,A,1", "b,A,2", "b,A,3", "c,A,1"}, 1},
         {{"a,A,1", "a,A,2", "a,A,3", "b,A,1"}, 0},
         {{"a\\,,A,1", "a\\,b,A,1", "a\\,b,A,2"}, 1},  // forms "a," and "a,b"
         {{"\x83\x5C,A,1", "\x83\x5C\x83,A,1"}, 1},    // no escape: the second byte of a character
     };
-    for (Case const& c : cases) EXPECT_EQ(middleForm(c.lines, 0, c.lines.size()), c.middle) << c.lines.back();
+    for (auto const& [lines, middle] : cases) EXPECT_EQ(middleForm(lines, 0, lines.size()), middle) << lines.back();
     EXPECT_EQ(middleForm({"a,A,1", "b,A,1", "c,A,1", "d,A,1"}, 2, 4), 3U);
 }
 
 TEST(ImportWrite, TheInitFileNamesEveryPart) {
     EXPECT_EQ(compileDictionaries({"A"}, {"a,A,1", "b,A,1"}).size(), 1U);
     std::string const text = initFileText("/data", 2, false);
-    EXPECT_NE(text.find("\nDic=/data/SysDic\nDic=/data/SysDic2\n"), std::string::npos) << text;
-    EXPECT_NE(initFileText("/data", 2, true).find("\nDic=/data/SysDic2,/data/SysDic2.txt\n"), std::string::npos);
+    EXPECT_TRUE(contains(text, "\nDic=/data/SysDic\nDic=/data/SysDic2\n"));
+    EXPECT_TRUE(contains(initFileText("/data", 2, true), "\nDic=/data/SysDic2,/data/SysDic2.txt\n"));
 }
 
 }  // namespace

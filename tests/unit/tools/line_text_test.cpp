@@ -1,17 +1,14 @@
 #include "line_text.hpp"
 
 #include "base/sjis.hpp"
-#include "support/encoding.hpp"
+#include "support/testing.hpp"
 #include "utf8.hpp"
 
-#include <gtest/gtest.h>
-
 #include <random>
-#include <string>
-#include <vector>
 
 namespace {
 
+using namespace TAVO::test;
 using tool::LineText;
 using namespace std::string_literals;
 
@@ -26,39 +23,32 @@ struct PaddedLine {
 
 constexpr char kUnknown[] = "\xF0\x80";
 
-struct Conversion {
-    char const* what;
-    std::string utf8;
-    std::string sjis;
-    std::vector<std::size_t> offsets;  // by Shift_JIS offset, the end included
-    std::size_t invalidBytes = 0;
-};
-
 TEST(LineText, Conversions) {
-    Conversion const table[] = {
-        {"empty", "", "", {0}},
-        {"ASCII and NUL", "a\0~"s, "a\0~"s, {0, 1, 2, 3}},
-        {"kana", "あx", "\x82\xA0x", {0, 3, 3, 4}},
-        {"second byte 0x5C", "表", "\x95\x5C", {0, 3, 3}},
-        {"two UTF-8 bytes", "α", "\x83\xBF", {0, 2, 2}},
-        {"half-width katakana", "ｱ", "\xB1", {0, 3}},
-        {"wave dash", "〜", "\x81\x60", {0, 3, 3}},
-        {"its full-width twin", "～", "\x81\x60", {0, 3, 3}},
-        {"minus sign", "−", "\x81\x7C", {0, 3, 3}},
-        {"em dash", "—", "\x81\x5C", {0, 3, 3}},
-        {"yen sign", "¥", "\x81\x8F", {0, 2, 2}},
-        {"no-break space", "\u00A0", " ", {0, 2}},
-        {"emoji", "a😀b", "a"s + kUnknown + "b", {0, 1, 5, 5, 6}},
-        {"not in the code page", "鷗é", std::string(kUnknown) + kUnknown, {0, 3, 3, 5, 5}},
-        {"variation selector", "葛\U000E0100x", "\x8A\x8Bx", {0, 7, 7, 8}},
-        {"combining mark on ASCII", "e\u0301x", "ex", {0, 3, 4}},
-        {"voiced kana", "か\u3099", "\x82\xAA", {0, 6, 6}},
-        {"semi-voiced kana", "ハ\u309A", "\x83\x70", {0, 6, 6}},
-        {"voiced u", "ウ\u3099", "\x83\x94", {0, 6, 6}},
-        {"no voiced form", "ま\u3099", "\x82\xDC", {0, 6, 6}},
-        {"no semi-voiced form", "か\u309A", "\x82\xA9", {0, 6, 6}},
-        {"byte order mark", "\uFEFFあ", "\x82\xA0", {0, 6, 6}},
-        {"nothing but invisible", "\uFEFF\u200D", kUnknown, {0, 6, 6}},
+    // What, UTF-8, Shift_JIS, original offsets by Shift_JIS offset (the end included), invalid bytes.
+    Table<char const*, std::string, std::string, std::vector<std::size_t>, std::size_t> const table{
+        {"empty", "", "", {0}, 0},
+        {"ASCII and NUL", "a\0~"s, "a\0~"s, {0, 1, 2, 3}, 0},
+        {"kana", "あx", "\x82\xA0x", {0, 3, 3, 4}, 0},
+        {"second byte 0x5C", "表", "\x95\x5C", {0, 3, 3}, 0},
+        {"two UTF-8 bytes", "α", "\x83\xBF", {0, 2, 2}, 0},
+        {"half-width katakana", "ｱ", "\xB1", {0, 3}, 0},
+        {"wave dash", "〜", "\x81\x60", {0, 3, 3}, 0},
+        {"its full-width twin", "～", "\x81\x60", {0, 3, 3}, 0},
+        {"minus sign", "−", "\x81\x7C", {0, 3, 3}, 0},
+        {"em dash", "—", "\x81\x5C", {0, 3, 3}, 0},
+        {"yen sign", "¥", "\x81\x8F", {0, 2, 2}, 0},
+        {"no-break space", "\u00A0", " ", {0, 2}, 0},
+        {"emoji", "a😀b", "a"s + kUnknown + "b", {0, 1, 5, 5, 6}, 0},
+        {"not in the code page", "鷗é", std::string(kUnknown) + kUnknown, {0, 3, 3, 5, 5}, 0},
+        {"variation selector", "葛\U000E0100x", "\x8A\x8Bx", {0, 7, 7, 8}, 0},
+        {"combining mark on ASCII", "e\u0301x", "ex", {0, 3, 4}, 0},
+        {"voiced kana", "か\u3099", "\x82\xAA", {0, 6, 6}, 0},
+        {"semi-voiced kana", "ハ\u309A", "\x83\x70", {0, 6, 6}, 0},
+        {"voiced u", "ウ\u3099", "\x83\x94", {0, 6, 6}, 0},
+        {"no voiced form", "ま\u3099", "\x82\xDC", {0, 6, 6}, 0},
+        {"no semi-voiced form", "か\u309A", "\x82\xA9", {0, 6, 6}, 0},
+        {"byte order mark", "\uFEFFあ", "\x82\xA0", {0, 6, 6}, 0},
+        {"nothing but invisible", "\uFEFF\u200D", kUnknown, {0, 6, 6}, 0},
         {"stray continuation", "\x80\xBF", "\x1A\x1A", {0, 1, 2}, 2},
         {"cut short", "あ\xE3\x81", "\x82\xA0\x1A\x1A", {0, 3, 3, 4, 5}, 2},
         {"overlong", "\xE0\x8E\xB1", "\x1A\x1A\x1A", {0, 1, 2, 3}, 3},
@@ -67,14 +57,13 @@ TEST(LineText, Conversions) {
         {"above the last character", "\xF4\x90\x80\x80", "\x1A\x1A\x1A\x1A", {0, 1, 2, 3, 4}, 4},
         {"no UTF-8 byte", "\xFF", "\x1A", {0, 1}, 1},
     };
-    for (Conversion const& row : table) {
-        SCOPED_TRACE(row.what);
-        PaddedLine const line(row.utf8);
-        EXPECT_EQ(line.text.sjis(), row.sjis);
-        EXPECT_EQ(line.text.invalidBytes(), row.invalidBytes);
-        ASSERT_EQ(line.text.sjis().size() + 1, row.offsets.size());
-        for (std::size_t i = 0; i < row.offsets.size(); ++i)
-            EXPECT_EQ(line.text.originalOffset(i), row.offsets[i]) << i;
+    for (auto const& [what, utf8, sjis, offsets, invalidBytes] : table) {
+        SCOPED_TRACE(what);
+        PaddedLine const line(utf8);
+        EXPECT_EQ(line.text.sjis(), sjis);
+        EXPECT_EQ(line.text.invalidBytes(), invalidBytes);
+        ASSERT_EQ(line.text.sjis().size() + 1, offsets.size());
+        for (std::size_t i = 0; i < offsets.size(); ++i) EXPECT_EQ(line.text.originalOffset(i), offsets[i]) << i;
     }
 }
 
@@ -86,8 +75,8 @@ TEST(LineText, EveryCharacterOfTheCodePageIsAnalysedAsItself) {
             std::string const sjis{static_cast<char>(lead), static_cast<char>(second)};
             std::string utf8, expected;
             try {
-                utf8 = TAVO::test::toUtf8(sjis);
-                expected = TAVO::test::toSjis(utf8);  // some characters have two codes
+                utf8 = toUtf8(sjis);
+                expected = toSjis(utf8);  // some characters have two codes
             } catch (std::runtime_error const&) {
                 continue;
             }
@@ -138,16 +127,13 @@ TEST(LineText, WordsJoinedAreTheLineWhereverItIsCut) {
 }
 
 TEST(Utf8, WidthsInColumns) {
-    struct {
-        char const* text;
-        std::size_t columns, characters;
-    } const table[] = {
+    Table<char const*, std::size_t, std::size_t> const table{
         {"", 0, 0},         {"aé", 2, 2}, {"日本ー", 6, 3},       {"ｱｲ", 2, 2},           {"α→…", 3, 3},    {"😀", 2, 1},
         {"か\u3099", 2, 2}, {"　", 2, 1}, {"葛\U000E0100", 2, 2}, {"\xFF\xE3\x81", 3, 3}, {"\u00AD", 0, 1},
     };
-    for (auto const& row : table) {
-        EXPECT_EQ(tool::displayWidth(row.text), row.columns) << row.text;
-        EXPECT_EQ(tool::countCharacters(row.text), row.characters) << row.text;
+    for (auto const& [text, columns, characters] : table) {
+        EXPECT_EQ(tool::displayWidth(text), columns) << text;
+        EXPECT_EQ(tool::countCharacters(text), characters) << text;
     }
 }
 

@@ -1,6 +1,5 @@
 // Words that are added to a lexicon: their ids and costs.
 #include "new_words.hpp"
-#include "import_command.hpp"
 #include "like_word.hpp"
 #include "must_win.hpp"
 #include "pos_names.hpp"
@@ -8,19 +7,14 @@
 
 #include "dic/conn_table.hpp"
 #include "dic/dic_compiler.hpp"
-#include "support/encoding.hpp"
+#include "support/run_import.hpp"
+#include "support/testing.hpp"
 #include "support/tiny_lexicon.hpp"
-
-#include <gtest/gtest.h>
-
-#include <sstream>
 
 namespace tool {
 namespace {
 
-using TAVO::test::TempDir;
-using TAVO::test::TinyLexicon;
-using TAVO::test::toSjis;
+using namespace TAVO::test;
 
 /// Names 1 to 8: of one name in three classes, another, and one without class.
 std::vector<std::string> const kNames{"", "BOS", "EOS", "Undef", "A:B-1", "A:B", "A:B-2", "C", "D"};
@@ -49,25 +43,16 @@ TEST(WordClasses, TextComesBack) {
 TEST(WordClasses, FaultsNameTheLine) {
     TempDir const folder;
     for (char const* line : {"id 4", "id 70000 1 1 1", "left x 1 0", "step 0", "what 1"}) {
-        try {
-            WordClasses::read(folder.write("classes", "; comment\nid 1 1 1 1\n" + std::string(line) + "\n"));
-            ADD_FAILURE() << line;
-        } catch (std::runtime_error const& error) {
-            EXPECT_NE(std::string(error.what()).find("classes:3: "), std::string::npos) << error.what();
-        }
+        std::string const path = folder.write("classes", "; comment\nid 1 1 1 1\n" + std::string(line) + "\n");
+        EXPECT_TRUE(contains(thrown<std::runtime_error>([&] { WordClasses::read(path); }), "classes:3: ")) << line;
     }
     EXPECT_THROW(WordClasses::read(folder.write("empty", "step 1\n")), std::runtime_error);
     EXPECT_THROW(WordClasses::read(folder.file("none")), std::runtime_error);
 }
 
 TEST(WordClasses, ACostOfTheSourceFindsItsLevel) {
-    struct Case {
-        unsigned left, right;
-        double cost;
-        std::size_t bytes;
-        unsigned id, byte;
-    };
-    Case const cases[] = {
+    // Left and right id, cost and bytes of the word; the id and the byte it gets.
+    Table<unsigned, unsigned, double, std::size_t, unsigned, unsigned> const cases{
         {1, 1, 90, 2, 4, 128},    // (90 + 5 * 2) / 10 = 10
         {1, 1, 190, 2, 5, 128},   // 20
         {1, 1, 150, 2, 5, 1},     // 16: far below the class, as cheap as a byte can tell
@@ -76,22 +61,18 @@ TEST(WordClasses, ACostOfTheSourceFindsItsLevel) {
         {1, 2, 10, 2, 4, 255},    // the other row has no class of this name
         {1, 1, 100, 20, 5, 128},  // longer: (100 + 100) / 10
     };
-    for (Case const& c : cases) {
-        Placement const placed = smallClasses().bySource(kNames, "A:B", c.left, c.right, c.cost, c.bytes);
-        EXPECT_EQ(placed.id, c.id) << c.cost;
-        EXPECT_EQ(placed.cost, c.byte) << c.cost;
+    for (auto const& [left, right, cost, bytes, id, byte] : cases) {
+        Placement const placed = smallClasses().bySource(kNames, "A:B", left, right, cost, bytes);
+        EXPECT_EQ(placed.id, id) << cost;
+        EXPECT_EQ(placed.cost, byte) << cost;
     }
     EXPECT_EQ(smallClasses().bySource(kNames, "A:B", 9, 1, 0, 2).id, 0);
     EXPECT_EQ(smallClasses().bySource(kNames, "D", 1, 1, 0, 2).id, 0) << "a name without classes";
 }
 
 TEST(NewWords, CompleteFillsWhatIsEmpty) {
-    struct Case {
-        char const* line;
-        char const* expected;
-    };
     // Like a word of 2 bytes at level 20: each further byte adds 5 / 10 of a unit.
-    Case const cases[] = {
+    Table<char const*, char const*> const cases{
         {"xy", "xy,A:B,128"},
         {"xy,,,read,std", "xy,A:B,128,read,std"},
         {"xyxy", "xyxy,A:B,255"},                                          // level 21
@@ -107,7 +88,7 @@ TEST(NewWords, CompleteFillsWhatIsEmpty) {
     NewWords words(kNames, smallClasses());
     EXPECT_EQ(words.complete("xy,,"), "xy,,") << "no like word";
     words.setLike({{5, 128}, 2});
-    for (Case const& c : cases) EXPECT_EQ(words.complete(c.line), c.expected) << c.line;
+    for (auto const& [line, expected] : cases) EXPECT_EQ(words.complete(line), expected) << line;
 }
 
 TEST(NewWords, WithoutClassesTheLikeWordIsTakenAsItIs) {
@@ -121,12 +102,7 @@ TEST(NewWords, WithoutClassesTheLikeWordIsTakenAsItIs) {
 }
 
 TEST(NewWords, MecabLines) {
-    struct Case {
-        char const* line;
-        char const* source;
-        char const* error;
-    };
-    Case const cases[] = {
+    Table<char const*, char const*, char const*> const cases{
         {"xy,1,1,90,A,B,*,*,*,*,xy,r,p", "xy,A:B\\-1,128,(r|p)", ""},
         {"xy,1,1,190,A,B,*,*,*,*,base,r,r", "xy,A:B,128,r,base", ""},
         {"\"x,y\",,,,A,B,*,*,*,*,*,*,*", "x\\,y,A:B,128", ""},  // the typical class
@@ -137,11 +113,11 @@ TEST(NewWords, MecabLines) {
         {"xy,1,x,90,A", "", "Error: left id, right id and cost are numbers, or empty"},
     };
     NewWords const words(kNames, smallClasses());
-    for (Case const& c : cases) {
+    for (auto const& [line, wanted, fault] : cases) {
         std::string source, error;
-        EXPECT_EQ(words.fromMecab(c.line, source, error), *c.error == '\0') << c.line;
-        EXPECT_EQ(source, c.source) << c.line;
-        EXPECT_EQ(error, c.error) << c.line;
+        EXPECT_EQ(words.fromMecab(line, source, error), *fault == '\0') << line;
+        EXPECT_EQ(source, wanted) << line;
+        EXPECT_EQ(error, fault) << line;
     }
 }
 
@@ -150,15 +126,14 @@ struct Imported {
     explicit Imported(char const* more = "") {
         tiny.words += "谷,1,1,20000,名詞,一般,*,*,*,*,谷,タニ,タニ\n";
         tiny.words += more;
-        std::vector<std::string> arguments{"import", "mecab", tiny.write(source), "-o", out.path(), "--source"};
-        std::vector<char*> argv;
-        for (std::string& argument : arguments) argv.push_back(argument.data());
-        testing::internal::CaptureStdout();
-        importCommand(static_cast<int>(argv.size()), argv.data());
-        testing::internal::GetCapturedStdout();
+        runImport({"mecab", tiny.write(source), "-o", out.path(), "--source"});
         TAVO::ConnTable const table(false, out.file("ConnTable").c_str());
         names.emplace_back();
         for (std::uint32_t id = 1; id <= table.idCount(); ++id) names.emplace_back(table.getName(id));
+    }
+    void attachTo(TAVO::Tavo& analyser) const {
+        analyser.addDicPath(out.file("SysDic").c_str(), true);
+        analyser.setConnTablePath(out.file("ConnTable").c_str());
     }
     NewWords words() const { return {names, WordClasses::read(out.file(kWordClassesName))}; }
 
@@ -170,13 +145,13 @@ struct Imported {
 TEST(NewWords, AMecabLineGivesWhatTheImportGives) {
     Imported const lexicon;
     NewWords const words = lexicon.words();
-    std::string const written = "\n" + TAVO::test::readFile(lexicon.out.file("SysDic.txt"));
+    std::string const written = "\n" + readFile(lexicon.out.file("SysDic.txt"));
     std::istringstream lines(lexicon.tiny.words);
     int count = 0;
     for (std::string line; std::getline(lines, line); ++count) {
         std::string source, error;
         ASSERT_TRUE(words.fromMecab(toSjis(line), source, error)) << line;
-        EXPECT_NE(written.find("\n" + source + "\n"), std::string::npos) << line << ": " << TAVO::test::toUtf8(source);
+        EXPECT_NE(written.find("\n" + source + "\n"), std::string::npos) << line << ": " << toUtf8(source);
     }
     EXPECT_EQ(count, 7);
 }
@@ -186,55 +161,43 @@ TEST(LikeWord, OfSeveralEntriesTheOneThatWinsAlone) {
         "桜,1,1,3000,名詞,一般\n桜,3,3,3000,動詞,自立\n"
         "山川,1,1,30000,名詞,一般\n山川,3,3,30000,動詞,自立\n");
     TAVO::Tavo analyser;
-    analyser.addDicPath(lexicon.out.file("SysDic").c_str(), true);
-    analyser.setConnTablePath(lexicon.out.file("ConnTable").c_str());
+    lexicon.attachTo(analyser);
     auto const nameOf = [&](char const* word) {
         LikeWord const like = findLike(analyser, word, Encoding::Utf8);
-        return TAVO::test::toUtf8(withoutClass(lexicon.names.at(like.placement.id))) + " " + std::to_string(like.bytes);
+        return toUtf8(withoutClass(lexicon.names.at(like.placement.id))) + " " + std::to_string(like.bytes);
     };
     EXPECT_EQ(nameOf("桜"), "動詞:自立 2");
     EXPECT_EQ(nameOf("桜,名詞"), "名詞:一般 2");
     EXPECT_EQ(nameOf("山川,名詞:一般"), "名詞:一般 4");
-    try {
-        findLike(analyser, "山川", Encoding::Utf8);
-        ADD_FAILURE() << "alone it is two words";
-    } catch (ToolError const& error) {
-        EXPECT_STREQ(error.what(),
-                     "--like 山川: the lexicon has several; name one:\n"
-                     "  --like 山川,動詞:自立\n  --like 山川,名詞:一般");
-    }
+    EXPECT_EQ(thrown<ToolError>([&] { findLike(analyser, "山川", Encoding::Utf8); }),
+              "--like 山川: the lexicon has several; name one:\n"
+              "  --like 山川,動詞:自立\n  --like 山川,名詞:一般")
+        << "alone it is two words";
     EXPECT_THROW(findLike(analyser, "カ", Encoding::Utf8), ToolError) << "parts of unknown words are no words";
 }
 
 TEST(MustWin, TellsWhatAWordLacks) {
     Imported const lexicon;
     NewWords const words = lexicon.words();
-    struct Case {
-        char const* line;
-        char const* sentence;
-        bool wins;
-        char const* text;
-    };
-    Case const cases[] = {
+    Table<char const*, char const*, bool, char const*> const cases{
         {"山川,1,1,3000,名詞,一般", "山川へ行く", true, "\"山川へ行く\": 山川 wins: 山川 へ 行く"},
         {"山川,1,1,20000,名詞,一般", "山川へ行く", false, "to win over 山 川 へ 行く; as 名詞:一般"},
         {"山川,1,1,3000,名詞,一般", "川へ行く", false, "\"川へ行く\": no new word is in the "},
     };
-    for (Case const& c : cases) {
+    for (auto const& [line, sentence, wins, text] : cases) {
         TempDir const folder;
         std::string source, error;
-        ASSERT_TRUE(words.fromMecab(toSjis(c.line), source, error));
+        ASSERT_TRUE(words.fromMecab(toSjis(line), source, error));
         TAVO::DicCompiler compiler({words.names().begin() + 1, words.names().end()});
         ASSERT_TRUE(compiler.add(source, error)) << error;
         std::ostringstream bytes;
         ASSERT_TRUE(compiler.compile(bytes, false));
         TAVO::Tavo analyser;
         analyser.addDicPath(folder.write("new", std::move(bytes).str()).c_str(), true);
-        analyser.addDicPath(lexicon.out.file("SysDic").c_str(), true);
-        analyser.setConnTablePath(lexicon.out.file("ConnTable").c_str());
-        Verdict const verdict = judge(analyser, words, toSjis(c.sentence), Encoding::Utf8);
-        EXPECT_EQ(verdict.wins, c.wins) << verdict.text;
-        EXPECT_NE(verdict.text.find(c.text), std::string::npos) << verdict.text;
+        lexicon.attachTo(analyser);
+        Verdict const verdict = judge(analyser, words, toSjis(sentence), Encoding::Utf8);
+        EXPECT_EQ(verdict.wins, wins) << verdict.text;
+        EXPECT_TRUE(contains(verdict.text, text));
     }
 }
 

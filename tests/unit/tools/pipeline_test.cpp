@@ -1,13 +1,8 @@
 #include "pipeline.hpp"
 
-#include "support/encoding.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
+#include "support/testing.hpp"
 #include "tool_error.hpp"
-
-#include <gtest/gtest.h>
-
-#include <sstream>
 
 namespace {
 

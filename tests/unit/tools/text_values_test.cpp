@@ -1,17 +1,14 @@
 #include "encoding.hpp"
 #include "pos_names.hpp"
+#include "support/testing.hpp"
 #include "tool_error.hpp"
-
-#include <gtest/gtest.h>
 
 namespace {
 
 using tool::Encoding;
 
 TEST(Encoding, ValuesOfRecords) {
-    struct {
-        char const *sjis, *utf8;
-    } const table[] = {
+    TAVO::test::Table<char const*, char const*> const table{
         {"", ""},
         {"a\\~", "a\\~"},
         {"\x95\x5C\x82\xA0", "表あ"},
@@ -21,7 +18,7 @@ TEST(Encoding, ValuesOfRecords) {
         {"\x82\x20x", "\uFFFD x"},     // no second byte
         {"\xFD\x40", "\uFFFD@"},       // no lead byte of the code page
     };
-    for (auto const& row : table) EXPECT_EQ(tool::sjisToUtf8(row.sjis), row.utf8);
+    for (auto const& [sjis, utf8] : table) EXPECT_EQ(tool::sjisToUtf8(sjis), utf8);
 }
 
 TEST(Encoding, TextThatTheCodePageCannotHoldIsRefusedWhereItStands) {
