@@ -175,25 +175,15 @@ TEST_F(TextFunctions, OfTheAnalyser) {
 }
 
 TEST_F(TextFunctions, FailedSentencesByNumber) {
-    // A part of speech that nothing may precede: its words have no path.
-    SmallWorld world = flatWords();
-    for (unsigned left = 1; left <= 6; ++left) {
-        world.cost(left, 3, 255);
-        world.cost(left, 5, 255);
-    }
-    TempDir other;
-    SmallWorld::Paths const broken = world.line("v,Verb,1").writeTo(other.path());
-    ASSERT_EQ(tavo_offDicAll(tavo), 0);
-    ASSERT_EQ(tavo_setConnTablePath(tavo, broken.connTable.c_str()), 0) << tavo_getErrorWhat(tavo);
-    ASSERT_EQ(tavo_addDicPath(tavo, broken.dic.c_str(), 1), 0) << tavo_getErrorWhat(tavo);
     char const* const stops[] = {"."};
     ASSERT_EQ(tavo_setDelimiterString(tavo, stops, 1), 0);
-    Function const function = ofTavo("tavo_getErrorSentenceIndex");
-    expectProtocol(function, std::bind_front(tavo_getErrorSentenceIndex, tavo), "");
-    ASSERT_EQ(tavo_analyze(tavo, "v.abc", 5), 1);
-    expectProtocol(function, std::bind_front(tavo_getErrorSentenceIndex, tavo), "0");
-    ASSERT_EQ(tavo_analyze(tavo, "abc.v.", 6), 2);
-    expectProtocol(function, std::bind_front(tavo_getErrorSentenceIndex, tavo), "0,1");
+    ASSERT_EQ(tavo_setTaggedInputMode(tavo, 1), 0);
+    Table<std::string, std::string> const cases{{"abc.", ""}, {"</word>.abc", "0"}, {"</word>.abc.</word>.", "0,2"}};
+    for (auto const& [text, expected] : cases) {
+        ASSERT_GE(tavo_analyze(tavo, text.data(), static_cast<int>(text.size())), 0) << tavo_getErrorWhat(tavo);
+        expectProtocol(ofTavo("tavo_getErrorSentenceIndex"), std::bind_front(tavo_getErrorSentenceIndex, tavo),
+                       expected);
+    }
 }
 
 }  // namespace

@@ -107,15 +107,13 @@ TEST(CorruptImage, LoadingDamagedDictionariesIsSafe) {
     for (int round = 0; round < 300; ++round) {
         SCOPED_TRACE("seed " + std::to_string(kSeed) + ", round " + std::to_string(round));
         std::string bytes = whole.substr(0, round % 2 == 0 ? whole.size() : random() % whole.size());
-        for (int flips = 0; flips < 6 && !bytes.empty(); ++flips) {
+        for (int flips = 0; flips < 6 && !bytes.empty(); ++flips)
             bytes[random() % std::min<std::size_t>(bytes.size(), 80)] = static_cast<char>(random() % 8);
-        }
         std::string const path = dir.write("dic", bytes);
         try {
             Dic const dic(round % 3 == 0, path.c_str());
-            for (std::uint32_t id = 0; id <= dic.nameCount() + 1U; ++id) {
+            for (std::uint32_t id = 0; id <= dic.nameCount() + 1U; ++id)
                 EXPECT_LE(std::string_view(dic.getPartOfSPName(id)).size(), bytes.size());
-            }
             if (dic.trie() == nullptr) continue;
             ++loaded;
             dic.trie()->visitAll([&](std::string const& key, RecordChain chain) {
@@ -139,9 +137,8 @@ TEST(CorruptImage, DamagedTablesAreRefusedOrSafe) {
     for (int round = 0; round < 500; ++round) {
         SCOPED_TRACE("seed " + std::to_string(kSeed) + ", round " + std::to_string(round));
         std::string bytes = whole;
-        for (std::size_t flips = 1 + random() % 3; flips > 0; --flips) {
+        for (std::size_t flips = 1 + random() % 3; flips > 0; --flips)
             bytes[random() % bytes.size()] = static_cast<char>(random());
-        }
         std::vector<std::string> const faults = checkConnTable(GuardedBytes(bytes).view());
         try {
             ConnTable const table(false, dir.write("table", bytes).c_str());
@@ -149,9 +146,8 @@ TEST(CorruptImage, DamagedTablesAreRefusedOrSafe) {
             // A changed count can make thousands of ids; some of them will do.
             std::uint32_t const step = 1 + table.idCount() / 10U;
             for (std::uint32_t left = 1; left <= table.idCount(); left += step) {
-                for (std::uint32_t right = 1; right <= table.idCount(); right += step) {
+                for (std::uint32_t right = 1; right <= table.idCount(); right += step)
                     costs += table.cost(static_cast<std::uint16_t>(left), static_cast<std::uint16_t>(right));
-                }
                 EXPECT_LE(std::string_view(table.getName(left)).size(), bytes.size());
             }
         } catch (illegal_format const&) {

@@ -9,24 +9,13 @@
 #include "engine/special_records.hpp"
 #include "support/random_world.hpp"
 #include "support/reference_search.hpp"
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 #include <array>
 #include <deque>
-#include <string>
-#include <vector>
 
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::Attached;
-using test::dictionaryOf;
-using test::kIds;
-using test::Random;
-using test::ReferenceLattice;
-using test::ReferenceNode;
-using test::World;
 
 /// One word: start, length, id, word cost, dictionary, connection sum, word-cost sum.
 using Word = std::array<std::int64_t, 7>;
@@ -84,33 +73,40 @@ Result resultOf(Lattice const& lattice, Sentence const& sentence, Attached const
     return result;
 }
 
-TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
-    constexpr unsigned kWorlds = 5000;
-    constexpr unsigned kTexts = 8;
-    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
+/// Calls check(world, attached, sentence, lattice, random) for eight texts, the
+/// sentences of one input, of each random world.
+template <class Check>
+void onRandomTexts(unsigned worlds, Check check) {
+    for (unsigned seed = 1; seed <= worlds; ++seed) {
         Random random(seed);
-        World const world = test::randomWorld(random);
+        World const world = randomWorld(random);
         Attached const attached(world);
         Lattice lattice(1 + random.below(9));  // small blocks, so that lists cross them
-        test::CostFunction const cost = world.costFunction();
-        std::deque<std::string> texts;  // sentences of one input stay where they are
-        for (unsigned t = 0; t < kTexts; ++t) {
-            std::string const& text = texts.emplace_back(random.bytes(24, true));
-            Result const expected = resultOf(test::referenceSearch(text, world.dictionaries, cost));
+        std::deque<std::string> texts;         // stay where they are
+        for (unsigned t = 0; t < 8; ++t) {
             Sentence sentence;
-            sentence.given = sentence.text = text;
-            if (random.below(2) == 0) lattice.clear();
-            lattice.build(sentence, attached.table.get(), attached.dics);
-            ASSERT_EQ(resultOf(lattice, sentence, attached), expected)
-                << "seed " << seed << ", text " << testing::PrintToString(text);
+            sentence.given = sentence.text = texts.emplace_back(random.bytes(24, true));
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", text " + testing::PrintToString(texts.back()));
+            check(world, attached, sentence, lattice, random);
+            if (testing::Test::HasFatalFailure()) return;
         }
     }
+}
+
+TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
+    onRandomTexts(
+        5000, [](World const& world, Attached const& attached, Sentence& sentence, Lattice& lattice, Random& random) {
+            if (random.below(2) == 0) lattice.clear();
+            lattice.build(sentence, attached.table.get(), attached.dics);
+            ASSERT_EQ(resultOf(lattice, sentence, attached),
+                      resultOf(referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction())));
+        });
 }
 
 /// The same constraints for the library and for the reference.
 struct Constraints {
     LatticeConstraints library;
-    test::ReferenceConstraints reference;
+    ReferenceConstraints reference;
     std::vector<std::array<unsigned char, 8>> records;  // of id 4 and up, each with a cost of its own
 };
 
@@ -124,7 +120,7 @@ Constraints randomConstraints(Random& random, std::size_t length) {
         if (what == 0) made.reference.borders.insert(p);
         if (what == 1 && p + step <= length) {
             std::size_t const first = made.library.records.size();
-            test::ReferenceConstraints::Span span{p + step, {}};
+            ReferenceConstraints::Span span{p + step, {}};
             for (unsigned n = 1 + random.below(2); n > 0; --n) {
                 unsigned const pid = 3 + random.below(kIds - 2);
                 made.library.records.push_back(pid == 3 ? kUnknownRecord.data() : made.records[pid - 4].data());
@@ -143,35 +139,24 @@ Constraints randomConstraints(Random& random, std::size_t length) {
 
 TEST(LatticeProperty, AgreesWithTheReferenceUnderConstraints) {
     unsigned forced = 0;
-    for (unsigned seed = 1; seed <= 2000; ++seed) {
-        Random random(seed);
-        World const world = test::randomWorld(random);
-        Attached const attached(world);
-        Lattice lattice(1 + random.below(9));
-        AllPaths allPaths;
-        test::CostFunction const cost = world.costFunction();
-        for (unsigned t = 0; t < 8; ++t) {
-            std::string const text = random.bytes(24, true);
-            Constraints constraints = randomConstraints(random, text.size());
-            std::vector<Word> const expected =
-                resultOf(test::referenceSearch(text, world.dictionaries, cost, constraints.reference)).path;
-            Sentence sentence;
-            sentence.given = sentence.text = text;
+    onRandomTexts(
+        2000, [&](World const& world, Attached const& attached, Sentence& sentence, Lattice& lattice, Random& random) {
+            Constraints constraints = randomConstraints(random, sentence.text.size());
+            std::vector<Word> const expected = resultOf(referenceSearch(std::string(sentence.text), world.dictionaries,
+                                                                        world.costFunction(), constraints.reference))
+                                                   .path;
             lattice.clear();
             lattice.build(sentence, attached.table.get(), attached.dics, constraints.library);
-            ASSERT_EQ(resultOf(lattice, sentence, attached).path, expected)
-                << "seed " << seed << ", text " << testing::PrintToString(text);
+            ASSERT_EQ(resultOf(lattice, sentence, attached).path, expected);
             forced += constraints.library.forced && sentence.bestStart != nullptr ? 1 : 0;
             constraints.library.forced = false;
             lattice.clear();
-            allPaths.clear();
+            AllPaths allPaths;
             allPaths.build(sentence, attached.table.get(), attached.dics, lattice.nodes(), constraints.library);
-            ASSERT_EQ(resultOf(lattice, sentence, attached).path, expected)
-                << "all paths, seed " << seed << ", text " << testing::PrintToString(text);
-        }
-    }
+            ASSERT_EQ(resultOf(lattice, sentence, attached).path, expected) << "all paths";
+        });
     EXPECT_GT(forced, 100U);
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

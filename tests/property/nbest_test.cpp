@@ -5,25 +5,10 @@
 #include "engine/lattice.hpp"
 #include "support/random_world.hpp"
 #include "support/reference_nbest.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
-#include <string>
-#include <vector>
-
-namespace TAVO {
+namespace TAVO::test {
 namespace {
-
-using test::Attached;
-using test::PlainPath;
-using test::PlainWord;
-using test::Random;
-using test::ReferenceLattice;
-using test::ReferenceNode;
-using test::ReferencePath;
-using test::World;
 
 /// One text with the lattices of the library and of the reference. Nodes of the
 /// library are told by the index of the reference's node: the reference makes
@@ -33,7 +18,7 @@ public:
     Case(Attached const& attached, World const& world, std::string const& text, Lattice& lattice, AllPaths& allPaths)
         : dics_(attached.dics),
           cost_(world.costFunction()),
-          reference_(test::referenceSearch(text, world.dictionaries, cost_)),
+          reference_(referenceSearch(text, world.dictionaries, cost_)),
           lattice_(lattice),
           allPaths_(allPaths) {
         sentence_.given = sentence_.text = text;
@@ -43,7 +28,7 @@ public:
 
     Sentence const& sentence() const { return sentence_; }
     ReferenceLattice const& reference() const { return reference_; }
-    test::CostFunction const& cost() const { return cost_; }
+    CostFunction const& cost() const { return cost_; }
 
     /// The library's nodes in the reference's terms; their links as indexes of the reference.
     std::vector<PlainWord> nodesByStart() const {
@@ -58,7 +43,7 @@ public:
             LatticeNode const& node = lattice_.nodes().at(i);
             if ((node.flags & LatticeNode::kFirstAtPosition) != 0) start = startBefore(start);
             MrphDic const record(node.record);
-            words.emplace_back(start, node.length, record.pid(), record.cost(), test::dictionaryOf(dics_, node.record));
+            words.emplace_back(start, node.length, record.pid(), record.cost(), dictionaryOf(dics_, node.record));
         }
         return words;
     }
@@ -120,7 +105,7 @@ private:
     }
 
     DicSet const& dics_;
-    test::CostFunction cost_;
+    CostFunction cost_;
     ReferenceLattice reference_;
     Lattice& lattice_;
     AllPaths& allPaths_;
@@ -134,7 +119,7 @@ template <class Check>
 void onRandomTexts(unsigned worlds, unsigned mostBytes, Check check) {
     for (unsigned seed = 1; seed <= worlds; ++seed) {
         Random random(seed);
-        World const world = test::randomWorld(random);
+        World const world = randomWorld(random);
         Attached const attached(world);
         Lattice lattice(1 + random.below(9));  // small blocks, so that lists cross them
         AllPaths allPaths;
@@ -162,7 +147,7 @@ TEST(NBestProperty, GivesThePathsOfTheQueueInItsOrder) {
     std::size_t pathsSeen = 0;
     onRandomTexts(500, 10, [&](Case const& c, World const&, Random& random) {
         for (std::size_t const n : {1U, 2U, 1 + random.below(10), 1 + random.below(60), 300U}) {
-            std::vector<ReferencePath> const expected = test::referenceNBest(c.reference(), c.cost(), n);
+            std::vector<ReferencePath> const expected = referenceNBest(c.reference(), c.cost(), n);
             ASSERT_EQ(c.search(n), expected) << "n " << n;
             pathsSeen += expected.size();
         }
@@ -173,7 +158,7 @@ TEST(NBestProperty, GivesThePathsOfTheQueueInItsOrder) {
 TEST(NBestProperty, GivesEveryPathOnceWithGrowingKeys) {
     std::size_t complete = 0;
     onRandomTexts(500, 7, [&](Case const& c, World const& world, Random&) {
-        std::vector<PlainPath> all = test::enumeratePaths(std::string(c.sentence().text), world.dictionaries, c.cost());
+        std::vector<PlainPath> all = enumeratePaths(std::string(c.sentence().text), world.dictionaries, c.cost());
         std::vector<ReferencePath> const found = c.search(all.size() + 7);
         ASSERT_TRUE(std::is_sorted(found.begin(), found.end(),
                                    [](ReferencePath const& a, ReferencePath const& b) { return a.key < b.key; }));
@@ -188,4 +173,4 @@ TEST(NBestProperty, GivesEveryPathOnceWithGrowingKeys) {
 }
 
 }  // namespace
-}  // namespace TAVO
+}  // namespace TAVO::test

@@ -2,11 +2,11 @@
 #include "dic/dic_check.hpp"
 #include "dic/record_source.hpp"
 #include "result/dictionary_lookup.hpp"
+#include "support/random_world.hpp"
 #include "support/record_builder.hpp"
 #include "support/result_world.hpp"
 #include "support/testing.hpp"
 
-#include <random>
 #include <set>
 
 namespace TAVO::test {
@@ -17,7 +17,7 @@ class LineMaker {
 public:
     explicit LineMaker(unsigned seed) : random_(seed) {}
 
-    unsigned below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+    unsigned below(std::size_t limit) { return random_.below(static_cast<unsigned>(limit)); }
 
     /// Literal text: every mark escaped.
     std::string text(unsigned minimum) {
@@ -69,7 +69,7 @@ public:
     }
 
 private:
-    std::mt19937 random_;
+    Random random_;
 };
 
 /// As the library prints the records and as it prints their morphemes.

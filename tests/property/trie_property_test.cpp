@@ -1,17 +1,12 @@
 // The trie against a linear scan over random small worlds.
-#include <gtest/gtest.h>
-
 #include "dic/dic.hpp"
 #include "dic/dic_compiler.hpp"
 #include "support/guarded_bytes.hpp"
+#include "support/testing.hpp"
 
-#include <algorithm>
 #include <iterator>
 #include <map>
 #include <random>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace TAVO::test {
 namespace {

@@ -28,6 +28,13 @@ namespace TAVO::test {
 template <class... Columns>
 using Table = std::vector<std::tuple<Columns...>>;
 
+/// What @p action writes to the standard error stream.
+inline std::string stderrOf(std::function<void()> const& action) {
+    testing::internal::CaptureStderr();
+    action();
+    return testing::internal::GetCapturedStderr();
+}
+
 /// For EXPECT_TRUE: that @p text has @p part in it.
 inline testing::AssertionResult contains(std::string const& text, std::string_view part) {
     if (text.find(part) != std::string::npos) return testing::AssertionSuccess();

@@ -76,13 +76,9 @@ TEST(DicCompilerTest, TellsItsProgressWhenAsked) {
     for (int i = 0; i < 20001; ++i) ASSERT_TRUE(compiler.add(std::string("a").append(std::to_string(i)).append(",N")));
     ASSERT_TRUE(compiler.add("b,N"));
     std::ostringstream out;
-    ::testing::internal::CaptureStderr();
-    EXPECT_TRUE(compiler.compile(out, true));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+    EXPECT_EQ(stderrOf([&] { EXPECT_TRUE(compiler.compile(out, true)); }),
               "Serializing Data.....Done\nBuilding Trie.....Done\nWriting Dic...Done\n");
-    ::testing::internal::CaptureStderr();
-    EXPECT_TRUE(compiler.compile(out, false));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(stderrOf([&] { EXPECT_TRUE(compiler.compile(out, false)); }), "");
 }
 
 TEST(DicCompilerTest, HasIdsFor65534Names) {
@@ -96,9 +92,7 @@ TEST(DicCompilerTest, HasIdsFor65534Names) {
     names.emplace_back("65535");
     DicCompiler tooMany(names);
     std::ostringstream out;
-    ::testing::internal::CaptureStderr();
-    EXPECT_FALSE(tooMany.compile(out, true));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Error: Too Much PartOfSP\n");
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(tooMany.compile(out, true)); }), "Error: Too Much PartOfSP\n");
     EXPECT_EQ(tooMany.error(), "Error: Too Much PartOfSP");
     EXPECT_EQ(out.str(), "");
 }
@@ -167,9 +161,7 @@ TEST(TrieBuilderTest, BuildsOnce) {
     TrieBuilder builder;
     ASSERT_TRUE(builder.init(0, 0));
     EXPECT_TRUE(builder.build(keys, false));
-    ::testing::internal::CaptureStderr();
-    EXPECT_FALSE(builder.build(keys, true));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Error: Cannot Rebuild Trie\n");
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(builder.build(keys, true)); }), "Error: Cannot Rebuild Trie\n");
 }
 
 TEST(TrieBuilderTest, RefusesKeysOutOfOrder) {
@@ -194,9 +186,7 @@ TEST(TrieBuilderTest, RefusesALeafAreaThatPositionsCannotReach) {
     EXPECT_TRUE(builder.build(fits, false)) << builder.error();
     TrieBuilder refusing;
     ASSERT_TRUE(refusing.init(0, 0));
-    ::testing::internal::CaptureStderr();
-    EXPECT_FALSE(refusing.build(tooLarge, true));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(refusing.build(tooLarge, true)); }),
               "Building Trie.....Error: Too Much Leaf Data: the format has room for 33554432 bytes\n"
               "Error: TrieBuilder::makeIndex(): -2\n");
     EXPECT_EQ(refusing.error(), "Error: Too Much Leaf Data: the format has room for 33554432 bytes");

@@ -75,12 +75,13 @@ TEST(SourceRecordTest, RefusesLinesWithTheirFirstFault) {
 
 TEST(SourceRecordTest, WritesErrorsToTheStandardErrorStream) {
     SourceRecord record;
-    ::testing::internal::CaptureStderr();
-    EXPECT_FALSE(record.parse("ab"));
-    EXPECT_TRUE(record.parse("ab,N"));
     std::string out;
-    EXPECT_FALSE(record.serialize(out, NameTable{{"M", std::uint16_t{1}}}));
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "Error: Too Less Fields\nError: Unlisted PartOfSP: N(ab)\n");
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(record.parse("ab")); }), "Error: Too Less Fields\n");
+    EXPECT_EQ(stderrOf([&] { EXPECT_TRUE(record.parse("ab,N")); }), "");
+    EXPECT_EQ(stderrOf([&] {
+                  EXPECT_FALSE(record.serialize(out, NameTable{{"M", std::uint16_t{1}}}));
+              }),
+              "Error: Unlisted PartOfSP: N(ab)\n");
 }
 
 TEST(SourceRecordTest, KeepsDefaultsOfFieldsLeftOut) {

@@ -3,7 +3,6 @@
 
 #include "engine/lattice.hpp"
 #include "support/random_world.hpp"
-#include "support/reference_nbest.hpp"
 #include "support/testing.hpp"
 
 #include <limits>
@@ -105,27 +104,6 @@ TEST(NBestTies, GapsBetweenTheLengthsEndNowhereTwice) {
         ASSERT_EQ(found.keys[r], pathKey(201, 0));
     }
     EXPECT_TRUE(std::is_sorted(found.shapes.begin(), found.shapes.end()));
-}
-
-TEST(NBestTies, TheRestComesInTheOrderOfTheQueue) {
-    // A thousand paths through keys of a few ties each and a last one of many.
-    World const world = flatWorld({{"A", {{4, 1}, {5, 1}}}, {"AA", {{4, 2}, {6, 3}}}});
-    std::string const text(9, 'A');
-    CostFunction const cost = world.costFunction();
-    std::vector<ReferencePath> const expected =
-        referenceNBest(referenceSearch(text, world.dictionaries, cost), cost, 1000);
-    Searched const found(world, text, 1000);
-    ASSERT_EQ(found.keys.size(), expected.size());
-    ReferenceLattice const lattice = referenceSearch(text, world.dictionaries, cost);
-    for (std::size_t r = 0; r < expected.size(); ++r) {
-        std::string shape;
-        for (int const index : expected[r].nodes) {
-            ReferenceNode const& node = lattice.nodes[static_cast<std::size_t>(index)];
-            shape += static_cast<char>((node.length == 1 ? 'a' : 'A') + node.record.pid - 4);
-        }
-        ASSERT_EQ(found.shapes[r], shape) << r;
-        ASSERT_EQ(found.keys[r], (expected[r].key.first << 32 | expected[r].key.second)) << r;
-    }
 }
 
 TEST(NBestTies, AnyCountMayBeAskedFor) {

@@ -95,18 +95,5 @@ TEST(CommentRules, GiveTheMorphemeTheirAttributes) {
     EXPECT_EQ(world.tavo.getSentence(0), "a(w)(w)");
 }
 
-TEST(CommentRules, NamesAreResolvedAgainstTheTableInForce) {
-    TempDir dir;
-    SmallWorld::Paths const paths = words().writeTo(dir.path());
-    std::string const rules = dir.write("rules", "String=#\nPartOfSP=Comment\n");
-    std::string const init =
-        dir.write("tavo.init", "CommentRule=" + rules + "\nDic=" + paths.dic + "\nConnTable=" + paths.connTable + "\n");
-    Tavo tavo;
-    tavo.setInitFilePath(init.c_str());
-    std::string const text = "a#";
-    tavo.analyze(text);
-    EXPECT_EQ(describeAll(tavo), "a:Noun #:Comment");
-}
-
 }  // namespace
 }  // namespace TAVO::test

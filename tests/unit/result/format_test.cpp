@@ -31,7 +31,7 @@ TEST(Format, ScansMarksAndEscapes) {
     Mrph const m = records.mrph("ab,Noun,7,,,,,,,,,,e,f");
     Table<std::string, std::string> const cases{
         {"", ""},
-        {"plain", "plain"},
+        {"%w costs %c, 100\\%", "ab costs 7, 100%"},
         {"<%w>", "<ab>"},
         {"%w%w", "abab"},
         {"%5w|", "ab   |"},
@@ -68,20 +68,6 @@ TEST(Format, ScansMarksAndEscapes) {
     };
     for (auto const& [format, expected] : cases) EXPECT_EQ(formatted(m, format, "NUL"), expected) << format;
     EXPECT_EQ(formatted(m, "[%g%3g]", ""), "[   ]");
-}
-
-/// The examples of docs/format-string.md.
-TEST(Format, GivesTheDocumentedExamples) {
-    ResultWorld world(worldOfNames());
-    RecordBuilder records;
-    Mrph const m = records.mrph("ab,Noun,7,,,,,,,,,,e,f", &world.context);
-    Table<std::string, std::string> const examples{{"%w/%h", "ab/Noun"},
-                                                   {"[%5w][%5k]", "[ab   ][*    ]"},
-                                                   {"%w costs %c, 100\\%", "ab costs 7, 100%"},
-                                                   {"%D;%D0;%D1;%D2", "e,f;e;f;*"},
-                                                   {"%%", "*"},
-                                                   {"a\\qb", "ab"}};
-    for (auto const& [format, expected] : examples) EXPECT_EQ(formatted(m, format, "*"), expected) << format;
 }
 
 TEST(Format, AWidthBeyondAnIntIsTheLargest) {
@@ -147,11 +133,6 @@ TEST(Format, EveryDirectiveOfAWholeMorpheme) {
         EXPECT_EQ(formatted(m, std::string("%") + c, "NUL"), "NUL") << c;
         EXPECT_EQ(m.format(0, (std::string("%") + c).c_str(), "NUL"), "NUL") << c;
     }
-}
-
-TEST(Format, WithoutRecordAndAnalyser) {
-    Mrph const m = MrphAccess::fromRecord("ab", 2, nullptr, nullptr);
-    EXPECT_EQ(formatted(m, "%w,%h,%H,%k,%p,%s,%l,%e,%c,%C,%D,%g,%x", "-"), "ab,-,-,-,-,ab,-,ab,255,[][][],-,-,-");
 }
 
 TEST(Format, DefaultFormatPadsInBytes) {
