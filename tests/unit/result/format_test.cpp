@@ -145,13 +145,15 @@ TEST(Format, DefaultFormatPadsInBytes) {
 
 TEST(Format, MajorClassStepsByCharacters) {
     SmallWorld small;
-    small.names({"Begin", "End", "Undef", "\x83:\x83/\x83-x:y", "Plain"}).line("x,Plain");
+    small.names({"Begin", "End", "Undef", "\x83:\x83/\x83-x:y", "Plain", "A/B"}).line("x,Plain");
     ResultWorld world(small);
     Mrph const m = MrphAccess::fromRecord("x", 1, nullptr, &world.context);
     MrphAccess::confirmCover(m).pid = 4;
     EXPECT_EQ(formatted(m, "%H", ""), "\x83:\x83/\x83-x");
     MrphAccess::confirmCover(m).pid = 5;
     EXPECT_EQ(formatted(m, "%H", ""), "Plain");
+    MrphAccess::confirmCover(m).pid = 6;
+    EXPECT_EQ(formatted(m, "%H", ""), "A");
 }
 
 TEST(Format, AValueWithNulIsNotPadded) {

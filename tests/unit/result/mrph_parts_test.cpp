@@ -37,6 +37,7 @@ TEST(MrphParts, AccessorsCheckTheirIndex) {
                       "RANGE_ERROR: Mrph::getPartExt()");
         }
     }
+    EXPECT_STREQ(compound.getPartOfSP(1), "") << "no analyser, no names";
     for (int const field : {-1, 1}) {
         EXPECT_EQ(thrown<std::range_error>([&] { compound.getPartExt(1, field); }), "RANGE_ERROR: Mrph::getPartExt()");
         EXPECT_EQ(thrown<std::range_error>([&] { compound.getExt(field); }), "RANGE_ERROR: Mrph::getExt()");
