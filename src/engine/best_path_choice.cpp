@@ -259,7 +259,8 @@ void BestPathSearch::boundInside(std::size_t p) {
         low = std::min<std::uint64_t>(low, places_[end].lowBefore);
         lowBefore = std::min<std::uint64_t>(lowBefore, places_[end].lowBefore + cost);
     };
-    if (std::uint8_t const cost = table_.byteForm(text_[p], *dics_).least; cost != SearchTable::kNoWord) word(p + 1, cost);
+    if (std::uint8_t const cost = table_.byteForm(text_[p], *dics_).least; cost != SearchTable::kNoWord)
+        word(p + 1, cost);
     if (place.pair != SearchTable::kNoWord) word(p + 2, place.pair);
     if (text_[p] >= 128 && p + 2 <= length_) {
         low = std::min(low, connSumOf(places_[p + 2].low) + unknown);
