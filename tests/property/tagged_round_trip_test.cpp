@@ -7,7 +7,6 @@
 
 #include <array>
 #include <iterator>
-#include <regex>
 
 namespace TAVO::test {
 namespace {
@@ -80,7 +79,9 @@ std::string bytewise(std::string_view text) {
     std::string result;
     for (std::size_t pos = 0; pos < text.size(); pos += charWidth(text, pos))
         result += charWidth(text, pos) == 2 ? '.' : text[pos];
-    return std::regex_replace(result, std::regex("&(lt|gt|amp|apos|quot);"), "&$1.");
+    for (std::string_view const entity : {"&lt;", "&gt;", "&amp;", "&apos;", "&quot;"})
+        for (std::size_t pos = 0; (pos = result.find(entity, pos)) != npos;) result[pos += entity.size() - 1] = '.';
+    return result;
 }
 
 /// Behind the ">" of the tag at @p pos, npos when it has none.
@@ -100,11 +101,13 @@ std::string tagName(std::string const& text, std::size_t pos) {
 /// Behind the closing tag of the annotation whose opening tag ends at @p pos,
 /// @p pos when it has none.
 std::size_t annotationEnd(std::string const& text, std::size_t pos) {
-    std::smatch found;
-    if (!std::regex_search(text.begin() + static_cast<long>(pos), text.end(), found, std::regex("</annotation[ \t>]")))
-        return pos;
-    std::size_t const end = tagEnd(text, pos + static_cast<std::size_t>(found.position()));
-    return end == npos ? pos : end;
+    std::string_view const closing = "</annotation";
+    for (std::size_t at = text.find(closing, pos); at != npos; at = text.find(closing, at + 1)) {
+        if (text.find_first_of(" \t>", at) != at + closing.size()) continue;
+        std::size_t const end = tagEnd(text, at);
+        return end == npos ? pos : end;
+    }
+    return pos;
 }
 
 /// Behind the element, or the tag alone, at @p pos; npos when no tag stands there.
