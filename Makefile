@@ -104,10 +104,10 @@ bench: lexicon
 	@scripts/setup bench
 	$(call say,speed of the pieces)
 	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) -DTAVO_BUILD_BENCH=ON >/dev/null
-	@cmake --build $(BUILD) -j $(JOBS) --target tavo_bench
+	@cmake --build $(BUILD) -j $(JOBS) --target tavo_benches
 	@$(BUILD)/bin/tavo_bench
 	$(call say,the whole program)
-	@scripts/bench-whole.py --tavo $(BUILD)/bin/tavo $(TEXT)
+	@scripts/bench-whole.py --tavo $(BUILD)/bin/tavo --library $(BUILD)/bin/tavo_bench_library $(TEXT)
 
 accuracy: lexicon
 	@scripts/setup accuracy

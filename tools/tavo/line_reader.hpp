@@ -37,7 +37,7 @@ private:
 class LineReader {
 public:
     /// Bytes of a block unless a line is longer.
-    static constexpr std::size_t kBlockBytes = std::size_t{256} * 1024;
+    static constexpr std::size_t kBlockBytes = std::size_t{64} * 1024;
 
     /// @p eager: a block is handed out as soon as a read brought whole lines.
     LineReader(std::vector<std::string> paths, bool eager);
