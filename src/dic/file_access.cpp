@@ -62,23 +62,32 @@ void flushFolder(std::string const& path) {
     ::close(handle);
 }
 
+/// Opens a regular file for reading; -1 for anything else. @p status becomes that
+/// of the open file.
+int openRegular(char const* path, struct stat& status) {
+    if (path == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: FileLength()");
+    // Looked at before it is opened, since opening a device may do something; and
+    // should a FIFO have got the name meanwhile, its opening does not wait for a writer.
+    if (::stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return -1;
+    int const handle = openRetrying(path, O_RDONLY | O_NONBLOCK);
+    if (handle < 0 || (::fstat(handle, &status) == 0 && S_ISREG(status.st_mode))) return handle;
+    ::close(handle);
+    return -1;
+}
+
 int openReading(char const* path) {
-    if (FileLength(path) < 0) return -1;
-    return openRetrying(path, O_RDONLY);
+    struct stat status {};
+    return openRegular(path, status);
 }
 
 }  // namespace
 
 std::int64_t FileLength(char const* path) {
-    if (path == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: FileLength()");
     struct stat status {};
-    // Looked at before it is opened, since opening a FIFO would wait for a writer.
-    if (::stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return -1;
-    int const handle = openRetrying(path, O_RDONLY | O_NONBLOCK);
+    int const handle = openRegular(path, status);
     if (handle < 0) return -1;
-    bool const measured = ::fstat(handle, &status) == 0 && S_ISREG(status.st_mode);
     ::close(handle);
-    return measured ? static_cast<std::int64_t>(status.st_size) : -1;
+    return static_cast<std::int64_t>(status.st_size);
 }
 
 int FileAccess(char const* path) {
