@@ -2,69 +2,49 @@
 // on two analysers and on morpheme handles that are alive.
 #include "fuzz/api_calls.hpp"
 #include "fuzz/fuzz_input.hpp"
-#include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
+#include "fuzz/fuzz_world.hpp"
 
 #include <tavo/tavo_bulk.h>
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 
 namespace {
 
 using namespace TAVO::test;
 
+/// The small lexicon, files beside it, and texts good and bad.
 struct Files {
-    Files() {
-        SmallWorld world;
-        world.namesUtf8({"Begin", "End", "Undef", "Noun", "Verb", "Tail", "記号:Number"});
-        world.cost(
-            [](unsigned left, unsigned right) { return static_cast<std::uint8_t>((left * 7 + right * 3) % 11); });
-        world.cost(4, 5, 255).cost(6, 3, 255);
-        world.linesUtf8({"ab-c,Noun-Verb-Tail,12,えい(び|びー)/し,AB/C,w1,g1,grp,1:2,,7,pros,x0,x1", "d,Noun,5,でぃ",
-                         "d,Verb,6,でぃ", "ab,Noun,9,えい", "ソ,Verb,3", "1,記号:Number,1", "能,Tail,200"});
-        paths = world.writeTo(dir.path());
-        rules = dir.write("rules", "Noun,Verb=Noun\n");
-        init = dir.write("init", "DeleteCRLF=1\nDic=" + paths.dicSpec() + "\nConnTable=" + paths.connTable + "\n");
-        comments = dir.write("comments", "Begin=(\nEnd=)\nPartOfSP=Noun\n\nString=##\nPartOfSP=Verb\nRead=a\n");
-        strings = {paths.dic,  paths.dicSpec(), paths.source,   paths.connTable, init,
-                   rules,      comments,        "no/such/file", dir.path(),      "",
-                   "a",        "\x83\x5c",      "%w%H%C%D0\\n", "%12k|%e\\",     "\x82\xc5\x82\xa1",
-                   "(d)##abcd"};
-        texts = {"abcd",
-                 "\x83\x5c"
-                 "d",
-                 "111d\r\n\nab",
-                 "(d)##ab",
-                 "<word PartOfSP=\"Noun\" Read=\"x-y/z\" Data1=q Category2=\"3:4\">ab</word>",
-                 "<multiword AdditionalInfo=\"i\">d<annotation Group=g>note</annotation>d</multiword>",
-                 "<annotation>n</annotation><boundary GrammarType=g ProsodicType=p>",
-                 "<word",
-                 "</word>",
-                 "d"};
-        sink = std::fopen("/dev/null", "w");
-    }
-    TempDir dir;
-    SmallWorld::Paths paths;
-    std::string rules, comments, init;
-    std::vector<std::string> strings;
-    std::vector<std::string> texts;  // pieces of what is analysed
-    FILE* sink;
+    TempDir const dir;
+    SmallWorld::Paths const& paths = fuzzWorld().paths;
+    std::string const rules = dir.write("rules", "Noun,Verb=Noun\n");
+    std::string const init =
+        dir.write("init", "DeleteCRLF=1\nDic=" + paths.dicSpec() + "\nConnTable=" + paths.connTable + "\n");
+    std::string const comments =
+        dir.write("comments", "Begin=(\nEnd=)\nPartOfSP=Noun\n\nString=##\nPartOfSP=Verb\nRead=a\n");
+    std::vector<std::string> const strings = {
+        paths.dic,  paths.dicSpec(), paths.source,   paths.connTable, init,
+        rules,      comments,        "no/such/file", dir.path(),      "",
+        "a",        "\x83\x5c",      "%w%H%C%D0\\n", "%12k|%e\\",     "\x82\xc5\x82\xa1",
+        "(d)##abcd"};
+    /// Pieces of what is analysed.
+    std::vector<std::string> const texts{
+        "abcd",
+        "\x83\x5c"
+        "d",
+        "111d\r\n\nab",
+        "(d)##ab",
+        "<word PartOfSP=\"Noun\" Read=\"x-y/z\" Data1=q Category2=\"3:4\">ab</word>",
+        "<multiword AdditionalInfo=\"i\">d<annotation Group=g>note</annotation>d</multiword>",
+        "<annotation>n</annotation><boundary GrammarType=g ProsodicType=p>",
+        "<word",
+        "</word>",
+        "d"};
+    FILE* const sink = std::fopen("/dev/null", "w");
 };
 
 Files& files() {
     static Files made;
     return made;
-}
-
-/// Fails when the code or what it says breaks the interface's promises.
-void check(bool holds) {
-    if (!holds) std::abort();
 }
 
 /// One analyser and what lives with it.
@@ -73,11 +53,8 @@ struct Analyser {
     std::string text;  // of the last analysis
     std::vector<tavo_mrph_t*> results, words, alternatives;
 
-    void endResults() { results.clear(); }
     void endAll() {
-        results.clear();
-        words.clear();
-        alternatives.clear();
+        for (auto* const handles : {&results, &words, &alternatives}) handles->clear();
     }
 };
 
@@ -166,7 +143,7 @@ private:
         tavo_result_t results[6] = {};
         tavo_t* const from = tavo();
         if (from == nullptr) return check(tavo_getResult(nullptr, results, 0) == -10001);
-        analyser_->endResults();
+        analyser_->results.clear();
         int const code =
             best ? tavo_getResult(from, results, sentence) : tavo_getResultNBest(from, results, sentence, n);
         check(best || code <= n || code <= 0);

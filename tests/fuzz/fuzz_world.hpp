@@ -6,14 +6,9 @@
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
 
-#include <tavo/tavo.hpp>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace TAVO::test {
 
@@ -44,10 +39,7 @@ inline FuzzWorld& fuzzWorld() {
 }
 
 /// With the world's lexicon.
-inline void attach(Tavo& tavo, FuzzWorld const& world = fuzzWorld()) {
-    tavo.setConnTablePath(world.paths.connTable.c_str());
-    tavo.addDicPath(world.paths.dic.c_str(), false);
-}
+inline void attach(Tavo& tavo, FuzzWorld const& world = fuzzWorld()) { world.paths.attachTo(tavo); }
 
 inline bool failed(Tavo const& tavo, int sentence) {
     auto const& all = tavo.getErrorSentenceIndex();

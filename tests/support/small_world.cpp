@@ -10,6 +10,11 @@
 
 namespace TAVO::test {
 
+void SmallWorld::Paths::attachTo(Tavo& tavo, bool memoryMapped) const {
+    tavo.setConnTablePath(connTable.c_str());
+    tavo.addDicPath(dicSpec().c_str(), memoryMapped);
+}
+
 SmallWorld& SmallWorld::names(std::vector<std::string> names) {
     names_ = std::move(names);
     costs_.assign(names_.size() * names_.size(), 0);

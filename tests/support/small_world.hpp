@@ -4,12 +4,11 @@
 
 #include "dic/conn_table_writer.hpp"
 
-#include <cstdint>
+#include <tavo/tavo.hpp>
+
 #include <functional>
 #include <initializer_list>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace TAVO::test {
 
@@ -23,6 +22,7 @@ public:
         std::string connTable;
         /// What addDicPath takes: dic and source.
         std::string dicSpec() const { return dic + "," + source; }
+        void attachTo(Tavo& tavo, bool memoryMapped = false) const;
     };
 
     /// Part-of-speech names by id from 1 on: begin, end, unknown word, then

@@ -7,19 +7,12 @@
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
 
-#include <tavo/tavo.hpp>
-
-#include <string>
-#include <vector>
-
 namespace TAVO::test {
 
 class TaggedWorld {
 public:
     explicit TaggedWorld(SmallWorld const& world) {
-        SmallWorld::Paths const paths = world.writeTo(dir.path());
-        tavo.setConnTablePath(paths.connTable.c_str());
-        tavo.addDicPath(paths.dicSpec().c_str(), false);
+        world.writeTo(dir.path()).attachTo(tavo);
         tavo.setTaggedInputMode(1);
     }
 

@@ -1,26 +1,16 @@
 // Analysers in threads of their own over the dictionaries they share. The thread
 // sanitizer runs these too; without it they check the results.
 #include "dic/pools.hpp"
+#include "support/describe.hpp"
 #include "support/process_usage.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
-
-#include <tavo/tavo.hpp>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 #include <atomic>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
 #include <mutex>
 #include <random>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 namespace TAVO {
 namespace {
@@ -44,26 +34,19 @@ protected:
     ~ThreadSharing() override { Tavo::dispose(); }
 
     static std::string analysed(Tavo& tavo, std::string const& text) {
-        std::string result;
         tavo.analyze(text);
-        for (unsigned i = 0; i < tavo.getSentenceCount(); ++i) {
-            std::vector<Mrph> morphemes;
-            tavo.getResult(morphemes, static_cast<int>(i));
-            for (Mrph const& m : morphemes) result += m.format("%w/%h ", "");
-        }
-        return result;
-    }
-    void attach(Tavo& tavo, test::SmallWorld::Paths const& paths) const {
-        tavo.setConnTablePath(paths_.connTable.c_str());
-        tavo.addDicPath(paths.dicSpec().c_str(), true);
+        return test::describeAll(tavo);
     }
     /// A source newer than what was built last, whatever the clock's resolution.
     static void makeNewer(test::SmallWorld::Paths const& paths) {
         namespace fs = std::filesystem;
         fs::last_write_time(paths.source, fs::last_write_time(paths.dic) + std::chrono::seconds(2));
     }
-    template <class Work>
-    static void inThreads(Work const& work) {
+    static void expectNoUsers() {
+        for (auto const& [dic, users] : sharedPools().DIC_USED) EXPECT_EQ(users, 0);
+        EXPECT_EQ(sharedPools().ObjectCount, 0U);
+    }
+    static void inThreads(std::function<void(int)> const& work) {
         std::vector<std::thread> threads;
         for (int number = 0; number < kThreads; ++number) threads.emplace_back([&work, number] { work(number); });
         for (std::thread& thread : threads) thread.join();
@@ -76,19 +59,18 @@ protected:
 
 TEST_F(ThreadSharing, AnalysersComeAndGoAndAnswerTheSame) {
     std::string const text = "abcxababc";
-    std::string const expected = "ab/N c/V x/UNK a/V b/V ab/N c/V ";
+    std::string const expected = "ab:N c:V x:UNK a:V b:V ab:N c:V";
     std::atomic<int> wrong = 0;
     inThreads([&](int) {
         for (int round = 0; round < kRounds; ++round) {
             Tavo tavo;
-            attach(tavo, paths_);
+            paths_.attachTo(tavo, true);
             Tavo copy(tavo);
             if (analysed(tavo, text) != expected || analysed(copy, text) != expected) ++wrong;
         }
     });
     EXPECT_EQ(wrong, 0);
-    for (auto const& [dic, users] : sharedPools().DIC_USED) EXPECT_EQ(users, 0);
-    EXPECT_EQ(sharedPools().ObjectCount, 0U);
+    expectNoUsers();
 }
 
 /// One rebuilds its dictionary while the others analyse with theirs and are refused
@@ -104,7 +86,7 @@ protected:
     /// The number of answers and codes that were not as expected.
     int rebuild(int rebuilds) {
         Tavo tavo;
-        attach(tavo, ownPaths_);
+        ownPaths_.attachTo(tavo, true);
         int wrong = 0;
         for (int i = 0; i < rebuilds; ++i) {
             test::writeFile(ownPaths_.source, sources_[i % 2]);
@@ -120,7 +102,7 @@ protected:
     }
     int run(int rebuilds) {
         Tavo holder;  // so that each other thread is one user of two or more
-        attach(holder, paths_);
+        paths_.attachTo(holder, true);
         std::atomic<bool> done = false;
         std::atomic<int> analyses = 0, wrong = 0;
         inThreads([&](int number) {
@@ -130,7 +112,7 @@ protected:
                 return;
             }
             Tavo tavo;
-            attach(tavo, paths_);
+            paths_.attachTo(tavo, true);
             while (!done || analyses < kRounds) {
                 wrong += analysed(tavo, "abcab") != kAnswers[0] ? 1 : 0;
                 if (++analyses % 16 == 0) wrong += tavo.updateDic(0) != 2 ? 1 : 0;
@@ -139,7 +121,7 @@ protected:
         return wrong;
     }
 
-    static constexpr char const* kAnswers[] = {"ab/N c/V a/V b/V ", "abc/N a/V b/V "};
+    static constexpr char const* kAnswers[] = {"ab:N c:V a:V b:V", "abc:N a:V b:V"};
     test::TempDir own_;
     test::SmallWorld::Paths ownPaths_;
     std::string sources_[2];
@@ -177,36 +159,25 @@ protected:
         }
     }
     struct Analyser {
+        bool has(unsigned dic) const { return (dics >> dic & 1) != 0; }
         Tavo tavo;
         unsigned dics = 0;  // a bit for each that is attached
     };
-    std::string answer(Analyser& analyser) const {
-        try {
-            return analysed(analyser.tavo, kText);
-        } catch (std::exception const& e) {
-            return e.what();
-        }
+    static std::string answer(Analyser& analyser) {
+        std::string text;
+        std::string const error = test::thrown([&] { text = analysed(analyser.tavo, kText); });
+        return text.empty() ? error : text;
     }
     void attach(Analyser& analyser, unsigned dic) const {
-        ThreadSharing::attach(analyser.tavo, dics_[dic]);
+        analyser.tavo.addDicPath(dics_[dic].dicSpec().c_str(), true);
         analyser.dics |= 1U << dic;
     }
-    void detach(Analyser& analyser, unsigned dic) const {
-        if ((analyser.dics >> dic & 1) == 0) return;
-        analyser.tavo.offDic(dics_[dic].dic.c_str());
-        analyser.dics &= ~(1U << dic);
-    }
-    /// What each set of dictionaries answers.
-    std::vector<std::string> answers() const {
-        std::vector<std::string> all;
-        for (unsigned set = 0; set < 1U << kDics; ++set) {
-            Analyser analyser;
-            analyser.tavo.setConnTablePath(paths_.connTable.c_str());
-            for (unsigned dic = 0; dic < kDics; ++dic)
-                if ((set >> dic & 1) != 0) attach(analyser, dic);
-            all.push_back(answer(analyser));
-        }
-        return all;
+    std::unique_ptr<Analyser> makeAnalyser(unsigned dics = 0) const {
+        auto made = std::make_unique<Analyser>();
+        made->tavo.setConnTablePath(paths_.connTable.c_str());
+        for (unsigned dic = 0; dic < kDics; ++dic)
+            if ((dics >> dic & 1) != 0) attach(*made, dic);
+        return made;
     }
     /// One analyser that waits for a thread.
     std::unique_ptr<Analyser> exchange(std::unique_ptr<Analyser> given) {
@@ -214,7 +185,34 @@ protected:
         return std::exchange(waiting_, std::move(given));
     }
     /// Any steps; the number of wrong answers.
-    int run(unsigned seed, std::vector<std::string> const& expected);
+    int run(unsigned seed, std::vector<std::string> const& expected) {
+        std::mt19937 random(seed);
+        std::vector<std::unique_ptr<Analyser>> mine(3);
+        int wrong = 0;
+        for (int step = 0; step < kSteps; ++step) {
+            std::unique_ptr<Analyser>& analyser = mine[random() % mine.size()];
+            std::unique_ptr<Analyser> const& other = mine[random() % mine.size()];
+            auto const dic = static_cast<unsigned>(random() % kDics);
+            auto const what = random() % 10;
+            if (what == 0) analyser.reset();
+            if (analyser == nullptr) analyser = makeAnalyser();
+            if (what == 1 && other != nullptr) analyser = std::make_unique<Analyser>(*other);
+            if (what == 2 && other != nullptr) *analyser = *other;
+            if (what == 3 && analyser->has(dic)) {
+                analyser->tavo.offDic(dics_[dic].dic.c_str());
+                analyser->dics &= ~(1U << dic);
+            }
+            if (what == 4) analyser = exchange(std::move(analyser));
+            if (analyser == nullptr) continue;
+            if (what == 5 && analyser->has(dic)) {
+                int const code = analyser->tavo.updateDic(dics_[dic].dic.c_str());
+                wrong += code < 0 || code > 2 ? 1 : 0;
+            }
+            if (what > 6) attach(*analyser, dic);
+            wrong += answer(*analyser) != expected[analyser->dics] ? 1 : 0;
+        }
+        return wrong;
+    }
 
     test::TempDir folders_[kDics];
     test::SmallWorld::Paths dics_[kDics];
@@ -222,47 +220,18 @@ protected:
     std::unique_ptr<Analyser> waiting_;
 };
 
-int AnythingGoes::run(unsigned seed, std::vector<std::string> const& expected) {
-    std::mt19937 random(seed);
-    std::vector<std::unique_ptr<Analyser>> mine(3);
-    int wrong = 0;
-    for (int step = 0; step < kSteps; ++step) {
-        std::unique_ptr<Analyser>& analyser = mine[random() % mine.size()];
-        std::unique_ptr<Analyser> const& other = mine[random() % mine.size()];
-        auto const dic = static_cast<unsigned>(random() % kDics);
-        auto const what = random() % 10;
-        if (what == 0) analyser.reset();
-        if (analyser == nullptr) {
-            analyser = std::make_unique<Analyser>();
-            analyser->tavo.setConnTablePath(paths_.connTable.c_str());
-        }
-        if (what == 1 && other != nullptr) analyser = std::make_unique<Analyser>(*other);
-        if (what == 2 && other != nullptr) *analyser = *other;
-        if (what == 3) detach(*analyser, dic);
-        if (what == 4) analyser = exchange(std::move(analyser));
-        if (analyser == nullptr) continue;
-        if (what == 5 && (analyser->dics >> dic & 1) != 0) {
-            int const code = analyser->tavo.updateDic(dics_[dic].dic.c_str());
-            wrong += code < 0 || code > 2 ? 1 : 0;
-        }
-        if (what > 6) attach(*analyser, dic);
-        wrong += answer(*analyser) != expected[analyser->dics] ? 1 : 0;
-    }
-    return wrong;
-}
-
 TEST_F(AnythingGoes, AndEveryAnswerIsThatOfTheDictionariesAttached) {
     for (unsigned seed = 0; seed < 3; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Tavo::readyForThread();
-        std::vector<std::string> const expected = answers();
+        std::vector<std::string> expected;
+        for (unsigned dics = 0; dics < 1U << kDics; ++dics) expected.push_back(answer(*makeAnalyser(dics)));
         for (test::SmallWorld::Paths const& paths : dics_) makeNewer(paths);
         std::atomic<int> wrong = 0;
         inThreads([&](int number) { wrong += run(seed * kThreads + static_cast<unsigned>(number), expected); });
         EXPECT_EQ(wrong, 0);
         waiting_.reset();
-        for (auto const& [dic, users] : sharedPools().DIC_USED) EXPECT_EQ(users, 0);
-        EXPECT_EQ(sharedPools().ObjectCount, 0U);
+        expectNoUsers();
         Tavo::dispose();  // last; then anew
     }
 }

@@ -1,28 +1,21 @@
 // The largest of everything: what is at a limit works, what is beyond is refused and
 // leaves the analyser as it was.
-#include <tavo/tavo.hpp>
-
 #include "dic/dic_check.hpp"
 #include "dic/dic_compiler.hpp"
 #include "dic/file_access.hpp"
 #include "dic/pools.hpp"
 #include "engine/lattice.hpp"
+#include "support/describe.hpp"
 #include "support/process_usage.hpp"
 #include "support/small_world.hpp"
-#include "support/temp_dir.hpp"
-#include "support/thrown.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 namespace TAVO::test {
 namespace {
@@ -36,25 +29,20 @@ protected:
     }
     ~Limits() override { sharedPools().dispose(); }
 
-    void attach(Tavo& tavo, bool mapped = false) {
+    void attach(bool mapped = false) {
         paths_ = world_.writeTo(dir_.path());
-        tavo.setConnTablePath(paths_.connTable.c_str());
-        tavo.addDicPath(paths_.dicSpec().c_str(), mapped);
+        paths_.attachTo(tavo_, mapped);
     }
-    static std::string formatted(Tavo& tavo, std::string const& text, char const* format) {
-        tavo.analyze(text);
-        std::vector<Mrph> morphemes;
-        tavo.getResult(morphemes, 0);
-        std::string all;
-        for (Mrph const& m : morphemes) all += m.format(format, "-");
-        return all;
+    std::string formatted(std::string const& text, char const* format) {
+        tavo_.analyze(text);
+        return describe(morphemesOf(tavo_), format);
     }
     /// Attaches the dictionary under @p count names more.
-    void attachNames(Tavo& tavo, int count, bool mapped) {
+    void attachNames(int count, bool mapped) {
         for (int i = 0; i < count; ++i) {
             std::string const name = dir_.file("name" + std::to_string(i));
             fs::create_hard_link(paths_.dic, name);
-            tavo.addDicPath(name.c_str(), mapped);
+            tavo_.addDicPath(name.c_str(), mapped);
         }
     }
 
@@ -64,42 +52,31 @@ protected:
     Tavo tavo_;
 };
 
-struct WordCase {
-    char const* name;
-    std::string line, text, format, expected;
-};
-
-std::string partsOf(int count) {
-    std::string parts = "b";
-    for (int i = 1; i < count; ++i) parts += "-b";
-    return parts;
+/// @p first and then @p next as often as makes 255.
+std::string listOf255(std::string first, std::string_view next) {
+    for (int i = 1; i < 255; ++i) first += next;
+    return first;
 }
 
 TEST_F(Limits, OfOneWord) {
     std::string const longReading(65526, 'r'), longForm = "c" + std::string(59999, 'd'), manyParts(255, 'b');
-    auto const values = [](char const* separator) {
-        std::string list = "0";
-        for (int i = 1; i < 255; ++i) list.append(separator).append("65535");
-        return list;
-    };
-    WordCase const cases[] = {
+    Table<char const*, std::string, std::string, char const*, std::string> const cases{
         {"a record of 65535 bytes", "long,N,1," + longReading, "long", "%p", longReading},
-        {"255 parts", partsOf(255) + ",N,1", manyParts, "%w/%c ", manyParts + "/1 "},
-        {"a form of many bytes", longForm + ",N,1", longForm + "a", "%w/%c ", longForm + "/1 a/40 "},
-        {"255 numbers in a list", "list,N,1,,,,,," + values(":"), "list", "%C", "[" + values(",") + "][][]"},
+        {"255 parts", listOf255("b", "-b") + ",N,1", manyParts, "%w/%c", manyParts + "/1"},
+        {"a form of many bytes", longForm + ",N,1", longForm + "a", "%w/%c", longForm + "/1 a/40"},
+        {"255 numbers in a list", "list,N,1,,,,,," + listOf255("0", ":65535"), "list", "%C",
+         "[" + listOf255("0", ",65535") + "][][]"},
     };
-    for (WordCase const& c : cases) world_.line(c.line);
-    attach(tavo_);
+    for (auto const& row : cases) world_.line(std::get<1>(row));
+    attach();
     EXPECT_TRUE(checkDic(readFile(paths_.dic)).empty());
-    for (WordCase const& c : cases) EXPECT_TRUE(formatted(tavo_, c.text, c.format.c_str()) == c.expected) << c.name;
+    for (auto const& [name, line, text, format, expected] : cases)
+        EXPECT_TRUE(formatted(text, format) == expected) << name;
     tavo_.analyze(manyParts);
-    std::vector<Mrph> morphemes;
-    tavo_.getResult(morphemes, 0);
-    EXPECT_EQ(morphemes.front().getPartCount(), 255);
+    EXPECT_EQ(morphemesOf(tavo_).front().getPartCount(), 255);
     tavo_.setDivideWordMode(1);
     tavo_.analyze(manyParts);
-    tavo_.getResult(morphemes, 0);
-    EXPECT_EQ(morphemes.size(), 255U);
+    EXPECT_EQ(morphemesOf(tavo_).size(), 255U);
 }
 
 TEST_F(Limits, OfRecordsOfOneForm) {
@@ -109,10 +86,10 @@ TEST_F(Limits, OfRecordsOfOneForm) {
         int const cost = i == 77777 ? 3 : i == 50000 ? 5 : i == 99999 ? 7 : 200;
         world_.line("many," + std::string(i % 2 == 0 ? "N," : "V,") + std::to_string(cost) + "," + std::to_string(i));
     }
-    attach(tavo_);
+    attach();
     EXPECT_TRUE(checkDic(readFile(paths_.dic)).empty());
     std::string const text = "amany";
-    EXPECT_EQ(formatted(tavo_, text, "%w/%p "), "a/- many/77777 ");
+    EXPECT_EQ(formatted(text, "%w/%p"), "a/ many/77777");
     tavo_.analyzeNBest(text);
     std::vector<std::vector<Mrph>> paths;
     tavo_.getResultNBest(paths, 0, 3);
@@ -143,31 +120,31 @@ TEST_F(Limits, OfNames) {
     ASSERT_TRUE(compiler.compile(dic, false));
     tavo_.setConnTablePath(dir_.write("table", serializeConnTable(table)).c_str());
     tavo_.addDicPath(dir_.write("dic", dic.str()).c_str(), false);
-    EXPECT_EQ(formatted(tavo_, std::string("a"), "%w/%h/%c"), "a/65534n/1");
+    EXPECT_EQ(formatted(std::string("a"), "%w/%h/%c"), "a/65534n/1");
 }
 
 TEST_F(Limits, OfMappedFiles) {
-    attach(tavo_, true);
-    attachNames(tavo_, static_cast<int>(kMappingSlots) - 1, true);
+    attach(true);
+    attachNames(static_cast<int>(kMappingSlots) - 1, true);
     std::string const one = dir_.file("one more");
     fs::copy_file(paths_.dic, one);
     EXPECT_EQ(thrown([&] { tavo_.addDicPath(one.c_str(), true); }), "OVERFLOW_MMAP_DESCRIPTOR:");
     EXPECT_EQ(tavo_.getDicCount(), 256);
-    EXPECT_EQ(formatted(tavo_, "a", "%w/%c"), "a/40");
+    EXPECT_EQ(formatted("a", "%w/%c"), "a/40");
     tavo_.addDicPath(one.c_str(), false);
     EXPECT_EQ(tavo_.getDicCount(), 257);
 }
 
 TEST_F(Limits, OfAttachedDictionaries) {
-    attach(tavo_);
+    attach();
     world_.line("b,N,3");
     fs::create_directory(dir_.file("last"));
     SmallWorld::Paths const last = world_.writeTo(dir_.file("last"));
     ProcessUsage const before = ProcessUsage::now();
-    attachNames(tavo_, 10000, false);
+    attachNames(10000, false);
     tavo_.addDicPath(last.dic.c_str(), false);
     EXPECT_EQ(tavo_.getDicCount(), 10002);
-    EXPECT_EQ(formatted(tavo_, "ab", "%w/%c "), "a/40 b/3 ");
+    EXPECT_EQ(formatted("ab", "%w/%c"), "a/40 b/3");
     ProcessUsage const after = ProcessUsage::now();
     EXPECT_LT(after.heapBytes - before.heapBytes, 10000U * 16384);
     EXPECT_EQ(after.descriptors, before.descriptors);
@@ -177,18 +154,18 @@ TEST_F(Limits, OfAttachedDictionaries) {
 }
 
 TEST_F(Limits, OfASentence) {
-    attach(tavo_);
+    attach();
     std::string const text = "a\n" + std::string(kMaxSentenceBytes + 1, 'a');
     tavo_.setDelimitCRLFMode(1);
     EXPECT_EQ(thrown([&] { tavo_.analyze(text); }), "TOO_LONG_STRING: Exceed limit: length=16843010");
     EXPECT_EQ(tavo_.getSentenceCount(), 1U) << "sentences before the long one stay";
-    EXPECT_EQ(formatted(tavo_, "a", "%w/%c"), "a/40");
+    EXPECT_EQ(formatted("a", "%w/%c"), "a/40");
 }
 
 /// A file system without room, as a process sees it whose files may not grow.
 TEST_F(Limits, OfTheDisk) {
     for (int i = 0; i < 100; ++i) world_.line("word" + std::to_string(i) + ",N");
-    attach(tavo_, true);
+    attach(true);
     std::string const before = readFile(paths_.dic);
     fs::last_write_time(paths_.source, fs::last_write_time(paths_.dic) + std::chrono::seconds(2));
     for (rlim_t const bytes : {rlim_t{0}, rlim_t{1}, rlim_t{before.size() / 2}, rlim_t{before.size() - 1}}) {
@@ -199,7 +176,7 @@ TEST_F(Limits, OfTheDisk) {
             rlimit const limit{bytes, bytes};
             ::setrlimit(RLIMIT_FSIZE, &limit);
             int const code = tavo_.updateDic(0);
-            ::_exit(formatted(tavo_, "a", "%w/%c") == "a/40" ? code : 100);
+            ::_exit(formatted("a", "%w/%c") == "a/40" ? code : 100);
         }
         int status = 0;
         ASSERT_EQ(::waitpid(child, &status, 0), child);

@@ -25,9 +25,7 @@ protected:
             return static_cast<std::uint8_t>(left == right ? 20 : 10);
         });
         world.line("a,Noun,1").line("b,Verb,2").line("b,Noun,3").line("a-b,Noun-Verb-Noun,40");
-        paths_ = world.writeTo(dir_.path());
-        tavo_.setConnTablePath(paths_.connTable.c_str());
-        tavo_.addDicPath(paths_.dicSpec().c_str(), true);
+        world.writeTo(dir_.path()).attachTo(tavo_, true);
     }
     void TearDown() override {
         tavo_.offDic();
@@ -66,7 +64,6 @@ protected:
     std::string single(int sentence) { return describe(morphemesOf(tavo_, sentence)); }
 
     TempDir dir_;
-    SmallWorld::Paths paths_;
     std::deque<std::string> texts_;
     Tavo tavo_;
 };

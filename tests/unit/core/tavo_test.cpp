@@ -25,10 +25,7 @@ protected:
     }
     void TearDown() override { sharedPools().dispose(); }
 
-    void attach(Tavo& tavo) const {
-        tavo.setConnTablePath(paths_.connTable.c_str());
-        tavo.addDicPath(paths_.dicSpec().c_str(), true);
-    }
+    void attach(Tavo& tavo) const { paths_.attachTo(tavo, true); }
     /// Keeps the text, which results point into.
     int analyze(Tavo& tavo, std::string text) { return tavo.analyze(texts_.emplace_back(std::move(text))); }
     static std::string forms(Tavo& tavo, int sentence) { return describe(morphemesOf(tavo, sentence), "%w"); }

@@ -27,9 +27,7 @@ public:
         SmallWorld world;
         world.namesUtf8({"BOS", "EOS", "UNK", "名詞:一般", "助詞-2"});
         world.linesUtf8({"表,名詞:一般,1,(ひょう|ヒョー),ひょー,,,組,1:2,,,韻,e", "も,助詞\\-2,1,も"});
-        auto const paths = world.writeTo(dir.path());
-        analyser.setConnTablePath(paths.connTable.c_str());
-        analyser.addDicPath(paths.dic.c_str(), true);
+        world.writeTo(dir.path()).attachTo(analyser, true);
     }
 
     TempDir dir;
