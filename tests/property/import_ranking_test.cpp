@@ -56,6 +56,26 @@ private:
     std::mt19937 random_;
 };
 
+/// Calls check(world, index) with random worlds.
+template <class Check>
+void onRandomWorlds(Check check) {
+    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RandomWorld world(seed);
+        check(world, FormIndex(world.lexicon));
+        if (testing::Test::HasFatalFailure()) return;
+    }
+}
+
+/// Tables whose bytes are the source's costs.
+Tables exactTables(RandomWorld const& world, FormIndex const& index, double lineTolerance) {
+    TableOptions options;
+    options.step = 1;
+    options.levelTolerance = 0;
+    options.lineTolerance = lineTolerance;
+    return buildTables(world.lexicon, index, world.shifts, {}, options);
+}
+
 std::int64_t exactCost(RandomWorld const& world, Lattice const& lattice) {
     std::int64_t sum = 0;
     std::uint32_t left = Lattice::kNone;
@@ -79,66 +99,45 @@ void expectCheapest(RandomWorld& world, FormIndex const& index, Tables const& ta
 }
 
 TEST(ImportRanking, TablesFindTheCheapestAnalysis) {
-    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
-        RandomWorld world(seed);
-        FormIndex const index(world.lexicon);
-        TableOptions options;
-        options.step = 1;
-        options.levelTolerance = 0;
-        options.lineTolerance = 0;
-        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, options);
-        SCOPED_TRACE("seed " + std::to_string(seed));
+    onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
+        Tables const tables = exactTables(world, index, 0);
         for (unsigned i = 0; i < 10; ++i) expectCheapest(world, index, tables);
-    }
+    });
 }
 
 TEST(ImportRanking, BackwardSearchAgreesWithForward) {
-    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
-        RandomWorld world(seed);
-        FormIndex const index(world.lexicon);
+    onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
         std::string const text = world.text();
         Lattice lattice;
         fillLattice(lattice, index, world.lexicon, text);
         searchForward(lattice, text.size(), ExactEdge{world.lexicon});
         searchBackward(lattice, text.size(), ExactEdge{world.lexicon});
         for (std::uint32_t const i : lattice.path())
-            ASSERT_EQ(lattice.nodes[i].best + lattice.nodes[i].rest, lattice.best) << "seed " << seed;
-    }
+            ASSERT_EQ(lattice.nodes[i].best + lattice.nodes[i].rest, lattice.best);
+    });
 }
 
 /// Rows and columns that differ from others by a constant fall together, and the
 /// ranking stays.
 TEST(ImportRanking, ConstantsBetweenLinesMoveIntoTheWords) {
-    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
-        RandomWorld world(seed);
+    onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
         Matrix& matrix = world.lexicon.matrix;
         for (std::uint32_t i = 0; i < matrix.cols; ++i)
             matrix.at(matrix.rows - 1, i) = static_cast<std::int16_t>(matrix.at(1, i) + 7);
-        FormIndex const index(world.lexicon);
         // Rows are used all alike here, so no weights distort the mean.
         Clusters const clusters = findClusters(world.lexicon, {}, 0.5);
         if (matrix.rows > 2) {
-            EXPECT_EQ(clusters.rows.leader[matrix.rows - 1], 1U) << "seed " << seed;
+            EXPECT_EQ(clusters.rows.leader[matrix.rows - 1], 1U);
             EXPECT_NEAR(clusters.rows.offset[matrix.rows - 1], 7, 1e-3);
             EXPECT_LT(clusters.rows.count, matrix.rows);
         }
-        TableOptions options;
-        options.step = 1;
-        options.levelTolerance = 0;
-        options.lineTolerance = 1e-3;
-        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, options);
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        expectCheapest(world, index, tables);
-    }
+        expectCheapest(world, index, exactTables(world, index, 1e-3));
+    });
 }
 
 TEST(ImportRanking, FixedIdsAndUniqueNames) {
-    for (unsigned seed = 1; seed <= kWorlds; ++seed) {
-        RandomWorld world(seed);
-        FormIndex const index(world.lexicon);
-        TableOptions options;
-        options.step = 1;
-        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, options);
+    onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
+        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, TableOptions{.step = 1});
         ASSERT_EQ(std::vector<std::string>(tables.names.begin(), tables.names.begin() + 3),
                   (std::vector<std::string>{"BOS", "EOS", "Undef"}));
         std::set<std::string> const names(tables.names.begin(), tables.names.end());
@@ -151,7 +150,7 @@ TEST(ImportRanking, FixedIdsAndUniqueNames) {
                 ASSERT_EQ(tables.byteOf(id, 3), Tables::kHighest);
             }
         }
-    }
+    });
 }
 
 }  // namespace

@@ -34,13 +34,6 @@ def test_mecab_format_drops_blanks_and_keeps_marks():
         accuracy.read_mecab("A\t名詞\n")
 
 
-def test_conllu_gives_words_and_raw_sentences():
-    sentences, raw = accuracy.read_conllu(CONLLU)
-    assert raw == ["12,3円 です", "は"]
-    assert sentences[0] == [("12", "名詞"), (",", "補助記号"), ("3", "名詞"), ("円", "名詞"), ("です", "助動詞")]
-    assert sentences[1] == [("は", "助詞")]
-
-
 def test_digits_join_in_runs_only():
     words = [("1", "A"), ("２3", "B"), ("十", "C"), ("4", "D"), (",", "E"), ("5", "F")]
     assert accuracy.join(words) == [("1２3", "A"), ("十", "C"), ("4", "D"), (",", "E"), ("5", "F")]

@@ -4,12 +4,9 @@
 #define TAVO_TESTS_RESULT_WORLD_HPP
 
 #include "result/assembly.hpp"
+#include "support/record_builder.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
-
-#include <initializer_list>
-#include <string>
-#include <vector>
 
 namespace TAVO::test {
 
@@ -19,6 +16,12 @@ inline SmallWorld plainWords(std::initializer_list<char const*> lines) {
     world.names({"Begin", "End", "Undef", "Noun", "Verb", "Tail"}).cost([](unsigned, unsigned) { return 10; });
     for (char const* line : lines) world.line(line);
     return world;
+}
+
+/// A word, and all names of RecordBuilder.
+inline SmallWorld worldOfNames() {
+    SmallWorld world;
+    return world.names(RecordBuilder::names()).line("x,Noun");
 }
 
 class ResultWorld {

@@ -210,19 +210,5 @@ TEST(FileMappingTest, AFailedMapFreesTheSlotAndLeavesTheDescriptorOpen) {
     EXPECT_EQ(FileClose(descriptor), 0);
 }
 
-TEST(FileMappingTest, HasRoomFor256) {
-    TempDir const dir;
-    std::string const path = dir.write("f", "x");
-    std::vector<int> descriptors;
-    for (std::size_t i = 0; i < kMappingSlots; ++i) descriptors.push_back(MmapOpen(path.c_str(), 0, 0));
-    EXPECT_EQ(MmapOpen(path.c_str(), 0, 0), -2);
-    EXPECT_EQ(MmapClose(descriptors.back()), 0);
-    descriptors.back() = MmapOpen(path.c_str(), 0, 0);
-    for (int const descriptor : descriptors) {
-        EXPECT_GT(descriptor, 0);
-        EXPECT_EQ(MmapClose(descriptor), 0);
-    }
-}
-
 }  // namespace
 }  // namespace TAVO::test

@@ -6,32 +6,6 @@
 namespace TAVO::test {
 namespace {
 
-TEST(Assembly, MakesOneMorphemePerNode) {
-    ResultWorld world(plainWords({"ab,Noun,1", "c,Verb,2"}));
-    std::string const text = "abzc";
-    std::vector<Mrph> const result = world.analyse(text);
-    ASSERT_EQ(describe(result, "%w/%h/%c"), "ab/Noun/1 z/Undef/255 c/Verb/2");
-    for (std::size_t const i : {0U, 1U, 2U}) {
-        EXPECT_EQ(result[i].isUndef(), i == 1);
-        EXPECT_EQ(result[i].isFirstDic(), i != 1);
-    }
-    unsigned int length = 0;
-    EXPECT_EQ(result[2].getFormWithoutNullEnd(length), text.data() + 3);
-    EXPECT_EQ(length, 1U);
-    EXPECT_EQ(world.analyse("").size(), 0U);
-}
-
-TEST(Assembly, DividesCompoundsOnlyInDivideWordMode) {
-    ResultWorld world(plainWords({"ab-c,Noun-Verb-Tail,1", "d,Noun,1"}));
-    std::string const text = "abcd";
-    EXPECT_EQ(describe(world.analyse(text), "%w"), "abc d");
-    EXPECT_EQ(world.analyse(text)[0].getPartCount(), 2);
-    world.context.settings.setMode(Mode::DivideWord, 1);
-    std::vector<Mrph> const divided = world.analyse(text);
-    EXPECT_EQ(describe(divided), "ab:Verb c:Tail d:Noun");
-    for (Mrph const& m : divided) EXPECT_EQ(m.getPartCount(), 1);
-}
-
 TEST(Assembly, AlternativesAreTheOtherCandidatesOfTheSameLength) {
     ResultWorld world(
         plainWords({"a,Noun,1", "ab,Noun,1", "ab,Verb,2", "ab,Tail,3", "ab,Undef,9", "abc,Noun,9", "c,Noun,1"}));

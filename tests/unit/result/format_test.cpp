@@ -1,6 +1,5 @@
 #include "result/format.hpp"
 
-#include "support/record_builder.hpp"
 #include "support/result_world.hpp"
 #include "support/testing.hpp"
 
@@ -8,12 +7,6 @@
 
 namespace TAVO::test {
 namespace {
-
-SmallWorld worldOfNames() {
-    SmallWorld world;
-    world.names(RecordBuilder::names()).line("x,Noun");
-    return world;
-}
 
 /// Both ways of formatting, which must agree.
 std::string formatted(Mrph const& m, std::string const& format, std::string const& nullString) {

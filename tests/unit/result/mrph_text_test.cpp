@@ -63,27 +63,19 @@ TEST(MrphText, BufferFormsRefuseBadArguments) {
     expectRefusals("getRawForm", true, [&](char* b, int size, int start) { return m.getRawForm(b, size, start); });
 }
 
-TEST(MrphText, ReadingsComeFromTheReadPronText) {
-    RecordBuilder records;
-    Mrph const m = records.mrph("x,Noun,1," + wide("A-B(C|D)E/FG"));
-    EXPECT_EQ(m.format("%K %k %P %p", ""), wide("ABCE/FG ABCEFG ABDE/FG ABDEFG"));
-    EXPECT_EQ(m.getReadPron(false) + " " + m.getReadPron(true), wide("A-B(C|D)E/FG A-B(C|D)EFG"));
-    EXPECT_EQ(m.getLVRead(false) + " " + m.getEndLVRead(true), wide("ABCE/FG ABCEFG"));
-    EXPECT_EQ(m.getEndRead(true) + " " + m.getEndPron(false), wide("ABCEFG ABDE/FG"));
-}
-
 TEST(MrphText, OwnReadingsGoBeforeTheReadPronText) {
     RecordBuilder records;
     Mrph const m = records.mrph("x,Noun,1," + wide("A(B|C)"));
     MrphCover& cover = MrphAccess::confirmCover(m);
-    cover.readPron = wide("D(E|F)/G");
-    EXPECT_EQ(m.format("%K %l", ""), wide("DE/G DEG"));
+    cover.readPron = wide("D-E(F|G)/H");
+    EXPECT_EQ(m.format("%K %l %P", ""), wide("DEF/H DEFH DEG/H"));
+    EXPECT_EQ(m.getReadPron(true), wide("D-E(F|G)H"));
     cover.read = wide("H-I/J");
     cover.pron = wide("K-L/M");
     EXPECT_EQ(m.format("%K %k %P %l", ""), wide("HI/J HIJ KL/M HIJ"));
     cover.lvRead = wide("N/O");
     EXPECT_EQ(m.getLVRead(false), wide("N/O"));
-    EXPECT_EQ(m.getReadPron(false), wide("D(E|F)/G"));
+    EXPECT_EQ(m.getReadPron(false), wide("D-E(F|G)/H"));
 }
 
 TEST(MrphText, StandardFormDropsItsSeparators) {

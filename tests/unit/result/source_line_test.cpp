@@ -1,4 +1,3 @@
-#include "support/record_builder.hpp"
 #include "support/result_world.hpp"
 #include "support/testing.hpp"
 
@@ -7,11 +6,6 @@ namespace {
 
 class SourceLine : public ::testing::Test {
 protected:
-    static SmallWorld worldOfNames() {
-        SmallWorld small;
-        small.names(RecordBuilder::names()).line("x,Noun");
-        return small;
-    }
     std::string source(Mrph const& m) {
         std::ostringstream os;
         EXPECT_EQ(&m.source(os, &world.dic()), &os);

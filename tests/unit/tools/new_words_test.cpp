@@ -1,5 +1,6 @@
 // Words that are added to a lexicon: their ids and costs.
 #include "new_words.hpp"
+#include "import_command.hpp"
 #include "like_word.hpp"
 #include "must_win.hpp"
 #include "pos_names.hpp"
@@ -7,7 +8,6 @@
 
 #include "dic/conn_table.hpp"
 #include "dic/dic_compiler.hpp"
-#include "support/run_import.hpp"
 #include "support/testing.hpp"
 #include "support/tiny_lexicon.hpp"
 
@@ -126,7 +126,12 @@ struct Imported {
     explicit Imported(char const* more = "") {
         tiny.words += "谷,1,1,20000,名詞,一般,*,*,*,*,谷,タニ,タニ\n";
         tiny.words += more;
-        runImport({"mecab", tiny.write(source), "-o", out.path(), "--source"});
+        std::vector<std::string> arguments{"import", "mecab", tiny.write(source), "-o", out.path(), "--source"};
+        std::vector<char*> argv;
+        for (std::string& argument : arguments) argv.push_back(argument.data());
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(importCommand(static_cast<int>(argv.size()), argv.data()), ExitStatus::Ok);
+        testing::internal::GetCapturedStdout();
         TAVO::ConnTable const table(false, out.file("ConnTable").c_str());
         names.emplace_back();
         for (std::uint32_t id = 1; id <= table.idCount(); ++id) names.emplace_back(table.getName(id));
