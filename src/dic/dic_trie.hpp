@@ -105,6 +105,9 @@ public:
         __builtin_prefetch(cells_ + std::size_t{base} * 4);
         __builtin_prefetch(cells_ + std::size_t{base + byte} * 4);
     }
+    void prefetchChild(std::uint32_t base, std::uint32_t byte) const noexcept {
+        __builtin_prefetch(cells_ + std::size_t{base + byte} * 4);
+    }
     void prefetchTail(std::uint32_t cell) const noexcept {
         __builtin_prefetch(leaf_ + std::size_t{cell & kValueMask} * 4);
     }

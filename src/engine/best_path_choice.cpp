@@ -6,241 +6,205 @@
 #include "engine/special_records.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 namespace TAVO {
 namespace {
 
-// A follower in 64 bits: connection sum above the base sum of its position,
-// word-cost sum, number among the followers. Adding a cost to the upper part and
-// taking the smallest is all that a search has to do, and what it finds, the word
-// cost added, is kept for the word as it is (packed_).
+// A word in 64 bits: its connection sum above baseSum_, its word-cost sum, its number
+// among the words that start where it does. Adding a cost to the upper part and
+// taking the smallest is all that a choice has to do.
 constexpr unsigned kSumShift = 48;
 constexpr unsigned kWordShift = 16;
 constexpr std::uint64_t kNumberMask = 0xFFFF;
-constexpr std::uint32_t kMostFollowers = 0xFFFF;
-/// A follower that leads nowhere; a cost more still fits.
-constexpr std::uint64_t kDeadEnd = std::uint64_t{0xFF00} << kSumShift;
-/// Words above the best word of their position by this much are not packed.
-constexpr std::uint32_t kMostPacked = 0xF000;
-/// Continuations above the best follower by this much are looked for word by word.
-constexpr std::uint32_t kMostExcess = 0x7000;
-/// In packed_: the rest is an index in links_.
-constexpr std::uint64_t kLinked = std::uint64_t{0xFFFF} << kSumShift;
+constexpr std::uint32_t kMostWords = 0xFFF0;
+/// A word that leads nowhere; a cost more still fits.
+constexpr std::uint32_t kDeadSum = 0xFF00;
+constexpr std::uint64_t kDeadEnd = std::uint64_t{kDeadSum} << kSumShift;
+/// Sums from here on are too large to be packed.
+constexpr std::uint32_t kMostSum = 0xF000;
+/// A least sum above the base sum by this much makes the search take another base.
+constexpr std::uint32_t kRebase = 0x4000;
 
-/// The smallest of @p count packed followers, an even number, with their costs.
-inline std::uint64_t bestPacked(std::uint64_t const* followers, std::uint16_t const* columns, std::size_t count,
-                                unsigned char const* costs) noexcept {
+constexpr std::uint32_t sumOf(std::uint64_t packed) noexcept { return static_cast<std::uint32_t>(packed >> kSumShift); }
+
+/// The best of the followers, of which there is an even number, for the row of @p costs.
+inline std::uint64_t bestOf(std::uint64_t const* packed, std::uint16_t const* columns, std::size_t count,
+                            unsigned char const* costs) noexcept {
     std::uint64_t even = ~std::uint64_t{0};
     std::uint64_t odd = even;
     for (std::size_t i = 0; i != count; i += 2) {
-        even = std::min(even, followers[i] + (std::uint64_t{costs[columns[i]]} << kSumShift));
-        odd = std::min(odd, followers[i + 1] + (std::uint64_t{costs[columns[i + 1]]} << kSumShift));
+        even = std::min(even, packed[i] + (std::uint64_t{costs[columns[i]]} << kSumShift));
+        odd = std::min(odd, packed[i + 1] + (std::uint64_t{costs[columns[i + 1]]} << kSumShift));
     }
     return std::min(even, odd);
 }
 
 }  // namespace
 
-/// Finds the best path. False when a candidate that was left out could matter.
-bool BestPathSearch::choose(Extent extent) {
-    endText();
-    auto endArc = static_cast<std::uint32_t>(arcs_.size());
-    std::uint32_t endWord = wordCount_;
+/// Finds the best path, which may be none.
+BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
+    startChoice();
     for (std::size_t p = length_; p-- > 0;) {
         Place const& place = places_[p];
         if (place.width == 0) {
             boundInside(p);
             continue;
         }
-        firstFollower_ = place.firstArc == endArc ? endWord : arcs_[place.firstArc].firstWord;
-        followerCount_ = endWord - firstFollower_;
-        if (extent == Extent::kNeeded && !unknownsAreNeedless(p, endArc)) return false;
-        gather(p, endArc);
-        if (p != 0) connect(p);
-        endArc = place.firstArc;
-        endWord = firstFollower_;
+        if (place.firstWord < origin_) slide(p);
+        if (!chooseAt(p)) return Choice::kOmitted;
+        if (tooFar_) return Choice::kTooFar;
+        if (extent == Extent::kNeeded && !unknownsAreNeedless(p)) return Choice::kOmitted;
+        if (bounds_[p].low >= rebaseAt_ && bounds_[p].low < kMaxSum) rebase(p);
     }
-    first_ = bestOfAll(places_[0].baseSum, table_.costs(table_.id(ConnTable::kBeginId).rowOffset)).next;
+    std::uint64_t const best = chooseSlowly(followersAt(0), table_.costs(table_.id(ConnTable::kBeginId).rowOffset));
+    path_.clear();
+    if (best < kDeadEnd) readPath(static_cast<std::uint32_t>(best & kNumberMask));
+    return tooFar_ ? Choice::kTooFar : Choice::kMade;
+}
+
+/// Lays out the end of the text, which stands there like a word.
+void BestPathSearch::startChoice() {
+    constexpr std::size_t kWords = 8192;
+    std::uint32_t const words = wordCount_ + 2;
+    if (packed_.size() < kWords) {
+        columns_.resizeForOverwrite(kWords);
+        packed_.resizeForOverwrite(kWords);
+    }
+    places_[length_ + 1].firstWord = words;
+    origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
+    std::uint32_t const slot = wordCount_ - origin_;
+    packed_[slot] = 0;
+    packed_[slot + 1] = kDeadEnd | 1;
+    columns_[slot] = table_.id(ConnTable::kEndId).column;
+    columns_[slot + 1] = 0;
+    next_.resizeForOverwrite(wordCount_);
+    bounds_.resizeForOverwrite(length_ + 1);
+    bounds_[length_] = {0, 0};
+    baseSum_ = 0;
+    rebaseAt_ = kRebase;
+    tooFar_ = false;
+}
+
+/// Makes room for the words at @p p; those that no word before reaches are forgotten.
+void BestPathSearch::slide(std::size_t p) {
+    std::uint32_t const kept = places_[p + 1].firstWord;
+    std::uint32_t const keptEnd = places_[std::min(length_, p + longest_) + 1].firstWord;
+    std::size_t const needed = std::size_t{keptEnd} - places_[p].firstWord;
+    if (packed_.size() < 2 * needed) {
+        columns_.resizeForOverwrite(2 * needed);
+        packed_.resizeForOverwrite(2 * needed);
+    }
+    std::uint32_t const origin = keptEnd > packed_.size() ? keptEnd - static_cast<std::uint32_t>(packed_.size()) : 0;
+    std::size_t const count = keptEnd - kept;
+    std::memmove(&packed_[kept - origin], &packed_[kept - origin_], count * sizeof(packed_[0]));
+    std::memmove(&columns_[kept - origin], &columns_[kept - origin_], count * sizeof(columns_[0]));
+    origin_ = origin;
+}
+
+/// Counts sums from the least one that words at @p p and before can reach.
+void BestPathSearch::rebase(std::size_t p) {
+    std::size_t const end = std::min(length_, p + longest_);
+    std::uint32_t least = kMaxSum;
+    for (std::size_t at = p; at <= end; ++at) least = std::min(least, bounds_[at].low);
+    if (std::uint32_t const more = least - baseSum_; least > baseSum_ && least != kMaxSum) {
+        for (std::uint32_t slot = places_[p].firstWord - origin_; slot != places_[end + 1].firstWord - origin_; ++slot)
+            if (packed_[slot] < kDeadEnd) packed_[slot] -= std::uint64_t{more} << kSumShift;
+        baseSum_ = least;
+    }
+    rebaseAt_ = std::min(bounds_[p].low, kMaxSum - kRebase) + kRebase / 2;
+}
+
+inline BestPathSearch::Followers BestPathSearch::followersAt(std::size_t p) const noexcept {
+    std::uint32_t const first = places_[p].firstWord;
+    return {packed_.begin() + (first - origin_), columns_.begin() + (first - origin_),
+            places_[p + 1].firstWord - first};
+}
+
+/// Gives each word that starts at @p p its best continuation. False when one ends inside a character.
+bool BestPathSearch::chooseAt(std::size_t p) {
+    Place const& place = places_[p];
+    std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
+    std::uint16_t* const columns = columns_.begin() + (place.firstWord - origin_);
+    std::uint16_t* next = next_.begin() + place.firstWord;
+    unsigned char const* const matrix = table_.costs(0);
+    std::uint64_t number = 0;
+    Bound bound{kMaxSum, kMaxSum};
+    lowBounded_ = kMaxSum;
+    for (Arc const *arc = arcs_.begin() + place.firstArc, *last = arcs_.begin() + places_[p + 1].firstArc; arc != last;
+         ++arc) {
+        std::size_t const end = p + arc->length;
+        if (places_[end].width == 0) return false;
+        Followers const followers = followersAt(end);
+        FormWord const* word = forms_.words() + arc->words;
+        std::uint64_t least = kDeadEnd;
+        for (FormWord const* const lastWord = word + arc->count; word != lastWord; ++word, ++number) {
+            unsigned char const* const costs = matrix + word->rowOffset;
+            std::uint64_t best = bestOf(followers.packed, followers.columns, followers.count, costs);
+            // Rarely a forbidden connection at 255 beats all others.
+            if (best >= std::uint64_t{kMostSum} << kSumShift ||
+                costs[followers.columns[best & kNumberMask]] == ConnTable::kForbidden) [[unlikely]]
+                best = chooseSlowly(followers, costs);
+            // An unknown word connects to the end at 255.
+            if (arc->unknown && end == length_) [[unlikely]]
+                best = std::uint64_t{ConnTable::kForbidden} << kSumShift;
+            *next++ = static_cast<std::uint16_t>(best);
+            columns[number] = word->column;
+            std::uint64_t const chosen = ((best & ~kNumberMask) + (std::uint64_t{word->cost} << kWordShift)) | number;
+            packed[number] = chosen;
+            least = std::min(least, chosen);
+        }
+        if (least >= kDeadEnd) continue;
+        std::uint32_t const sum = baseSum_ + sumOf(least);
+        bound.low = std::min(bound.low, sum);
+        bound.lowBefore = std::min(bound.lowBefore, sum + arc->leastColumn);
+        if (arc->allBounded) lowBounded_ = std::min(lowBounded_, sum);
+    }
+    if ((number & 1) != 0) {
+        packed[number] = kDeadEnd | number;
+        columns[number] = 0;
+    }
+    tooFar_ |= number > kMostWords;
+    bounds_[p] = bound;
     return true;
 }
 
-/// Words at the end of the text connect to it; unknown ones to nothing, at 255.
-void BestPathSearch::endText() {
-    std::uint16_t const column = table_.id(ConnTable::kEndId).column;
-    Place& end = places_[length_];
-    end.low = 0;
-    end.lowBefore = end.baseSum = 0;
-    for (std::uint32_t index = end.ends; index != kNone; index = arcs_[index].nextEnding) {
-        Arc const& arc = arcs_[index];
-        bool const unknown = forms_.form(arc.form).head == kUnknownRecord.data();
-        PathKey low = kNoPath;
-        std::uint32_t high = ConnTable::kForbidden;
-        for (std::uint32_t i = 0; i < arc.count; ++i) {
-            FormWord const& form = forms_.words()[arc.words + i];
-            std::uint8_t const cost = unknown ? ConnTable::kForbidden : table_.costs(form.rowOffset)[column];
-            PathKey const key = pathKey(cost, form.cost);
-            if (cost == ConnTable::kForbidden && !unknown) {
-                high = setLink(arc.firstWord + i, {kNoPath, kNone});
-            } else {
-                packed_[arc.firstWord + i] = key << kWordShift;
-                low = std::min(low, key);
-            }
-        }
-        note(places_[length_ - arc.length], arc, low, high);
+/// The best of the followers that may follow; kDeadEnd when none may.
+std::uint64_t BestPathSearch::chooseSlowly(Followers const& followers, unsigned char const* costs) {
+    std::uint64_t best = kDeadEnd;
+    for (std::size_t i = 0; i < followers.count; ++i) {
+        std::uint8_t const cost = costs[followers.columns[i]];
+        if (cost != ConnTable::kForbidden && followers.packed[i] < kDeadEnd)
+            best = std::min(best, followers.packed[i] + (std::uint64_t{cost} << kSumShift));
     }
-}
-
-/// Keeps what the words of @p arc mean for its start.
-inline void BestPathSearch::note(Place& start, Arc const& arc, PathKey low, std::uint32_t high) noexcept {
-    std::uint32_t const sum = std::min(connSumOf(low), kMaxSum);
-    start.low = std::min(start.low, low);
-    start.lowBefore = std::min(start.lowBefore, sum + arc.leastColumn);
-    if (arc.allBounded) start.lowBounded = std::min(start.lowBounded, sum);
-    start.high = std::max(start.high, high);
-}
-
-/// Lays out the words that start at @p p, those of the arcs up to @p endArc.
-void BestPathSearch::gather(std::size_t p, std::uint32_t endArc) {
-    Place& place = places_[p];
-    std::uint32_t const baseSum = connSumOf(place.low);
-    place.baseSum = baseSum;
-    packs_ = followerCount_ <= kMostFollowers && place.high < kMaxSum && place.high - baseSum < kMostPacked;
-    std::uint32_t const even = followerCount_ + (followerCount_ & 1);
-    columns_.resizeForOverwrite(even);
-    followers_.resizeForOverwrite(even);
-    hasSparse_ = false;
-    if (!packs_) return layOut(p, endArc);
-    std::uint16_t* column = columns_.begin();
-    std::uint64_t* follower = followers_.begin();
-    std::uint64_t number = 0;
-    for (Arc const *arc = arcs_.begin() + place.firstArc, *end = arcs_.begin() + endArc; arc != end; ++arc) {
-        FormWord const* form = forms_.words() + arc->words;
-        std::uint64_t const* packed = packed_.begin() + arc->firstWord;
-        PathKey const above = pathKey(places_[p + arc->length].baseSum - baseSum, 0);
-        for (FormWord const* const last = form + arc->count; form != last; ++form) {
-            *follower++ = ((*packed++ >> kWordShift) + above) << kWordShift | number++;
-            *column++ = form->column;
-        }
-        hasSparse_ |= arc->sparse;
-    }
-    if (even != followerCount_) {
-        *follower = kDeadEnd;
-        *column = 0;
-    }
-    if (hasSparse_) hideSparse(place.firstArc, endArc);
-}
-
-/// The followers as words of no class see them.
-void BestPathSearch::hideSparse(std::uint32_t firstArc, std::uint32_t endArc) {
-    plainFollowers_.resizeForOverwrite(followers_.size());
-    std::copy(followers_.begin(), followers_.end(), plainFollowers_.begin());
-    std::size_t i = 0;
-    for (std::uint32_t index = firstArc; index != endArc; ++index) {
-        FormWord const* const words = forms_.words() + arcs_[index].words;
-        for (std::uint32_t w = 0; w < arcs_[index].count; ++w, ++i)
-            if ((words[w].marks & FormWord::kSparse) != 0) plainFollowers_[i] = kDeadEnd;
-    }
-}
-
-/// Lays out words that cannot be packed.
-void BestPathSearch::layOut(std::size_t p, std::uint32_t endArc) {
-    keys_.clear();
-    std::uint32_t i = 0;
-    for (std::uint32_t index = places_[p].firstArc; index != endArc; ++index) {
-        Arc const& arc = arcs_[index];
-        for (std::uint32_t w = 0; w < arc.count; ++w) {
-            keys_.push(linkOf(arc.firstWord + w, p + arc.length).key);
-            columns_[i++] = forms_.words()[arc.words + w].column;
-        }
-    }
-}
-
-/// Gives each word of the arcs that end at @p p its best continuation.
-void BestPathSearch::connect(std::size_t p) {
-    for (std::uint32_t index = places_[p].ends; index != kNone;) {
-        Arc const& arc = arcs_[index];
-        Place& start = places_[p - arc.length];
-        if (hasSparse_)
-            connectArc<true>(places_[p].baseSum, start, arc);
-        else
-            connectArc<false>(places_[p].baseSum, start, arc);
-        index = arc.nextEnding;
-    }
-}
-
-template <bool kSparse>
-inline void BestPathSearch::connectArc(std::uint32_t baseSum, Place& start, Arc const& arc) {
-    std::uint64_t const* const followers = followers_.begin();
-    std::uint64_t const* const plain = kSparse ? plainFollowers_.begin() : followers;
-    std::uint16_t const* const columns = columns_.begin();
-    std::size_t const count = packs_ ? followers_.size() : 0;
-    unsigned char const* const matrix = table_.costs(0);
-    FormWord const* form = forms_.words() + arc.words;
-    std::uint64_t* packed = packed_.begin() + arc.firstWord;
-    std::uint64_t least = kDeadEnd;
-    PathKey low = kNoPath;  // of words that are not packed
-    std::uint32_t high = baseSum + kMostExcess;
-    for (FormWord const* const last = form + arc.count; form != last; ++form, ++packed) {
-        unsigned char const* const costs = matrix + form->rowOffset;
-        bool const enters = kSparse && (form->marks & FormWord::kEntersSparse) != 0;
-        std::uint64_t best = bestPacked(enters ? followers : plain, columns, count, costs);
-        // Rarely a forbidden connection at 255 beats all others.
-        if (best >= std::uint64_t{kMostExcess} << kSumShift ||
-            costs[columns[best & kNumberMask]] == ConnTable::kForbidden) [[unlikely]] {
-            high = std::max(high, connectSlowly(baseSum, packed, *form));
-            if (*packed >= kLinked) {
-                low = std::min(low, links_[*packed & ~kLinked].key);
-                continue;
-            }
-            best = *packed;
-        } else {
-            best += std::uint64_t{form->cost} << kWordShift;
-            *packed = best;
-        }
-        least = std::min(least, best);
-    }
-    if (least != kDeadEnd) low = std::min(low, (least >> kWordShift) + pathKey(baseSum, 0));
-    note(start, arc, low, high);
-}
-
-/// The same for one word, with sums of any size. Returns the largest sum that the
-/// word may have.
-std::uint32_t BestPathSearch::connectSlowly(std::uint32_t baseSum, std::uint64_t* packed, FormWord const& form) {
-    Link link = bestOfAll(baseSum, table_.costs(form.rowOffset));
-    if (link.next != kNone) link.key += form.cost;
-    if (packs_ && link.next != kNone && connSumOf(link.key) - baseSum < kMostExcess) {
-        *packed = (link.key - pathKey(baseSum, 0)) << kWordShift | (link.next - firstFollower_);
-        return connSumOf(link.key);
-    }
-    return setLink(static_cast<std::uint32_t>(packed - packed_.begin()), link);
-}
-
-std::uint32_t BestPathSearch::setLink(std::uint32_t word, Link link) {
-    packed_[word] = kLinked | links_.size();
-    links_.push(link);
-    return kNoSum;
-}
-
-BestPathSearch::Link BestPathSearch::linkOf(std::uint32_t word, std::size_t end) const noexcept {
-    std::uint64_t const packed = packed_[word];
-    if (packed >= kLinked) return links_[packed & ~kLinked];
-    PathKey const key = (packed >> kWordShift) + pathKey(places_[end].baseSum, 0);
-    if (end == length_) return {key, kNone};
-    return {key, arcs_[places_[end].firstArc].firstWord + static_cast<std::uint32_t>(packed & kNumberMask)};
-}
-
-/// The best of the followers for a row; kNoPath and kNone when nothing may follow.
-BestPathSearch::Link BestPathSearch::bestOfAll(std::uint32_t baseSum, unsigned char const* costs) const noexcept {
-    Link best{kNoPath, kNone};
-    for (std::uint32_t i = 0; i < followerCount_; ++i) {
-        std::uint8_t const cost = costs[columns_[i]];
-        if (cost == ConnTable::kForbidden) continue;
-        PathKey const key = packs_ ? (followers_[i] >> kWordShift) + pathKey(baseSum, 0) : keys_[i];
-        if (key == kNoPath) continue;
-        // Among complete ties the word made first is the best.
-        if (key + pathKey(cost, 0) < best.key) best = {key + pathKey(cost, 0), firstFollower_ + i};
-    }
+    tooFar_ |= best < kDeadEnd && sumOf(best) >= kMostSum;
     return best;
+}
+
+/// Reads the path that starts with word number @p number of the text.
+void BestPathSearch::readPath(std::uint32_t number) {
+    PathKey sum = 0;
+    std::uint32_t rowOffset = 0;
+    for (std::size_t p = 0; p != length_;) {
+        std::uint32_t const next = next_[places_[p].firstWord + number];
+        Arc const* arc = &arcs_[places_[p].firstArc];
+        for (; number >= arc->count; ++arc) number -= arc->count;
+        FormWord const& word = forms_.words()[arc->words + number];
+        if (p != 0) path_.end()[-1].key += pathKey(table_.costs(rowOffset)[word.column], 0);
+        rowOffset = word.rowOffset;
+        p += arc->length;
+        bool const free = arc->unknown && p == length_;
+        std::uint8_t const endCost =
+            free ? ConnTable::kForbidden : table_.costs(rowOffset)[table_.id(ConnTable::kEndId).column];
+        path_.push({forms_.record(arc->words + number), pathKey(p == length_ ? endCost : 0, word.cost), arc->length,
+                    word.column});
+        number = next;
+    }
+    for (PathWord* word = path_.end(); word != path_.begin();) {
+        --word;
+        sum += word->key;
+        word->key = sum;
+    }
 }
 
 // What was left out. A word that starts at the second byte of a character follows
@@ -251,54 +215,58 @@ BestPathSearch::Link BestPathSearch::bestOfAll(std::uint32_t baseSum, unsigned c
 /// Bounds the words that start at the second byte @p p of a character: every
 /// connection costs 0 or more, and before a word no less than its column's minimum.
 void BestPathSearch::boundInside(std::size_t p) {
-    Place& place = places_[p];
-    std::uint64_t const unknown = table_.unknownCost();
-    std::uint64_t low = connSumOf(places_[p + 1].low) + unknown;
-    std::uint64_t lowBefore = low + unknown;
-    auto const word = [&](std::size_t end, std::uint64_t cost) {
-        low = std::min<std::uint64_t>(low, places_[end].lowBefore);
-        lowBefore = std::min<std::uint64_t>(lowBefore, places_[end].lowBefore + cost);
+    std::uint32_t const unknown = table_.unknownCost();
+    std::uint32_t low = bounds_[p + 1].low + unknown;
+    std::uint32_t lowBefore = low + unknown;
+    auto const word = [&](std::size_t end, std::uint32_t cost) {
+        low = std::min(low, bounds_[end].lowBefore);
+        lowBefore = std::min(lowBefore, bounds_[end].lowBefore + cost);
     };
     if (std::uint8_t const cost = table_.byteForm(text_[p], *dics_).least; cost != SearchTable::kNoWord)
         word(p + 1, cost);
-    if (place.pair != SearchTable::kNoWord) word(p + 2, place.pair);
+    if (std::uint8_t const cost = places_[p].pair; cost != SearchTable::kNoWord) word(p + 2, cost);
     if (text_[p] >= 128 && p + 2 <= length_) {
-        low = std::min(low, connSumOf(places_[p + 2].low) + unknown);
-        lowBefore = std::min(lowBefore, connSumOf(places_[p + 2].low) + 2 * unknown);
+        low = std::min(low, bounds_[p + 2].low + unknown);
+        lowBefore = std::min(lowBefore, bounds_[p + 2].low + 2 * unknown);
     }
-    for (; !overhangs_.empty() && overhangs_.back().place == p; overhangs_.pop_back()) word(overhangs_.back().end, 0);
-    place.low = pathKey(static_cast<std::uint32_t>(std::min<std::uint64_t>(low, kMaxSum)), 0);
-    place.lowBefore = static_cast<std::uint32_t>(std::min<std::uint64_t>(lowBefore, kMaxSum));
+    for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
+        word(overhangs_.end()[-1].end, 0);
+    bounds_[p] = {std::min(low, kMaxSum), std::min(lowBefore, kMaxSum)};
 }
 
 /// True when no word before @p p would choose an unknown word that was left out.
-bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t endArc) {
-    Place& place = places_[p];
+bool BestPathSearch::unknownsAreNeedless(std::size_t p) {
+    Place const& place = places_[p];
+    Bound& bound = bounds_[p];
     std::uint32_t const cost = table_.unknownCost();
     // What an unknown word at p has at least; at the end of the text it has more.
-    PathKey least = places_[p + 1].low;
+    std::uint32_t least = bounds_[p + 1].low;
     bool const twoMore = place.width == 1 && text_[p] >= 128 && p + 2 <= length_;
-    if (twoMore) least = std::min(least, places_[p + 2].low);
-    least = pathKey(std::min(connSumOf(least), kMaxSum) + cost, kUnknownWordCost);
-    place.low = std::min(place.low, least);
-    place.lowBefore = std::min(place.lowBefore, connSumOf(least) + cost);
+    if (twoMore) least = std::min(least, bounds_[p + 2].low);
+    least = std::min(least, kMaxSum) + cost;
+    bound.low = std::min(bound.low, least);
+    bound.lowBefore = std::min(bound.lowBefore, least + cost);
+    Followers const words = followersAt(p);
     if (place.unknown) {
         if (place.width == 1) return !twoMore;
         // The one-byte word has the column of the two-byte word, which wins every
         // tie since it is made first.
-        return linkOf(firstFollower_, p + 2).key <= least;
+        std::uint64_t const two = words.packed[0];
+        return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), static_cast<std::uint32_t>(two >> kWordShift)) <=
+                                     pathKey(least, kUnknownWordCost);
     }
     // Any word before p gets at most `most` from some word that it may stand before.
-    std::uint64_t const enough = std::uint64_t{connSumOf(least)} + cost;
-    if (place.lowBounded < kMaxSum && std::uint64_t{place.lowBounded} + 254 < enough) return true;
+    std::uint64_t const enough = std::uint64_t{least} + cost;
+    if (lowBounded_ < kMaxSum && std::uint64_t{lowBounded_} + 254 < enough) return true;
     std::uint64_t most = ~std::uint64_t{0};
-    for (std::uint32_t index = place.firstArc; index != endArc; ++index) {
+    std::size_t number = 0;
+    for (std::uint32_t index = place.firstArc; index != places_[p + 1].firstArc; ++index) {
         Arc const& arc = arcs_[index];
-        for (std::uint32_t i = 0; i < arc.count; ++i) {
-            FormWord const& form = forms_.words()[arc.words + i];
-            if ((form.marks & FormWord::kBounded) == 0) continue;
-            std::uint32_t const sum = connSumOf(linkOf(arc.firstWord + i, p + arc.length).key);
-            most = std::min(most, std::uint64_t{sum} + table_.columnMaximum(form.column));
+        for (std::uint32_t i = 0; i < arc.count; ++i, ++number) {
+            FormWord const& word = forms_.words()[arc.words + i];
+            if (!word.bounded || words.packed[number] >= kDeadEnd) continue;
+            std::uint64_t const sum = std::uint64_t{baseSum_} + sumOf(words.packed[number]);
+            most = std::min(most, sum + table_.columnMaximum(word.column));
         }
     }
     return most < enough;

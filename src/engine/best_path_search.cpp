@@ -11,17 +11,27 @@
 
 namespace TAVO {
 
-bool BestPathSearch::search(std::string_view text, ConnTable const& table, DicSet const& dics) {
+BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable const& table, DicSet const& dics) {
     text_ = asBytes(text.data());
     length_ = text.size();
     dics_ = &dics;
-    if (table_.attach(table, dics)) forms_.clear();
-    forms_.trim();
+    bool const changed = table_.attach(table, dics);
+    if (changed) forms_.clear();
+    if (forms_.trim() || changed)
+        for (FormFinder& finder : finders_) finder.clear();
+    finders_.resize(dics.entries().size());
     giveBack();
-    if (table_.unknownIsFlat() && collect(Extent::kNeeded) && choose(Extent::kNeeded)) return first_ != kNone;
-    collect(Extent::kAll);
-    choose(Extent::kAll);
-    return first_ != kNone;
+    Choice choice = Choice::kOmitted;
+    if (table_.unknownIsFlat()) {
+        collect(Extent::kNeeded);
+        choice = choose(Extent::kNeeded);
+    }
+    if (choice == Choice::kOmitted) {
+        collect(Extent::kAll);
+        choice = choose(Extent::kAll);
+    }
+    if (choice == Choice::kTooFar) return Result::kTooFar;
+    return path_.empty() ? Result::kNothing : Result::kFound;
 }
 
 /// Gives back the memory that an exceptionally long sentence took.
@@ -29,130 +39,119 @@ void BestPathSearch::giveBack() noexcept {
     constexpr std::size_t kKept = std::size_t{1} << 18;
     if (length_ >= kKept) return;
     places_.shrink(kKept);
+    reach_.shrink(kKept);
+    bounds_.shrink(kKept);
     arcs_.shrink(kKept);
-    packed_.shrink(2 * kKept);
+    next_.shrink(2 * kKept);
+    path_.shrink(kKept);
 }
 
 // Collecting. Words are made in the order that decides complete ties: the
 // two-byte unknown word, the one-byte one, then dictionary by dictionary, by
 // increasing length, in chain order.
 
-/// False when a word ends inside a character.
-bool BestPathSearch::collect(Extent extent) {
+void BestPathSearch::collect(Extent extent) {
     arcs_.clear();
     overhangs_.clear();
     wordCount_ = 0;
-    places_.resizeForOverwrite(length_ + 1);
-    std::fill(places_.begin(), places_.end(),
-              Place{kNoPath, kMaxSum, kMaxSum, 0, 0, 0, kNone, 0, SearchTable::kAlways, 0, false});
-    places_[0].reach |= table_.id(ConnTable::kBeginId).enters;
+    longest_ = 0;
+    places_.resizeForOverwrite(length_ + 2);
+    reach_.resizeForOverwrite(length_ + 1);
+    std::fill(reach_.begin(), reach_.end(), SearchTable::kAlways);
+    reach_[0] |= table_.id(ConnTable::kBeginId).enters;
     for (std::size_t p = 0; p < length_;) {
-        std::size_t const count = findMatches(p, extent);
+        std::size_t const count = findForms(p, extent);
         for (std::size_t number = 0; number < count; ++number) {
             p = starts_[number];
-            collectArcs(p, number, extent);
-            if (places_[p].width == 2) {
-                if (places_[p + 1].ends != kNone) return false;
-                scanInside(p + 1);
-            }
+            std::size_t const width = starts_[number + 1] - p;
+            collectArcs(p, width, number, extent);
+            places_[p + 1] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 0, SearchTable::kNoWord, false};
+            if (width == 2) scanInside(p + 1);
         }
-        p += places_[p].width;
+        p = starts_[count];
     }
-    packed_.resizeForOverwrite(wordCount_);
-    links_.clear();
-    return true;
+    places_[length_] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 1, SearchTable::kNoWord, false};
 }
 
 /// Searches the dictionaries from position @p p on; the number of positions searched.
-std::size_t BestPathSearch::findMatches(std::size_t p, Extent extent) {
+std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
     std::string_view const text(asChars(text_), length_);
     std::size_t count = 0;
-    for (; count < kWindow && p < length_; p += places_[p].width) {
-        places_[p].width = static_cast<std::uint8_t>(extent == Extent::kAll ? 1 : charWidth(text, p));
+    while (count < kWindow && p < length_) {
         starts_[count++] = static_cast<std::uint32_t>(p);
+        p += extent == Extent::kAll ? 1 : charWidth(text, p);
     }
-    matches_.begin({starts_.data(), count});
-    for (DicEntry const& entry : dics_->entries())
-        if (DicTrie const* const trie = entry.dic->trie(); trie != nullptr) matches_.search(*trie, text_, length_);
-    for (PrefixBatch::Match& match : matches_.matches()) {
-        match.form = forms_.find(match.head, match.leafEnd, table_);
-        forms_.prefetch(match.form);
+    starts_[count] = static_cast<std::uint32_t>(p);
+    std::span<std::uint32_t const> const starts(starts_.data(), count);
+    for (std::size_t i = 0; i < finders_.size(); ++i) {
+        DicTrie const* const trie = dics_->entries()[i].dic->trie();
+        if (trie != nullptr) finders_[i].search(*trie, text_, length_, starts, forms_, table_);
     }
     return count;
 }
 
-void BestPathSearch::collectArcs(std::size_t p, std::size_t number, Extent extent) {
-    places_[p].firstArc = static_cast<std::uint32_t>(arcs_.size());
+/// Adds the arcs that start at @p p; unknown words only where no word may stand behind any other.
+void BestPathSearch::collectArcs(std::size_t p, std::size_t width, std::size_t number, Extent extent) {
+    auto const firstArc = static_cast<std::uint32_t>(arcs_.size());
+    std::uint32_t const firstWord = wordCount_;
     bounded_ = false;
-    for (bool unknown = extent == Extent::kAll;; unknown = true) {
-        places_[p].unknown = unknown;
-        if (unknown) addUnknowns(p, extent);
-        matches_.eachMatch(number,
-                           [&](PrefixBatch::Match const& match) { addArc(p, match.length, match.form, extent); });
-        if (bounded_ || unknown) return;
-        dropArcs(p);  // unknown words come first
+    bool unknown = extent == Extent::kAll;
+    for (;; unknown = true) {
+        if (unknown) addUnknowns(p, width, extent);
+        for (std::size_t i = 0; i < finders_.size(); ++i)
+            if (dics_->entries()[i].dic->trie() != nullptr)
+                finders_[i].eachForm(
+                    number, [&](std::uint32_t length, std::uint32_t form) { addArc(p, length, form, extent); });
+        if (bounded_ || unknown) break;
+        arcs_.truncate(firstArc);  // unknown words come first
+        wordCount_ = firstWord;
     }
+    wordCount_ += wordCount_ & 1;
+    places_[p] = {firstArc, firstWord, static_cast<std::uint8_t>(width), SearchTable::kNoWord, unknown};
 }
 
-void BestPathSearch::addUnknowns(std::size_t p, Extent extent) {
+void BestPathSearch::addUnknowns(std::size_t p, std::size_t width, Extent extent) {
     std::uint32_t const form = forms_.unknown(table_);
-    bool const two = extent == Extent::kAll ? text_[p] >= 128 && p + 2 <= length_ : places_[p].width == 2;
+    std::size_t const first = arcs_.size();
+    bool const two = extent == Extent::kAll ? text_[p] >= 128 && p + 2 <= length_ : width == 2;
     if (two) addArc(p, 2, form, extent);
     if (extent == Extent::kAll || !two) addArc(p, 1, form, extent);
+    for (std::size_t arc = first; arc < arcs_.size(); ++arc) arcs_[arc].unknown = true;
 }
 
 void BestPathSearch::addArc(std::size_t p, std::uint32_t length, std::uint32_t index, Extent extent) {
     Form const& form = forms_.form(index);
-    bool const sparse = form.enteredBy != 0 && (extent == Extent::kAll || (form.enteredBy & places_[p].reach) != 0);
+    bool const sparse = form.enteredBy != 0 && (extent == Extent::kAll || (form.enteredBy & reach_[p]) != 0);
     FormWords const& words = sparse ? form.all : form.plain;
     if (words.count == 0) return;
     forms_.prefetch(words);
-    if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= words.count) throw std::bad_alloc();
-    Place& end = places_[p + length];
-    Arc& arc = arcs_.extend();
-    arc.form = index;
-    arc.words = words.first;
-    arc.count = words.count;
-    arc.firstWord = wordCount_;
-    arc.nextEnding = end.ends;
-    arc.length = length;
-    arc.leastColumn = words.leastColumn;
-    arc.allBounded = words.allBounded;
-    arc.sparse = sparse;
-    end.ends = static_cast<std::uint32_t>(&arc - arcs_.begin());
-    end.reach |= words.enters;
+    if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= words.count + 4) throw std::bad_alloc();
+    arcs_.push({words.first, words.count, length, words.leastColumn, words.allBounded, false});
+    longest_ = std::max(longest_, length);
+    reach_[p + length] |= words.enters;
     wordCount_ += words.count;
     bounded_ = bounded_ || words.hasBounded;
 }
 
-/// Takes back the arcs that start at @p p, the last ones made.
-void BestPathSearch::dropArcs(std::size_t p) {
-    std::uint32_t const first = places_[p].firstArc;
-    for (std::size_t index = arcs_.size(); index-- > first;) {
-        places_[p + arcs_[index].length].ends = arcs_[index].nextEnding;
-        wordCount_ = arcs_[index].firstWord;
-    }
-    arcs_.truncate(first);
-}
-
 /// Notes what words may start at the second byte @p p of a character.
 void BestPathSearch::scanInside(std::size_t p) {
-    Place& place = places_[p];
-    place.pair = SearchTable::kNoWord;
     SearchTable::ShortForm const& single = table_.byteForm(text_[p], *dics_);
-    places_[p + 1].reach |= single.enters;
+    reach_[p + 1] |= single.enters;
     if (p + 1 == length_ || !single.longer) return;
     SearchTable::ShortForm const& pair = table_.pairForm(text_[p], text_[p + 1], *dics_);
-    place.pair = pair.least;
-    places_[p + 2].reach |= pair.enters;
-    if (!pair.longer) return;
+    places_[p].pair = pair.least;
+    reach_[p + 2] |= pair.enters;
+    if (pair.longer) scanOverhangs(p);
+}
+
+void BestPathSearch::scanOverhangs(std::size_t p) {
     for (DicEntry const& entry : dics_->entries()) {
         DicTrie const* const trie = entry.dic->trie();
         if (trie == nullptr) continue;
         trie->possibleLengths(text_ + p, length_ - p, [&](std::size_t length) {
             if (length <= 2) return;
-            overhangs_.push_back({static_cast<std::uint32_t>(p), static_cast<std::uint32_t>(p + length)});
-            places_[p + length].reach = 0xFF;
+            overhangs_.push({static_cast<std::uint32_t>(p), static_cast<std::uint32_t>(p + length)});
+            reach_[p + length] = 0xFF;
         });
     }
 }

@@ -8,16 +8,18 @@
 
 namespace TAVO {
 
-void FormCache::trim() noexcept {
+bool FormCache::trim() noexcept {
     constexpr std::size_t kMostWords = 1 << 19;
-    if (words_.size() > kMostWords) clear();
+    if (words_.size() <= kMostWords) return false;
+    clear();
+    return true;
 }
 
 void FormCache::clear() noexcept {
     slots_.clear();
     forms_.clear();
     words_.clear();
-    recordOffsets_.clear();
+    records_.clear();
 }
 
 std::uint32_t FormCache::unknown(SearchTable const& table) {
@@ -28,7 +30,7 @@ std::uint32_t FormCache::make(unsigned char const* head, unsigned char const* le
     Form form{head, {}, {}, 0};
     form.all.first = static_cast<std::uint32_t>(words_.size());
     eachNodeRecord(RecordChain(head, leafEnd), table.idCount(), [&](MrphDic record) {
-        addWord(form, form.all, record, table);
+        addWord(form.all, record, table);
         SearchTable::Id const& id = table.id(record.pid());
         if (SearchTable::isSparse(id)) form.enteredBy = static_cast<std::uint8_t>(form.enteredBy | id.enteredBy);
     });
@@ -37,20 +39,18 @@ std::uint32_t FormCache::make(unsigned char const* head, unsigned char const* le
         form.plain = {};
         form.plain.first = static_cast<std::uint32_t>(words_.size());
         eachNodeRecord(RecordChain(head, leafEnd), table.idCount(), [&](MrphDic record) {
-            if (!SearchTable::isSparse(table.id(record.pid()))) addWord(form, form.plain, record, table);
+            if (!SearchTable::isSparse(table.id(record.pid()))) addWord(form.plain, record, table);
         });
     }
     forms_.push(form);
     return static_cast<std::uint32_t>(forms_.size() - 1);
 }
 
-void FormCache::addWord(Form const& form, FormWords& list, MrphDic record, SearchTable const& table) {
+void FormCache::addWord(FormWords& list, MrphDic record, SearchTable const& table) {
     SearchTable::Id const& id = table.id(record.pid());
     bool const bounded = id.enteredBy == 0;
-    unsigned const marks = (id.enters != 0 ? FormWord::kEntersSparse : 0U) |
-                           (SearchTable::isSparse(id) ? FormWord::kSparse : 0U) | (bounded ? FormWord::kBounded : 0U);
-    words_.push({id.rowOffset, id.column, record.cost(), static_cast<std::uint8_t>(marks)});
-    recordOffsets_.push(static_cast<std::uint32_t>(record.head() - form.head));
+    words_.push({id.rowOffset, id.column, record.cost(), bounded});
+    records_.push(record.head());
     std::uint8_t const least = table.columnMinimum(id.column);
     list.leastColumn = list.count == 0 ? least : std::min(list.leastColumn, least);
     list.allBounded = bounded && (list.count == 0 || list.allBounded);

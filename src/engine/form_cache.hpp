@@ -13,14 +13,10 @@ namespace TAVO {
 
 /// What the search reads of the record of a word.
 struct FormWord {
-    static constexpr std::uint8_t kEntersSparse = 1;  ///< words of sparse columns may follow
-    static constexpr std::uint8_t kSparse = 2;        ///< only words of some classes may stand before
-    static constexpr std::uint8_t kBounded = 4;       ///< every word may stand before
-
     std::uint32_t rowOffset;  ///< of the row in the matrix, in bytes
     std::uint16_t column;
     std::uint8_t cost;
-    std::uint8_t marks;
+    bool bounded;  ///< every word may stand before
 };
 
 /// Neighbouring words of the cache.
@@ -45,8 +41,9 @@ struct Form {
 /// dictionary; so each form's are read once.
 class FormCache {
 public:
-    /// Forgets all forms when they fill more memory than is good for the processor's caches.
-    void trim() noexcept;
+    /// Forgets all forms when they fill more memory than is good for the processor's
+    /// caches; true then.
+    bool trim() noexcept;
     void clear() noexcept;
 
     /// Index of the form whose records RecordChain(@p head, @p leafEnd) holds; it is good
@@ -68,10 +65,8 @@ public:
 
     Form const& form(std::uint32_t index) const noexcept { return forms_[index]; }
     FormWord const* words() const noexcept { return words_.begin(); }
-    /// The record of word @p word, which is one of @p form.
-    unsigned char const* record(std::uint32_t form, std::uint32_t word) const noexcept {
-        return forms_[form].head + recordOffsets_[word];
-    }
+    /// The record of a word.
+    unsigned char const* record(std::uint32_t word) const noexcept { return records_[word]; }
 
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
@@ -80,14 +75,14 @@ private:
         return static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(head) * 0x9E3779B97F4A7C15ULL >> shift_);
     }
     std::uint32_t make(unsigned char const* head, unsigned char const* leafEnd, SearchTable const& table);
-    void addWord(Form const& form, FormWords& list, MrphDic record, SearchTable const& table);
+    void addWord(FormWords& list, MrphDic record, SearchTable const& table);
     void rehash();
 
     RawBuffer<std::uint32_t> slots_;  // index of a form or kNone; a power of two
     unsigned shift_ = 64;
     RawBuffer<Form> forms_;
     RawBuffer<FormWord> words_;
-    RawBuffer<std::uint32_t> recordOffsets_;  // by word: from the form's first record
+    RawBuffer<unsigned char const*> records_;  // by word
 };
 
 }  // namespace TAVO

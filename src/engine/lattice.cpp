@@ -26,21 +26,34 @@ void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& di
     checkSearchable(sentence, table, dics);
     sentence.bestStart = nullptr;
     if (sentence.text.empty()) return;
-    if (!search_.search(sentence.text, *table, dics)) return;
+    switch (search_.search(sentence.text, *table, dics)) {
+        case BestPathSearch::Result::kFound:
+            addPath(sentence);
+            break;
+        case BestPathSearch::Result::kNothing:
+            break;
+        case BestPathSearch::Result::kTooFar: {
+            LatticeConstraints const none;
+            ConstrainedSearch(pool_, *table, none).build(sentence, dics);
+        }
+    }
+}
+
+void Lattice::addPath(Sentence& sentence) {
     LatticeNode const** link = &sentence.bestStart;
-    search_.eachPathWord([&](BestPathSearch::PathWord const& path) {
+    for (BestPathSearch::PathWord const& word : search_.path()) {
         pool_.beginPosition();
         LatticeNode& node = pool_.make();
-        node.record = path.record;
+        node.record = word.record;
         node.next = nullptr;
-        node.length = path.length;
-        node.column = path.column;
+        node.length = word.length;
+        node.column = word.column;
         node.flags = LatticeNode::kFirstAtPosition | LatticeNode::kAlone;
-        node.wordSum = wordSumOf(path.key);
-        node.connSum = connSumOf(path.key);
+        node.wordSum = wordSumOf(word.key);
+        node.connSum = connSumOf(word.key);
         *link = &node;
         link = &node.next;
-    });
+    }
 }
 
 void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints) {

@@ -64,6 +64,8 @@ public:
     NodePool& nodes() noexcept { return pool_; }
 
 private:
+    void addPath(Sentence& sentence);
+
     NodePool pool_;
     BestPathSearch search_;
     CandidateTable candidates_;

@@ -67,7 +67,8 @@ public:
     }
     /// The words of a form of two bytes; looked up once.
     ShortForm const& pairForm(unsigned char first, unsigned char second, DicSet const& dics) {
-        ShortForm& form = pairForms_[static_cast<std::size_t>(first) << 8 | second];
+        // The second byte is a lead byte, of which a text has few.
+        ShortForm& form = pairForms_[static_cast<std::size_t>(second) << 8 | first];
         if (!form.known) form = formOf({first, second}, 2, dics);
         return form;
     }

@@ -4,6 +4,7 @@
 #include "engine/all_paths.hpp"
 #include "engine/lattice_constraints.hpp"
 
+#include "base/sjis.hpp"
 #include "dic/conn_table.hpp"
 #include "dic/dic_set.hpp"
 #include "engine/special_records.hpp"
@@ -101,6 +102,52 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
             ASSERT_EQ(resultOf(lattice, sentence, attached),
                       resultOf(referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction())));
         });
+}
+
+/// The paths alone; all candidates of a long text would be too many to compare.
+std::vector<Word> pathOf(ReferenceLattice const& lattice) {
+    std::vector<Word> path;
+    for (int i = lattice.best; i != -1; i = lattice.nodes[static_cast<std::size_t>(i)].next)
+        path.push_back(wordOf(lattice.nodes[static_cast<std::size_t>(i)]));
+    return path;
+}
+
+std::vector<Word> pathOf(Sentence const& sentence, DicSet const& dics) {
+    std::vector<Word> path;
+    std::size_t start = 0;
+    for (LatticeNode const* node : bestPath(sentence)) {
+        path.push_back(wordOf(start, *node, dics));
+        start += node->length;
+    }
+    return path;
+}
+
+// Sums of long texts outgrow what the search keeps of a word, and words as long as
+// these bring together sums that lie far apart.
+TEST(LatticeProperty, AgreesWithTheReferenceOnLongTextsAndWords) {
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        Random random(seed);
+        World world = randomWorld(random);
+        for (std::uint8_t& cost : world.costs)
+            if (cost < 9) cost = static_cast<std::uint8_t>(cost * (1 + random.below(28)));
+        std::string text;
+        while (text.size() < 4000) text += random.bytes(24, false);
+        for (unsigned n = random.below(3); n > 0; --n) {
+            std::string form = text.substr(random.below(3200), 50 + random.below(700));
+            for (std::size_t pos = 0; pos < form.size(); pos += charWidth(form, pos))
+                if (charWidth(form, pos) == 1 && isLeadByte(form[pos])) form[pos] = 'A';
+            world.dictionaries[0][form].push_back({4, 1, 0});
+            text.replace(random.below(3200), form.size(), form);
+        }
+        Attached const attached(world);
+        Lattice lattice(0);
+        Sentence sentence;
+        sentence.given = sentence.text = text;
+        lattice.build(sentence, attached.table.get(), attached.dics);
+        ASSERT_EQ(pathOf(sentence, attached.dics),
+                  pathOf(referenceSearch(text, world.dictionaries, world.costFunction())))
+            << "seed " << seed;
+    }
 }
 
 /// The same constraints for the library and for the reference.

@@ -1,5 +1,6 @@
 #include "support/reference_search.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace TAVO::test {
@@ -86,7 +87,9 @@ private:
     }
 
     void insertWords(std::size_t start, WordTable const& words) {
-        for (std::size_t length = 1; length <= kMostFormBytes && start + length <= text_.size(); ++length) {
+        std::size_t longest = 0;
+        for (auto const& [form, records] : words) longest = std::max(longest, form.size());
+        for (std::size_t length = 1; length <= longest && start + length <= text_.size(); ++length) {
             if (text_[start + length - 1] == '\0') return;
             auto const found = words.find(text_.substr(start, length));
             if (found == words.end() || !allows(start, length)) continue;

@@ -19,7 +19,7 @@ struct Record {
 };
 /// What the search looks for at most.
 inline constexpr std::size_t kMostFormBytes = 8;
-/// Records of each surface form, of kMostFormBytes at most, in chain order.
+/// Records of each surface form, in chain order; N-best looks at forms of kMostFormBytes at most.
 using WordTable = std::map<std::string, std::vector<Record>>;
 using CostFunction = std::function<unsigned(unsigned left, unsigned right)>;
 
