@@ -10,13 +10,17 @@
 namespace TAVO {
 namespace {
 
-constexpr unsigned kCharBits = 12;
+// Room for characters, in bits: a little for the dictionaries that only few texts meet.
+constexpr unsigned kFewBits = 6;
+constexpr unsigned kMostBits = 12;
 /// Forms of characters that others took the place of stay until all are forgotten.
 constexpr std::size_t kMostFound = std::size_t{1} << 16;
 
-std::uint32_t slotOf(std::uint32_t bytes) noexcept { return (bytes * 0x9E3779B1U) >> (32 - kCharBits); }
-
 }  // namespace
+
+inline FormFinder::Character& FormFinder::characterOf(std::uint32_t bytes) noexcept {
+    return characters_[(bytes * 0x9E3779B1U) >> (32 - charBits_)];
+}
 
 void FormFinder::clear() noexcept {
     characters_.clear();
@@ -24,9 +28,12 @@ void FormFinder::clear() noexcept {
 }
 
 void FormFinder::makeRoom() {
-    if (!characters_.empty() && found_.size() < kMostFound) return;
+    bool const tooFew = charBits_ < kMostBits && learnt_ > characters_.size();
+    if (!characters_.empty() && !tooFew && found_.size() < kMostFound) return;
     clear();
-    characters_.resizeForOverwrite(std::size_t{1} << kCharBits);
+    charBits_ = tooFew ? charBits_ + 2 : std::max(charBits_, kFewBits);
+    learnt_ = 0;
+    characters_.resizeForOverwrite(std::size_t{1} << charBits_);
     std::fill(characters_.begin(), characters_.end(), Character{});
 }
 
@@ -45,7 +52,7 @@ void FormFinder::search(DicTrie const& trie, unsigned char const* text, std::siz
             findAlone(number, trie, text + p, n - p, forms, table);
             continue;
         }
-        Character& character = characters_[slotOf(bytes)];
+        Character& character = characterOf(bytes);
         if (character.bytes != bytes) {
             character.bytes = bytes;
             learn(character, bytes > 0xFF ? 2 : 1, trie, text + p, forms, table);
@@ -69,7 +76,7 @@ void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std:
         std::uint32_t bytes = text[p];
         if (charWidth({asChars(text), n}, p) == 2) bytes |= static_cast<std::uint32_t>(text[p + 1]) << 8;
         bytes_[number] = bytes;
-        __builtin_prefetch(&characters_[slotOf(bytes)]);
+        __builtin_prefetch(&characterOf(bytes));
     }
 }
 
@@ -78,6 +85,7 @@ void FormFinder::learn(Character& character, std::size_t width, DicTrie const& t
                        FormCache& forms, SearchTable const& table) {
     Character fresh{character.bytes, static_cast<std::uint32_t>(found_.size()), kEnd, 0, 0};
     character.bytes = 0;  // what follows may throw
+    ++learnt_;
     auto const add = [&](std::size_t length, unsigned char const* head) {
         found_.push({forms.find(head, trie.leafEnd(), table), static_cast<std::uint32_t>(length)});
         ++fresh.count;

@@ -63,6 +63,7 @@ private:
         std::uint32_t lastLonger;
     };
 
+    Character& characterOf(std::uint32_t bytes) noexcept;
     void makeRoom();
     void lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts);
     void learn(Character& character, std::size_t width, DicTrie const& trie, unsigned char const* text,
@@ -72,6 +73,8 @@ private:
     void addLonger(std::size_t number, std::uint32_t length, std::uint32_t form);
 
     RawBuffer<Character> characters_;  // by hash of the bytes
+    unsigned charBits_ = 0;            // of the hash
+    std::size_t learnt_ = 0;           // characters, since there is room for so many
     RawBuffer<Found> found_;           // of all characters learnt
     RawBuffer<List> lists_;            // by number of the start
     RawBuffer<Longer> longer_;
