@@ -55,11 +55,9 @@ def parse(text):
     return steps
 
 
-def show(what, expected, actual):
-    def lines(data):
-        return "".join(f"      {line!r}\n" for line in data.splitlines(keepends=True)) or "      (nothing)\n"
-
-    return f"    {what}, expected:\n{lines(expected)}    {what}, seen:\n{lines(actual)}"
+def show(what, **data):
+    return "".join(f"    {what}, {side}:\n" + "".join(f"      {line!r}\n" for line in text.splitlines(keepends=True))
+                   for side, text in data.items())
 
 
 def run_step(step, folder, environment):
@@ -70,7 +68,7 @@ def run_step(step, folder, environment):
                                    ("standard error", step.err, done.stderr)):
         actual = actual.replace(os.fsencode(folder), b"<TMP>")
         if actual != expected:
-            differences.append(show(what, expected, actual))
+            differences.append(show(what, expected=expected, seen=actual))
     if done.returncode != step.status:
         differences.append(f"    exit status, expected: {step.status}, seen: {done.returncode}\n")
     return differences

@@ -4,7 +4,6 @@
 #include "dic/dic_compiler.hpp"
 #include "dic/file_access.hpp"
 #include "dic/pools.hpp"
-#include "engine/lattice.hpp"
 #include "support/describe.hpp"
 #include "support/process_usage.hpp"
 #include "support/small_world.hpp"
@@ -151,15 +150,6 @@ TEST_F(Limits, OfAttachedDictionaries) {
     std::printf("%zu bytes each\n", (after.heapBytes - before.heapBytes) / 10000);
     tavo_.offDic();
     EXPECT_EQ(tavo_.getDicCount(), 0);
-}
-
-TEST_F(Limits, OfASentence) {
-    attach();
-    std::string const text = "a\n" + std::string(kMaxSentenceBytes + 1, 'a');
-    tavo_.setDelimitCRLFMode(1);
-    EXPECT_EQ(thrown([&] { tavo_.analyze(text); }), "TOO_LONG_STRING: Exceed limit: length=16843010");
-    EXPECT_EQ(tavo_.getSentenceCount(), 1U) << "sentences before the long one stay";
-    EXPECT_EQ(formatted("a", "%w/%c"), "a/40");
 }
 
 /// A file system without room, as a process sees it whose files may not grow.

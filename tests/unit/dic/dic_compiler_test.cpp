@@ -50,16 +50,6 @@ TEST(DicCompilerTest, WritesTheDocumentedBytes) {
     EXPECT_TRUE(checkDic(bytes).empty());
 }
 
-TEST(DicCompilerTest, StreamAndFileGetTheSameBytes) {
-    DicCompiler compiler({"N"});
-    ASSERT_TRUE(compiler.add("a,N"));
-    TempDir const dir;
-    int const handle = FileCreate(dir.file("dic").c_str());
-    EXPECT_TRUE(compiler.compile(handle, false));
-    FileClose(handle);
-    EXPECT_EQ(readFile(dir.file("dic")), compiled(compiler));
-}
-
 TEST(DicCompilerTest, ALineMayBeAddedAfterCompiling) {
     DicCompiler both({"N"});
     ASSERT_TRUE(both.add("b,N"));

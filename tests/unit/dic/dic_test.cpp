@@ -18,19 +18,6 @@ SmallWorld world() {
     return made;
 }
 
-using Found = std::vector<std::pair<std::size_t, unsigned>>;  // length and cost
-
-Found prefixes(Dic const& dic, std::string const& text) {
-    Found found;
-    // At the end of a page: a read at or behind the end of the text is fatal.
-    GuardedBytes const guarded(text);
-    dic.trie()->prefixSearch(guarded.data(), guarded.size(), [&](std::size_t length, RecordChain chain) {
-        for (; chain; chain = chain.next()) found.emplace_back(length, chain.record().cost());
-        return true;
-    });
-    return found;
-}
-
 bool finds(Dic const& dic, std::string const& form) {
     GuardedBytes const guarded(form);
     return static_cast<bool>(dic.trie()->exactMatch(guarded.data(), guarded.size()));
@@ -43,26 +30,6 @@ protected:
     std::string bytes = readFile(path);
     std::size_t const trie = loadU32(asBytes(bytes.data()) + 4);
 };
-
-/// The property test of the trie has texts of all kinds.
-TEST_F(DicTest, FindsPrefixesShortestFirst) {
-    Table<std::string, Found> const cases{
-        {toSjis("東京都と"), {{2, 10}, {4, 20}, {6, 30}}},
-        {toSjis("東").substr(0, 1), {}},
-        {toSjis("とと"), {{2, 5}, {2, 7}}},
-        {"ab", {{1, 1}}},
-        {toSjis("国際連合軍"), {{8, 40}}},
-        // The text ends inside the tail, or differs from it.
-        {toSjis("国際連"), {}},
-        {toSjis("国際連盟"), {}},
-        {std::string("\0a", 2), {}},
-        {toSjis("東") + std::string("\0", 1) + toSjis("京"), {{2, 10}}},
-    };
-    for (bool const memoryMapped : {false, true}) {
-        Dic const dic(memoryMapped, path.c_str());
-        for (auto const& [text, found] : cases) EXPECT_EQ(prefixes(dic, text), found) << toUtf8(text);
-    }
-}
 
 TEST_F(DicTest, AVisitThatStopsEndsTheSearch) {
     Dic const dic(true, path.c_str());

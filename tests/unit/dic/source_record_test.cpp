@@ -1,6 +1,5 @@
 #include "dic/source_record.hpp"
 
-#include "dic/mrph_dic.hpp"
 #include "support/testing.hpp"
 
 namespace TAVO::test {
@@ -107,14 +106,6 @@ TEST(SourceRecordTest, ResolvesEscapesButInThePartForm) {
     EXPECT_EQ(parsed(toSjis("\\表,N")).form, toSjis("表"));
 }
 
-TEST(SourceRecordTest, TakesNoSecondByteForAMark) {
-    // Second bytes 0x5C "\", 0x7C "|", 0x2D-like marks do not exist below 0x40;
-    // "L" (0x4C), "R" (0x52), "@" (0x40) do.
-    std::string const form = toSjis("ソ表十");
-    EXPECT_EQ(parsed(form + "," + form).form, form);
-    EXPECT_EQ(parsed(form + "," + form).partOfSP, form);
-}
-
 TEST(SourceRecordTest, SetsCooccurrenceMarks) {
     Table<std::string, std::string, bool, bool> const cases{
         {"", "", false, false},        {"@", "", true, true},    {"x@", "", false, false},
@@ -140,16 +131,6 @@ TEST(SourceRecordTest, SerializesFieldsInOrder) {
     EXPECT_EQ(out, "before" + head + parts + texts + lists + "P\0x\0\0"s);
 }
 
-TEST(SourceRecordTest, GivesPartsTheWordsIdWhenTheyHaveNone) {
-    std::string out;
-    std::string error;
-    ASSERT_TRUE(parsed("a-b-c,N").serialize(out, NameTable{{"N", std::uint16_t{9}}}, error));
-    MrphDic const record(asBytes(out.data()));
-    ASSERT_EQ(record.partCount(), 3U);
-    for (unsigned i = 0; i < 3; ++i) EXPECT_EQ(record.partPid(i), 9);
-    EXPECT_STREQ(record.partForm(), "a-b-c");
-}
-
 TEST(SourceRecordTest, RefusesToSerializeWhatDoesNotFit) {
     NameTable const names{{"N", std::uint16_t{1}}};
     // A record of 65536 bytes: 8 of head, the reading, its NUL.
@@ -166,9 +147,6 @@ TEST(SourceRecordTest, RefusesToSerializeWhatDoesNotFit) {
         EXPECT_EQ(error, expected);
         EXPECT_EQ(out, "kept");
     }
-    out.clear();
-    EXPECT_TRUE(parsed("a,N,1," + std::string(65526, 'r')).serialize(out, names, error)) << error;
-    EXPECT_EQ(out.size(), 65535U);
 }
 
 TEST(SourceRecordTest, TakesAllFieldsAndPrintsThemLabelled) {

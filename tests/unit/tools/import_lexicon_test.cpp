@@ -79,27 +79,6 @@ TEST(ImportLexicon, SplitsQuotedFields) {
     }
 }
 
-TEST(ImportLexicon, FaultsNameFileAndLine) {
-    Table<void (*)(TinyLexicon&), char const*> const cases{
-        {[](TinyLexicon& t) { t.words += "山,1,1\n"; }, "words.csv:7: fewer than 5 fields"},
-        {[](TinyLexicon& t) { t.words += "山,5,1,0,名詞\n"; }, "words.csv:7: left id 5 is outside 0..4"},
-        {[](TinyLexicon& t) { t.words += "山,1,x,0,名詞\n"; }, "words.csv:7: right id \"x\" is not a number"},
-        {[](TinyLexicon& t) { t.words += "山,1,1,40000,名詞\n"; }, "words.csv:7: cost 40000 is outside"},
-        {[](TinyLexicon& t) { t.words += "\xFF\n"; }, "words.csv: byte "},
-        {[](TinyLexicon& t) { t.matrix = "5 5\n0 0 1\n"; }, "matrix.def: 25 costs are announced, 1 given"},
-        {[](TinyLexicon& t) { t.matrix += "5 0 1\n"; }, "matrix.def:27: the ids 5 0 lie outside the matrix"},
-        {[](TinyLexicon& t) { t.matrix += "1 1\n"; }, "the file is cut short"},
-        {[](TinyLexicon& t) { t.matrix = "x\n"; }, "matrix.def:1: a number is expected"},
-        {[](TinyLexicon& t) { t.settings = "x = y\n"; }, "dicrc: no config-charset line"},
-        {[](TinyLexicon& t) { t.settings = "config-charset = KLINGON\n"; }, "unknown encoding \"KLINGON\""},
-    };
-    for (auto const& [spoil, text] : cases) {
-        TinyLexicon tiny;
-        spoil(tiny);
-        EXPECT_TRUE(contains(thrown<ImportError>([&] { read(tiny); }), text));
-    }
-}
-
 TEST(ImportCharset, EveryCodeComesBack) {
     for (auto const& [code, point] : Cp932::table().all()) EXPECT_EQ(Cp932::table().code(point), code);
     EXPECT_GT(Cp932::table().all().size(), 7000U);

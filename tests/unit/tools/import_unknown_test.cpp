@@ -122,21 +122,5 @@ TEST(ImportUnknown, LaterLinesOfCharDefWin) {
     EXPECT_EQ(map.categories.at("A").length, 3U);
 }
 
-TEST(ImportUnknown, FaultsOfCharDefNameTheLine) {
-    Table<char const*, char const*> const cases{
-        {"A 1 0 3\n", "char.def: category DEFAULT is not defined"},
-        {"DEFAULT 0 1 0\n0x41 A\n", "char.def:2: category A is not defined above"},
-        {"DEFAULT 0 1\n", "char.def:1: a category needs INVOKE, GROUP and LENGTH"},
-        {"DEFAULT 0 1 0\n\n0x42..0x41 DEFAULT\n", "char.def:3: the range of characters"},
-        {"DEFAULT 0 1 0\n0xQ DEFAULT\n", "char.def:2: \"0xQ\" is not a number"},
-        {"DEFAULT 0 1 0\n0x41\n", "char.def:2: a category is missing"},
-    };
-    for (auto const& [text, fault] : cases) {
-        TempDir const folder;
-        folder.write("char.def", text);
-        EXPECT_TRUE(contains(thrown<ImportError>([&] { readCharMap(folder.file("char.def")); }), fault));
-    }
-}
-
 }  // namespace
 }  // namespace TAVO::importer
