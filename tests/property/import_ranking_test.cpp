@@ -3,6 +3,7 @@
 #include "import_table.hpp"
 #include "support/testing.hpp"
 
+#include <algorithm>
 #include <random>
 #include <set>
 
@@ -68,12 +69,13 @@ void onRandomWorlds(Check check) {
 }
 
 /// Tables whose bytes are the source's costs.
-Tables exactTables(RandomWorld const& world, FormIndex const& index, double lineTolerance) {
+Tables exactTables(RandomWorld const& world, FormIndex const& index, double lineTolerance,
+                   PairCounts const& pairs = {}) {
     TableOptions options;
     options.step = 1;
     options.levelTolerance = 0;
     options.lineTolerance = lineTolerance;
-    return buildTables(world.lexicon, index, world.shifts, {}, options);
+    return buildTables(world.lexicon, index, world.shifts, {}, pairs, options);
 }
 
 std::int64_t exactCost(RandomWorld const& world, Lattice const& lattice) {
@@ -135,9 +137,30 @@ TEST(ImportRanking, ConstantsBetweenLinesMoveIntoTheWords) {
     });
 }
 
+/// Use decides where lines stand, the most used ones first, and nothing else.
+TEST(ImportRanking, LinesStandInTheOrderOfTheirUse) {
+    onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
+        Tables const plain = exactTables(world, index, 0);
+        PairCounts const pairs = countPairs(world.lexicon, index, {world.text(), world.text(), world.text()});
+        Tables const ordered = exactTables(world, index, 0, pairs);
+        ASSERT_EQ(ordered.names, plain.names);
+        ASSERT_EQ(ordered.idOfWord, plain.idOfWord);
+        for (std::uint16_t left = 1; left <= plain.names.size(); ++left)
+            for (std::uint16_t right = 1; right <= plain.names.size(); ++right)
+                ASSERT_EQ(ordered.byteOf(left, right), plain.byteOf(left, right)) << left << " before " << right;
+        std::vector<double> rows(ordered.rows, 0), columns(ordered.columns, 0);
+        for (std::size_t word = 0; word < world.lexicon.words.size(); ++word) {
+            rows[ordered.rowOf[ordered.idOfWord[word] - 1U]] += pairs.asLeft[word];
+            columns[ordered.columnOf[ordered.idOfWord[word] - 1U]] += pairs.asRight[word];
+        }
+        EXPECT_TRUE(std::is_sorted(rows.rbegin(), rows.rend()));
+        EXPECT_TRUE(std::is_sorted(columns.rbegin(), columns.rend()));
+    });
+}
+
 TEST(ImportRanking, FixedIdsAndUniqueNames) {
     onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
-        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, TableOptions{.step = 1});
+        Tables const tables = buildTables(world.lexicon, index, world.shifts, {}, {}, TableOptions{.step = 1});
         ASSERT_EQ(std::vector<std::string>(tables.names.begin(), tables.names.begin() + 3),
                   (std::vector<std::string>{"BOS", "EOS", "Undef"}));
         std::set<std::string> const names(tables.names.begin(), tables.names.end());

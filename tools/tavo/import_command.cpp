@@ -4,6 +4,7 @@
 #include "import_charset.hpp"
 #include "import_fit.hpp"
 #include "import_lexicon.hpp"
+#include "import_pairs.hpp"
 #include "import_report.hpp"
 #include "import_search.hpp"
 #include "import_table.hpp"
@@ -64,11 +65,11 @@ std::vector<std::string> readSentences(std::string const& path) {
 
 /// Merges more until the matrix fits; @p options tells then how much.
 Tables buildTablesWithin(double maxBytes, Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts,
-                         Usage const& usage, TableOptions& options) {
+                         Usage const& usage, PairCounts const& pairs, TableOptions& options) {
     // Rows and columns bear more merging than levels: measured on short units.
     constexpr double kLeastGrowth = 1.25, kLevelGrowth = 0.3, kUseless = 1e12;
     while (true) {
-        Tables tables = buildTables(lexicon, index, shifts, usage, options);
+        Tables tables = buildTables(lexicon, index, shifts, usage, pairs, options);
         double const excess = static_cast<double>(tables.matrix.size()) / maxBytes;
         if (excess <= 1) return tables;
         if (options.lineTolerance > kUseless)
@@ -120,9 +121,10 @@ void importMecab(Options const& options) {
     FitOptions const fit(options.table.step);
     Usage const usage = countEdges(lexicon, index, sentences, fit.nearBest);
     if (usage.edges.empty()) throw ImportError("no sentence of " + fittedOn + " has an analysis to fit on");
+    PairCounts const pairs = countPairs(lexicon, index, sentences);
     Shifts const shifts = fitShifts(lexicon, usage, fit);
     TableOptions table = options.table;
-    Tables const tables = buildTablesWithin(options.maxTable * 1e6, lexicon, index, shifts, usage, table);
+    Tables const tables = buildTablesWithin(options.maxTable * 1e6, lexicon, index, shifts, usage, pairs, table);
     Agreement const agreement = measureAgreement(lexicon, index, shifts, tables, table.step, sentences);
 
     progress.stage("Writing the dictionary");

@@ -67,10 +67,11 @@ private:
 class Builder {
 public:
     Builder(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
-            TableOptions const& options)
+            PairCounts const& pairs, TableOptions const& options)
         : lexicon_(lexicon),
           index_(index),
           shifts_(shifts),
+          pairs_(pairs),
           options_(options),
           clusters_(findClusters(lexicon, usage, options.lineTolerance)),
           weights_(lexicon.words.size(), 0.0) {
@@ -96,7 +97,7 @@ private:
     struct Id {
         std::uint32_t name, row, column;
         std::uint64_t words;
-        double weight;
+        double asLeft, asRight;  ///< pairs of neighbours that its words are part of
     };
 
     /// A row that follows a leader has the leader's shift, less the constant between them.
@@ -156,7 +157,7 @@ private:
             std::uint32_t const row = rowLeader(word.row);
             auto const [place, fresh] =
                 ids.emplace(std::tuple(word.name, row, column), static_cast<std::uint32_t>(ids_.size()));
-            if (fresh) ids_.push_back({word.name, row, column, 0, 0});
+            if (fresh) ids_.push_back({word.name, row, column, 0, 0, 0});
             return place->second;
         };
         std::unordered_map<std::string_view, std::vector<std::uint32_t>> winners;
@@ -169,7 +170,9 @@ private:
             }
             std::uint32_t const id = wordId_[i] = idOf(*cheapest, columnOf(*cheapest));
             ids_[id].words += 1;
-            ids_[id].weight += weights_[i];
+            if (pairs_.asLeft.empty()) continue;
+            ids_[id].asLeft += pairs_.asLeft[i];
+            ids_[id].asRight += pairs_.asRight[i];
         }
     }
 
@@ -266,8 +269,8 @@ private:
         for (std::uint32_t const i : order_) {
             rowOf_.push_back(lineOf[ids_[i].row]);
             columnOf_.push_back(ids_[i].column);
-            rowUse_[rowOf_.back()] += ids_[i].weight;
-            columnUse_[ids_[i].column] += ids_[i].weight;
+            rowUse_[rowOf_.back()] += ids_[i].asLeft;
+            columnUse_[ids_[i].column] += ids_[i].asRight;
         }
         tables_.columns = static_cast<std::uint32_t>(columns_.size());
         tables_.matrix.reserve(rows.size() * columns_.size());
@@ -275,8 +278,9 @@ private:
             for (Column const& column : columns_) tables_.matrix.push_back(cell(row, column));
     }
 
-    /// Keeps one of equal rows and columns, the most used ones first, so that the
-    /// cells in use lie together.
+    /// Keeps one of equal rows and columns, those first that a search asks for most,
+    /// so that the cells in use lie together. A search asks for the costs of all
+    /// neighbours in a text, of which few are on a good path.
     void mergeEqual() {
         std::vector<std::uint8_t>& matrix = tables_.matrix;
         std::uint32_t const wide = tables_.columns;
@@ -326,6 +330,7 @@ private:
     Lexicon const& lexicon_;
     FormIndex const& index_;
     Shifts const& shifts_;
+    PairCounts const& pairs_;
     TableOptions const& options_;
     Clusters clusters_;
     std::vector<double> weights_;  // per word: its use in near-best analyses
@@ -342,8 +347,8 @@ private:
 }  // namespace
 
 Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
-                   TableOptions const& options) {
-    return Builder(lexicon, index, shifts, usage, options).build();
+                   PairCounts const& pairs, TableOptions const& options) {
+    return Builder(lexicon, index, shifts, usage, pairs, options).build();
 }
 
 }  // namespace TAVO::importer

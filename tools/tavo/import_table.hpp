@@ -5,6 +5,7 @@
 
 #include "import_fit.hpp"
 #include "import_lexicon.hpp"
+#include "import_pairs.hpp"
 #include "import_search.hpp"
 #include "word_classes.hpp"
 
@@ -39,9 +40,10 @@ struct Tables {
     }
 };
 
-/// Throws ImportError when the ids do not fit 16 bits.
+/// @p usage weighs what is merged, @p pairs orders the matrix: the rows and columns
+/// that a search asks for most stand first. Throws ImportError when the ids do not fit 16 bits.
 Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
-                   TableOptions const& options);
+                   PairCounts const& pairs, TableOptions const& options);
 
 /// Tavo's own cost of an edge, for the search: the connection byte first, the
 /// word-cost byte among equal sums.
