@@ -115,6 +115,7 @@ TEST(TrieProperty, AgreesWithALinearScan) {
             if (query % 3 == 0 && !words.empty()) {
                 text = std::next(words.begin(), static_cast<long>(random() % words.size()))->first + text;
             }
+            if (query % 4 == 1) text.insert(random() % (text.size() + 1), 1, '\0');  // ends any match
             GuardedBytes const guarded(text);
             Matches found;
             trie.prefixSearch(guarded.data(), guarded.size(), [&](std::size_t length, RecordChain chain) {
