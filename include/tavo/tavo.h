@@ -218,7 +218,8 @@ TAVO_EXPORT int tavo_getDicPath(tavo_t* tavo, int index, char* buffer, int size)
 TAVO_EXPORT int tavo_getSrcPath(tavo_t* tavo, int index, char* buffer, int size);
 /// 1 when a morpheme comes from its analyser's first dictionary, else 0.
 TAVO_EXPORT int tavo_isFirstDic(tavo_mrph_t* mrph);
-/// Takes a dictionary, or all, off the list. Ends the handles of tavo_getByRead.
+/// Takes a dictionary, or all, off the list. Ends all morpheme handles: another
+/// analyser may rebuild it from now on.
 TAVO_EXPORT int tavo_offDic(tavo_t* tavo, int index);
 TAVO_EXPORT int tavo_offDicAll(tavo_t* tavo);
 TAVO_EXPORT int tavo_offDicPath(tavo_t* tavo, char const* path);

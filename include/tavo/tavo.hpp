@@ -164,6 +164,8 @@ public:
     int getDicIndex(char const* path) const;
     char const* getDicPath(int index) const;
     char const* getSrcPath(int index) const;
+    /// Takes a dictionary, or all, off the list and drops results: another analyser
+    /// may rebuild it from now on.
     void offDic(int index);
     void offDic(char const* path);
     void offDic();

@@ -87,9 +87,24 @@ int Tavo::getDicCount() const { return impl_->context.dics.getDicCount(); }
 int Tavo::getDicIndex(char const* path) const { return impl_->context.dics.getDicIndex(path); }
 char const* Tavo::getDicPath(int index) const { return impl_->context.dics.getDicPath(index); }
 char const* Tavo::getSrcPath(int index) const { return impl_->context.dics.getSrcPath(index); }
-void Tavo::offDic(int index) { impl_->context.dics.offDic(index); }
-void Tavo::offDic(char const* path) { impl_->context.dics.offDic(path); }
-void Tavo::offDic() { impl_->context.dics.offDic(); }
+
+// Another analyser may rebuild a dictionary that this one gave up: results that point
+// into it are no longer offered.
+void Tavo::offDic(int index) {
+    impl_->context.dics.offDic(index);
+    impl_->hasResult = false;
+}
+
+void Tavo::offDic(char const* path) {
+    impl_->context.dics.offDic(path);
+    impl_->hasResult = false;
+}
+
+void Tavo::offDic() {
+    impl_->context.dics.offDic();
+    impl_->hasResult = false;
+}
+
 void Tavo::touchDic(int index) { impl_->context.dics.touchDic(index); }
 void Tavo::touchDic(char const* path) { impl_->context.dics.touchDic(path); }
 void Tavo::touchDic() {}

@@ -6,7 +6,9 @@
 
 #include <tavo/tavo_bulk.h>
 
+#include <chrono>
 #include <cstring>
+#include <filesystem>
 
 namespace {
 
@@ -102,16 +104,18 @@ private:
         return kept_.c_str();
     }
 
-    /// Calls deliver(buffer, size) with a heap buffer of exactly that size.
+    /// Calls deliver(buffer, size) for the size it wants, then with heap buffers of exactly that and of one byte less.
     template <class Deliver>
     void intoBuffer(Deliver deliver) {
         int const size = in_.number();
-        bool const exact = size >= 0 && size < 64;
-        std::vector<char> buffer(exact ? static_cast<std::size_t>(size) : 0);
-        int const code = deliver(exact && size > 0 ? buffer.data() : nullptr, size);
-        check(size >= 0 || code < 0);
-        if (!exact || code < 0 || size == 0) return;
-        check(code < size && buffer[static_cast<std::size_t>(code)] == '\0');
+        int const wanted = deliver(nullptr, size);
+        check(size >= 0 || wanted < 0);
+        if (wanted <= 0) return;
+        auto const length = static_cast<std::size_t>(wanted) - 1;
+        std::vector<char> buffer(length + 1, 'x'), small(length, 'x');
+        check(deliver(buffer.data(), wanted) == wanted - 1 && buffer[length] == '\0');
+        if (length == 0) return;
+        check(deliver(small.data(), wanted - 1) < 0 && small[0] == '\0');
     }
 
     std::string pieces() {
@@ -172,8 +176,19 @@ private:
         if (what == 1) tavo_offDic(tavo(), in_.number());
         if (what == 2) tavo_offDicPath(tavo(), string());
         if (what == 3) tavo_offDicAll(tavo());
-        if (what == 4) tavo_updateDic(tavo(), in_.number());
-        if (what == 5) tavo_updateDicPath(tavo(), string());
+        if (what > 3 && in_.choice(2) == 0) makeOlder();
+        int const code = what == 4   ? tavo_updateDic(tavo(), in_.number())
+                         : what == 5 ? tavo_updateDicPath(tavo(), string())
+                                     : 0;
+        if (code == 1)
+            for (Analyser& analyser : analysers_) analyser.endAll();
+    }
+
+    /// The dictionary is rebuilt when its only user asks for that.
+    static void makeOlder() {
+        Files const& all = files();
+        std::filesystem::last_write_time(all.paths.dic,
+                                         std::filesystem::last_write_time(all.paths.source) - std::chrono::seconds(2));
     }
 
     void settings() {

@@ -19,6 +19,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     {
         Tavo tavo;
         attach(tavo);
+        tavo.setReduceNumberMode(1);  // so that rules tell
+        tavo.setReduceUndefMode(1);
+        tavo.setReduceCharMode(1);
         std::string const before = analysed(tavo, text);
         bool refused = false;
         try {

@@ -31,6 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::string joined;
     tool::LineText text;
     for (tool::Block block; reader.next(block);) {
+        check(joined.empty() || joined.back() == '\n');  // blocks are cut between lines
         joined += block.text();
         std::string_view rest = block.text();
         while (!rest.empty()) {
