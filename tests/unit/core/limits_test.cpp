@@ -4,6 +4,7 @@
 #include "dic/dic_compiler.hpp"
 #include "dic/file_access.hpp"
 #include "dic/pools.hpp"
+#include "engine/lattice.hpp"
 #include "support/describe.hpp"
 #include "support/process_usage.hpp"
 #include "support/small_world.hpp"
@@ -150,6 +151,20 @@ TEST_F(Limits, OfAttachedDictionaries) {
     std::printf("%zu bytes each\n", (after.heapBytes - before.heapBytes) / 10000);
     tavo_.offDic();
     EXPECT_EQ(tavo_.getDicCount(), 0);
+}
+
+/// Sums of the longest sentence just fit. Takes gigabytes, so it runs when asked for.
+TEST_F(Limits, DISABLED_OfTheLongestSentence) {
+    world_.cost([](unsigned, unsigned) { return 254; }).line("b,N,255");
+    attach();
+    std::string const text(kMaxSentenceBytes, 'b');
+    EXPECT_EQ(tavo_.analyze(text), 0);
+    std::vector<std::vector<Mrph>> paths;
+    std::vector<PathCost> costs;
+    tavo_.getResultNBest(paths, costs, 0, 1);
+    EXPECT_EQ(paths.front().size(), kMaxSentenceBytes);
+    EXPECT_EQ(costs.front().connection, (kMaxSentenceBytes + 1) * 254);
+    EXPECT_EQ(costs.front().word, 4294967295U);
 }
 
 /// A file system without room, as a process sees it whose files may not grow.

@@ -25,7 +25,7 @@ protected:
         added_ = dir_.write("added", names(other).line("b-c,V,9").dictionary());
         other.cost([](unsigned, unsigned right) { return right == 4 ? 100 : 10; });  // each noun costs
         otherTable_ = dir_.write("table", serializeConnTable(other.connTable()));
-        attach(tavo_, paths_.dicSpec());
+        paths_.attachTo(tavo_);
         tavo_.addDicPath(added_.c_str(), false);
     }
     ~Misuse() override { sharedPools().dispose(); }
