@@ -122,7 +122,7 @@ inline BestPathSearch::Followers BestPathSearch::followersAt(std::size_t p) cons
 }
 
 /// Gives each word that starts at @p p its best continuation. False when one ends inside a character.
-bool BestPathSearch::chooseAt(std::size_t p) {
+inline bool BestPathSearch::chooseAt(std::size_t p) {
     Place const& place = places_[p];
     std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
     std::uint16_t* const columns = columns_.begin() + (place.firstWord - origin_);
@@ -214,7 +214,7 @@ void BestPathSearch::readPath(std::uint32_t number) {
 
 /// Bounds the words that start at the second byte @p p of a character: every
 /// connection costs 0 or more, and before a word no less than its column's minimum.
-void BestPathSearch::boundInside(std::size_t p) {
+inline void BestPathSearch::boundInside(std::size_t p) {
     std::uint32_t const unknown = table_.unknownCost();
     std::uint32_t low = bounds_[p + 1].low + unknown;
     std::uint32_t lowBefore = low + unknown;
@@ -222,9 +222,9 @@ void BestPathSearch::boundInside(std::size_t p) {
         low = std::min(low, bounds_[end].lowBefore);
         lowBefore = std::min(lowBefore, bounds_[end].lowBefore + cost);
     };
-    if (std::uint8_t const cost = table_.byteForm(text_[p], *dics_).least; cost != SearchTable::kNoWord)
-        word(p + 1, cost);
-    if (std::uint8_t const cost = places_[p].pair; cost != SearchTable::kNoWord) word(p + 2, cost);
+    Place const& place = places_[p];
+    if (place.single != SearchTable::kNoWord) word(p + 1, place.single);
+    if (place.pair != SearchTable::kNoWord) word(p + 2, place.pair);
     if (text_[p] >= 128 && p + 2 <= length_) {
         low = std::min(low, bounds_[p + 2].low + unknown);
         lowBefore = std::min(lowBefore, bounds_[p + 2].low + 2 * unknown);
@@ -235,7 +235,7 @@ void BestPathSearch::boundInside(std::size_t p) {
 }
 
 /// True when no word before @p p would choose an unknown word that was left out.
-bool BestPathSearch::unknownsAreNeedless(std::size_t p) {
+inline bool BestPathSearch::unknownsAreNeedless(std::size_t p) {
     Place const& place = places_[p];
     Bound& bound = bounds_[p];
     std::uint32_t const cost = table_.unknownCost();

@@ -65,12 +65,12 @@ void BestPathSearch::collect(Extent extent) {
             p = starts_[number];
             std::size_t const width = starts_[number + 1] - p;
             collectArcs(p, width, number, extent);
-            places_[p + 1] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 0, SearchTable::kNoWord, false};
+            places_[p + 1] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 0};
             if (width == 2) scanInside(p + 1);
         }
         p = starts_[count];
     }
-    places_[length_] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 1, SearchTable::kNoWord, false};
+    places_[length_] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 1};
 }
 
 /// Searches the dictionaries from position @p p on; the number of positions searched.
@@ -91,7 +91,7 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
 }
 
 /// Adds the arcs that start at @p p; unknown words only where no word may stand behind any other.
-void BestPathSearch::collectArcs(std::size_t p, std::size_t width, std::size_t number, Extent extent) {
+inline void BestPathSearch::collectArcs(std::size_t p, std::size_t width, std::size_t number, Extent extent) {
     auto const firstArc = static_cast<std::uint32_t>(arcs_.size());
     std::uint32_t const firstWord = wordCount_;
     bounded_ = false;
@@ -107,7 +107,7 @@ void BestPathSearch::collectArcs(std::size_t p, std::size_t width, std::size_t n
         wordCount_ = firstWord;
     }
     wordCount_ += wordCount_ & 1;
-    places_[p] = {firstArc, firstWord, static_cast<std::uint8_t>(width), SearchTable::kNoWord, unknown};
+    places_[p] = {firstArc, firstWord, static_cast<std::uint8_t>(width), unknown};
 }
 
 void BestPathSearch::addUnknowns(std::size_t p, std::size_t width, Extent extent) {
@@ -134,8 +134,9 @@ void BestPathSearch::addArc(std::size_t p, std::uint32_t length, std::uint32_t i
 }
 
 /// Notes what words may start at the second byte @p p of a character.
-void BestPathSearch::scanInside(std::size_t p) {
+inline void BestPathSearch::scanInside(std::size_t p) {
     SearchTable::ShortForm const& single = table_.byteForm(text_[p], *dics_);
+    places_[p].single = single.least;
     reach_[p + 1] |= single.enters;
     if (p + 1 == length_ || !single.longer) return;
     SearchTable::ShortForm const& pair = table_.pairForm(text_[p], text_[p + 1], *dics_);

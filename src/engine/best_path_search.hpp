@@ -82,8 +82,10 @@ private:
         std::uint32_t firstArc;   ///< those up to that of the next byte
         std::uint32_t firstWord;  ///< likewise
         std::uint8_t width;       ///< of the character that starts here; 0: none does
-        std::uint8_t pair;        ///< inside a character: ShortForm::least of the two bytes from here on
-        bool unknown;             ///< unknown words stand among the words
+        bool unknown = false;     ///< unknown words stand among the words
+        // Inside a character: ShortForm::least of the byte here, and of the two from here on.
+        std::uint8_t single = SearchTable::kNoWord;
+        std::uint8_t pair = SearchTable::kNoWord;
     };
     /// What connection sums words of a position have at least.
     struct Bound {
