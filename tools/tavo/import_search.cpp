@@ -28,6 +28,9 @@ FormIndex::FormIndex(Lexicon const& lexicon) {
         words_.push_back(order[i]);
     }
     starts_.push_back(static_cast<std::uint32_t>(words_.size()));
+    constexpr std::size_t kPairs = 0x10000;
+    for (std::uint32_t form = 0; form < forms_.size(); ++form) firstOf_.resize(firstBytes(forms_[form]) + 1, form);
+    firstOf_.resize(kPairs + 1, static_cast<std::uint32_t>(forms_.size()));
 }
 
 std::vector<std::uint32_t> Lattice::path() const {

@@ -27,7 +27,14 @@ public:
     std::vector<std::uint32_t> const& wordsOf() const noexcept { return words_; }
 
 private:
-    std::vector<std::string_view> forms_;  // sorted, unique
+    /// The first two bytes of @p text as a number that sorts as they do.
+    static std::size_t firstBytes(std::string_view text) noexcept {
+        auto const byteAt = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+        return static_cast<std::size_t>(byteAt(0)) << 8 | (text.size() > 1 ? byteAt(1) : 0);
+    }
+
+    std::vector<std::string_view> forms_;  // sorted, unique, none empty
+    std::vector<std::uint32_t> firstOf_;   // by first two bytes: the first form that begins so, or later ones
     std::vector<std::uint32_t> starts_;    // into words_, one more than forms_
     std::vector<std::uint32_t> words_;
 };
@@ -85,8 +92,17 @@ struct ExactEdge {
 
 template <class Visit>
 void FormIndex::prefixes(std::string_view text, Visit&& visit) const {
-    auto low = forms_.begin(), high = forms_.end();
-    for (std::size_t depth = 0; depth < text.size() && low != high; ++depth) {
+    if (text.empty()) return;
+    auto const formAt = [&](std::size_t bytes) { return forms_.begin() + firstOf_[bytes]; };
+    auto const give = [&](auto form, std::size_t length) {
+        auto const at = static_cast<std::size_t>(form - forms_.begin());
+        visit(length, starts_[at], starts_[at + 1]);
+    };
+    if (auto const one = formAt(firstBytes(text.substr(0, 1))); one != forms_.end() && *one == text.substr(0, 1))
+        give(one, 1);
+    auto low = formAt(firstBytes(text)), high = formAt(firstBytes(text) + 1);
+    if (low != high && low->size() == 1) ++low;
+    for (std::size_t depth = 1; depth < text.size() && low != high; ++depth) {
         auto const byteAt = [depth](std::string_view form) { return static_cast<unsigned char>(form[depth]); };
         auto const wanted = static_cast<unsigned char>(text[depth]);
         auto const bisect = [&](auto from, auto to, unsigned limit) {
@@ -99,13 +115,11 @@ void FormIndex::prefixes(std::string_view text, Visit&& visit) const {
             }
             return from;
         };
-        low = bisect(low, high, wanted);
-        high = bisect(low, high, wanted + 1U);
-        if (low != high && low->size() == depth + 1) {
-            auto const form = static_cast<std::size_t>(low - forms_.begin());
-            visit(depth + 1, starts_[form], starts_[form + 1]);
-            ++low;
+        if (depth > 1) {
+            low = bisect(low, high, wanted);
+            high = bisect(low, high, wanted + 1U);
         }
+        if (low != high && low->size() == depth + 1) give(low++, depth + 1);
     }
 }
 
