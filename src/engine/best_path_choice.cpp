@@ -196,8 +196,9 @@ void BestPathSearch::readPath(std::uint32_t number) {
         bool const free = arc->unknown && p == length_;
         std::uint8_t const endCost =
             free ? ConnTable::kForbidden : table_.costs(rowOffset)[table_.id(ConnTable::kEndId).column];
-        path_.push({forms_.record(arc->words + number), pathKey(p == length_ ? endCost : 0, word.cost), arc->length,
-                    word.column});
+        unsigned char const* const record = forms_.record(arc->words + number);
+        __builtin_prefetch(record);  // the morpheme's values come from there
+        path_.push({record, pathKey(p == length_ ? endCost : 0, word.cost), arc->length, word.column});
         number = next;
     }
     for (PathWord* word = path_.end(); word != path_.begin();) {

@@ -57,8 +57,15 @@ public:
             if (forms_[index].head == head) return index;
         }
     }
-    /// Asks for a form and for its words, which will be read soon.
-    void prefetch(std::uint32_t form) const noexcept { __builtin_prefetch(&forms_[form]); }
+    /// Asks for what find() will read soon: first where the form is noted, then the form.
+    void prefetchSlot(unsigned char const* head) const noexcept {
+        if (!slots_.empty()) __builtin_prefetch(&slots_[slot(head)]);
+    }
+    void prefetchForm(unsigned char const* head) const noexcept {
+        if (slots_.empty()) return;
+        if (std::uint32_t const index = slots_[slot(head)]; index != kNone) __builtin_prefetch(&forms_[index]);
+    }
+    /// Asks for words that will be read soon.
     void prefetch(FormWords const& words) const noexcept { __builtin_prefetch(&words_[words.first]); }
     /// Index of the form that is nothing but the unknown word.
     std::uint32_t unknown(SearchTable const& table);

@@ -65,6 +65,8 @@ void FormFinder::search(DicTrie const& trie, unsigned char const* text, std::siz
             batch_.addWalk(trie, number, p, character.consumed, character.state, text[at]);
     }
     batch_.run(trie, text, n);
+    for (PrefixBatch::Match const& match : batch_.matches()) forms.prefetchSlot(match.head);
+    for (PrefixBatch::Match const& match : batch_.matches()) forms.prefetchForm(match.head);
     for (PrefixBatch::Match const& match : batch_.matches())
         addLonger(match.search, match.length, forms.find(match.head, trie.leafEnd(), table));
 }

@@ -44,7 +44,6 @@ void Lattice::addPath(Sentence& sentence) {
     for (BestPathSearch::PathWord const& word : search_.path()) {
         pool_.beginPosition();
         LatticeNode& node = pool_.make();
-        __builtin_prefetch(word.record);  // the morpheme's values come from there
         node.record = word.record;
         node.next = nullptr;
         node.length = word.length;
