@@ -10,6 +10,12 @@
 #include <new>
 
 namespace TAVO {
+namespace {
+
+/// Values of an array that are kept for the next sentence.
+constexpr std::size_t kKept = std::size_t{1} << 18;
+
+}  // namespace
 
 BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable const& table, DicSet const& dics) {
     text_ = asBytes(text.data());
@@ -20,7 +26,7 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     if (forms_.trim() || changed)
         for (FormFinder& finder : finders_) finder.clear();
     finders_.resize(dics.entries().size());
-    giveBack();
+    path_.shrink(kKept);
     Choice choice = Choice::kOmitted;
     if (table_.unknownIsFlat()) {
         collect(Extent::kNeeded);
@@ -30,20 +36,19 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
         collect(Extent::kAll);
         choice = choose(Extent::kAll);
     }
+    giveBack();
     if (choice == Choice::kTooFar) return Result::kTooFar;
     return path_.empty() ? Result::kNothing : Result::kFound;
 }
 
-/// Gives back the memory that an exceptionally long sentence took.
+/// Gives back the memory that an exceptionally long sentence took, before its
+/// morphemes need some.
 void BestPathSearch::giveBack() noexcept {
-    constexpr std::size_t kKept = std::size_t{1} << 18;
-    if (length_ >= kKept) return;
     places_.shrink(kKept);
     reach_.shrink(kKept);
     bounds_.shrink(kKept);
     arcs_.shrink(kKept);
     next_.shrink(2 * kKept);
-    path_.shrink(kKept);
 }
 
 // Collecting. Words are made in the order that decides complete ties: the
@@ -126,7 +131,10 @@ void BestPathSearch::addArc(std::size_t p, std::uint32_t length, std::uint32_t i
     if (words.count == 0) return;
     forms_.prefetch(words);
     if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= words.count + 4) throw std::bad_alloc();
-    arcs_.push({words.first, words.count, length, words.leastColumn, words.allBounded, false});
+    for (std::uint32_t done = 0; done < words.count; done += Arc::kMostWords) {
+        auto const count = static_cast<std::uint16_t>(std::min(words.count - done, Arc::kMostWords));
+        arcs_.push({words.first + done, length, count, words.leastColumn, words.allBounded, false});
+    }
     longest_ = std::max(longest_, length);
     reach_[p + length] |= words.enters;
     wordCount_ += words.count;

@@ -67,15 +67,19 @@ private:
     enum class Extent { kNeeded, kAll };
     enum class Choice { kMade, kOmitted, kTooFar };
 
-    /// The words of a form at a place.
+    /// The words of a form at a place, or so many of them as one Arc can count. A text has
+    /// up to three a byte, so they are small.
     struct Arc {
+        static constexpr std::uint32_t kMostWords = 0xFFFF;
+
         std::uint32_t words;       ///< first of the form's words in the cache
-        std::uint32_t count;       ///< of the words
         std::uint32_t length;      ///< in bytes
+        std::uint16_t count;       ///< of the words
         std::uint8_t leastColumn;  ///< smallest cost of the columns
-        bool allBounded;
-        bool unknown;
+        bool allBounded : 1;
+        bool unknown : 1;
     };
+    static_assert(sizeof(Arc) == 12);
     /// What starts at a byte position. The words of a position are an even number, a
     /// word that leads nowhere behind the others where need be.
     struct Place {
