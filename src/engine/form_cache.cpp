@@ -9,8 +9,8 @@
 namespace TAVO {
 
 bool FormCache::trim() noexcept {
-    constexpr std::size_t kMostWords = 1 << 19;
-    if (words_.size() <= kMostWords) return false;
+    constexpr std::size_t kWordsKept = 1 << 19;
+    if (words_.size() <= kWordsKept) return false;
     clear();
     return true;
 }
