@@ -103,7 +103,7 @@ public:
     /// Asks for the cells of a node and of its child, which will be read soon.
     void prefetch(std::uint32_t base, std::uint32_t byte) const noexcept {
         __builtin_prefetch(cells_ + std::size_t{base} * 4);
-        __builtin_prefetch(cells_ + std::size_t{base + byte} * 4);
+        prefetchChild(base, byte);
     }
     void prefetchChild(std::uint32_t base, std::uint32_t byte) const noexcept {
         __builtin_prefetch(cells_ + std::size_t{base + byte} * 4);

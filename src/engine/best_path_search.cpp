@@ -49,6 +49,9 @@ void BestPathSearch::giveBack() noexcept {
     bounds_.shrink(kKept);
     arcs_.shrink(kKept);
     next_.shrink(2 * kKept);
+    packed_.shrink(kKept);
+    columns_.shrink(kKept);
+    overhangs_.shrink(kKept);
 }
 
 // Collecting. Words are made in the order that decides complete ties: the
@@ -124,21 +127,32 @@ void BestPathSearch::addUnknowns(std::size_t p, std::size_t width, Extent extent
     for (std::size_t arc = first; arc < arcs_.size(); ++arc) arcs_[arc].unknown = true;
 }
 
-void BestPathSearch::addArc(std::size_t p, std::uint32_t length, std::uint32_t index, Extent extent) {
+inline void BestPathSearch::addArc(std::size_t p, std::uint32_t length, std::uint32_t index, Extent extent) {
     Form const& form = forms_.form(index);
     bool const sparse = form.enteredBy != 0 && (extent == Extent::kAll || (form.enteredBy & reach_[p]) != 0);
     FormWords const& words = sparse ? form.all : form.plain;
     if (words.count == 0) return;
     forms_.prefetch(words);
     if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= words.count + 4) throw std::bad_alloc();
-    for (std::uint32_t done = 0; done < words.count; done += Arc::kMostWords) {
-        auto const count = static_cast<std::uint16_t>(std::min(words.count - done, Arc::kMostWords));
-        arcs_.push({words.first + done, length, count, words.leastColumn, words.allBounded, false});
-    }
+    Arc arc{words.first, length, static_cast<std::uint16_t>(words.count), words.leastColumn, words.allBounded, false};
+    if (words.count > Arc::kMostWords) [[unlikely]]
+        arc = splitArc(arc, words.count);
+    arcs_.push(arc);
     longest_ = std::max(longest_, length);
     reach_[p + length] |= words.enters;
     wordCount_ += words.count;
     bounded_ = bounded_ || words.hasBounded;
+}
+
+/// Adds all but the last of the arcs that @p count words take; that one.
+BestPathSearch::Arc BestPathSearch::splitArc(Arc arc, std::uint32_t count) {
+    arc.count = Arc::kMostWords;
+    for (; count > Arc::kMostWords; count -= Arc::kMostWords) {
+        arcs_.push(arc);
+        arc.words += Arc::kMostWords;
+    }
+    arc.count = static_cast<std::uint16_t>(count);
+    return arc;
 }
 
 /// Notes what words may start at the second byte @p p of a character.

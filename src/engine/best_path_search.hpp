@@ -43,7 +43,7 @@ public:
     enum class Result {
         kFound,
         kNothing,  ///< no path exists
-        kTooFar,   ///< sums lie too far apart for this search
+        kTooFar,   ///< sums lie too far apart for this search, or too many words start at one place
     };
     /// A word of the best path; sums are those from here to the end of the text.
     struct PathWord {
@@ -114,6 +114,7 @@ private:
     void collectArcs(std::size_t p, std::size_t width, std::size_t number, Extent extent);
     void addUnknowns(std::size_t p, std::size_t width, Extent extent);
     void addArc(std::size_t p, std::uint32_t length, std::uint32_t form, Extent extent);
+    Arc splitArc(Arc arc, std::uint32_t count);
     void scanInside(std::size_t p);
     void scanOverhangs(std::size_t p);
 

@@ -25,14 +25,14 @@ inline FormFinder::Character& FormFinder::characterOf(std::uint32_t bytes) noexc
 void FormFinder::clear() noexcept {
     characters_.clear();
     found_.clear();
+    learnt_ = 0;
 }
 
 void FormFinder::makeRoom() {
     bool const tooFew = charBits_ < kMostBits && learnt_ > characters_.size();
     if (!characters_.empty() && !tooFew && found_.size() < kMostFound) return;
-    clear();
     charBits_ = tooFew ? charBits_ + 2 : std::max(charBits_, kFewBits);
-    learnt_ = 0;
+    clear();
     characters_.resizeForOverwrite(std::size_t{1} << charBits_);
     std::fill(characters_.begin(), characters_.end(), Character{});
 }
