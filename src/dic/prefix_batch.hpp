@@ -13,38 +13,37 @@ namespace TAVO {
 /// Takes one step of every search before the next step of any, and asks for the
 /// cells of the next step while it is at the others, so that the searches wait
 /// for memory together. A search goes on from a node that its caller has come to;
-/// it finds the keys that are longer, as DicTrie::prefixSearch() does.
+/// it finds the longest key, the last one that DicTrie::prefixSearch() finds.
 class PrefixBatch {
 public:
     struct Match {
-        unsigned char const* head;  ///< of the records, RecordChain(head, leafEnd)
-        std::uint32_t search;       ///< number of the search
-        std::uint32_t length;
+        std::uint32_t cell;    ///< index of the cell where the key ends
+        std::uint32_t length;  ///< in bytes; 0: no key
     };
 
-    void clear() noexcept {
+    /// Begins @p count searches.
+    void start(std::size_t count) {
         walks_.clear();
         tails_.clear();
-        matches_.clear();
+        matches_.resizeForOverwrite(count);
     }
-    /// Adds search number @p search, which began at @p start and has come to the node
-    /// @p base with @p length bytes; the byte behind them is @p byte.
+    /// What search number @p search has found: first what its caller knows, then the longest key.
+    Match& match(std::size_t search) noexcept { return matches_[search]; }
+    /// Lets search number @p search, which began at @p start, go on from the node @p base, to
+    /// which it came with @p length bytes; the byte behind them is @p byte.
     void addWalk(DicTrie const& trie, std::uint32_t search, std::uint32_t start, std::uint32_t length,
                  std::uint32_t base, std::uint32_t byte) {
         walks_.push({search, start, start + length, base});
         trie.prefetchChild(base, byte);
     }
-    /// The same for one that has come to the leaf cell @p cell, the label included.
+    /// The same for one that has come to the leaf cell with index @p index.
     void addTail(DicTrie const& trie, std::uint32_t search, std::uint32_t start, std::uint32_t length,
-                 std::uint32_t cell) {
-        tails_.push({search, start, length, cell});
-        trie.prefetchTail(cell);
+                 std::uint32_t index) {
+        tails_.push({search, start, length, index});
+        trie.prefetchTail(trie.cell(index));
     }
     /// Runs the searches through the @p n bytes at @p text.
     void run(DicTrie const& trie, unsigned char const* text, std::size_t n);
-
-    /// All matches; those of one search by increasing length.
-    RawBuffer<Match> const& matches() const noexcept { return matches_; }
 
 private:
     struct Walk {
@@ -53,21 +52,20 @@ private:
         std::uint32_t at;  // position of the next byte
         std::uint32_t base;
     };
-    struct Found {
+    struct Tail {
         std::uint32_t search;
         std::uint32_t start;
         std::uint32_t length;
-        std::uint32_t value;  // of the key's end, or of the leaf cell
+        std::uint32_t index;  // of the leaf cell
     };
 
     template <bool kFirst>
     void step(DicTrie const& trie, unsigned char const* text, std::size_t n);
     void endTails(DicTrie const& trie, unsigned char const* text, std::size_t n);
 
-    RawBuffer<Match> matches_;
+    RawBuffer<Match> matches_;  // by number of the search
     RawBuffer<Walk> walks_;
-    RawBuffer<Found> ends_;
-    RawBuffer<Found> tails_;
+    RawBuffer<Tail> tails_;
 };
 
 }  // namespace TAVO

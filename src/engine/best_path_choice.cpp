@@ -17,7 +17,6 @@ namespace {
 constexpr unsigned kSumShift = 48;
 constexpr unsigned kWordShift = 16;
 constexpr std::uint64_t kNumberMask = 0xFFFF;
-constexpr std::uint32_t kMostWords = 0xFFF0;
 /// A word that leads nowhere; a cost more still fits.
 constexpr std::uint32_t kDeadSum = 0xFF00;
 constexpr std::uint64_t kDeadEnd = std::uint64_t{kDeadSum} << kSumShift;
@@ -27,18 +26,6 @@ constexpr std::uint32_t kMostSum = 0xF000;
 constexpr std::uint32_t kRebase = 0x4000;
 
 constexpr std::uint32_t sumOf(std::uint64_t packed) noexcept { return static_cast<std::uint32_t>(packed >> kSumShift); }
-
-/// The best of the followers, of which there is an even number, for the row of @p costs.
-inline std::uint64_t bestOf(std::uint64_t const* packed, std::uint16_t const* columns, std::size_t count,
-                            unsigned char const* costs) noexcept {
-    std::uint64_t even = ~std::uint64_t{0};
-    std::uint64_t odd = even;
-    for (std::size_t i = 0; i != count; i += 2) {
-        even = std::min(even, packed[i] + (std::uint64_t{costs[columns[i]]} << kSumShift));
-        odd = std::min(odd, packed[i + 1] + (std::uint64_t{costs[columns[i + 1]]} << kSumShift));
-    }
-    return std::min(even, odd);
-}
 
 }  // namespace
 
@@ -57,7 +44,8 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
         if (extent == Extent::kNeeded && !unknownsAreNeedless(p)) return Choice::kOmitted;
         if (bounds_[p].low >= rebaseAt_ && bounds_[p].low < kMaxSum) rebase(p);
     }
-    std::uint64_t const best = chooseSlowly(followersAt(0), table_.costs(table_.id(ConnTable::kBeginId).rowOffset));
+    std::uint64_t const best =
+        chooseSlowly(followersOf(places_[0]), table_.costs(table_.id(ConnTable::kBeginId).rowOffset));
     path_.clear();
     if (best < kDeadEnd) readPath(static_cast<std::uint32_t>(best & kNumberMask));
     return tooFar_ ? Choice::kTooFar : Choice::kMade;
@@ -66,114 +54,133 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
 /// Lays out the end of the text, which stands there like a word.
 void BestPathSearch::startChoice() {
     constexpr std::size_t kWords = 8192;
-    std::uint32_t const words = wordCount_ + 2;
-    if (packed_.size() < kWords) {
-        columns_.resizeForOverwrite(kWords);
-        packed_.resizeForOverwrite(kWords);
-    }
-    places_[length_ + 1].firstWord = words;
+    std::uint32_t const words = endOf(places_[length_]);
+    if (packed_.size() < kWords) packed_.resizeForOverwrite(kWords);
     origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
     std::uint32_t const slot = wordCount_ - origin_;
     packed_[slot] = 0;
     packed_[slot + 1] = kDeadEnd | 1;
-    columns_[slot] = table_.id(ConnTable::kEndId).column;
-    columns_[slot + 1] = 0;
     next_.resizeForOverwrite(wordCount_);
     bounds_.resizeForOverwrite(length_ + 1);
     bounds_[length_] = {0, 0};
     baseSum_ = 0;
     rebaseAt_ = kRebase;
-    tooFar_ = false;
+    tooFar_ = tooMany_;
 }
 
 /// Makes room for the words at @p p; those that no word before reaches are forgotten.
-void BestPathSearch::slide(std::size_t p) {
-    std::uint32_t const kept = places_[p + 1].firstWord;
-    std::uint32_t const keptEnd = places_[std::min(length_, p + longest_) + 1].firstWord;
+[[gnu::cold]] void BestPathSearch::slide(std::size_t p) {
+    std::uint32_t const kept = endOf(places_[p]);
+    std::uint32_t const keptEnd = endOf(places_[std::min(length_, p + longest_)]);
     std::size_t const needed = std::size_t{keptEnd} - places_[p].firstWord;
-    if (packed_.size() < 2 * needed) {
-        columns_.resizeForOverwrite(2 * needed);
-        packed_.resizeForOverwrite(2 * needed);
-    }
+    if (packed_.size() < 2 * needed) packed_.resizeForOverwrite(2 * needed);
     std::uint32_t const origin = keptEnd > packed_.size() ? keptEnd - static_cast<std::uint32_t>(packed_.size()) : 0;
     std::size_t const count = keptEnd - kept;
     std::memmove(&packed_[kept - origin], &packed_[kept - origin_], count * sizeof(packed_[0]));
-    std::memmove(&columns_[kept - origin], &columns_[kept - origin_], count * sizeof(columns_[0]));
     origin_ = origin;
 }
 
 /// Counts sums from the least one that words at @p p and before can reach.
-void BestPathSearch::rebase(std::size_t p) {
+[[gnu::cold]] void BestPathSearch::rebase(std::size_t p) {
     std::size_t const end = std::min(length_, p + longest_);
     std::uint32_t least = kMaxSum;
     for (std::size_t at = p; at <= end; ++at) least = std::min(least, bounds_[at].low);
     if (std::uint32_t const more = least - baseSum_; least > baseSum_ && least != kMaxSum) {
-        for (std::uint32_t slot = places_[p].firstWord - origin_; slot != places_[end + 1].firstWord - origin_; ++slot)
+        for (std::uint32_t slot = places_[p].firstWord - origin_; slot != endOf(places_[end]) - origin_; ++slot)
             if (packed_[slot] < kDeadEnd) packed_[slot] -= std::uint64_t{more} << kSumShift;
         baseSum_ = least;
     }
     rebaseAt_ = std::min(bounds_[p].low, kMaxSum - kRebase) + kRebase / 2;
 }
 
-inline BestPathSearch::Followers BestPathSearch::followersAt(std::size_t p) const noexcept {
-    std::uint32_t const first = places_[p].firstWord;
-    return {packed_.begin() + (first - origin_), columns_.begin() + (first - origin_),
-            places_[p + 1].firstWord - first};
+inline BestPathSearch::Followers BestPathSearch::followersOf(Place const& place) const noexcept {
+    BundleCell const* const words = cache_.cells() + place.words;
+    return {packed_.begin() + (place.firstWord - origin_), words, place.wordCount};
+}
+
+/// The best of them for the row of @p costs.
+inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs) const noexcept {
+    auto const sum = [&](std::size_t i) {
+        return packed[i] + (std::uint64_t{costs[words[i].word.column]} << kSumShift);
+    };
+    std::uint64_t even = sum(0);
+    std::uint64_t odd = sum(1);
+    auto const add = [&](std::size_t i) {
+        even = std::min(even, sum(i));
+        odd = std::min(odd, sum(i + 1));
+    };
+    // Most places have few words, and the processor foretells a branch for each
+    // number of them better than the end of one loop.
+    if (count == 2) return std::min(even, odd);
+    add(2);
+    if (count == 4) return std::min(even, odd);
+    add(4);
+    if (count == 6) return std::min(even, odd);
+    add(6);
+    for (std::size_t i = 8; i != count; i += 2) add(i);
+    return std::min(even, odd);
 }
 
 /// Gives each word that starts at @p p its best continuation. False when one ends inside a character.
-inline bool BestPathSearch::chooseAt(std::size_t p) {
+[[gnu::always_inline]] inline bool BestPathSearch::chooseAt(std::size_t p) {
     Place const& place = places_[p];
     std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
-    std::uint16_t* const columns = columns_.begin() + (place.firstWord - origin_);
-    std::uint16_t* next = next_.begin() + place.firstWord;
+    Next* const next = next_.begin() + place.firstWord;
     unsigned char const* const matrix = table_.costs(0);
-    std::uint64_t number = 0;
+    BundleCell const* const words = cache_.cells() + place.words;
+    std::size_t number = 0;
     Bound bound{kMaxSum, kMaxSum};
     lowBounded_ = kMaxSum;
-    for (Arc const *arc = arcs_.begin() + place.firstArc, *last = arcs_.begin() + places_[p + 1].firstArc; arc != last;
-         ++arc) {
-        std::size_t const end = p + arc->length;
-        if (places_[end].width == 0) return false;
-        Followers const followers = followersAt(end);
-        FormWord const* word = forms_.words() + arc->words;
+    for (BundleCell const* cell = words - place.arcCount; cell != words; ++cell) {
+        BundleCell::Arc const arc = cell->arc;
+        Place const& end = places_[p + arc.length()];
+        if (end.width == 0) return false;
+        Followers const followers = followersOf(end);
         std::uint64_t least = kDeadEnd;
-        for (FormWord const* const lastWord = word + arc->count; word != lastWord; ++word, ++number) {
-            unsigned char const* const costs = matrix + word->rowOffset;
-            std::uint64_t best = bestOf(followers.packed, followers.columns, followers.count, costs);
+        for (std::size_t const after = number + arc.count; number != after; ++number) {
+            BundleCell::Word const word = words[number].word;
+            unsigned char const* const costs = matrix + word.rowOffset;
+            std::uint64_t best = followers.best(costs);
+            std::uint32_t cost = costs[followers.words[best & kNumberMask].word.column];
             // Rarely a forbidden connection at 255 beats all others.
-            if (best >= std::uint64_t{kMostSum} << kSumShift ||
-                costs[followers.columns[best & kNumberMask]] == ConnTable::kForbidden) [[unlikely]]
+            if (best >= std::uint64_t{kMostSum} << kSumShift || cost == ConnTable::kForbidden) [[unlikely]] {
                 best = chooseSlowly(followers, costs);
-            // An unknown word connects to the end at 255.
-            if (arc->unknown && end == length_) [[unlikely]]
-                best = std::uint64_t{ConnTable::kForbidden} << kSumShift;
-            *next++ = static_cast<std::uint16_t>(best);
-            columns[number] = word->column;
-            std::uint64_t const chosen = ((best & ~kNumberMask) + (std::uint64_t{word->cost} << kWordShift)) | number;
+                cost = costs[followers.words[best & kNumberMask].word.column];
+            }
+            next[number] = {static_cast<std::uint16_t>(best), static_cast<std::uint16_t>(cost)};
+            std::uint64_t const chosen = ((best & ~kNumberMask) + (std::uint64_t{word.cost} << kWordShift)) | number;
             packed[number] = chosen;
             least = std::min(least, chosen);
         }
+        if (arc.isUnknown() && p + arc.length() == length_) [[unlikely]]
+            least = endWithUnknown(place, number - arc.count, arc);
         if (least >= kDeadEnd) continue;
         std::uint32_t const sum = baseSum_ + sumOf(least);
         bound.low = std::min(bound.low, sum);
-        bound.lowBefore = std::min(bound.lowBefore, sum + arc->leastColumn);
-        if (arc->allBounded) lowBounded_ = std::min(lowBounded_, sum);
+        bound.lowBefore = std::min(bound.lowBefore, sum + arc.leastColumn);
+        if (arc.allBounded()) lowBounded_ = std::min(lowBounded_, sum);
     }
-    if ((number & 1) != 0) {
-        packed[number] = kDeadEnd | number;
-        columns[number] = 0;
-    }
-    tooFar_ |= number > kMostWords;
+    if (number != place.wordCount) packed[number] = kDeadEnd | number;
     bounds_[p] = bound;
     return true;
 }
 
+/// Lets the text end behind the unknown words of @p arc, which connect to its end at 255.
+[[gnu::cold]] std::uint64_t BestPathSearch::endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc) {
+    std::uint64_t const packed =
+        (std::uint64_t{ConnTable::kForbidden} << kSumShift) + (std::uint64_t{kUnknownWordCost} << kWordShift);
+    for (std::size_t number = first; number != first + arc.count; ++number) {
+        next_[place.firstWord + number] = {0, ConnTable::kForbidden};
+        packed_[place.firstWord - origin_ + number] = packed | number;
+    }
+    return packed | first;
+}
+
 /// The best of the followers that may follow; kDeadEnd when none may.
-std::uint64_t BestPathSearch::chooseSlowly(Followers const& followers, unsigned char const* costs) {
+[[gnu::cold]] std::uint64_t BestPathSearch::chooseSlowly(Followers const& followers, unsigned char const* costs) {
     std::uint64_t best = kDeadEnd;
     for (std::size_t i = 0; i < followers.count; ++i) {
-        std::uint8_t const cost = costs[followers.columns[i]];
+        std::uint8_t const cost = costs[followers.words[i].word.column];
         if (cost != ConnTable::kForbidden && followers.packed[i] < kDeadEnd)
             best = std::min(best, followers.packed[i] + (std::uint64_t{cost} << kSumShift));
     }
@@ -183,28 +190,26 @@ std::uint64_t BestPathSearch::chooseSlowly(Followers const& followers, unsigned 
 
 /// Reads the path that starts with word number @p number of the text.
 void BestPathSearch::readPath(std::uint32_t number) {
-    PathKey sum = 0;
-    std::uint32_t rowOffset = 0;
+    pathCells_.clear();
     for (std::size_t p = 0; p != length_;) {
-        std::uint32_t const next = next_[places_[p].firstWord + number];
-        Arc const* arc = &arcs_[places_[p].firstArc];
-        for (; number >= arc->count; ++arc) number -= arc->count;
-        FormWord const& word = forms_.words()[arc->words + number];
-        if (p != 0) path_.end()[-1].key += pathKey(table_.costs(rowOffset)[word.column], 0);
-        rowOffset = word.rowOffset;
-        p += arc->length;
-        bool const free = arc->unknown && p == length_;
-        std::uint8_t const endCost =
-            free ? ConnTable::kForbidden : table_.costs(rowOffset)[table_.id(ConnTable::kEndId).column];
-        unsigned char const* const record = forms_.record(arc->words + number);
-        __builtin_prefetch(record);  // the morpheme's values come from there
-        path_.push({record, pathKey(p == length_ ? endCost : 0, word.cost), arc->length, word.column});
-        number = next;
+        Place const& place = places_[p];
+        Next const next = next_[place.firstWord + number];
+        BundleCell const* const words = cache_.cells() + place.words;
+        BundleCell const* cell = words - place.arcCount;
+        for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
+        BundleCell::Word const word = words[number].word;
+        pathCells_.push(place.words + number);
+        cache_.prefetchRecord(place.words + number);
+        path_.push({nullptr, pathKey(next.cost, word.cost), cell->arc.length(), word.column});
+        p += cell->arc.length();
+        number = next.number;
     }
-    for (PathWord* word = path_.end(); word != path_.begin();) {
-        --word;
-        sum += word->key;
-        word->key = sum;
+    PathKey sum = 0;
+    for (std::size_t i = path_.size(); i-- > 0;) {
+        path_[i].record = cache_.record(pathCells_[i]);
+        __builtin_prefetch(path_[i].record);  // the morpheme's values come from there
+        sum += path_[i].key;
+        path_[i].key = sum;
     }
 }
 
@@ -247,7 +252,7 @@ inline bool BestPathSearch::unknownsAreNeedless(std::size_t p) {
     least = std::min(least, kMaxSum) + cost;
     bound.low = std::min(bound.low, least);
     bound.lowBefore = std::min(bound.lowBefore, least + cost);
-    Followers const words = followersAt(p);
+    Followers const words = followersOf(place);
     if (place.unknown) {
         if (place.width == 1) return !twoMore;
         // The one-byte word has the column of the two-byte word, which wins every
@@ -260,15 +265,11 @@ inline bool BestPathSearch::unknownsAreNeedless(std::size_t p) {
     std::uint64_t const enough = std::uint64_t{least} + cost;
     if (lowBounded_ < kMaxSum && std::uint64_t{lowBounded_} + 254 < enough) return true;
     std::uint64_t most = ~std::uint64_t{0};
-    std::size_t number = 0;
-    for (std::uint32_t index = place.firstArc; index != places_[p + 1].firstArc; ++index) {
-        Arc const& arc = arcs_[index];
-        for (std::uint32_t i = 0; i < arc.count; ++i, ++number) {
-            FormWord const& word = forms_.words()[arc.words + i];
-            if (!word.bounded || words.packed[number] >= kDeadEnd) continue;
-            std::uint64_t const sum = std::uint64_t{baseSum_} + sumOf(words.packed[number]);
-            most = std::min(most, sum + table_.columnMaximum(word.column));
-        }
+    for (std::size_t number = 0; number != words.count; ++number) {
+        BundleCell::Word const word = words.words[number].word;
+        if (!word.bounded || words.packed[number] >= kDeadEnd) continue;
+        std::uint64_t const sum = std::uint64_t{baseSum_} + sumOf(words.packed[number]);
+        most = std::min(most, sum + table_.columnMaximum(word.column));
     }
     return most < enough;
 }

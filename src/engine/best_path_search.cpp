@@ -22,9 +22,10 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     length_ = text.size();
     dics_ = &dics;
     bool const changed = table_.attach(table, dics);
-    if (changed) forms_.clear();
-    if (forms_.trim() || changed)
+    if (changed) cache_.clear();
+    if (cache_.trim() || changed)
         for (FormFinder& finder : finders_) finder.clear();
+    cache_.start();
     finders_.resize(dics.entries().size());
     path_.shrink(kKept);
     Choice choice = Choice::kOmitted;
@@ -47,11 +48,10 @@ void BestPathSearch::giveBack() noexcept {
     places_.shrink(kKept);
     reach_.shrink(kKept);
     bounds_.shrink(kKept);
-    arcs_.shrink(kKept);
     next_.shrink(2 * kKept);
     packed_.shrink(kKept);
-    columns_.shrink(kKept);
     overhangs_.shrink(kKept);
+    pathCells_.shrink(kKept);
 }
 
 // Collecting. Words are made in the order that decides complete ties: the
@@ -59,11 +59,11 @@ void BestPathSearch::giveBack() noexcept {
 // increasing length, in chain order.
 
 void BestPathSearch::collect(Extent extent) {
-    arcs_.clear();
     overhangs_.clear();
     wordCount_ = 0;
     longest_ = 0;
-    places_.resizeForOverwrite(length_ + 2);
+    tooMany_ = false;
+    places_.resizeForOverwrite(length_ + 1);
     reach_.resizeForOverwrite(length_ + 1);
     std::fill(reach_.begin(), reach_.end(), SearchTable::kAlways);
     reach_[0] |= table_.id(ConnTable::kBeginId).enters;
@@ -72,13 +72,15 @@ void BestPathSearch::collect(Extent extent) {
         for (std::size_t number = 0; number < count; ++number) {
             p = starts_[number];
             std::size_t const width = starts_[number + 1] - p;
-            collectArcs(p, width, number, extent);
-            places_[p + 1] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 0};
-            if (width == 2) scanInside(p + 1);
+            setPlace(p, width, bundles_[number], extent);
+            if (width == 1) continue;
+            places_[p + 1] = {wordCount_, 0, 0, 0, 0};
+            scanInside(p + 1);
         }
         p = starts_[count];
     }
-    places_[length_] = {static_cast<std::uint32_t>(arcs_.size()), wordCount_, 1};
+    std::uint32_t const end = cache_.textEnd(table_);
+    places_[length_] = {wordCount_, end + BundleCell::kHeadCells, 2, 0, 1};
 }
 
 /// Searches the dictionaries from position @p p on; the number of positions searched.
@@ -86,73 +88,53 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
     std::string_view const text(asChars(text_), length_);
     std::size_t count = 0;
     while (count < kWindow && p < length_) {
+        bundles_[count] = BundleCache::kEmpty;
         starts_[count++] = static_cast<std::uint32_t>(p);
         p += extent == Extent::kAll ? 1 : charWidth(text, p);
     }
     starts_[count] = static_cast<std::uint32_t>(p);
-    std::span<std::uint32_t const> const starts(starts_.data(), count);
-    for (std::size_t i = 0; i < finders_.size(); ++i) {
+    for (std::uint32_t i = 0; i < finders_.size(); ++i) {
         DicTrie const* const trie = dics_->entries()[i].dic->trie();
-        if (trie != nullptr) finders_[i].search(*trie, text_, length_, starts, forms_, table_);
+        if (trie != nullptr)
+            finders_[i].search(*trie, i, text_, length_, {starts_.data(), count}, {bundles_.data(), count}, cache_,
+                               table_);
     }
+    for (std::size_t i = 0; i < count; ++i) cache_.prefetch(bundles_[i]);
     return count;
 }
 
-/// Adds the arcs that start at @p p; unknown words only where no word may stand behind any other.
-inline void BestPathSearch::collectArcs(std::size_t p, std::size_t width, std::size_t number, Extent extent) {
-    auto const firstArc = static_cast<std::uint32_t>(arcs_.size());
-    std::uint32_t const firstWord = wordCount_;
-    bounded_ = false;
-    bool unknown = extent == Extent::kAll;
-    for (;; unknown = true) {
-        if (unknown) addUnknowns(p, width, extent);
-        for (std::size_t i = 0; i < finders_.size(); ++i)
-            if (dics_->entries()[i].dic->trie() != nullptr)
-                finders_[i].eachForm(
-                    number, [&](std::uint32_t length, std::uint32_t form) { addArc(p, length, form, extent); });
-        if (bounded_ || unknown) break;
-        arcs_.truncate(firstArc);  // unknown words come first
-        wordCount_ = firstWord;
+/// Lets the words of @p bundle start at @p p; unknown words only where no word may stand behind any other.
+inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent) {
+    bool const all = extent == Extent::kAll;
+    bundle = cache_.complete(bundle, table_);
+    BundleCell const* cells = cache_.cells() + bundle;
+    unsigned const classes = all ? cells[1].reach.enteredBy : cells[1].reach.enteredBy & reach_[p];
+    unsigned unknown = 0;
+    if (all)
+        unknown = BundleCache::kOneByte | (text_[p] >= 128 && p + 2 <= length_ ? BundleCache::kTwoBytes : 0);
+    else if (!cells[1].reach.hasBounded)
+        unknown = width == 2 ? BundleCache::kTwoBytes : BundleCache::kOneByte;
+    if ((unknown | classes) != 0) {
+        bundle = cache_.variant(bundle, unknown, classes, table_);
+        cells = cache_.cells() + bundle;
     }
-    wordCount_ += wordCount_ & 1;
-    places_[p] = {firstArc, firstWord, static_cast<std::uint8_t>(width), unknown};
-}
-
-void BestPathSearch::addUnknowns(std::size_t p, std::size_t width, Extent extent) {
-    std::uint32_t const form = forms_.unknown(table_);
-    std::size_t const first = arcs_.size();
-    bool const two = extent == Extent::kAll ? text_[p] >= 128 && p + 2 <= length_ : width == 2;
-    if (two) addArc(p, 2, form, extent);
-    if (extent == Extent::kAll || !two) addArc(p, 1, form, extent);
-    for (std::size_t arc = first; arc < arcs_.size(); ++arc) arcs_[arc].unknown = true;
-}
-
-inline void BestPathSearch::addArc(std::size_t p, std::uint32_t length, std::uint32_t index, Extent extent) {
-    Form const& form = forms_.form(index);
-    bool const sparse = form.enteredBy != 0 && (extent == Extent::kAll || (form.enteredBy & reach_[p]) != 0);
-    FormWords const& words = sparse ? form.all : form.plain;
-    if (words.count == 0) return;
-    forms_.prefetch(words);
-    if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= words.count + 4) throw std::bad_alloc();
-    Arc arc{words.first, length, static_cast<std::uint16_t>(words.count), words.leastColumn, words.allBounded, false};
-    if (words.count > Arc::kMostWords) [[unlikely]]
-        arc = splitArc(arc, words.count);
-    arcs_.push(arc);
-    longest_ = std::max(longest_, length);
-    reach_[p + length] |= words.enters;
-    wordCount_ += words.count;
-    bounded_ = bounded_ || words.hasBounded;
-}
-
-/// Adds all but the last of the arcs that @p count words take; that one.
-BestPathSearch::Arc BestPathSearch::splitArc(Arc arc, std::uint32_t count) {
-    arc.count = Arc::kMostWords;
-    for (; count > Arc::kMostWords; count -= Arc::kMostWords) {
-        arcs_.push(arc);
-        arc.words += Arc::kMostWords;
+    BundleCell::Head const head = cells[0].head;
+    BundleCell::Reach const reach = cells[1].reach;
+    if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= head.wordCount + 4U) throw std::bad_alloc();
+    places_[p] = {wordCount_,
+                  bundle + BundleCell::kHeadCells + head.arcCount,
+                  head.wordCount,
+                  head.arcCount,
+                  static_cast<std::uint8_t>(width),
+                  unknown != 0};
+    wordCount_ += head.wordCount;
+    longest_ = std::max(longest_, reach.longest);
+    tooMany_ |= reach.tooMany;
+    if (reach.enters == 0) return;
+    for (std::uint32_t i = 0; i < head.arcCount; ++i) {
+        BundleCell::Arc const arc = cells[BundleCell::kHeadCells + i].arc;
+        reach_[p + arc.length()] |= arc.enters();
     }
-    arc.count = static_cast<std::uint16_t>(count);
-    return arc;
 }
 
 /// Notes what words may start at the second byte @p p of a character.

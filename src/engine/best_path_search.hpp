@@ -3,7 +3,7 @@
 #define TAVO_ENGINE_BEST_PATH_SEARCH_HPP
 
 #include "base/raw_buffer.hpp"
-#include "engine/form_cache.hpp"
+#include "engine/bundle_cache.hpp"
 #include "engine/form_finder.hpp"
 #include "engine/path_key.hpp"
 #include "engine/search_table.hpp"
@@ -24,11 +24,11 @@ class DicSet;
 /// fewer of them. One object serves any number of sentences one after another
 /// and keeps its memory.
 ///
-/// First all surface forms are collected, from the first position to the last: an Arc
-/// stands for all words of a form at one place. Then, from the last position to the
+/// First the words of every position are collected, from the first position to the
+/// last: a bundle of the BundleCache for each. Then, from the last position to the
 /// first, every word that starts there is given its best continuation among the words
-/// that start where it ends. Of these only their packed sums and their columns are read,
-/// which stand in two arrays; each word costs one pass over them.
+/// that start where it ends. Of these only their packed sums and their columns are read;
+/// each word costs one pass over them.
 ///
 /// Candidates that are left out, since no path from the beginning of the text
 /// chooses them (Extent::kNeeded):
@@ -67,29 +67,22 @@ private:
     enum class Extent { kNeeded, kAll };
     enum class Choice { kMade, kOmitted, kTooFar };
 
-    /// The words of a form at a place, or so many of them as one Arc can count. A text has
-    /// up to three a byte, so they are small.
-    struct Arc {
-        static constexpr std::uint32_t kMostWords = 0xFFFF;
-
-        std::uint32_t words;       ///< first of the form's words in the cache
-        std::uint32_t length;      ///< in bytes
-        std::uint16_t count;       ///< of the words
-        std::uint8_t leastColumn;  ///< smallest cost of the columns
-        bool allBounded : 1;
-        bool unknown : 1;
-    };
-    static_assert(sizeof(Arc) == 12);
-    /// What starts at a byte position. The words of a position are an even number, a
-    /// word that leads nowhere behind the others where need be.
+    /// What starts at a byte position.
     struct Place {
-        std::uint32_t firstArc;   ///< those up to that of the next byte
-        std::uint32_t firstWord;  ///< likewise
+        std::uint32_t firstWord;  ///< of the words of the text, in the order of positions
+        std::uint32_t words;      ///< the first one's cell
+        std::uint16_t wordCount;  ///< even
+        std::uint16_t arcCount;   ///< whose cells are before the words'
         std::uint8_t width;       ///< of the character that starts here; 0: none does
         bool unknown = false;     ///< unknown words stand among the words
         // Inside a character: ShortForm::least of the byte here, and of the two from here on.
         std::uint8_t single = SearchTable::kNoWord;
         std::uint8_t pair = SearchTable::kNoWord;
+    };
+    /// The best continuation of a word.
+    struct Next {
+        std::uint16_t number;  ///< of the word, among those that start there
+        std::uint16_t cost;    ///< of the connection
     };
     /// What connection sums words of a position have at least.
     struct Bound {
@@ -99,8 +92,10 @@ private:
     /// What a choice needs of the words that start where a word ends.
     struct Followers {
         std::uint64_t const* packed;
-        std::uint16_t const* columns;
-        std::size_t count;
+        BundleCell const* words;
+        std::size_t count;  ///< even, at least 2
+
+        std::uint64_t best(unsigned char const* costs) const noexcept;
     };
     /// A word that starts at the second byte of a character may be this long.
     struct Overhang {
@@ -108,13 +103,13 @@ private:
         std::uint32_t end;
     };
 
+    static_assert(sizeof(Place) == 16);
+    static std::uint32_t endOf(Place const& place) noexcept { return place.firstWord + place.wordCount; }
+
     void giveBack() noexcept;
     void collect(Extent extent);
     std::size_t findForms(std::size_t p, Extent extent);
-    void collectArcs(std::size_t p, std::size_t width, std::size_t number, Extent extent);
-    void addUnknowns(std::size_t p, std::size_t width, Extent extent);
-    void addArc(std::size_t p, std::uint32_t length, std::uint32_t form, Extent extent);
-    Arc splitArc(Arc arc, std::uint32_t count);
+    void setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent);
     void scanInside(std::size_t p);
     void scanOverhangs(std::size_t p);
 
@@ -122,15 +117,16 @@ private:
     void startChoice();
     void slide(std::size_t p);
     void rebase(std::size_t p);
-    Followers followersAt(std::size_t p) const noexcept;
+    Followers followersOf(Place const& place) const noexcept;
     bool chooseAt(std::size_t p);
+    std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
     std::uint64_t chooseSlowly(Followers const& followers, unsigned char const* costs);
     void readPath(std::uint32_t number);
     void boundInside(std::size_t p);
     bool unknownsAreNeedless(std::size_t p);
 
     SearchTable table_;
-    FormCache forms_;
+    BundleCache cache_;
     std::vector<FormFinder> finders_;  // by dictionary
 
     // The sentence at work.
@@ -139,22 +135,22 @@ private:
     DicSet const* dics_ = nullptr;
     RawBuffer<Place> places_;
     RawBuffer<std::uint8_t> reach_;  // by position: SearchTable's classes of the words that end there
-    RawBuffer<Arc> arcs_;
     std::uint32_t wordCount_ = 0;
-    std::uint32_t longest_ = 0;      // of the arcs, in bytes
-    RawBuffer<std::uint16_t> next_;  // by word: number of its best continuation where it ends
+    std::uint32_t longest_ = 0;  // of the words, in bytes
+    bool tooMany_ = false;       // more words start at some place than a bundle has
+    RawBuffer<Next> next_;       // by word
     RawBuffer<PathWord> path_;
+    RawBuffer<std::uint32_t> pathCells_;  // of the words of the path
 
     // The positions at work, when arcs are collected.
     std::array<std::uint32_t, kWindow + 1> starts_{};  // and where the next ones begin
+    std::array<std::uint32_t, kWindow> bundles_{};     // without variants
     RawBuffer<Overhang> overhangs_;                    // by place
-    bool bounded_ = false;                             // some word of the position may stand behind any word
 
     // The words at work, when continuations are chosen: those that start not farther
     // away than words are long. See best_path_choice.cpp.
     RawBuffer<Bound> bounds_;
-    RawBuffer<std::uint64_t> packed_;   // by word from origin_ on
-    RawBuffer<std::uint16_t> columns_;  // likewise
+    RawBuffer<std::uint64_t> packed_;  // by word from origin_ on
     std::uint32_t origin_ = 0;
     std::uint32_t baseSum_ = 0;     // what packed sums are counted from
     std::uint32_t rebaseAt_ = 0;    // the least sum of a position that asks for another one

@@ -4,139 +4,185 @@
 #include "base/sjis.hpp"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 #include <string_view>
 
 namespace TAVO {
 namespace {
 
-// Room for characters, in bits: a little for the dictionaries that only few texts meet.
-constexpr unsigned kFewBits = 6;
-constexpr unsigned kMostBits = 12;
-/// Forms of characters that others took the place of stay until all are forgotten.
-constexpr std::size_t kMostFound = std::size_t{1} << 16;
+// Room for pairs, in bits: a little for short texts and small dictionaries.
+constexpr unsigned kFewBits = 7;
+constexpr unsigned kMostBits = 15;
 
 }  // namespace
 
-inline FormFinder::Character& FormFinder::characterOf(std::uint32_t bytes) noexcept {
-    return characters_[(bytes * 0x9E3779B1U) >> (32 - charBits_)];
+inline FormFinder::Known& FormFinder::placeOf(std::uint32_t pair) noexcept {
+    return known_[(pair * 0x9E3779B1U) >> (32 - bits_)];
 }
 
 void FormFinder::clear() noexcept {
-    characters_.clear();
-    found_.clear();
+    known_.clear();
     learnt_ = 0;
 }
 
-void FormFinder::makeRoom() {
-    bool const tooFew = charBits_ < kMostBits && learnt_ > characters_.size();
-    if (!characters_.empty() && !tooFew && found_.size() < kMostFound) return;
-    charBits_ = tooFew ? charBits_ + 2 : std::max(charBits_, kFewBits);
+/// Takes more room when a text has many pairs, and the dictionary enough words to make that worth it.
+void FormFinder::makeRoom(DicTrie const& trie) {
+    auto const most =
+        std::clamp<unsigned>(static_cast<unsigned>(std::bit_width(trie.cellCount() >> 4)), kFewBits, kMostBits);
+    bool const tooFew = bits_ < most && learnt_ > known_.size();
+    if (!known_.empty() && !tooFew) return;
+    bits_ = tooFew ? std::min(bits_ + 2, most) : std::max(bits_, kFewBits);
     clear();
-    characters_.resizeForOverwrite(std::size_t{1} << charBits_);
-    std::fill(characters_.begin(), characters_.end(), Character{});
+    known_.resizeForOverwrite(std::size_t{1} << bits_);
+    std::fill(known_.begin(), known_.end(), Known{});
+    known_[0].pair = 1;  // free too: pair 0 would stand here, pair 1 elsewhere
 }
 
-void FormFinder::search(DicTrie const& trie, unsigned char const* text, std::size_t n,
-                        std::span<std::uint32_t const> starts, FormCache& forms, SearchTable const& table) {
-    makeRoom();
-    batch_.clear();
-    longer_.clear();
+void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
+                        std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache,
+                        SearchTable const& table) {
+    makeRoom(trie);
     lookUp(text, n, starts);
-    lists_.resizeForOverwrite(starts.size());
+    learn(trie, dictionary, text, starts, cache, table);
+    batch_.start(starts.size());
+    alone_.resizeForOverwrite(starts.size());
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
         std::uint32_t const p = starts[number];
-        std::uint32_t const bytes = bytes_[number];
-        if (bytes == 0) {
-            lists_[number] = {0, 0, kNone, kNone};
-            findAlone(number, trie, text + p, n - p, forms, table);
-            continue;
+        Known const known = atStarts_[number];
+        batch_.match(number) = {0, known.length};
+        if (std::uint32_t const parent = bundles[number]; parent == BundleCache::kEmpty) {
+            alone_[number] = {known.bundle, known.length};
+        } else if (known.length == 0) {
+            alone_[number] = {parent, 0};
+        } else {
+            batch_.match(number).cell = cache.cellOf(known.bundle);
+            alone_[number] = {parent, kNever};
         }
-        Character& character = characterOf(bytes);
-        if (character.bytes != bytes) {
-            character.bytes = bytes;
-            learn(character, bytes > 0xFF ? 2 : 1, trie, text + p, forms, table);
-        }
-        lists_[number] = {character.first, character.count, kNone, kNone};
-        if (character.state == kEnd) continue;
-        if ((character.state & kTail) != 0)
-            batch_.addTail(trie, number, p, character.consumed, character.state & ~kTail);
-        else if (std::uint32_t const at = p + character.consumed; at < n)
-            batch_.addWalk(trie, number, p, character.consumed, character.state, text[at]);
+        if (known.state == kEnd) continue;
+        if ((known.state & kTail) != 0)
+            batch_.addTail(trie, number, p, known.consumed, known.state & ~kTail);
+        else if (std::uint32_t const at = p + known.consumed; at < n)
+            batch_.addWalk(trie, number, p, known.consumed, known.state, text[at]);
     }
     batch_.run(trie, text, n);
-    for (PrefixBatch::Match const& match : batch_.matches()) forms.prefetchSlot(match.head);
-    for (PrefixBatch::Match const& match : batch_.matches()) forms.prefetchForm(match.head);
-    for (PrefixBatch::Match const& match : batch_.matches())
-        addLonger(match.search, match.length, forms.find(match.head, trie.leafEnd(), table));
+    findBundles(trie, dictionary, text, starts, bundles, cache, table);
+}
+
+/// Finds the bundles of the longest forms.
+void FormFinder::findBundles(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
+                             std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles,
+                             BundleCache& cache, SearchTable const& table) {
+    sought_.resizeForOverwrite(starts.size());
+    std::size_t count = 0;
+    for (std::uint32_t number = 0; number < starts.size(); ++number) {
+        PrefixBatch::Match const match = batch_.match(number);
+        Alone const alone = alone_[number];
+        bool const differs = match.length != alone.length;
+        sought_[count] = {number, {bundles[number], match.cell, match.length, dictionary}};
+        count += differs ? 1 : 0;
+        bundles[number] = differs ? bundles[number] : alone.bundle;
+    }
+    sought_.truncate(count);
+    for (Sought const& sought : sought_) cache.prefetchSlot(sought.key);
+    for (Sought const& sought : sought_) cache.prefetchKey(sought.key);
+    for (Sought const& sought : sought_)
+        bundles[sought.number] = cache.find(sought.key, trie, text + starts[sought.number], table);
 }
 
 void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts) {
-    bytes_.resizeForOverwrite(starts.size());
+    atStarts_.resizeForOverwrite(starts.size());
     for (std::size_t number = 0; number < starts.size(); ++number) {
-        std::uint32_t const p = starts[number];
-        std::uint32_t bytes = text[p];
-        if (charWidth({asChars(text), n}, p) == 2) bytes |= static_cast<std::uint32_t>(text[p + 1]) << 8;
-        bytes_[number] = bytes;
-        __builtin_prefetch(&characterOf(bytes));
+        std::size_t const p = starts[number];
+        std::uint32_t pair = 0;
+        if (p + 4 <= n)
+            pair = loadU32(text + p) & (text[p] < 0x80 ? 0xFFFF : 0xFFFFFFFF);
+        else
+            std::memcpy(&pair, text + p, std::min<std::size_t>(n - p, text[p] < 0x80 ? 2 : 4));
+        atStarts_[number].pair = pair;
+        __builtin_prefetch(&placeOf(pair));
     }
 }
 
-/// Notes the forms inside the character at @p text, @p width bytes wide.
-void FormFinder::learn(Character& character, std::size_t width, DicTrie const& trie, unsigned char const* text,
-                       FormCache& forms, SearchTable const& table) {
-    Character fresh{character.bytes, static_cast<std::uint32_t>(found_.size()), kEnd, 0, 0};
-    character.bytes = 0;  // what follows may throw
-    ++learnt_;
-    auto const add = [&](std::size_t length, unsigned char const* head) {
-        found_.push({forms.find(head, trie.leafEnd(), table), static_cast<std::uint32_t>(length)});
-        ++fresh.count;
-    };
-    std::uint32_t base = trie.rootBase(text[0]);
-    for (std::size_t consumed = 1; base != 0 || consumed > 1;) {
-        if (std::uint32_t const end = trie.cell(base); DicTrie::isKeyEnd(end))
-            add(consumed, trie.leaf(end & DicTrie::kValueMask));
-        if (consumed == width) {
-            fresh.state = base;
-            fresh.consumed = static_cast<std::uint16_t>(consumed);
-            break;
+/// Notes the forms inside the pairs that are not known. All go through the trie together.
+void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
+                       std::span<std::uint32_t const> starts, BundleCache& cache, SearchTable const& table) {
+    lessons_.clear();
+    for (std::uint32_t number = 0; number < starts.size(); ++number) {
+        std::uint32_t const pair = atStarts_[number].pair;
+        if (Known const known = placeOf(pair); known.pair == pair) {
+            atStarts_[number] = known;
+            continue;
         }
-        std::uint32_t const byte = text[consumed];
-        std::uint32_t const next = trie.cell(base + byte);
-        // A free cell and a key's end carry label 0, which a NUL would match.
-        if (DicTrie::label(next) != byte || byte == 0) break;
-        ++consumed;
-        base = next & DicTrie::kValueMask;
-        if (!DicTrie::isLeaf(next)) continue;
-        DicTrie::Tail const tail = trie.tailOf(next);
-        std::size_t const inside = std::min(tail.length, width - consumed);
-        if (!tail.chain || std::memcmp(tail.bytes, text + consumed, inside) != 0) break;
-        if (inside == tail.length) {
-            add(consumed + tail.length, tail.chain.head());
-        } else {
-            fresh.state = kTail | base;
-            fresh.consumed = static_cast<std::uint16_t>(consumed);
-        }
-        break;
+        std::uint32_t const base = trie.rootBase(pair & 0xFF);
+        Known const known{pair, kEnd, BundleCache::kEmpty, 0, 0};
+        lessons_.push({known, base, 0, number, base != 0});
+        trie.prefetch(base, pair >> 8 & 0xFF);
     }
-    character = fresh;
+    if (lessons_.empty()) return;
+    learnt_ += lessons_.size();
+    for (unsigned consumed = 1; consumed <= sizeof(Known::pair); ++consumed)
+        for (Lesson& lesson : lessons_)
+            if (lesson.goesOn) step(lesson, consumed, trie);
+    for (Lesson& lesson : lessons_) {
+        if ((lesson.known.state & kTail) != 0 && lesson.known.state != kEnd) endTail(lesson, trie);
+        if (lesson.known.length != 0) cache.prefetchSlot(lesson.key(dictionary));
+    }
+    for (Lesson const& lesson : lessons_)
+        if (lesson.known.length != 0) cache.prefetchKey(lesson.key(dictionary));
+    for (Lesson& lesson : lessons_) {
+        if (lesson.known.length != 0)
+            lesson.known.bundle = cache.find(lesson.key(dictionary), trie, text + starts[lesson.number], table);
+        placeOf(lesson.known.pair) = atStarts_[lesson.number] = lesson.known;
+    }
 }
 
-/// The forms that start with a NUL, which only a damaged dictionary has.
-void FormFinder::findAlone(std::size_t number, DicTrie const& trie, unsigned char const* text, std::size_t n,
-                           FormCache& forms, SearchTable const& table) {
-    trie.prefixSearch(text, n, [&](std::size_t length, RecordChain chain) {
-        addLonger(number, static_cast<std::uint32_t>(length), forms.find(chain.head(), trie.leafEnd(), table));
-        return true;
-    });
+/// Takes @p lesson from a node to which @p consumed bytes led to the next one.
+inline void FormFinder::step(Lesson& lesson, unsigned consumed, DicTrie const& trie) {
+    Known& known = lesson.known;
+    if (DicTrie::isKeyEnd(trie.cell(lesson.base))) {
+        lesson.own = lesson.base;
+        known.length = static_cast<std::uint8_t>(consumed);
+    }
+    // Behind the first byte a NUL ends forms, and the text may end.
+    std::uint32_t const byte = consumed < sizeof(known.pair) ? known.pair >> 8 * consumed & 0xFF : 0;
+    lesson.goesOn = false;
+    if (byte == 0) {
+        known.state = lesson.base;
+        known.consumed = static_cast<std::uint8_t>(consumed);
+        return;
+    }
+    std::uint32_t const index = lesson.base + byte;
+    std::uint32_t const next = trie.cell(index);
+    if (DicTrie::label(next) != byte) return;
+    if (DicTrie::isLeaf(next)) {
+        known.state = kTail | index;
+        known.consumed = static_cast<std::uint8_t>(consumed + 1);
+        trie.prefetchTail(next);
+        return;
+    }
+    lesson.goesOn = true;
+    lesson.base = next & DicTrie::kValueMask;
+    trie.prefetch(lesson.base, consumed + 1 < sizeof(known.pair) ? known.pair >> 8 * (consumed + 1) & 0xFF : 0);
 }
 
-void FormFinder::addLonger(std::size_t number, std::uint32_t length, std::uint32_t form) {
-    auto const index = static_cast<std::uint32_t>(longer_.size());
-    longer_.push({form, length, kNone});
-    List& list = lists_[number];
-    (list.longer == kNone ? list.longer : longer_[list.lastLonger].next) = index;
-    list.lastLonger = index;
+/// Compares the part of a tail that is inside the pair.
+void FormFinder::endTail(Lesson& lesson, DicTrie const& trie) {
+    Known& known = lesson.known;
+    std::array<unsigned char, sizeof(known.pair)> bytes{};
+    std::memcpy(bytes.data(), &known.pair, sizeof(known.pair));
+    std::uint32_t const index = known.state & ~kTail;
+    std::size_t const consumed = known.consumed;
+    auto const width = static_cast<std::size_t>(std::find(bytes.begin() + 1, bytes.end(), 0) - bytes.begin());
+    DicTrie::Tail const tail = trie.tailOf(trie.cell(index));
+    std::size_t const inside = std::min(tail.length, width - consumed);
+    bool const matches = tail.chain && std::memcmp(tail.bytes, bytes.data() + consumed, inside) == 0;
+    if (matches && inside < tail.length) return;
+    known.state = kEnd;
+    if (!matches) return;
+    lesson.own = index;
+    known.length = static_cast<std::uint8_t>(consumed + inside);
 }
 
 }  // namespace TAVO

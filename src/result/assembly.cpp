@@ -16,9 +16,12 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
     RunJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
     for (LatticeNode const* node : path) {
-        Mrph m = makeMrph(text, node, context);
+        auto const make = [&] { return makeMrph(text, node, context); };
+        if (divideWords)
+            deliverMrph(out, make(), joiner, divideWords);
+        else
+            joiner.addMade(MrphDic(node->record).pid(), make);
         text += node->length;
-        deliverMrph(out, std::move(m), joiner, divideWords);
     }
     joiner.finish();
 }

@@ -78,6 +78,20 @@ public:
         out_.push_back(std::move(m));
         if (rule_ == ReduceRules::kNone) start(pid);
     }
+    /// Adds what @p make returns, a morpheme of id @p pid; it is made where it stays when no run is open.
+    template <class Make>
+    void addMade(std::uint32_t pid, Make const& make) {
+        if (rule_ != ReduceRules::kNone) {
+            add(make());
+            return;
+        }
+        struct InPlace {
+            Make const& make;
+            operator Mrph() const { return make(); }
+        };
+        out_.emplace_back(InPlace{make});
+        start(pid);
+    }
     /// Appends a morpheme that no run may cross.
     void addAlone(Mrph&& m);
     void finish();

@@ -35,7 +35,7 @@ CostFunction World::costFunction() const {
 
 World randomWorld(Random& random) {
     World world;
-    world.dictionaries.resize(1 + random.below(2));
+    world.dictionaries.resize(1 + random.below(3));
     int number = 0;
     for (WordTable& words : world.dictionaries) {
         for (unsigned n = random.below(12); n > 0; --n) {
