@@ -25,7 +25,7 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     if (changed) cache_.clear();
     if (cache_.trim() || changed)
         for (FormFinder& finder : finders_) finder.clear();
-    cache_.start();
+    cache_.start(table_, dics);
     finders_.resize(dics.entries().size());
     path_.shrink(kKept);
     Choice choice = Choice::kOmitted;
@@ -79,7 +79,7 @@ void BestPathSearch::collect(Extent extent) {
         }
         p = starts_[count];
     }
-    std::uint32_t const end = cache_.textEnd(table_);
+    std::uint32_t const end = cache_.textEnd();
     places_[length_] = {wordCount_, end + BundleCell::kHeadCells, 2, 0, 1};
 }
 
@@ -96,8 +96,7 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
     for (std::uint32_t i = 0; i < finders_.size(); ++i) {
         DicTrie const* const trie = dics_->entries()[i].dic->trie();
         if (trie != nullptr)
-            finders_[i].search(*trie, i, text_, length_, {starts_.data(), count}, {bundles_.data(), count}, cache_,
-                               table_);
+            finders_[i].search(*trie, i, text_, length_, {starts_.data(), count}, {bundles_.data(), count}, cache_);
     }
     for (std::size_t i = 0; i < count; ++i) cache_.prefetch(bundles_[i]);
     return count;
@@ -106,7 +105,7 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
 /// Lets the words of @p bundle start at @p p; unknown words only where no word may stand behind any other.
 inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent) {
     bool const all = extent == Extent::kAll;
-    bundle = cache_.complete(bundle, table_);
+    bundle = cache_.complete(bundle, text_ + p);
     BundleCell const* cells = cache_.cells() + bundle;
     unsigned const classes = all ? cells[1].reach.enteredBy : cells[1].reach.enteredBy & reach_[p];
     unsigned unknown = 0;
@@ -115,7 +114,7 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     else if (!cells[1].reach.hasBounded)
         unknown = width == 2 ? BundleCache::kTwoBytes : BundleCache::kOneByte;
     if ((unknown | classes) != 0) {
-        bundle = cache_.variant(bundle, unknown, classes, table_);
+        bundle = cache_.variant(bundle, unknown, classes, text_ + p);
         cells = cache_.cells() + bundle;
     }
     BundleCell::Head const head = cells[0].head;

@@ -1,6 +1,7 @@
 #include "engine/bundle_cache.hpp"
 
 #include "dic/conn_table.hpp"
+#include "dic/dic_set.hpp"
 #include "engine/backward_walk.hpp"
 #include "engine/special_records.hpp"
 
@@ -12,15 +13,7 @@ namespace {
 
 /// More cannot be numbered by the search.
 constexpr std::size_t kMostWords = 0xFFF0;
-
-std::uint8_t classesOf(RecordChain chain, SearchTable const& table) {
-    std::uint8_t classes = 0;
-    eachNodeRecord(chain, table.idCount(), [&](MrphDic record) {
-        SearchTable::Id const& id = table.id(record.pid());
-        if (SearchTable::isSparse(id)) classes = static_cast<std::uint8_t>(classes | id.enteredBy);
-    });
-    return classes;
-}
+constexpr unsigned kAllClasses = 0xFF;
 
 }  // namespace
 
@@ -35,119 +28,115 @@ void BundleCache::clear() noexcept {
     slots_.clear();
     sources_.clear();
     cells_.clear();
-    forms_.clear();
     records_.clear();
 }
 
-void BundleCache::start() {
+void BundleCache::start(SearchTable const& table, DicSet const& dics) {
+    table_ = &table;
+    dics_ = &dics;
     if (!cells_.empty()) return;
     clear();
     startWords();
-    addBundle({{kNone, 0, 0, 0}, 0, 0, 0}, {});
+    addBundle({kNone, 0, 0, 0});
 }
 
-std::uint32_t BundleCache::make(Key const& key, DicTrie const& trie, unsigned char const* text,
-                                SearchTable const& table) {
-    Source source{key, 0, static_cast<std::uint32_t>(forms_.size()), 0};
-    trie.prefixSearch(text, key.length, [&](std::size_t length, RecordChain chain) {
-        forms_.push({chain.head(), trie.leafEnd(), static_cast<std::uint32_t>(length)});
-        return true;
-    });
-    source.formCount = static_cast<std::uint32_t>(forms_.size()) - source.firstForm;
+std::uint32_t BundleCache::make(Key const& key, unsigned char const* text) {
     startWords();
-    BundleCell::Reach reach{};
-    if (key.parent == kEmpty) addForms(reach, source, 0, table);
-    std::uint32_t const bundle = addBundle(source, reach);
-    if (key.parent != kEmpty) {
-        cells_[bundle].head.arcCount = BundleCell::Head::kIncomplete;
-        cells_[bundle + 1].complete = kNone;
+    if (key.parent == kEmpty) {
+        addForms(*dics_->entries()[key.dictionary].dic->trie(), text, key.length, 0);
+        return addBundle(key);
     }
+    std::uint32_t const bundle = addBundle(key);
+    cells_[bundle].head.arcCount = BundleCell::Head::kIncomplete;
+    cells_[bundle + 1].complete = kNone;
     return bundle;
 }
 
-std::uint32_t BundleCache::completeSlowly(std::uint32_t bundle, SearchTable const& table) {
+std::uint32_t BundleCache::completeSlowly(std::uint32_t bundle, unsigned char const* text) {
     if (std::uint32_t const known = cells_[bundle + 1].complete; known != kNone) return known;
     startWords();
-    BundleCell::Reach reach{};
-    addAllForms(reach, bundle, 0, table);
-    return cells_[bundle + 1].complete = addCells(cells_[bundle].head.source, reach);
+    addAllForms(bundle, text, 0);
+    std::uint32_t const complete = addCells(cells_[bundle].head.source);
+    return cells_[bundle + 1].complete = complete;
 }
 
-std::uint32_t BundleCache::variant(std::uint32_t bundle, unsigned unknown, unsigned classes, SearchTable const& table) {
+std::uint32_t BundleCache::variant(std::uint32_t bundle, unsigned unknown, unsigned classes,
+                                   unsigned char const* text) {
     Key const key{bundle, kVariant, unknown << 8 | classes, 0};
     if (std::uint32_t const found = lookUp(key); found != kNone) return sources_[found].bundle;
     startWords();
-    BundleCell::Reach reach{};
-    for (std::uint32_t const length : {2U, 1U}) {
-        if ((unknown & length) == 0) continue;
-        addArc(reach, {kUnknownRecord.data(), kUnknownRecord.data() + kUnknownRecord.size(), length}, true, table);
-        if (!arcs_.empty()) arcs_.end()[-1].arc.marks |= BundleCell::Arc::kUnknown;
-    }
-    addAllForms(reach, bundle, classes, table);
-    return addBundle({key, 0, 0, 0}, reach);
+    RecordChain const record(kUnknownRecord.data(), kUnknownRecord.data() + kUnknownRecord.size());
+    for (std::uint32_t const length : {2U, 1U})
+        if ((unknown & length) != 0) addArc(length, record, kAllClasses, BundleCell::Arc::kUnknown);
+    addAllForms(bundle, text, classes);
+    return addBundle(key);
 }
 
-std::uint32_t BundleCache::textEnd(SearchTable const& table) {
+std::uint32_t BundleCache::textEnd() {
     Key const key{kEmpty, kTextEnd, 0, 0};
     if (std::uint32_t const found = lookUp(key); found != kNone) return sources_[found].bundle;
     startWords();
-    addWord({0, table.id(ConnTable::kEndId).column, 0, false}, nullptr);
-    return addBundle({key, 0, 0, 0}, {});
+    addWord({0, table_->id(ConnTable::kEndId).column, 0, false}, nullptr);
+    return addBundle(key);
 }
 
-/// Adds the forms of all dictionaries that @p bundle comes from.
-void BundleCache::addAllForms(BundleCell::Reach& reach, std::uint32_t bundle, unsigned classes,
-                              SearchTable const& table) {
-    chain_.clear();
+/// Adds the forms of all dictionaries that @p text begins with, which are those of @p bundle.
+void BundleCache::addAllForms(std::uint32_t bundle, unsigned char const* text, unsigned classes) {
+    std::uint32_t longest = 0;
     while (bundle != kEmpty) {
-        std::uint32_t const source = cells_[bundle].head.source;
-        chain_.push(source);
-        bundle = sources_[source].key.parent;
+        Key const& key = sources_[cells_[bundle].head.source].key;
+        longest = std::max(longest, key.length);
+        bundle = key.parent;
     }
-    for (std::size_t i = chain_.size(); i-- > 0;) addForms(reach, sources_[chain_[i]], classes, table);
+    for (DicEntry const& entry : dics_->entries())
+        if (DicTrie const* const trie = entry.dic->trie(); trie != nullptr) addForms(*trie, text, longest, classes);
 }
 
-void BundleCache::addForms(BundleCell::Reach& reach, Source const& source, unsigned classes, SearchTable const& table) {
-    for (std::uint32_t i = 0; i < source.formCount; ++i) {
-        Form const& form = forms_[source.firstForm + i];
-        std::uint8_t const enteredBy = classesOf(RecordChain(form.head, form.leafEnd), table);
-        reach.enteredBy = static_cast<std::uint8_t>(reach.enteredBy | enteredBy);
-        addArc(reach, form, (enteredBy & classes) != 0, table);
-    }
+/// Adds the forms of @p trie that the @p n bytes at @p text begin with.
+void BundleCache::addForms(DicTrie const& trie, unsigned char const* text, std::size_t n, unsigned classes) {
+    trie.prefixSearch(text, n, [&](std::size_t length, RecordChain chain) {
+        addArc(static_cast<std::uint32_t>(length), chain, classes, 0);
+        return true;
+    });
 }
 
-void BundleCache::addArc(BundleCell::Reach& reach, Form const& form, bool withSparse, SearchTable const& table) {
+/// Adds the words of @p chain, those of sparse columns only when one of them can be entered by one of @p classes.
+void BundleCache::addArc(std::uint32_t length, RecordChain chain, unsigned classes, std::uint8_t marks) {
+    std::uint8_t enteredBy = 0;
+    eachNodeRecord(chain, table_->idCount(), [&](MrphDic record) {
+        SearchTable::Id const& id = table_->id(record.pid());
+        if (SearchTable::isSparse(id)) enteredBy = static_cast<std::uint8_t>(enteredBy | id.enteredBy);
+    });
+    reach_.enteredBy = static_cast<std::uint8_t>(reach_.enteredBy | enteredBy);
     std::size_t const first = words_.size();
-    std::uint8_t enters = 0;
-    std::uint8_t leastColumn = 255;
-    bool allBounded = true;
-    eachNodeRecord(RecordChain(form.head, form.leafEnd), table.idCount(), [&](MrphDic record) {
-        SearchTable::Id const& id = table.id(record.pid());
-        if (!withSparse && SearchTable::isSparse(id)) return;
+    BundleCell::Arc arc{length & BundleCell::Arc::kLengthMask, 0, 255,
+                        static_cast<std::uint8_t>(marks | BundleCell::Arc::kAllBounded)};
+    eachNodeRecord(chain, table_->idCount(), [&](MrphDic record) {
+        SearchTable::Id const& id = table_->id(record.pid());
+        if (SearchTable::isSparse(id) && (enteredBy & classes) == 0) return;
         if (words_.size() >= kMostWords) {
-            reach.tooMany = true;
+            reach_.tooMany = true;
             return;
         }
         bool const bounded = id.enteredBy == 0;
         addWord({id.rowOffset, id.column, record.cost(), bounded}, record.head());
-        enters = static_cast<std::uint8_t>(enters | id.enters);
-        leastColumn = std::min(leastColumn, table.columnMinimum(id.column));
-        allBounded = allBounded && bounded;
-        reach.hasBounded = reach.hasBounded || bounded;
+        arc.reach |= std::uint32_t{id.enters} << 24;
+        arc.leastColumn = std::min(arc.leastColumn, table_->columnMinimum(id.column));
+        if (!bounded) arc.marks = marks;
+        reach_.hasBounded = reach_.hasBounded || bounded;
     });
     if (words_.size() == first) return;
-    auto const count = static_cast<std::uint16_t>(words_.size() - first);
-    std::uint32_t const length = form.length & BundleCell::Arc::kLengthMask;
-    arcs_.push({.arc = {std::uint32_t{enters} << 24 | length, count, leastColumn,
-                        allBounded ? BundleCell::Arc::kAllBounded : std::uint8_t{0}}});
-    reach.longest = std::max(reach.longest, form.length);
-    reach.enters = static_cast<std::uint8_t>(reach.enters | enters);
+    arc.count = static_cast<std::uint16_t>(words_.size() - first);
+    arcs_.push({.arc = arc});
+    reach_.longest = std::max(reach_.longest, length);
+    reach_.enters = static_cast<std::uint8_t>(reach_.enters | arc.enters());
 }
 
 void BundleCache::startWords() noexcept {
     arcs_.clear();
     words_.clear();
     wordRecords_.clear();
+    reach_ = {};
 }
 
 void BundleCache::addWord(BundleCell::Word word, unsigned char const* record) {
@@ -155,18 +144,18 @@ void BundleCache::addWord(BundleCell::Word word, unsigned char const* record) {
     wordRecords_.push(record);
 }
 
-/// Notes the bundle of arcs_ and words_. Once it is noted nothing can fail.
-std::uint32_t BundleCache::addBundle(Source source, BundleCell::Reach const& reach) {
+/// Notes the bundle of arcs_ and words_.
+std::uint32_t BundleCache::addBundle(Key const& key) {
     if (slots_.size() < sources_.size() * 2 + 2) rehash();
     sources_.reserve(sources_.size() + 1);
     auto const number = static_cast<std::uint32_t>(sources_.size());
-    source.bundle = addCells(number, reach);
-    sources_.push(source);
+    std::uint32_t const bundle = addCells(number);
+    sources_.push({key, bundle});  // nothing fails from here on
     note(number);
-    return source.bundle;
+    return bundle;
 }
 
-std::uint32_t BundleCache::addCells(std::uint32_t source, BundleCell::Reach const& reach) {
+std::uint32_t BundleCache::addCells(std::uint32_t source) {
     if ((words_.size() & 1) != 0) addWord({0, 0, 0, false}, nullptr);
     auto const bundle = static_cast<std::uint32_t>(cells_.size());
     std::size_t const size = bundle + BundleCell::kHeadCells + arcs_.size() + words_.size();
@@ -175,7 +164,7 @@ std::uint32_t BundleCache::addCells(std::uint32_t source, BundleCell::Reach cons
     BundleCell::Head const head{source, static_cast<std::uint16_t>(arcs_.size()),
                                 static_cast<std::uint16_t>(words_.size())};
     cells_.push({.head = head});
-    cells_.push({.reach = reach});
+    cells_.push({.reach = reach_});
     for (BundleCell const& arc : arcs_) cells_.push(arc);
     records_.resizeForOverwrite(cells_.size());
     for (BundleCell const& word : words_) cells_.push(word);

@@ -11,6 +11,8 @@
 
 namespace TAVO {
 
+class DicSet;
+
 /// A bundle is all words that start at one place. What the search reads of it lies in one
 /// piece, so that a place takes few of the processor's cache lines: a Head, a Reach, its arcs,
 /// and behind them the words of all arcs, in the order of making. Each of these is a cell.
@@ -84,27 +86,28 @@ public:
     /// caches; true then.
     bool trim() noexcept;
     void clear() noexcept;
-    /// Makes the bundle without words, if it is not there. To be called before anything else.
-    void start();
+    /// Makes ready for a search in @p dics with @p table. To be called before what follows.
+    void start(SearchTable const& table, DicSet const& dics);
 
-    /// The bundle of @p key.parent and of the forms of @p trie that @p text begins with, of which
-    /// the longest has @p key.length bytes.
-    std::uint32_t find(Key const& key, DicTrie const& trie, unsigned char const* text, SearchTable const& table) {
+    /// The bundle of @p key.parent and of the forms of dictionary number @p key.dictionary that @p text
+    /// begins with, of which the longest has @p key.length bytes.
+    std::uint32_t find(Key const& key, unsigned char const* text) {
         std::uint32_t const source = lookUp(key);
-        return source != kNone ? sources_[source].bundle : make(key, trie, text, table);
+        return source != kNone ? sources_[source].bundle : make(key, text);
     }
-    /// @p bundle with its words. Bundles of several dictionaries have none until a place needs them, since
-    /// with each dictionary there would be one more, and each would have the words of those before.
-    std::uint32_t complete(std::uint32_t bundle, SearchTable const& table) {
+    /// @p bundle, with which all dictionaries have been asked for @p text, with its words. Bundles of
+    /// several dictionaries have none until a place needs them, since with each dictionary there would
+    /// be one more, and each would have the words of those before.
+    std::uint32_t complete(std::uint32_t bundle, unsigned char const* text) {
         if (cells_[bundle].head.arcCount != BundleCell::Head::kIncomplete) [[likely]]
             return bundle;
-        return completeSlowly(bundle, table);
+        return completeSlowly(bundle, text);
     }
     /// Complete bundle @p bundle with the unknown words @p unknown and the words of sparse columns in
     /// forms that have some of classes @p classes.
-    std::uint32_t variant(std::uint32_t bundle, unsigned unknown, unsigned classes, SearchTable const& table);
+    std::uint32_t variant(std::uint32_t bundle, unsigned unknown, unsigned classes, unsigned char const* text);
     /// The bundle that stands where a text ends.
-    std::uint32_t textEnd(SearchTable const& table);
+    std::uint32_t textEnd();
 
     /// Asks for what find() will read soon: first where the bundle is noted, then its key.
     void prefetchSlot(Key const& key) const noexcept { __builtin_prefetch(&slots_[slot(key)]); }
@@ -127,17 +130,10 @@ private:
     static constexpr std::uint32_t kVariant = 0xFFFFFFFF;
     static constexpr std::uint32_t kTextEnd = 0xFFFFFFFE;
 
-    struct Form {
-        unsigned char const* head;  // of the first record
-        unsigned char const* leafEnd;
-        std::uint32_t length;
-    };
     /// What the search does not read.
     struct Source {
         Key key;
         std::uint32_t bundle;
-        std::uint32_t firstForm;  // of those of its dictionary
-        std::uint32_t formCount;
     };
 
     std::size_t slot(Key const& key) const noexcept {
@@ -152,15 +148,15 @@ private:
             if (source == kNone || sources_[source].key == key) return source;
         }
     }
-    std::uint32_t make(Key const& key, DicTrie const& trie, unsigned char const* text, SearchTable const& table);
-    std::uint32_t completeSlowly(std::uint32_t bundle, SearchTable const& table);
+    std::uint32_t make(Key const& key, unsigned char const* text);
+    std::uint32_t completeSlowly(std::uint32_t bundle, unsigned char const* text);
     void startWords() noexcept;
-    void addAllForms(BundleCell::Reach& reach, std::uint32_t bundle, unsigned classes, SearchTable const& table);
-    void addForms(BundleCell::Reach& reach, Source const& source, unsigned classes, SearchTable const& table);
-    void addArc(BundleCell::Reach& reach, Form const& form, bool withSparse, SearchTable const& table);
+    void addAllForms(std::uint32_t bundle, unsigned char const* text, unsigned classes);
+    void addForms(DicTrie const& trie, unsigned char const* text, std::size_t n, unsigned classes);
+    void addArc(std::uint32_t length, RecordChain chain, unsigned classes, std::uint8_t marks);
     void addWord(BundleCell::Word word, unsigned char const* record);
-    std::uint32_t addBundle(Source source, BundleCell::Reach const& reach);
-    std::uint32_t addCells(std::uint32_t source, BundleCell::Reach const& reach);
+    std::uint32_t addBundle(Key const& key);
+    std::uint32_t addCells(std::uint32_t source);
     void note(std::uint32_t source) noexcept;
     void rehash();
 
@@ -168,10 +164,11 @@ private:
     unsigned shift_ = 64;
     RawBuffer<Source> sources_;
     RawBuffer<BundleCell> cells_;
-    RawBuffer<Form> forms_;
     RawBuffer<unsigned char const*> records_;  // by cell
+    SearchTable const* table_ = nullptr;
+    DicSet const* dics_ = nullptr;
     // Of the bundle at work.
-    RawBuffer<std::uint32_t> chain_;  // of sources, the last dictionary's first
+    BundleCell::Reach reach_{};
     RawBuffer<BundleCell> arcs_;
     RawBuffer<BundleCell> words_;
     RawBuffer<unsigned char const*> wordRecords_;

@@ -14,7 +14,7 @@ namespace {
 
 // Room for pairs, in bits: a little for short texts and small dictionaries.
 constexpr unsigned kFewBits = 7;
-constexpr unsigned kMostBits = 15;
+constexpr unsigned kMostBits = 14;
 
 }  // namespace
 
@@ -41,11 +41,10 @@ void FormFinder::makeRoom(DicTrie const& trie) {
 }
 
 void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
-                        std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache,
-                        SearchTable const& table) {
+                        std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache) {
     makeRoom(trie);
     lookUp(text, n, starts);
-    learn(trie, dictionary, text, starts, cache, table);
+    learn(trie, dictionary, text, starts, cache);
     batch_.start(starts.size());
     alone_.resizeForOverwrite(starts.size());
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
@@ -67,13 +66,12 @@ void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned 
             batch_.addWalk(trie, number, p, known.consumed, known.state, text[at]);
     }
     batch_.run(trie, text, n);
-    findBundles(trie, dictionary, text, starts, bundles, cache, table);
+    findBundles(dictionary, text, starts, bundles, cache);
 }
 
 /// Finds the bundles of the longest forms.
-void FormFinder::findBundles(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
-                             std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles,
-                             BundleCache& cache, SearchTable const& table) {
+void FormFinder::findBundles(std::uint32_t dictionary, unsigned char const* text, std::span<std::uint32_t const> starts,
+                             std::span<std::uint32_t> bundles, BundleCache& cache) {
     sought_.resizeForOverwrite(starts.size());
     std::size_t count = 0;
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
@@ -87,8 +85,7 @@ void FormFinder::findBundles(DicTrie const& trie, std::uint32_t dictionary, unsi
     sought_.truncate(count);
     for (Sought const& sought : sought_) cache.prefetchSlot(sought.key);
     for (Sought const& sought : sought_) cache.prefetchKey(sought.key);
-    for (Sought const& sought : sought_)
-        bundles[sought.number] = cache.find(sought.key, trie, text + starts[sought.number], table);
+    for (Sought const& sought : sought_) bundles[sought.number] = cache.find(sought.key, text + starts[sought.number]);
 }
 
 void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts) {
@@ -96,10 +93,11 @@ void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std:
     for (std::size_t number = 0; number < starts.size(); ++number) {
         std::size_t const p = starts[number];
         std::uint32_t pair = 0;
-        if (p + 4 <= n)
-            pair = loadU32(text + p) & (text[p] < 0x80 ? 0xFFFF : 0xFFFFFFFF);
+        if (p + sizeof(pair) <= n)
+            pair = loadU32(text + p);
         else
-            std::memcpy(&pair, text + p, std::min<std::size_t>(n - p, text[p] < 0x80 ? 2 : 4));
+            for (std::size_t i = 0; i < n - p; ++i) pair |= std::uint32_t{text[p + i]} << 8 * i;
+        if (text[p] < 0x80) pair &= 0xFFFF;
         atStarts_[number].pair = pair;
         __builtin_prefetch(&placeOf(pair));
     }
@@ -107,7 +105,7 @@ void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std:
 
 /// Notes the forms inside the pairs that are not known. All go through the trie together.
 void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
-                       std::span<std::uint32_t const> starts, BundleCache& cache, SearchTable const& table) {
+                       std::span<std::uint32_t const> starts, BundleCache& cache) {
     lessons_.clear();
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
         std::uint32_t const pair = atStarts_[number].pair;
@@ -133,7 +131,7 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
         if (lesson.known.length != 0) cache.prefetchKey(lesson.key(dictionary));
     for (Lesson& lesson : lessons_) {
         if (lesson.known.length != 0)
-            lesson.known.bundle = cache.find(lesson.key(dictionary), trie, text + starts[lesson.number], table);
+            lesson.known.bundle = cache.find(lesson.key(dictionary), text + starts[lesson.number]);
         placeOf(lesson.known.pair) = atStarts_[lesson.number] = lesson.known;
     }
 }
@@ -171,7 +169,7 @@ inline void FormFinder::step(Lesson& lesson, unsigned consumed, DicTrie const& t
 void FormFinder::endTail(Lesson& lesson, DicTrie const& trie) {
     Known& known = lesson.known;
     std::array<unsigned char, sizeof(known.pair)> bytes{};
-    std::memcpy(bytes.data(), &known.pair, sizeof(known.pair));
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(known.pair >> 8 * i);
     std::uint32_t const index = known.state & ~kTail;
     std::size_t const consumed = known.consumed;
     auto const width = static_cast<std::size_t>(std::find(bytes.begin() + 1, bytes.end(), 0) - bytes.begin());

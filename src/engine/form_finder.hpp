@@ -23,8 +23,7 @@ public:
     /// Adds the forms of @p trie, dictionary number @p dictionary, to the bundles of places: @p bundles
     /// are those of @p starts in the @p n bytes at @p text.
     void search(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
-                std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache,
-                SearchTable const& table);
+                std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache);
 
 private:
     // Known::state: a node, or kTail and the index of a leaf cell, or kEnd.
@@ -67,11 +66,10 @@ private:
     Known& placeOf(std::uint32_t pair) noexcept;
     void makeRoom(DicTrie const& trie);
     void lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts);
-    void findBundles(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
-                     std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache,
-                     SearchTable const& table);
+    void findBundles(std::uint32_t dictionary, unsigned char const* text, std::span<std::uint32_t const> starts,
+                     std::span<std::uint32_t> bundles, BundleCache& cache);
     void learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
-               std::span<std::uint32_t const> starts, BundleCache& cache, SearchTable const& table);
+               std::span<std::uint32_t const> starts, BundleCache& cache);
     static void step(Lesson& lesson, unsigned consumed, DicTrie const& trie);
     static void endTail(Lesson& lesson, DicTrie const& trie);
 
