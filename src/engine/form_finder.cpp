@@ -116,7 +116,7 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
         std::uint32_t const base = trie.rootBase(pair & 0xFF);
         Known const known{pair, kEnd, BundleCache::kEmpty, 0, 0};
         lessons_.push({known, base, 0, number, base != 0});
-        trie.prefetch(base, pair >> 8 & 0xFF);
+        if (base != 0) trie.prefetch(base, pair >> 8 & 0xFF);
     }
     if (lessons_.empty()) return;
     learnt_ += lessons_.size();
