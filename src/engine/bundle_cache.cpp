@@ -60,15 +60,21 @@ std::uint32_t BundleCache::completeSlowly(std::uint32_t bundle, unsigned char co
     return cells_[bundle + 1].complete = complete;
 }
 
-std::uint32_t BundleCache::variant(std::uint32_t bundle, unsigned unknown, unsigned classes,
-                                   unsigned char const* text) {
+std::uint32_t BundleCache::findVariant(std::uint32_t bundle, unsigned unknown, unsigned classes,
+                                       unsigned char const* text) {
     Key const key{bundle, kVariant, unknown << 8 | classes, 0};
-    if (std::uint32_t const found = lookUp(key); found != kNone) return sources_[found].bundle;
+    std::uint32_t const source = lookUp(key);
+    std::uint32_t const found = source != kNone ? sources_[source].bundle : makeVariant(key, unknown, classes, text);
+    cells_[bundle + 2].variant = {key.length, found};
+    return found;
+}
+
+std::uint32_t BundleCache::makeVariant(Key const& key, unsigned unknown, unsigned classes, unsigned char const* text) {
     startWords();
     RecordChain const record(kUnknownRecord.data(), kUnknownRecord.data() + kUnknownRecord.size());
     for (std::uint32_t const length : {2U, 1U})
         if ((unknown & length) != 0) addArc(length, record, kAllClasses, BundleCell::Arc::kUnknown);
-    addAllForms(bundle, text, classes);
+    addAllForms(key.parent, text, classes);
     return addBundle(key);
 }
 
@@ -165,6 +171,7 @@ std::uint32_t BundleCache::addCells(std::uint32_t source) {
                                 static_cast<std::uint16_t>(words_.size())};
     cells_.push({.head = head});
     cells_.push({.reach = reach_});
+    cells_.push({.variant = {0, 0}});
     for (BundleCell const& arc : arcs_) cells_.push(arc);
     records_.resizeForOverwrite(cells_.size());
     for (BundleCell const& word : words_) cells_.push(word);

@@ -14,10 +14,10 @@ namespace TAVO {
 class DicSet;
 
 /// A bundle is all words that start at one place. What the search reads of it lies in one
-/// piece, so that a place takes few of the processor's cache lines: a Head, a Reach, its arcs,
-/// and behind them the words of all arcs, in the order of making. Each of these is a cell.
+/// piece, so that a place takes few of the processor's cache lines: a Head, a Reach, a Variant,
+/// its arcs, and behind them the words of all arcs, in the order of making. Each of these is a cell.
 union BundleCell {
-    static constexpr std::uint32_t kHeadCells = 2;
+    static constexpr std::uint32_t kHeadCells = 3;
 
     struct Head {
         static constexpr std::uint16_t kIncomplete = 0xFFFF;
@@ -35,6 +35,11 @@ union BundleCell {
         bool hasBounded;         ///< some words are bounded
         bool tooMany;            ///< not all words are here
     } reach;
+    /// The variant that was asked for last.
+    struct Variant {
+        std::uint32_t kind;  ///< 0: none was
+        std::uint32_t bundle;
+    } variant;
     /// The words of a surface form.
     struct Arc {
         static constexpr std::uint32_t kLengthMask = 0xFFFFFF;
@@ -104,8 +109,11 @@ public:
         return completeSlowly(bundle, text);
     }
     /// Complete bundle @p bundle with the unknown words @p unknown and the words of sparse columns in
-    /// forms that have some of classes @p classes.
-    std::uint32_t variant(std::uint32_t bundle, unsigned unknown, unsigned classes, unsigned char const* text);
+    /// forms that have some of classes @p classes. Not both are 0.
+    std::uint32_t variant(std::uint32_t bundle, unsigned unknown, unsigned classes, unsigned char const* text) {
+        BundleCell::Variant const last = cells_[bundle + 2].variant;
+        return last.kind == (unknown << 8 | classes) ? last.bundle : findVariant(bundle, unknown, classes, text);
+    }
     /// The bundle that stands where a text ends.
     std::uint32_t textEnd();
 
@@ -150,6 +158,8 @@ private:
     }
     std::uint32_t make(Key const& key, unsigned char const* text);
     std::uint32_t completeSlowly(std::uint32_t bundle, unsigned char const* text);
+    std::uint32_t findVariant(std::uint32_t bundle, unsigned unknown, unsigned classes, unsigned char const* text);
+    std::uint32_t makeVariant(Key const& key, unsigned unknown, unsigned classes, unsigned char const* text);
     void startWords() noexcept;
     void addAllForms(std::uint32_t bundle, unsigned char const* text, unsigned classes);
     void addForms(DicTrie const& trie, unsigned char const* text, std::size_t n, unsigned classes);

@@ -14,7 +14,7 @@ namespace {
 
 // Room for pairs, in bits: a little for short texts and small dictionaries.
 constexpr unsigned kFewBits = 7;
-constexpr unsigned kMostBits = 14;
+constexpr unsigned kMostBits = 15;
 
 }  // namespace
 
