@@ -46,19 +46,10 @@ void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned 
     lookUp(text, n, starts);
     learn(trie, dictionary, text, starts, cache);
     batch_.start(starts.size());
-    alone_.resizeForOverwrite(starts.size());
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
         std::uint32_t const p = starts[number];
         Known const known = atStarts_[number];
         batch_.match(number) = {0, known.length};
-        if (std::uint32_t const parent = bundles[number]; parent == BundleCache::kEmpty) {
-            alone_[number] = {known.bundle, known.length};
-        } else if (known.length == 0) {
-            alone_[number] = {parent, 0};
-        } else {
-            batch_.match(number).cell = cache.cellOf(known.bundle);
-            alone_[number] = {parent, kNever};
-        }
         if (known.state == kEnd) continue;
         if ((known.state & kTail) != 0)
             batch_.addTail(trie, number, p, known.consumed, known.state & ~kTail);
@@ -75,12 +66,18 @@ void FormFinder::findBundles(std::uint32_t dictionary, unsigned char const* text
     sought_.resizeForOverwrite(starts.size());
     std::size_t count = 0;
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
-        PrefixBatch::Match const match = batch_.match(number);
-        Alone const alone = alone_[number];
-        bool const differs = match.length != alone.length;
-        sought_[count] = {number, {bundles[number], match.cell, match.length, dictionary}};
-        count += differs ? 1 : 0;
-        bundles[number] = differs ? bundles[number] : alone.bundle;
+        PrefixBatch::Match match = batch_.match(number);
+        Known const known = atStarts_[number];
+        std::uint32_t const parent = bundles[number];
+        bool isSought = match.length != known.length;
+        if (parent == BundleCache::kEmpty) {
+            if (!isSought) bundles[number] = known.bundle;
+        } else if (!isSought && match.length != 0) {
+            match.cell = cache.cellOf(known.bundle);
+            isSought = true;
+        }
+        sought_[count] = {number, {parent, match.cell, match.length, dictionary}};
+        count += isSought ? 1 : 0;
     }
     sought_.truncate(count);
     for (Sought const& sought : sought_) cache.prefetchSlot(sought.key);

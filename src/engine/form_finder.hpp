@@ -39,12 +39,6 @@ private:
         std::uint8_t length;    // of the longest of them, in bytes
         std::uint8_t consumed;  // bytes on the way to state
     };
-    static constexpr std::uint32_t kNever = 0xFFFFFFFF;
-    /// The bundle of a start while its longest form has that length.
-    struct Alone {
-        std::uint32_t bundle;
-        std::uint32_t length;
-    };
     struct Sought {
         std::uint32_t number;  // of the start
         BundleCache::Key key;
@@ -78,7 +72,6 @@ private:
     std::size_t learnt_ = 0;     // pairs, since there is room for so many
     RawBuffer<Known> atStarts_;  // by number of the start
     RawBuffer<Lesson> lessons_;
-    RawBuffer<Alone> alone_;  // likewise: what holds when no longer form is found
     RawBuffer<Sought> sought_;
     PrefixBatch batch_;
 };
