@@ -6,7 +6,6 @@
 #include "base/bytes.hpp"
 #include "dic/mrph_dic.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -111,12 +110,6 @@ public:
     void prefetchTail(std::uint32_t cell) const noexcept {
         __builtin_prefetch(leaf_ + std::size_t{cell & kValueMask} * 4);
     }
-    /// The address of a key's end cell's value, and the end of the leaf area. An
-    /// address behind the end is only as good as a RecordChain made of both.
-    unsigned char const* leaf(std::uint32_t value) const noexcept {
-        return leaf_ + std::min(std::size_t{value} * 4, leafBytes_);
-    }
-    unsigned char const* leafEnd() const noexcept { return leaf_ + leafBytes_; }
 
     /// The chain at @p position (in bytes) of the leaf area.
     RecordChain chainAt(std::size_t position) const noexcept {

@@ -3,7 +3,6 @@
 #include "base/bytes.hpp"
 #include "base/sjis.hpp"
 #include "dic/dic_set.hpp"
-#include "engine/special_records.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -107,18 +106,19 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     bool const all = extent == Extent::kAll;
     bundle = cache_.complete(bundle, text_ + p);
     BundleCell const* cells = cache_.cells() + bundle;
-    unsigned const classes = all ? cells[1].reach.enteredBy : cells[1].reach.enteredBy & reach_[p];
+    unsigned const classes =
+        all ? cells[BundleCell::kReach].reach.enteredBy : cells[BundleCell::kReach].reach.enteredBy & reach_[p];
     unsigned unknown = 0;
     if (all)
         unknown = BundleCache::kOneByte | (text_[p] >= 128 && p + 2 <= length_ ? BundleCache::kTwoBytes : 0);
-    else if (!cells[1].reach.hasBounded)
+    else if (!cells[BundleCell::kReach].reach.hasBounded)
         unknown = width == 2 ? BundleCache::kTwoBytes : BundleCache::kOneByte;
     if ((unknown | classes) != 0) {
         bundle = cache_.variant(bundle, unknown, classes, text_ + p);
         cells = cache_.cells() + bundle;
     }
     BundleCell::Head const head = cells[0].head;
-    BundleCell::Reach const reach = cells[1].reach;
+    BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
     if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= head.wordCount + 4U) throw std::bad_alloc();
     places_[p] = {wordCount_,
                   bundle + BundleCell::kHeadCells + head.arcCount,

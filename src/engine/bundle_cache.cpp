@@ -48,24 +48,24 @@ std::uint32_t BundleCache::make(Key const& key, unsigned char const* text) {
     }
     std::uint32_t const bundle = addBundle(key);
     cells_[bundle].head.arcCount = BundleCell::Head::kIncomplete;
-    cells_[bundle + 1].complete = kNone;
+    cells_[bundle + BundleCell::kReach].complete = kNone;
     return bundle;
 }
 
 std::uint32_t BundleCache::completeSlowly(std::uint32_t bundle, unsigned char const* text) {
-    if (std::uint32_t const known = cells_[bundle + 1].complete; known != kNone) return known;
+    if (std::uint32_t const known = cells_[bundle + BundleCell::kReach].complete; known != kNone) return known;
     startWords();
     addAllForms(bundle, text, 0);
     std::uint32_t const complete = addCells(cells_[bundle].head.source);
-    return cells_[bundle + 1].complete = complete;
+    return cells_[bundle + BundleCell::kReach].complete = complete;
 }
 
 std::uint32_t BundleCache::findVariant(std::uint32_t bundle, unsigned unknown, unsigned classes,
                                        unsigned char const* text) {
-    Key const key{bundle, kVariant, unknown << 8 | classes, 0};
+    Key const key{bundle, kVariantCell, unknown << 8 | classes, 0};
     std::uint32_t const source = lookUp(key);
     std::uint32_t const found = source != kNone ? sources_[source].bundle : makeVariant(key, unknown, classes, text);
-    cells_[bundle + 2].variant = {key.length, found};
+    cells_[bundle + BundleCell::kVariant].variant = {key.length, found};
     return found;
 }
 
@@ -79,7 +79,7 @@ std::uint32_t BundleCache::makeVariant(Key const& key, unsigned unknown, unsigne
 }
 
 std::uint32_t BundleCache::textEnd() {
-    Key const key{kEmpty, kTextEnd, 0, 0};
+    Key const key{kEmpty, kTextEndCell, 0, 0};
     if (std::uint32_t const found = lookUp(key); found != kNone) return sources_[found].bundle;
     startWords();
     addWord({0, table_->id(ConnTable::kEndId).column, 0, false}, nullptr);

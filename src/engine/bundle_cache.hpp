@@ -17,6 +17,9 @@ class DicSet;
 /// piece, so that a place takes few of the processor's cache lines: a Head, a Reach, a Variant,
 /// its arcs, and behind them the words of all arcs, in the order of making. Each of these is a cell.
 union BundleCell {
+    // Where they are, from the Head on.
+    static constexpr std::uint32_t kReach = 1;
+    static constexpr std::uint32_t kVariant = 2;
     static constexpr std::uint32_t kHeadCells = 3;
 
     struct Head {
@@ -111,7 +114,7 @@ public:
     /// Complete bundle @p bundle with the unknown words @p unknown and the words of sparse columns in
     /// forms that have some of classes @p classes. Not both are 0.
     std::uint32_t variant(std::uint32_t bundle, unsigned unknown, unsigned classes, unsigned char const* text) {
-        BundleCell::Variant const last = cells_[bundle + 2].variant;
+        BundleCell::Variant const last = cells_[bundle + BundleCell::kVariant].variant;
         return last.kind == (unknown << 8 | classes) ? last.bundle : findVariant(bundle, unknown, classes, text);
     }
     /// The bundle that stands where a text ends.
@@ -134,9 +137,9 @@ public:
 
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
-    // Cells of keys that are not of a dictionary.
-    static constexpr std::uint32_t kVariant = 0xFFFFFFFF;
-    static constexpr std::uint32_t kTextEnd = 0xFFFFFFFE;
+    // Key::cell of bundles that do not come from a dictionary.
+    static constexpr std::uint32_t kVariantCell = 0xFFFFFFFF;
+    static constexpr std::uint32_t kTextEndCell = 0xFFFFFFFE;
 
     /// What the search does not read.
     struct Source {

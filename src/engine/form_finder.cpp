@@ -1,13 +1,11 @@
 #include "engine/form_finder.hpp"
 
 #include "base/bytes.hpp"
-#include "base/sjis.hpp"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
-#include <string_view>
 
 namespace TAVO {
 namespace {
