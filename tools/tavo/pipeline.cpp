@@ -122,8 +122,8 @@ private:
         while (!done_.empty() && done_.begin()->first == nextOut_ && !failure_) {
             Job* const job = done_.begin()->second;
             done_.erase(done_.begin());
-            ++nextOut_;
             sink_(job->out.view());
+            ++nextOut_;  // not when the sink threw: nothing may follow what it did not take
             counter_.add(job->block.file, job->report);
             free_.push_back(job);
         }
