@@ -6,6 +6,7 @@
 #include "engine/special_records.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace TAVO {
@@ -24,32 +25,12 @@ constexpr std::uint64_t kDeadEnd = std::uint64_t{kDeadSum} << kSumShift;
 constexpr std::uint32_t kMostSum = 0xF000;
 /// A least sum above the base sum by this much makes the search take another base.
 constexpr std::uint32_t kRebase = 0x4000;
+/// Stands for the least sum of bounded words where there are none; a cost more still fits.
+constexpr std::uint32_t kNoBounded = 0xFFFFFF00;
 
 constexpr std::uint32_t sumOf(std::uint64_t packed) noexcept { return static_cast<std::uint32_t>(packed >> kSumShift); }
 
 }  // namespace
-
-/// Finds the best path, which may be none.
-BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
-    startChoice();
-    for (std::size_t p = length_; p-- > 0;) {
-        Place const& place = places_[p];
-        if (place.width == 0) {
-            boundInside(p);
-            continue;
-        }
-        if (place.firstWord < origin_) slide(p);
-        if (!chooseAt(p)) return Choice::kOmitted;
-        if (tooFar_) return Choice::kTooFar;
-        if (extent == Extent::kNeeded && !unknownsAreNeedless(p)) return Choice::kOmitted;
-        if (bounds_[p].low >= rebaseAt_ && bounds_[p].low < kMaxSum) rebase(p);
-    }
-    std::uint64_t const best =
-        chooseSlowly(followersOf(places_[0]), table_.costs(table_.id(ConnTable::kBeginId).rowOffset));
-    path_.clear();
-    if (best < kDeadEnd) readPath(static_cast<std::uint32_t>(best & kNumberMask));
-    return tooFar_ ? Choice::kTooFar : Choice::kMade;
-}
 
 /// Lays out the end of the text, which stands there like a word.
 void BestPathSearch::startChoice() {
@@ -61,11 +42,13 @@ void BestPathSearch::startChoice() {
     packed_[slot] = 0;
     packed_[slot + 1] = kDeadEnd | 1;
     next_.resizeForOverwrite(wordCount_);
-    bounds_.resizeForOverwrite(length_ + 1);
-    bounds_[length_] = {0, 0};
+    bounds_.resizeForOverwrite(length_ + 2);
+    bounds_[length_] = {0, table_.columnMinimum(table_.id(ConnTable::kEndId).column)};
+    bounds_[length_ + 1] = {kMaxSum, kMaxSum};
     baseSum_ = 0;
+    bases_.clear();
     rebaseAt_ = kRebase;
-    tooFar_ = tooMany_;
+    tooFar_ = false;
 }
 
 /// Makes room for the words at @p p; those that no word before reaches are forgotten.
@@ -82,6 +65,7 @@ void BestPathSearch::startChoice() {
 
 /// Counts sums from the least one that words at @p p and before can reach.
 [[gnu::cold]] void BestPathSearch::rebase(std::size_t p) {
+    if (bounds_[p].low == kMaxSum) return;
     std::size_t const end = std::min(length_, p + longest_);
     std::uint32_t least = kMaxSum;
     for (std::size_t at = p; at <= end; ++at) least = std::min(least, bounds_[at].low);
@@ -89,6 +73,7 @@ void BestPathSearch::startChoice() {
         for (std::uint32_t slot = places_[p].firstWord - origin_; slot != endOf(places_[end]) - origin_; ++slot)
             if (packed_[slot] < kDeadEnd) packed_[slot] -= std::uint64_t{more} << kSumShift;
         baseSum_ = least;
+        bases_.push({static_cast<std::uint32_t>(p), least});
     }
     rebaseAt_ = std::min(bounds_[p].low, kMaxSum - kRebase) + kRebase / 2;
 }
@@ -121,63 +106,139 @@ inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs)
     return std::min(even, odd);
 }
 
+// What was left out. A word that starts at the second byte of a character follows
+// only the one-byte unknown word before it, since no word ends there. Unknown
+// words cost the same everywhere, before and behind, so a path through one is
+// told to be worse than another from the least sums behind it.
+
+/// Bounds the words that start at the second byte @p p of a character: every
+/// connection costs 0 or more, and before a word no less than its column's minimum. Short
+/// words that do not exist may count, which makes the bound a little lower.
+inline void BestPathSearch::boundInside(std::size_t p) {
+    std::uint32_t const unknown = table_.unknownCost();
+    Place const& place = places_[p];
+    Bound const* const behind = bounds_.begin() + p + 1;
+    std::uint32_t const least = std::min(behind[0].low, behind[1].low) + unknown;
+    std::uint32_t low = std::min(least, behind[0].lowBefore);
+    std::uint32_t lowBefore = std::min(least + unknown, behind[0].lowBefore + place.single);
+    auto const word = [&](std::size_t end, std::uint32_t cost) {
+        low = std::min(low, bounds_[end].lowBefore);
+        lowBefore = std::min(lowBefore, bounds_[end].lowBefore + cost);
+    };
+    if (place.pair != SearchTable::kNoWord) [[unlikely]]
+        word(p + 2, place.pair);
+    if (place.unknown) [[unlikely]]
+        for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
+            word(overhangs_.end()[-1].end, 0);
+    bounds_[p] = {std::min(low, kMaxSum), std::min(lowBefore, kMaxSum)};
+}
+
+/// True when no word before @p p would choose an unknown word that was left out. Such
+/// a word has at least @p least.
+[[gnu::cold, gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) const {
+    Place const& place = places_[p];
+    Followers const words = followersOf(place);
+    if (place.unknown) {
+        if (place.width == 1) return text_[p] < 128 || p + 2 > length_;
+        // The one-byte word has the column of the two-byte word, which wins every
+        // tie since it is made first.
+        std::uint64_t const two = words.packed[0];
+        return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), static_cast<std::uint32_t>(two >> kWordShift)) <=
+                                     pathKey(least, kUnknownWordCost);
+    }
+    // Any word before p gets at most `most` from some word that it may stand before.
+    std::uint64_t most = ~std::uint64_t{0};
+    for (std::size_t number = 0; number != words.count; ++number) {
+        BundleCell::Word const word = words.words[number].word;
+        if (!word.bounded || words.packed[number] >= kDeadEnd) continue;
+        std::uint64_t const sum = std::uint64_t{baseSum_} + sumOf(words.packed[number]);
+        most = std::min(most, sum + table_.columnMaximum(word.column));
+    }
+    return most < std::uint64_t{least} + table_.unknownCost();
+}
+
 /// Gives each word that starts at @p p its best continuation. False when one ends inside a character.
-[[gnu::always_inline]] inline bool BestPathSearch::chooseAt(std::size_t p) {
+/// @p kAtEnd tells whether an unknown word may reach the end of the text.
+template <bool kAtEnd>
+[[gnu::always_inline]] inline bool BestPathSearch::chooseAt(std::size_t p, Extent extent) {
     Place const& place = places_[p];
     std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
     Next* const next = next_.begin() + place.firstWord;
     unsigned char const* const matrix = table_.costs(0);
     BundleCell const* const words = cache_.cells() + place.words;
+    std::uint32_t const base = baseSum_;
     std::size_t number = 0;
     Bound bound{kMaxSum, kMaxSum};
-    lowBounded_ = kMaxSum;
+    std::uint32_t lowBounded = kNoBounded;
     for (BundleCell const* cell = words - place.arcCount; cell != words; ++cell) {
-        BundleCell::Arc const arc = cell->arc;
+        BundleCell::Arc const& arc = cell->arc;
         Place const& end = places_[p + arc.length()];
         if (end.width == 0) return false;
         Followers const followers = followersOf(end);
+        // At 255 a connection is forbidden. Below this sum there is none, since no follower has less than `low`.
+        std::uint32_t const low = std::max(bounds_[p + arc.length()].low, base) - base;
+        std::uint64_t const sure = std::uint64_t{std::min(low + ConnTable::kForbidden, kMostSum)} << kSumShift;
         std::uint64_t least = kDeadEnd;
         for (std::size_t const after = number + arc.count; number != after; ++number) {
             BundleCell::Word const word = words[number].word;
-            unsigned char const* const costs = matrix + word.rowOffset;
-            std::uint64_t best = followers.best(costs);
-            std::uint32_t cost = costs[followers.words[best & kNumberMask].word.column];
-            // Rarely a forbidden connection at 255 beats all others.
-            if (best >= std::uint64_t{kMostSum} << kSumShift || cost == ConnTable::kForbidden) [[unlikely]] {
-                best = chooseSlowly(followers, costs);
-                cost = costs[followers.words[best & kNumberMask].word.column];
-            }
-            next[number] = {static_cast<std::uint16_t>(best), static_cast<std::uint16_t>(cost)};
-            std::uint64_t const chosen = ((best & ~kNumberMask) + (std::uint64_t{word.cost} << kWordShift)) | number;
+            std::uint64_t best = followers.best(matrix + word.rowOffset);
+            if (best >= sure) [[unlikely]]
+                best = chooseSlowly(p + cell->arc.length(), word.rowOffset);
+            next[number] = static_cast<Next>(std::rotl(best, 64 - static_cast<int>(kSumShift)));
+            std::uint64_t const chosen = (best & ~kNumberMask) + (std::uint64_t{word.cost} << kWordShift | number);
             packed[number] = chosen;
             least = std::min(least, chosen);
         }
-        if (arc.isUnknown() && p + arc.length() == length_) [[unlikely]]
+        if (kAtEnd && arc.isUnknown() && p + arc.length() == length_)
             least = endWithUnknown(place, number - arc.count, arc);
         if (least >= kDeadEnd) continue;
-        std::uint32_t const sum = baseSum_ + sumOf(least);
+        std::uint32_t const sum = base + sumOf(least);
         bound.low = std::min(bound.low, sum);
         bound.lowBefore = std::min(bound.lowBefore, sum + arc.leastColumn);
-        if (arc.allBounded()) lowBounded_ = std::min(lowBounded_, sum);
+        if (arc.allBounded()) lowBounded = std::min(lowBounded, sum);
     }
     if (number != place.wordCount) packed[number] = kDeadEnd | number;
+    if (extent == Extent::kAll) {
+        bounds_[p] = bound;
+        if (bound.low >= rebaseAt_) [[unlikely]]
+            rebase(p);
+        return true;
+    }
+    // What an unknown word at p has at least; at the end of the text it has more.
+    std::uint32_t const unknown = table_.unknownCost();
+    std::uint32_t least = bounds_[p + 1].low;
+    if (place.width == 1 && text_[p] >= 128) [[unlikely]]
+        least = std::min(least, bounds_[p + 2].low);
+    least += unknown;
+    bound.low = std::min(bound.low, least);
+    bound.lowBefore = std::min(bound.lowBefore, least + unknown);
     bounds_[p] = bound;
+    // Before a bounded word no word pays more than 254, before the unknown one no less than `unknown`.
+    bool const sure = !place.unknown && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
+    if (!sure && !unknownsAreNeedless(p, least)) [[unlikely]]
+        return false;
+    if (bound.low >= rebaseAt_) [[unlikely]]
+        rebase(p);
     return true;
 }
+
+[[gnu::noinline]] bool BestPathSearch::chooseAtEnd(std::size_t p, Extent extent) { return chooseAt<true>(p, extent); }
 
 /// Lets the text end behind the unknown words of @p arc, which connect to its end at 255.
 [[gnu::cold]] std::uint64_t BestPathSearch::endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc) {
     std::uint64_t const packed =
         (std::uint64_t{ConnTable::kForbidden} << kSumShift) + (std::uint64_t{kUnknownWordCost} << kWordShift);
     for (std::size_t number = first; number != first + arc.count; ++number) {
-        next_[place.firstWord + number] = {0, ConnTable::kForbidden};
+        next_[place.firstWord + number] = ConnTable::kForbidden;
         packed_[place.firstWord - origin_ + number] = packed | number;
     }
     return packed | first;
 }
 
-/// The best of the followers that may follow; kDeadEnd when none may.
-[[gnu::cold]] std::uint64_t BestPathSearch::chooseSlowly(Followers const& followers, unsigned char const* costs) {
+/// The best of the words at @p p that may follow; kDeadEnd when none may.
+[[gnu::cold, gnu::noinline]] std::uint64_t BestPathSearch::chooseSlowly(std::size_t p, std::uint32_t rowOffset) {
+    Followers const followers = followersOf(places_[p]);
+    unsigned char const* const costs = table_.costs(rowOffset);
     std::uint64_t best = kDeadEnd;
     for (std::size_t i = 0; i < followers.count; ++i) {
         std::uint8_t const cost = costs[followers.words[i].word.column];
@@ -188,90 +249,61 @@ inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs)
     return best;
 }
 
+/// Finds the best path, which may be none.
+BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
+    if (tooMany_) return Choice::kTooFar;
+    startChoice();
+    for (std::size_t p = length_; p-- > 0;) {
+        Place const& place = places_[p];
+        if (place.width == 0) {
+            boundInside(p);
+            continue;
+        }
+        if (place.firstWord < origin_) slide(p);
+        // An unknown word is two bytes long at most.
+        bool const chosen = p + 2 < length_ ? chooseAt<false>(p, extent) : chooseAtEnd(p, extent);
+        if (!chosen) return Choice::kOmitted;
+    }
+    std::uint64_t const best = chooseSlowly(0, table_.id(ConnTable::kBeginId).rowOffset);
+    path_.clear();
+    if (tooFar_) return Choice::kTooFar;
+    if (best < kDeadEnd) readPath(static_cast<std::uint32_t>(best & kNumberMask));
+    return Choice::kMade;
+}
+
 /// Reads the path that starts with word number @p number of the text.
 void BestPathSearch::readPath(std::uint32_t number) {
-    pathCells_.clear();
+    std::size_t base = bases_.size();
     for (std::size_t p = 0; p != length_;) {
         Place const& place = places_[p];
+        while (base != 0 && bases_[base - 1].place <= p) --base;
         Next const next = next_[place.firstWord + number];
-        BundleCell const* const words = cache_.cells() + place.words;
-        BundleCell const* cell = words - place.arcCount;
+        std::uint32_t const sum = next + (base != 0 ? bases_[base - 1].sum : 0);
+        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
         for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
-        BundleCell::Word const word = words[number].word;
-        pathCells_.push(place.words + number);
+        std::uint32_t const length = cell->arc.length();
         cache_.prefetchRecord(place.words + number);
-        path_.push({nullptr, pathKey(next.cost, word.cost), cell->arc.length(), word.column});
-        p += cell->arc.length();
-        number = next.number;
+        path_.push({nullptr, pathKey(sum & 0xFFFF, place.words + number), length, 0});
+        p += length;
+        number = next >> 16;
     }
+    finishPath();
+}
+
+/// Fills in what each word of the path has, where the lower part of its connection sum and its cell are noted.
+void BestPathSearch::finishPath() {
     PathKey sum = 0;
     for (std::size_t i = path_.size(); i-- > 0;) {
-        path_[i].record = cache_.record(pathCells_[i]);
-        __builtin_prefetch(path_[i].record);  // the morpheme's values come from there
-        sum += path_[i].key;
-        path_[i].key = sum;
+        PathWord& word = path_[i];
+        std::uint32_t const number = wordSumOf(word.key);
+        word.record = cache_.record(number);
+        __builtin_prefetch(word.record);  // the morpheme's values come from there
+        BundleCell::Word const cell = cache_.cells()[number].word;
+        word.column = cell.column;
+        auto const cost = static_cast<std::uint16_t>(connSumOf(word.key) - connSumOf(sum));
+        sum += pathKey(cost, cell.cost);
+        word.key = sum;
     }
-}
-
-// What was left out. A word that starts at the second byte of a character follows
-// only the one-byte unknown word before it, since no word ends there. Unknown
-// words cost the same everywhere, before and behind, so a path through one is
-// told to be worse than another from the least sums behind it.
-
-/// Bounds the words that start at the second byte @p p of a character: every
-/// connection costs 0 or more, and before a word no less than its column's minimum.
-inline void BestPathSearch::boundInside(std::size_t p) {
-    std::uint32_t const unknown = table_.unknownCost();
-    std::uint32_t low = bounds_[p + 1].low + unknown;
-    std::uint32_t lowBefore = low + unknown;
-    auto const word = [&](std::size_t end, std::uint32_t cost) {
-        low = std::min(low, bounds_[end].lowBefore);
-        lowBefore = std::min(lowBefore, bounds_[end].lowBefore + cost);
-    };
-    Place const& place = places_[p];
-    if (place.single != SearchTable::kNoWord) word(p + 1, place.single);
-    if (place.pair != SearchTable::kNoWord) word(p + 2, place.pair);
-    if (text_[p] >= 128 && p + 2 <= length_) {
-        low = std::min(low, bounds_[p + 2].low + unknown);
-        lowBefore = std::min(lowBefore, bounds_[p + 2].low + 2 * unknown);
-    }
-    for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
-        word(overhangs_.end()[-1].end, 0);
-    bounds_[p] = {std::min(low, kMaxSum), std::min(lowBefore, kMaxSum)};
-}
-
-/// True when no word before @p p would choose an unknown word that was left out.
-inline bool BestPathSearch::unknownsAreNeedless(std::size_t p) {
-    Place const& place = places_[p];
-    Bound& bound = bounds_[p];
-    std::uint32_t const cost = table_.unknownCost();
-    // What an unknown word at p has at least; at the end of the text it has more.
-    std::uint32_t least = bounds_[p + 1].low;
-    bool const twoMore = place.width == 1 && text_[p] >= 128 && p + 2 <= length_;
-    if (twoMore) least = std::min(least, bounds_[p + 2].low);
-    least = std::min(least, kMaxSum) + cost;
-    bound.low = std::min(bound.low, least);
-    bound.lowBefore = std::min(bound.lowBefore, least + cost);
-    Followers const words = followersOf(place);
-    if (place.unknown) {
-        if (place.width == 1) return !twoMore;
-        // The one-byte word has the column of the two-byte word, which wins every
-        // tie since it is made first.
-        std::uint64_t const two = words.packed[0];
-        return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), static_cast<std::uint32_t>(two >> kWordShift)) <=
-                                     pathKey(least, kUnknownWordCost);
-    }
-    // Any word before p gets at most `most` from some word that it may stand before.
-    std::uint64_t const enough = std::uint64_t{least} + cost;
-    if (lowBounded_ < kMaxSum && std::uint64_t{lowBounded_} + 254 < enough) return true;
-    std::uint64_t most = ~std::uint64_t{0};
-    for (std::size_t number = 0; number != words.count; ++number) {
-        BundleCell::Word const word = words.words[number].word;
-        if (!word.bounded || words.packed[number] >= kDeadEnd) continue;
-        std::uint64_t const sum = std::uint64_t{baseSum_} + sumOf(words.packed[number]);
-        most = std::min(most, sum + table_.columnMaximum(word.column));
-    }
-    return most < enough;
 }
 
 }  // namespace TAVO

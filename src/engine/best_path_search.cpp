@@ -50,7 +50,6 @@ void BestPathSearch::giveBack() noexcept {
     next_.shrink(2 * kKept);
     packed_.shrink(kKept);
     overhangs_.shrink(kKept);
-    pathCells_.shrink(kKept);
 }
 
 // Collecting. Words are made in the order that decides complete ties: the
@@ -155,6 +154,7 @@ void BestPathSearch::scanOverhangs(std::size_t p) {
         trie->possibleLengths(text_ + p, length_ - p, [&](std::size_t length) {
             if (length <= 2) return;
             overhangs_.push({static_cast<std::uint32_t>(p), static_cast<std::uint32_t>(p + length)});
+            places_[p].unknown = true;
             reach_[p + length] = 0xFF;
         });
     }

@@ -74,15 +74,18 @@ private:
         std::uint16_t wordCount;  ///< even
         std::uint16_t arcCount;   ///< whose cells are before the words'
         std::uint8_t width;       ///< of the character that starts here; 0: none does
-        bool unknown = false;     ///< unknown words stand among the words
+        bool unknown = false;     ///< unknown words stand among the words; inside a character: it has overhangs
         // Inside a character: ShortForm::least of the byte here, and of the two from here on.
         std::uint8_t single = SearchTable::kNoWord;
         std::uint8_t pair = SearchTable::kNoWord;
     };
-    /// The best continuation of a word.
-    struct Next {
-        std::uint16_t number;  ///< of the word, among those that start there
-        std::uint16_t cost;    ///< of the connection
+    /// The best continuation of a word: its number among the words that start there, and below it, in 16
+    /// bits, the lower part of the connection sum above the base sum.
+    using Next = std::uint32_t;
+    /// Sums of places before @p place are counted from @p sum.
+    struct Base {
+        std::uint32_t place;
+        std::uint32_t sum;
     };
     /// What connection sums words of a position have at least.
     struct Bound {
@@ -118,12 +121,15 @@ private:
     void slide(std::size_t p);
     void rebase(std::size_t p);
     Followers followersOf(Place const& place) const noexcept;
-    bool chooseAt(std::size_t p);
+    template <bool kAtEnd>
+    bool chooseAt(std::size_t p, Extent extent);
+    bool chooseAtEnd(std::size_t p, Extent extent);
     std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
-    std::uint64_t chooseSlowly(Followers const& followers, unsigned char const* costs);
+    std::uint64_t chooseSlowly(std::size_t p, std::uint32_t rowOffset);
     void readPath(std::uint32_t number);
+    void finishPath();
     void boundInside(std::size_t p);
-    bool unknownsAreNeedless(std::size_t p);
+    bool unknownsAreNeedless(std::size_t p, std::uint32_t least) const;
 
     SearchTable table_;
     BundleCache cache_;
@@ -140,7 +146,6 @@ private:
     bool tooMany_ = false;       // more words start at some place than a bundle has
     RawBuffer<Next> next_;       // by word
     RawBuffer<PathWord> path_;
-    RawBuffer<std::uint32_t> pathCells_;  // of the words of the path
 
     // The positions at work, when arcs are collected.
     std::array<std::uint32_t, kWindow + 1> starts_{};  // and where the next ones begin
@@ -152,9 +157,9 @@ private:
     RawBuffer<Bound> bounds_;
     RawBuffer<std::uint64_t> packed_;  // by word from origin_ on
     std::uint32_t origin_ = 0;
-    std::uint32_t baseSum_ = 0;     // what packed sums are counted from
-    std::uint32_t rebaseAt_ = 0;    // the least sum of a position that asks for another one
-    std::uint32_t lowBounded_ = 0;  // of the position: smallest sum of arcs of bounded words
+    std::uint32_t baseSum_ = 0;   // what packed sums are counted from
+    RawBuffer<Base> bases_;       // all base sums of the text but the first, which is 0
+    std::uint32_t rebaseAt_ = 0;  // the least sum of a position that asks for another one
     bool tooFar_ = false;
 };
 

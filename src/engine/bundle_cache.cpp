@@ -162,7 +162,8 @@ std::uint32_t BundleCache::addBundle(Key const& key) {
 }
 
 std::uint32_t BundleCache::addCells(std::uint32_t source) {
-    if ((words_.size() & 1) != 0) addWord({0, 0, 0, false}, nullptr);
+    // Its cost lies where the last word's does.
+    if ((words_.size() & 1) != 0) addWord({0, words_.end()[-1].word.column, 0, false}, nullptr);
     auto const bundle = static_cast<std::uint32_t>(cells_.size());
     std::size_t const size = bundle + BundleCell::kHeadCells + arcs_.size() + words_.size();
     cells_.reserve(size);

@@ -4,78 +4,58 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 
 namespace TAVO {
-namespace {
-
-// Room for pairs, in bits: a little for short texts and small dictionaries.
-constexpr unsigned kFewBits = 7;
-constexpr unsigned kMostBits = 15;
-
-}  // namespace
-
-inline FormFinder::Known& FormFinder::placeOf(std::uint32_t pair) noexcept {
-    return known_[(pair * 0x9E3779B1U) >> (32 - bits_)];
-}
-
-void FormFinder::clear() noexcept {
-    known_.clear();
-    learnt_ = 0;
-}
-
-/// Takes more room when a text has many pairs, and the dictionary enough words to make that worth it.
-void FormFinder::makeRoom(DicTrie const& trie) {
-    auto const most =
-        std::clamp<unsigned>(static_cast<unsigned>(std::bit_width(trie.cellCount() >> 4)), kFewBits, kMostBits);
-    bool const tooFew = bits_ < most && learnt_ > known_.size();
-    if (!known_.empty() && !tooFew) return;
-    bits_ = tooFew ? std::min(bits_ + 2, most) : std::max(bits_, kFewBits);
-    clear();
-    known_.resizeForOverwrite(std::size_t{1} << bits_);
-    std::fill(known_.begin(), known_.end(), Known{});
-    known_[0].pair = 1;  // free too: pair 0 would stand here, pair 1 elsewhere
-}
-
 void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
                         std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache) {
-    makeRoom(trie);
+    pairs_.makeRoom(trie.cellCount());
     lookUp(text, n, starts);
     learn(trie, dictionary, text, starts, cache);
-    batch_.start(starts.size());
-    for (std::uint32_t number = 0; number < starts.size(); ++number) {
-        std::uint32_t const p = starts[number];
-        Known const known = atStarts_[number];
-        batch_.match(number) = {0, known.length};
-        if (known.state == kEnd) continue;
-        if ((known.state & kTail) != 0)
-            batch_.addTail(trie, number, p, known.consumed, known.state & ~kTail);
-        else if (std::uint32_t const at = p + known.consumed; at < n)
-            batch_.addWalk(trie, number, p, known.consumed, known.state, text[at]);
-    }
+    startWalks(trie, dictionary, text, n, starts, bundles);
     batch_.run(trie, text, n);
-    findBundles(dictionary, text, starts, bundles, cache);
+    findBundles(text, starts, bundles, cache);
 }
 
-/// Finds the bundles of the longest forms.
-void FormFinder::findBundles(std::uint32_t dictionary, unsigned char const* text, std::span<std::uint32_t const> starts,
-                             std::span<std::uint32_t> bundles, BundleCache& cache) {
+/// Gives places the bundles of their pairs and goes on from the pairs that longer forms begin with.
+void FormFinder::startWalks(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
+                            std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles) {
+    batch_.start(starts.size());
     sought_.resizeForOverwrite(starts.size());
-    std::size_t count = 0;
+    std::uint32_t count = 0;
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
-        PrefixBatch::Match match = batch_.match(number);
-        Known const known = atStarts_[number];
+        Known const& known = atStarts_[number];
         std::uint32_t const parent = bundles[number];
-        bool isSought = match.length != known.length;
-        if (parent == BundleCache::kEmpty) {
-            if (!isSought) bundles[number] = known.bundle;
-        } else if (!isSought && match.length != 0) {
-            match.cell = cache.cellOf(known.bundle);
-            isSought = true;
+        if (parent == BundleCache::kEmpty) bundles[number] = known.bundle;
+        if (known.state == kEnd && (parent == BundleCache::kEmpty || known.length == 0)) continue;
+        sought_[count] = {number, {parent, 0, known.length, dictionary}};
+        batch_.match(count) = {0, known.length};
+        std::uint32_t const p = starts[number];
+        std::uint32_t const at = p + known.consumed;
+        if ((known.state & kTail) == 0) {
+            if (at < n) batch_.addWalk(trie, count, p, known.consumed, known.state, text[at]);
+        } else if (known.state != kEnd) {
+            batch_.addTail(trie, count, p, known.consumed, known.state & ~kTail);
         }
-        sought_[count] = {number, {parent, match.cell, match.length, dictionary}};
-        count += isSought ? 1 : 0;
+        ++count;
+    }
+    sought_.truncate(count);
+}
+
+/// Finds the bundles of the longest forms where those of the pairs are not all.
+void FormFinder::findBundles(unsigned char const* text, std::span<std::uint32_t const> starts,
+                             std::span<std::uint32_t> bundles, BundleCache& cache) {
+    std::size_t count = 0;
+    for (std::uint32_t search = 0; search < sought_.size(); ++search) {
+        Sought sought = sought_[search];
+        PrefixBatch::Match match = batch_.match(search);
+        if (match.length == sought.key.length) {
+            if (match.length == 0 || sought.key.parent == BundleCache::kEmpty) continue;
+            match.cell = cache.cellOf(atStarts_[sought.number].bundle);
+        }
+        sought.key.cell = match.cell;
+        sought.key.length = match.length;
+        sought_[count++] = sought;
     }
     sought_.truncate(count);
     for (Sought const& sought : sought_) cache.prefetchSlot(sought.key);
@@ -94,8 +74,11 @@ void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std:
             for (std::size_t i = 0; i < n - p; ++i) pair |= std::uint32_t{text[p + i]} << 8 * i;
         if (text[p] < 0x80) pair &= 0xFFFF;
         atStarts_[number].pair = pair;
-        __builtin_prefetch(&placeOf(pair));
+        pairs_.prefetch(pair);
     }
+    numbers_.resizeForOverwrite(starts.size());
+    for (std::size_t number = 0; number < starts.size(); ++number)
+        numbers_[number] = pairs_.numberOf(atStarts_[number].pair);
 }
 
 /// Notes the forms inside the pairs that are not known. All go through the trie together.
@@ -104,8 +87,8 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
     lessons_.clear();
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
         std::uint32_t const pair = atStarts_[number].pair;
-        if (Known const known = placeOf(pair); known.pair == pair) {
-            atStarts_[number] = known;
+        if (numbers_[number] != 0 && pairs_[numbers_[number]].pair == pair) {
+            atStarts_[number] = pairs_[numbers_[number]];
             continue;
         }
         std::uint32_t const base = trie.rootBase(pair & 0xFF);
@@ -114,7 +97,6 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
         if (base != 0) trie.prefetch(base, pair >> 8 & 0xFF);
     }
     if (lessons_.empty()) return;
-    learnt_ += lessons_.size();
     for (unsigned consumed = 1; consumed <= sizeof(Known::pair); ++consumed)
         for (Lesson& lesson : lessons_)
             if (lesson.goesOn) step(lesson, consumed, trie);
@@ -127,7 +109,8 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
     for (Lesson& lesson : lessons_) {
         if (lesson.known.length != 0)
             lesson.known.bundle = cache.find(lesson.key(dictionary), text + starts[lesson.number]);
-        placeOf(lesson.known.pair) = atStarts_[lesson.number] = lesson.known;
+        atStarts_[lesson.number] = lesson.known;
+        pairs_.add(lesson.known);
     }
 }
 

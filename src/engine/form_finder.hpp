@@ -5,6 +5,7 @@
 #include "base/raw_buffer.hpp"
 #include "dic/prefix_batch.hpp"
 #include "engine/bundle_cache.hpp"
+#include "engine/known_pairs.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +19,7 @@ namespace TAVO {
 class FormFinder {
 public:
     /// Forgets what it remembers, as must be done when the BundleCache forgets.
-    void clear() noexcept;
+    void clear() noexcept { pairs_.clear(); }
 
     /// Adds the forms of @p trie, dictionary number @p dictionary, to the bundles of places: @p bundles
     /// are those of @p starts in the @p n bytes at @p text.
@@ -30,15 +31,7 @@ private:
     static constexpr std::uint32_t kTail = std::uint32_t{1} << 31;
     static constexpr std::uint32_t kEnd = 0xFFFFFFFF;
 
-    /// What is known of a pair: the first four bytes at a place, two when the first one is ASCII,
-    /// as a number. Where the text ends NULs stand.
-    struct Known {
-        std::uint32_t pair;
-        std::uint32_t state;    // where longer forms go on
-        std::uint32_t bundle;   // of the forms inside the pair
-        std::uint8_t length;    // of the longest of them, in bytes
-        std::uint8_t consumed;  // bytes on the way to state
-    };
+    using Known = KnownPairs::Known;
     struct Sought {
         std::uint32_t number;  // of the start
         BundleCache::Key key;
@@ -57,20 +50,20 @@ private:
         }
     };
 
-    Known& placeOf(std::uint32_t pair) noexcept;
-    void makeRoom(DicTrie const& trie);
     void lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts);
-    void findBundles(std::uint32_t dictionary, unsigned char const* text, std::span<std::uint32_t const> starts,
-                     std::span<std::uint32_t> bundles, BundleCache& cache);
+    void startWalks(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
+                    std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles);
+    void findBundles(unsigned char const* text, std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles,
+                     BundleCache& cache);
     void learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
                std::span<std::uint32_t const> starts, BundleCache& cache);
     static void step(Lesson& lesson, unsigned consumed, DicTrie const& trie);
     static void endTail(Lesson& lesson, DicTrie const& trie);
 
-    RawBuffer<Known> known_;     // by hash of the pair
-    unsigned bits_ = 0;          // of the hash
-    std::size_t learnt_ = 0;     // pairs, since there is room for so many
-    RawBuffer<Known> atStarts_;  // by number of the start
+    KnownPairs pairs_;
+    // By number of the start.
+    RawBuffer<Known> atStarts_;
+    RawBuffer<std::uint16_t> numbers_;  // of its pair
     RawBuffer<Lesson> lessons_;
     RawBuffer<Sought> sought_;
     PrefixBatch batch_;
