@@ -3,7 +3,9 @@
 #include "base/sjis.hpp"
 
 #include <algorithm>
+#include <map>
 #include <string_view>
+#include <utility>
 
 namespace TAVO::importer {
 namespace {
@@ -34,28 +36,35 @@ double hiraganaWeight(std::vector<std::string> const& sentences) {
 PairCounts countPairs(Lexicon const& lexicon, FormIndex const& index, std::vector<std::string> const& sentences) {
     PairCounts counts;
     counts.asLeft.resize(lexicon.words.size());
-    counts.asRight.resize(lexicon.words.size());
     double const hiragana = hiraganaWeight(sentences);
-    std::vector<double> weights, starting, ending;  // of the nodes; of those at each position together
+    auto const weightOf = [&](std::string_view text) { return hiraganaBytes(text) == text.size() ? hiragana : 1; };
+    std::map<std::vector<std::uint32_t>, double> together;
+    std::vector<double> starting, ending;  // weights of the nodes at each position
     Lattice lattice;
     for (std::string const& text : sentences) {
         fillLattice(lattice, index, lexicon, text);
-        weights.clear();
         starting.assign(text.size() + 1, 0);
         ending.assign(text.size() + 1, 0);
         starting.back() = ending.front() = 1;  // the ends of the text
         for (Node const& node : lattice.nodes) {
-            std::string_view const form = lexicon.words[node.word].form;
-            weights.push_back(hiraganaBytes(form) == form.size() ? hiragana : 1);
-            starting[node.start] += weights.back();
-            ending[node.end] += weights.back();
+            double const weight = weightOf(lexicon.words[node.word].form);
+            starting[node.start] += weight;
+            ending[node.end] += weight;
         }
-        for (std::size_t i = 0; i < lattice.nodes.size(); ++i) {
-            Node const& node = lattice.nodes[i];
-            counts.asLeft[node.word] += weights[i] * starting[node.end];
-            counts.asRight[node.word] += weights[i] * ending[node.start];
+        for (Node const& node : lattice.nodes)
+            counts.asLeft[node.word] += weightOf(lexicon.words[node.word].form) * starting[node.end];
+        for (std::size_t pos = 0; pos < text.size(); ++pos) {
+            std::vector<std::uint32_t> words;
+            for (std::uint32_t i = lattice.firstAt[pos]; i < lattice.firstAt[pos + 1]; ++i)
+                words.push_back(lattice.nodes[i].word);
+            std::string_view const first = std::string_view(text).substr(pos, charWidth(text, pos));
+            if (!words.empty()) together[std::move(words)] += weightOf(first) * ending[pos];
         }
     }
+    std::vector<std::pair<double, std::vector<std::uint32_t> const*>> order;
+    for (auto const& [words, weight] : together) order.emplace_back(weight, &words);
+    std::stable_sort(order.begin(), order.end(), [](auto const& a, auto const& b) { return a.first > b.first; });
+    for (auto const& [weight, words] : order) counts.together.push_back(*words);
     return counts;
 }
 

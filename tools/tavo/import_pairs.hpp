@@ -5,6 +5,7 @@
 #include "import_lexicon.hpp"
 #include "import_search.hpp"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,9 @@ namespace TAVO::importer {
 /// Pairs of neighbours that the words of a lexicon are part of, on good paths and
 /// bad ones; empty when nothing was counted.
 struct PairCounts {
-    std::vector<double> asLeft, asRight;  ///< per word
+    std::vector<double> asLeft;  ///< per word
+    /// Words that start together, so that a search asks for the costs of all of them at once; most asked for first.
+    std::vector<std::vector<std::uint32_t>> together;
 };
 
 /// Counts in all lattices of @p sentences (code page 932). Hiragana is half of

@@ -97,7 +97,7 @@ private:
     struct Id {
         std::uint32_t name, row, column;
         std::uint64_t words;
-        double asLeft, asRight;  ///< pairs of neighbours that its words are part of
+        double asLeft;  ///< pairs of neighbours that its words are the first of
     };
 
     /// A row that follows a leader has the leader's shift, less the constant between them.
@@ -157,7 +157,7 @@ private:
             std::uint32_t const row = rowLeader(word.row);
             auto const [place, fresh] =
                 ids.emplace(std::tuple(word.name, row, column), static_cast<std::uint32_t>(ids_.size()));
-            if (fresh) ids_.push_back({word.name, row, column, 0, 0, 0});
+            if (fresh) ids_.push_back({word.name, row, column, 0, 0});
             return place->second;
         };
         std::unordered_map<std::string_view, std::vector<std::uint32_t>> winners;
@@ -170,9 +170,7 @@ private:
             }
             std::uint32_t const id = wordId_[i] = idOf(*cheapest, columnOf(*cheapest));
             ids_[id].words += 1;
-            if (pairs_.asLeft.empty()) continue;
-            ids_[id].asLeft += pairs_.asLeft[i];
-            ids_[id].asRight += pairs_.asRight[i];
+            if (!pairs_.asLeft.empty()) ids_[id].asLeft += pairs_.asLeft[i];
         }
     }
 
@@ -265,12 +263,10 @@ private:
         rowOf_ = {0, 0, lastLine};
         columnOf_ = {lastColumn, 0, lastColumn};
         rowUse_.assign(rows.size(), 0);
-        columnUse_.assign(columns_.size(), 0);
         for (std::uint32_t const i : order_) {
             rowOf_.push_back(lineOf[ids_[i].row]);
             columnOf_.push_back(ids_[i].column);
             rowUse_[rowOf_.back()] += ids_[i].asLeft;
-            columnUse_[ids_[i].column] += ids_[i].asRight;
         }
         tables_.columns = static_cast<std::uint32_t>(columns_.size());
         tables_.matrix.reserve(rows.size() * columns_.size());
@@ -278,54 +274,81 @@ private:
             for (Column const& column : columns_) tables_.matrix.push_back(cell(row, column));
     }
 
-    /// Keeps one of equal rows and columns, those first that a search asks for most,
-    /// so that the cells in use lie together. A search asks for the costs of all
-    /// neighbours in a text, of which few are on a good path.
+    /// Keeps one of equal rows and columns. Rows that a search asks for most stand first, and
+    /// columns that it asks for together stand together, so that it reads from few places. A search asks for
+    /// the costs of all neighbours in a text, of which few are on a good path.
     void mergeEqual() {
         std::vector<std::uint8_t>& matrix = tables_.matrix;
         std::uint32_t const wide = tables_.columns;
-        auto const rowText = [&](std::uint32_t row) {
+        Distinct rows(rowOf_, rowUse_.size(), [&](std::uint32_t row) {
             return std::string(reinterpret_cast<char const*>(&matrix[std::size_t{row} * wide]), wide);
-        };
-        std::vector<std::uint32_t> const rows = keepDistinct(rowOf_, rowUse_, rowText, tables_.rowOf);
-        auto const columnText = [&](std::uint32_t column) {
+        });
+        std::vector<double> use(rowUse_.size(), 0);
+        for (std::uint32_t row = 0; row < rowUse_.size(); ++row)
+            if (rows.same[row] != kNoIndex) use[rows.same[row]] += rowUse_[row];
+        rows.sort([&](std::uint32_t a, std::uint32_t b) { return use[a] > use[b]; });
+        Distinct columns(columnOf_, columns_.size(), [&](std::uint32_t column) {
             std::string text;
-            for (std::uint32_t const row : rows) text += static_cast<char>(matrix[std::size_t{row} * wide + column]);
+            for (std::uint32_t const row : rows.kept)
+                text += static_cast<char>(matrix[std::size_t{row} * wide + column]);
             return text;
-        };
-        std::vector<std::uint32_t> const columns = keepDistinct(columnOf_, columnUse_, columnText, tables_.columnOf);
+        });
+        std::vector<std::uint32_t> const ranks = rankTogether(columns.same);
+        columns.sort([&](std::uint32_t a, std::uint32_t b) { return ranks[a] < ranks[b]; });
+        if (columns.kept.size() > 65535)
+            throw ImportError("the matrix has more than 65535 columns; raise --step or --merge");
         std::vector<std::uint8_t> small;
-        for (std::uint32_t const row : rows)
-            for (std::uint32_t const column : columns) small.push_back(matrix[std::size_t{row} * wide + column]);
+        for (std::uint32_t const row : rows.kept)
+            for (std::uint32_t const column : columns.kept) small.push_back(matrix[std::size_t{row} * wide + column]);
         matrix = std::move(small);
-        tables_.rows = static_cast<std::uint32_t>(rows.size());
-        tables_.columns = static_cast<std::uint32_t>(columns.size());
+        tables_.rowOf = rows.places(rowOf_);
+        tables_.columnOf = columns.places(columnOf_);
+        tables_.rows = static_cast<std::uint32_t>(rows.kept.size());
+        tables_.columns = static_cast<std::uint32_t>(columns.kept.size());
     }
 
-    /// The first of each set of equal lines among those that @p lineOf names, most
-    /// used first; @p place gets the position per id.
-    template <class Text>
-    static std::vector<std::uint32_t> keepDistinct(std::vector<std::uint32_t> const& lineOf,
-                                                   std::vector<double> const& use, Text&& text,
-                                                   std::vector<std::uint16_t>& place) {
-        std::unordered_map<std::string, std::uint32_t> seen;
-        std::vector<std::uint32_t> same(use.size(), kNoIndex);
-        std::vector<double> sum(use.size(), 0);
-        std::vector<std::uint32_t> kept;
-        for (std::uint32_t const line : lineOf) {
-            if (same[line] != kNoIndex) continue;
-            auto const [first, fresh] = seen.emplace(text(line), line);
-            same[line] = first->second;
-            sum[first->second] += use[line];
-            if (fresh) kept.push_back(line);
-        }
-        std::stable_sort(kept.begin(), kept.end(), [&](std::uint32_t a, std::uint32_t b) { return sum[a] > sum[b]; });
-        if (kept.size() > 65535) throw ImportError("the matrix has more than 65535 columns; raise --step or --merge");
-        std::vector<std::uint32_t> position(use.size(), 0);
-        for (std::uint32_t i = 0; i < kept.size(); ++i) position[kept[i]] = i;
-        for (std::uint32_t const line : lineOf) place.push_back(static_cast<std::uint16_t>(position[same[line]]));
-        return kept;
+    /// When each column is first asked for, group after group; @p same tells which one stands for it.
+    std::vector<std::uint32_t> rankTogether(std::vector<std::uint32_t> const& same) const {
+        std::vector<std::uint32_t> ranks(same.size(), kNoIndex);
+        std::uint32_t next = 0;
+        for (std::vector<std::uint32_t> const& words : pairs_.together)
+            for (std::uint32_t const word : words) {
+                std::uint32_t const column = same[ids_[wordId_[word]].column];
+                if (column != kNoIndex && ranks[column] == kNoIndex) ranks[column] = next++;
+            }
+        return ranks;
     }
+
+    /// Rows or columns without repetitions.
+    struct Distinct {
+        std::vector<std::uint32_t> kept;  ///< the first of each set of equal lines
+        std::vector<std::uint32_t> same;  ///< per line the one kept for it; kNoIndex: it is not in use
+
+        /// Of the lines 0 to @p count - 1 those that @p lineOf names.
+        template <class Text>
+        Distinct(std::vector<std::uint32_t> const& lineOf, std::size_t count, Text const& text)
+            : same(count, kNoIndex) {
+            std::unordered_map<std::string, std::uint32_t> seen;
+            for (std::uint32_t const line : lineOf) {
+                if (same[line] != kNoIndex) continue;
+                auto const [first, fresh] = seen.emplace(text(line), line);
+                same[line] = first->second;
+                if (fresh) kept.push_back(line);
+            }
+        }
+        template <class Less>
+        void sort(Less const& less) {
+            std::stable_sort(kept.begin(), kept.end(), less);
+        }
+        /// Where the lines kept for those of @p lineOf stand.
+        std::vector<std::uint16_t> places(std::vector<std::uint32_t> const& lineOf) const {
+            std::vector<std::uint32_t> position(same.size(), 0);
+            for (std::uint32_t i = 0; i < kept.size(); ++i) position[kept[i]] = i;
+            std::vector<std::uint16_t> result;
+            for (std::uint32_t const line : lineOf) result.push_back(static_cast<std::uint16_t>(position[same[line]]));
+            return result;
+        }
+    };
 
     Lexicon const& lexicon_;
     FormIndex const& index_;
@@ -340,7 +363,7 @@ private:
     std::vector<std::uint32_t> order_;  // of ids_, in final order
     std::vector<std::uint32_t> wordId_;
     std::vector<std::uint32_t> rowOf_, columnOf_;  // per final id
-    std::vector<double> rowUse_, columnUse_;
+    std::vector<double> rowUse_;
     Tables tables_;
 };
 
