@@ -44,6 +44,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// The sentence, or null when the last input had none at all; throws
     /// range_error with @p what for a bad index.
     Sentence const* sentence(int index, char const* what) const;
+    /// The same once there is an analysis; else throws tavo_not_ready.
+    Sentence const* analysed(int index, char const* what) const;
 
     /// Applies the keys of an init file in their fixed order.
     void applyInitFile(Tavo& tavo, std::string const& path);

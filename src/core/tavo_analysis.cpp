@@ -3,6 +3,7 @@
 #include "engine/intake.hpp"
 #include "result/assembly.hpp"
 #include "result/marked_sentence.hpp"
+#include "result/mrph_access.hpp"
 #include "result/tagged_input.hpp"
 
 #include <ostream>
@@ -114,14 +115,31 @@ Sentence const* Tavo::Impl::sentence(int index, char const* what) const {
     return &context.sentences[static_cast<std::size_t>(index)];
 }
 
+Sentence const* Tavo::Impl::analysed(int index, char const* what) const {
+    if (index < 0) throw std::range_error(what);
+    if (!hasResult) throw tavo_not_ready("No Analyze: Need to call analyze()");
+    requireReady();
+    return sentence(index, what);
+}
+
 void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
-    constexpr char const* kRangeError = "RANGE_ERROR: Tavo::getResult()";
-    if (sentence < 0) throw std::range_error(kRangeError);
-    out.clear();
-    if (!impl_->hasResult) throw tavo_not_ready("No Analyze: Need to call analyze()");
-    impl_->requireReady();
-    if (Sentence const* const found = impl_->sentence(sentence, kRangeError))
+    if (sentence >= 0) out.clear();
+    if (Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getResult()"))
         impl_->assemble(out, bestPath(*found), *found);
+}
+
+void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
+    if (sentence >= 0) lengths.clear();
+    Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getLengths()");
+    if (found == nullptr) return;
+    AnalyzerContext& context = impl_->context;
+    context.reduce.bind(context.pos, context.settings);
+    if (appendLengths(lengths, context, *found)) return;
+    std::vector<Mrph> morphemes;
+    impl_->assemble(morphemes, bestPath(*found), *found);
+    for (Mrph const& morpheme : morphemes)
+        lengths.push_back(morpheme.isAnnotation() ? 0
+                                                  : static_cast<unsigned int>(MrphAccess::rawForm(morpheme).size()));
 }
 
 void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found) {

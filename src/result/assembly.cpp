@@ -26,4 +26,16 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
     joiner.finish();
 }
 
+bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, Sentence const& sentence) {
+    if (sentence.marks || context.settings.mode(Mode::DivideWord) == 1) return false;
+    LengthJoiner joiner(context.reduce, out);
+    char const* text = sentence.text.data();
+    for (LatticeNode const* node = sentence.bestStart; node != nullptr; node = node->next) {
+        joiner.add(MrphDic(node->record).pid(), {text, node->length});
+        text += node->length;
+    }
+    joiner.finish();
+    return true;
+}
+
 }  // namespace TAVO

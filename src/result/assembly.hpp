@@ -17,6 +17,10 @@ namespace TAVO {
 void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
                   Sentence const& sentence);
 
+/// Appends the lengths of the pieces of the text that these morphemes stand for. False when it takes
+/// the morphemes to tell.
+bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, Sentence const& sentence);
+
 // The stages, for one morpheme.
 
 /// The morpheme of @p node, whose first byte is @p text.

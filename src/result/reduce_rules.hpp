@@ -62,26 +62,73 @@ private:
     int boundModes_[3] = {-1, -1, -1};
 };
 
+/// Finds runs among items that are appended to an array one after another and stand for morphemes.
+/// The open run stands at the end of the array, its members as they came; a
+/// morpheme that may be inner stands behind them until its fate is known.
+class RunTracker {
+public:
+    /// Items [first, end) of the array are members.
+    struct Run {
+        std::size_t first;
+        std::size_t end;
+        std::uint8_t rule;
+
+        bool joins() const noexcept { return end - first > 1; }
+    };
+
+    explicit RunTracker(ReduceRules const& rules) : rules_(rules) {}
+
+    bool isOpen() const noexcept { return rule_ != ReduceRules::kNone; }
+    /// Takes a morpheme of @p pid, which is about to be appended to @p count items, into the open run, or
+    /// behind it as inner; false when it fits neither.
+    bool takes(std::uint32_t pid, std::string_view form, std::size_t count);
+    /// Behind appending: opens a run with the last one of @p count items when none is open and a rule has its @p pid.
+    void appended(std::uint32_t pid, std::size_t count) {
+        lastPid_ = pid;
+        if (!isOpen()) start(count);
+    }
+    /// Closes the open run. Once its members are one item, if they join, call closed().
+    Run close() noexcept {
+        Run const run{first_, end_, rule_};
+        rule_ = ReduceRules::kNone;
+        return run;
+    }
+    /// What stood behind the members, as the last one of @p count items, may open the next run.
+    void closed(std::size_t count) {
+        if (!hasInner_) return;
+        hasInner_ = false;  // it joined nothing
+        start(count);
+    }
+
+private:
+    void start(std::size_t count) {
+        rule_ = rules_.ruleOf(lastPid_);
+        first_ = count - 1;
+        end_ = count;
+    }
+    bool isInner(std::string_view form) const;
+
+    ReduceRules const& rules_;
+    std::uint32_t lastPid_ = 0;               // of the item appended last
+    std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
+    // Of the open run, in the array.
+    std::size_t first_ = 0;
+    std::size_t end_ = 0;
+    bool hasInner_ = false;  // stands at end_
+};
+
 /// Takes the morphemes of one sentence in order and appends them to a result,
 /// runs joined. Call finish() after the last one, and before anything else is
 /// appended.
-///
-/// The open run stands at the end of the result, its members as they came; a
-/// morpheme that may be inner stands behind them until its fate is known.
 class RunJoiner {
 public:
-    RunJoiner(ReduceRules const& rules, std::vector<Mrph>& out) : rules_(rules), out_(out) {}
+    RunJoiner(ReduceRules const& rules, std::vector<Mrph>& out) : rules_(rules), runs_(rules), out_(out) {}
 
-    void add(Mrph&& m) {
-        std::uint32_t const pid = m.getPid();
-        while (rule_ != ReduceRules::kNone && !extends(m, pid)) close();
-        out_.push_back(std::move(m));
-        if (rule_ == ReduceRules::kNone) start(pid);
-    }
+    void add(Mrph&& m);
     /// Adds what @p make returns, a morpheme of id @p pid; it is made where it stays when no run is open.
     template <class Make>
     void addMade(std::uint32_t pid, Make const& make) {
-        if (rule_ != ReduceRules::kNone) {
+        if (runs_.isOpen()) {
             add(make());
             return;
         }
@@ -90,33 +137,38 @@ public:
             operator Mrph() const { return make(); }
         };
         out_.emplace_back(InPlace{make});
-        start(pid);
+        runs_.appended(pid, out_.size());
     }
     /// Appends a morpheme that no run may cross.
     void addAlone(Mrph&& m);
     void finish();
 
 private:
-    bool isInner(Mrph const& m) const;
-    /// Takes @p m, which is about to be appended, into the open run, or behind it
-    /// as inner; false when it fits neither.
-    bool extends(Mrph const& m, std::uint32_t pid);
-    /// Opens a run with the last morpheme of the result when a rule has its @p pid.
-    void start(std::uint32_t pid) {
-        rule_ = rules_.ruleOf(pid);
-        runStart_ = out_.size() - 1;
-        runEnd_ = out_.size();
-    }
-    /// Joins the open run; what stands behind it may open the next.
     void close();
 
     ReduceRules const& rules_;
+    RunTracker runs_;
     std::vector<Mrph>& out_;
-    std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
-    // Of the open run, in the result.
-    std::size_t runStart_ = 0;
-    std::size_t runEnd_ = 0;
-    bool hasInner_ = false;  // stands at runEnd_
+};
+
+/// The same for the lengths of morphemes.
+class LengthJoiner {
+public:
+    LengthJoiner(ReduceRules const& rules, std::vector<unsigned int>& out) : runs_(rules), out_(out) {}
+
+    /// Adds a morpheme of @p pid that is its @p form in the text.
+    void add(std::uint32_t pid, std::string_view form) {
+        while (runs_.isOpen() && !runs_.takes(pid, form, out_.size())) close();
+        out_.push_back(static_cast<unsigned int>(form.size()));
+        runs_.appended(pid, out_.size());
+    }
+    void finish();
+
+private:
+    void close();
+
+    RunTracker runs_;
+    std::vector<unsigned int>& out_;
 };
 
 }  // namespace TAVO

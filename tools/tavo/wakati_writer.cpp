@@ -32,7 +32,7 @@ public:
             }
             to += word.size();
         };
-        forEachToken(analysis, morphemes_, write, [] {});
+        forEachPiece(analysis, scratch_, write);
         first_ = first;
         out.finish(to);
     }
@@ -43,7 +43,7 @@ private:
     static constexpr std::size_t kCopyBytes = kPaddingBytes;
 
     bool first_ = true;
-    std::vector<TAVO::Mrph> morphemes_;
+    TokenScratch scratch_;
 };
 
 }  // namespace

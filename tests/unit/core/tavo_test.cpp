@@ -29,6 +29,12 @@ protected:
     /// Keeps the text, which results point into.
     int analyze(Tavo& tavo, std::string text) { return tavo.analyze(texts_.emplace_back(std::move(text))); }
     static std::string forms(Tavo& tavo, int sentence) { return describe(morphemesOf(tavo, sentence), "%w"); }
+    using Lengths = std::vector<unsigned int>;
+    static Lengths lengths(Tavo& tavo, int sentence) {
+        Lengths found{7};
+        tavo.getLengths(found, sentence);
+        return found;
+    }
 
     TempDir dir_;
     SmallWorld::Paths paths_;
@@ -40,10 +46,12 @@ TEST_F(Analyzer, AnalysesFromEndToEnd) {
     attach(tavo);
     EXPECT_EQ(analyze(tavo, "abc"), 0);
     EXPECT_EQ(forms(tavo, 0), "ab c");
+    EXPECT_EQ(lengths(tavo, 0), (Lengths{2, 1}));
     tavo.setDivideWordMode(1);
     EXPECT_EQ(thrown([&] { forms(tavo, 0); }), "TAVO_NOT_READY: No Analyze: Need to call analyze()");
     analyze(tavo, "abc");
     EXPECT_EQ(forms(tavo, 0), "a b c");
+    EXPECT_EQ(lengths(tavo, 0), (Lengths{1, 1, 1}));
     std::ostringstream os;
     tavo.setOutputFormat("%w/%h/%k ");
     tavo.setNullString("-");

@@ -30,7 +30,13 @@ struct Rules : ResultWorld {
     std::string of(char const* text) {
         context.reduce.bind(context.pos, context.settings);
         kept = toSjis(text);
-        return toUtf8(describe(analyse(kept), "%w/%h"));
+        std::vector<Mrph> const morphemes = analyse(kept);
+        std::vector<unsigned int> lengths, expected;
+        EXPECT_TRUE(appendLengths(lengths, context, context.sentences.back()));
+        for (Mrph const& morpheme : morphemes)
+            expected.push_back(static_cast<unsigned int>(MrphAccess::rawForm(morpheme).size()));
+        EXPECT_EQ(lengths, expected) << text;
+        return toUtf8(describe(morphemes, "%w/%h"));
     }
     TempDir folder;
     std::string kept;
