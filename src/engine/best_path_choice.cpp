@@ -127,9 +127,10 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     };
     if (place.pair != SearchTable::kNoWord) [[unlikely]]
         word(p + 2, place.pair);
-    if (place.unknown) [[unlikely]]
+    if (place.unknown) [[unlikely]] {
         for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
             word(overhangs_.end()[-1].end, 0);
+    }
     bounds_[p] = {std::min(low, kMaxSum), std::min(lowBefore, kMaxSum)};
 }
 

@@ -87,8 +87,8 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
     lessons_.clear();
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
         std::uint32_t const pair = atStarts_[number].pair;
-        if (numbers_[number] != 0 && pairs_[numbers_[number]].pair == pair) {
-            atStarts_[number] = pairs_[numbers_[number]];
+        if (Known const* const known = pairs_.at(numbers_[number], pair)) {
+            atStarts_[number] = *known;
             continue;
         }
         std::uint32_t const base = trie.rootBase(pair & 0xFF);

@@ -46,7 +46,7 @@ public:
     }
 
     void prefetch(std::uint32_t pair) const noexcept { __builtin_prefetch(&buckets_[bucketOf(pair)]); }
-    /// The number under which @p pair is known, if it is; asks for what is known. 0 when it is not.
+    /// Where at() finds what is known of @p pair, if anything is; asks for it.
     std::uint16_t numberOf(std::uint32_t pair) noexcept {
         std::uint64_t& bucket = buckets_[bucketOf(pair)];
         std::uint64_t entries = bucket;
@@ -59,8 +59,11 @@ public:
         __builtin_prefetch(&known_[number]);
         return number;
     }
-    /// What stands under number @p number of numberOf(), maybe of another pair.
-    Known const& operator[](std::uint16_t number) const noexcept { return known_[number]; }
+    /// What is known of @p pair, for which numberOf() told @p number; null when nothing is. Good until add().
+    Known const* at(std::uint16_t number, std::uint32_t pair) const noexcept {
+        Known const* const known = &known_[number];
+        return number != 0 && known->pair == pair ? known : nullptr;
+    }
 
     void add(Known const& known) {
         constexpr std::size_t kMostKnown = 1 << 16;

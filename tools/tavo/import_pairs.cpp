@@ -62,8 +62,10 @@ PairCounts countPairs(Lexicon const& lexicon, FormIndex const& index, std::vecto
         }
     }
     std::vector<std::pair<double, std::vector<std::uint32_t> const*>> order;
+    order.reserve(together.size());
     for (auto const& [words, weight] : together) order.emplace_back(weight, &words);
     std::stable_sort(order.begin(), order.end(), [](auto const& a, auto const& b) { return a.first > b.first; });
+    counts.together.reserve(order.size());
     for (auto const& [weight, words] : order) counts.together.push_back(*words);
     return counts;
 }

@@ -345,6 +345,7 @@ private:
             std::vector<std::uint32_t> position(same.size(), 0);
             for (std::uint32_t i = 0; i < kept.size(); ++i) position[kept[i]] = i;
             std::vector<std::uint16_t> result;
+            result.reserve(lineOf.size());
             for (std::uint32_t const line : lineOf) result.push_back(static_cast<std::uint16_t>(position[same[line]]));
             return result;
         }
