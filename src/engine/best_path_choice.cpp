@@ -112,13 +112,14 @@ inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs)
 // told to be worse than another from the least sums behind it.
 
 /// Bounds the words that start at the second byte @p p of a character: every
-/// connection costs 0 or more, and before a word no less than its column's minimum. Short
-/// words that do not exist may count, which makes the bound a little lower.
+/// connection costs 0 or more, and before a word no less than its column's minimum. A word of one
+/// byte counts even where there is none, which makes the bound a little lower.
 inline void BestPathSearch::boundInside(std::size_t p) {
     std::uint32_t const unknown = table_.unknownCost();
     Place const& place = places_[p];
     Bound const* const behind = bounds_.begin() + p + 1;
-    std::uint32_t const least = std::min(behind[0].low, behind[1].low) + unknown;
+    std::uint32_t const behindTwo = text_[p] >= 128 ? behind[1].low : kMaxSum;  // an unknown word of two bytes
+    std::uint32_t const least = std::min(behind[0].low, behindTwo) + unknown;
     std::uint32_t low = std::min(least, behind[0].lowBefore);
     std::uint32_t lowBefore = std::min(least + unknown, behind[0].lowBefore + place.single);
     auto const word = [&](std::size_t end, std::uint32_t cost) {
