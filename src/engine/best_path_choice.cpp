@@ -137,7 +137,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
 
 /// True when no word before @p p would choose an unknown word that was left out. Such
 /// a word has at least @p least.
-[[gnu::cold, gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) const {
+[[gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) const {
     Place const& place = places_[p];
     Followers const words = followersOf(place);
     if (place.unknown) {
@@ -159,8 +159,34 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     return most < std::uint64_t{least} + table_.unknownCost();
 }
 
-/// Gives each word that starts at @p p its best continuation. False when one ends inside a character.
-/// @p kAtEnd tells whether an unknown word may reach the end of the text.
+/// Notes the bound of the words at @p p, which is @p bound but for unknown words left out; of bounded words the least
+/// sum is @p lowBounded. False when an unknown word that was left out may be needed.
+[[gnu::always_inline]] inline bool BestPathSearch::setBound(std::size_t p, Bound bound, std::uint32_t lowBounded,
+                                                            Extent extent) {
+    bool needless = true;
+    std::uint32_t least = kMaxSum;
+    if (extent == Extent::kNeeded) {
+        Place const& place = places_[p];
+        // What an unknown word at p has at least; at the end of the text it has more.
+        std::uint32_t const unknown = table_.unknownCost();
+        least = bounds_[p + 1].low;
+        if (place.width == 1 && text_[p] >= 128) [[unlikely]]
+            least = std::min(least, bounds_[p + 2].low);
+        least += unknown;
+        bound.low = std::min(bound.low, least);
+        bound.lowBefore = std::min(bound.lowBefore, least + unknown);
+        // Before a bounded word no word pays more than 254, before the unknown one no less than `unknown`.
+        needless = !place.unknown && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
+    }
+    bounds_[p] = bound;
+    if (!needless && !unknownsAreNeedless(p, least)) return false;
+    if (bound.low >= rebaseAt_) [[unlikely]]
+        rebase(p);
+    return true;
+}
+
+/// Gives each word that starts at @p p its best continuation. False when one ends inside a character, or
+/// when a word left out may be needed. @p kAtEnd tells whether an unknown word may reach the end of the text.
 template <bool kAtEnd>
 [[gnu::always_inline]] inline bool BestPathSearch::chooseAt(std::size_t p, Extent extent) {
     Place const& place = places_[p];
@@ -200,28 +226,7 @@ template <bool kAtEnd>
         if (arc.allBounded()) lowBounded = std::min(lowBounded, sum);
     }
     if (number != place.wordCount) packed[number] = kDeadEnd | number;
-    if (extent == Extent::kAll) {
-        bounds_[p] = bound;
-        if (bound.low >= rebaseAt_) [[unlikely]]
-            rebase(p);
-        return true;
-    }
-    // What an unknown word at p has at least; at the end of the text it has more.
-    std::uint32_t const unknown = table_.unknownCost();
-    std::uint32_t least = bounds_[p + 1].low;
-    if (place.width == 1 && text_[p] >= 128) [[unlikely]]
-        least = std::min(least, bounds_[p + 2].low);
-    least += unknown;
-    bound.low = std::min(bound.low, least);
-    bound.lowBefore = std::min(bound.lowBefore, least + unknown);
-    bounds_[p] = bound;
-    // Before a bounded word no word pays more than 254, before the unknown one no less than `unknown`.
-    bool const sure = !place.unknown && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
-    if (!sure && !unknownsAreNeedless(p, least)) [[unlikely]]
-        return false;
-    if (bound.low >= rebaseAt_) [[unlikely]]
-        rebase(p);
-    return true;
+    return setBound(p, bound, lowBounded, extent);
 }
 
 [[gnu::noinline]] bool BestPathSearch::chooseAtEnd(std::size_t p, Extent extent) { return chooseAt<true>(p, extent); }

@@ -124,6 +124,7 @@ private:
     template <bool kAtEnd>
     bool chooseAt(std::size_t p, Extent extent);
     bool chooseAtEnd(std::size_t p, Extent extent);
+    bool setBound(std::size_t p, Bound bound, std::uint32_t lowBounded, Extent extent);
     std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
     std::uint64_t chooseSlowly(std::size_t p, std::uint32_t rowOffset);
     void readPath(std::uint32_t number);

@@ -26,17 +26,20 @@ public:
         std::uint8_t consumed;  ///< bytes on the way to state
     };
 
-    void clear() noexcept { known_.clear(); }
+    void clear() noexcept {
+        buckets_.clear();
+        known_.clear();
+    }
     /// To be called before a search in a trie of @p cellCount cells. Takes more room when texts have many
     /// pairs and the dictionary enough words to make that worth it.
     void makeRoom(std::size_t cellCount) {
         auto const width = static_cast<unsigned>(std::bit_width(cellCount >> 4));
         unsigned const most = std::clamp(width, kFewBits, kMostBits);
         bool const tooFew = bits_ < most && added_ > 2 * buckets_.size();
-        if (!known_.empty() && !tooFew) return;
+        if (!buckets_.empty() && !tooFew) return;
         if (known_.empty()) known_.extend() = {};  // number 0 is nobody's
         bits_ = tooFew ? std::min(bits_ + 2, most) : std::max(bits_, kFewBits);
-        buckets_.resetToZeros(std::size_t{1} << bits_);
+        buckets_.resetToZeros(std::size_t{1} << bits_);  // without memory there are none until the next call
         added_ = 0;
         // Those of one bucket are in buckets of their own now, or in one as before.
         for (std::uint32_t number = 1; number < known_.size(); ++number) {

@@ -3,6 +3,18 @@
 #include "result/marked_sentence.hpp"
 
 namespace TAVO {
+namespace {
+
+/// A morpheme that is made where it is to stay.
+struct InPlace {
+    char const* text;
+    LatticeNode const* node;
+    AnalyzerContext const& context;
+
+    operator Mrph() const { return makeMrph(text, node, context); }
+};
+
+}  // namespace
 
 void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
                   Sentence const& sentence) {
@@ -16,11 +28,10 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
     RunJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
     for (LatticeNode const* node : path) {
-        auto const make = [&] { return makeMrph(text, node, context); };
         if (divideWords)
-            deliverMrph(out, make(), joiner, divideWords);
+            deliverMrph(out, makeMrph(text, node, context), joiner, divideWords);
         else
-            joiner.addMade(MrphDic(node->record).pid(), make);
+            joiner.append(MrphDic(node->record).pid(), {text, node->length}, InPlace{text, node, context});
         text += node->length;
     }
     joiner.finish();
@@ -31,7 +42,7 @@ bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& contex
     LengthJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
     for (LatticeNode const* node = sentence.bestStart; node != nullptr; node = node->next) {
-        joiner.add(MrphDic(node->record).pid(), {text, node->length});
+        joiner.append(MrphDic(node->record).pid(), {text, node->length}, node->length);
         text += node->length;
     }
     joiner.finish();

@@ -142,7 +142,7 @@ private:
             if (multiword_ != nullptr)
                 waiting_.push_back(std::move(m));
             else
-                joiner_.addAlone(std::move(m));
+                joiner_.appendAlone(std::move(m));
         }
     }
 
@@ -153,7 +153,7 @@ private:
             MrphAccess::confirmCover(whole).additionalInfo = multiword_->additionalInfo;
         deliver(std::move(whole));
         members_.clear();
-        for (Mrph& annotation : waiting_) joiner_.addAlone(std::move(annotation));
+        for (Mrph& annotation : waiting_) joiner_.appendAlone(std::move(annotation));
         waiting_.clear();
         multiword_ = nullptr;
     }

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <utility>
 
 namespace TAVO {
@@ -127,63 +126,16 @@ void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
     std::copy(std::begin(modes), std::end(modes), boundModes_);
 }
 
-bool RunTracker::isInner(std::string_view form) const {
-    std::string_view const inner = rules_.rule(rule_).inner;
+bool ReduceRules::mayBeInner(std::uint8_t number, std::string_view form) const noexcept {
+    std::string_view const inner = rules_[number - 1U].inner;
     for (std::size_t pos = 0; pos < inner.size(); pos += charWidth(inner, pos))
         if (inner.substr(pos, charWidth(inner, pos)) == form) return true;
     return false;
 }
 
-bool RunTracker::takes(std::uint32_t pid, std::string_view form, std::size_t count) {
-    if (rules_.ruleOf(pid) == rule_ && (hasInner_ || rules_.mayFollow(pid))) {
-        hasInner_ = false;
-        end_ = count + 1;
-        return true;
-    }
-    if (hasInner_ || !isInner(form)) return false;
-    hasInner_ = true;
-    return true;
-}
-
-void RunJoiner::add(Mrph&& m) {
-    std::uint32_t const pid = m.getPid();
-    while (runs_.isOpen() && !runs_.takes(pid, MrphAccess::form(m), out_.size())) close();
-    out_.push_back(std::move(m));
-    runs_.appended(pid, out_.size());
-}
-
-void RunJoiner::addAlone(Mrph&& m) {
-    finish();
-    out_.push_back(std::move(m));
-}
-
-void RunJoiner::finish() {
-    while (runs_.isOpen()) close();
-}
-
-void RunJoiner::close() {
-    if (RunTracker::Run const run = runs_.close(); run.joins()) {
-        auto const first = out_.begin() + static_cast<std::ptrdiff_t>(run.first);
-        auto const end = out_.begin() + static_cast<std::ptrdiff_t>(run.end);
-        std::vector<Mrph> members(std::make_move_iterator(first), std::make_move_iterator(end));
-        *first = MrphAccess::join(std::move(members), rules_.joinedPid(run.rule));
-        out_.erase(first + 1, end);
-    }
-    runs_.closed(out_.size());
-}
-
-void LengthJoiner::finish() {
-    while (runs_.isOpen()) close();
-}
-
-void LengthJoiner::close() {
-    if (RunTracker::Run const run = runs_.close(); run.joins()) {
-        auto const first = out_.begin() + static_cast<std::ptrdiff_t>(run.first);
-        auto const end = out_.begin() + static_cast<std::ptrdiff_t>(run.end);
-        *first = std::accumulate(first, end, 0U);
-        out_.erase(first + 1, end);
-    }
-    runs_.closed(out_.size());
+void JoinMrphs::join(std::vector<Mrph>::iterator first, std::vector<Mrph>::iterator end, std::uint16_t pid) {
+    std::vector<Mrph> members(std::make_move_iterator(first), std::make_move_iterator(end));
+    *first = MrphAccess::join(std::move(members), pid);
 }
 
 }  // namespace TAVO

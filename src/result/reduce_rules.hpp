@@ -7,9 +7,12 @@
 
 #include <tavo/mrph.hpp>
 
+#include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace TAVO {
@@ -46,7 +49,8 @@ public:
     }
     /// True when a morpheme of @p pid may follow another member directly.
     bool mayFollow(std::uint32_t pid) const noexcept { return (ids_[pid] & kFollows) != 0; }
-    ReduceRule const& rule(std::uint8_t number) const noexcept { return rules_[number - 1U]; }
+    /// True when a morpheme of @p form joins between two members of rule @p number.
+    bool mayBeInner(std::uint8_t number, std::string_view form) const noexcept;
     std::uint16_t joinedPid(std::uint8_t number) const noexcept { return joinedPids_[number - 1U]; }
 
 private:
@@ -62,114 +66,88 @@ private:
     int boundModes_[3] = {-1, -1, -1};
 };
 
-/// Finds runs among items that are appended to an array one after another and stand for morphemes.
-/// The open run stands at the end of the array, its members as they came; a
+/// Takes the morphemes of one sentence in order and appends an Item for each to a
+/// result, runs joined: Join makes one item of the members of a run. Call finish() after the last
+/// one, and before anything else is appended.
+///
+/// The open run stands at the end of the result, its members as they came; a
 /// morpheme that may be inner stands behind them until its fate is known.
-class RunTracker {
+template <class Item, class Join>
+class RunAppender {
 public:
-    /// Items [first, end) of the array are members.
-    struct Run {
-        std::size_t first;
-        std::size_t end;
-        std::uint8_t rule;
+    RunAppender(ReduceRules const& rules, std::vector<Item>& out) : rules_(rules), out_(out) {}
 
-        bool joins() const noexcept { return end - first > 1; }
-    };
-
-    explicit RunTracker(ReduceRules const& rules) : rules_(rules) {}
-
-    bool isOpen() const noexcept { return rule_ != ReduceRules::kNone; }
-    /// Takes a morpheme of @p pid, which is about to be appended to @p count items, into the open run, or
-    /// behind it as inner; false when it fits neither.
-    bool takes(std::uint32_t pid, std::string_view form, std::size_t count);
-    /// Behind appending: opens a run with the last one of @p count items when none is open and a rule has its @p pid.
-    void appended(std::uint32_t pid, std::size_t count) {
+    /// Appends the item made of @p value for a morpheme of @p pid whose form is @p form.
+    template <class Value>
+    void append(std::uint32_t pid, std::string_view form, Value&& value) {
+        while (rule_ != ReduceRules::kNone && !extends(pid, form)) close();
+        out_.emplace_back(std::forward<Value>(value));
         lastPid_ = pid;
-        if (!isOpen()) start(count);
+        if (rule_ == ReduceRules::kNone) start();
     }
-    /// Closes the open run. Once its members are one item, if they join, call closed().
-    Run close() noexcept {
-        Run const run{first_, end_, rule_};
-        rule_ = ReduceRules::kNone;
-        return run;
+    /// Appends an item that no run may cross.
+    void appendAlone(Item&& item) {
+        finish();
+        out_.push_back(std::move(item));
     }
-    /// What stood behind the members, as the last one of @p count items, may open the next run.
-    void closed(std::size_t count) {
-        if (!hasInner_) return;
-        hasInner_ = false;  // it joined nothing
-        start(count);
+    void finish() {
+        while (rule_ != ReduceRules::kNone) close();
     }
 
 private:
-    void start(std::size_t count) {
-        rule_ = rules_.ruleOf(lastPid_);
-        first_ = count - 1;
-        end_ = count;
+    /// Takes a morpheme, which is about to be appended, into the open run, or behind it
+    /// as inner; false when it fits neither.
+    bool extends(std::uint32_t pid, std::string_view form) {
+        if (rules_.ruleOf(pid) == rule_ && (hasInner_ || rules_.mayFollow(pid))) {
+            hasInner_ = false;
+            runEnd_ = out_.size() + 1;
+            return true;
+        }
+        if (hasInner_ || !rules_.mayBeInner(rule_, form)) return false;
+        hasInner_ = true;
+        return true;
     }
-    bool isInner(std::string_view form) const;
+    /// Opens a run with the last item when a rule has its morpheme.
+    void start() {
+        rule_ = rules_.ruleOf(lastPid_);
+        runStart_ = out_.size() - 1;
+        runEnd_ = out_.size();
+    }
+    /// Joins the open run; what stands behind it may open the next.
+    void close() {
+        if (runEnd_ - runStart_ > 1) {
+            auto const first = out_.begin() + static_cast<std::ptrdiff_t>(runStart_);
+            auto const end = out_.begin() + static_cast<std::ptrdiff_t>(runEnd_);
+            Join::join(first, end, rules_.joinedPid(rule_));
+            out_.erase(first + 1, end);
+        }
+        rule_ = ReduceRules::kNone;
+        if (!hasInner_) return;
+        // It joined nothing, so it may begin a run of its own.
+        hasInner_ = false;
+        start();
+    }
 
     ReduceRules const& rules_;
+    std::vector<Item>& out_;
     std::uint32_t lastPid_ = 0;               // of the item appended last
     std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
-    // Of the open run, in the array.
-    std::size_t first_ = 0;
-    std::size_t end_ = 0;
-    bool hasInner_ = false;  // stands at end_
+    // Of the open run, in the result.
+    std::size_t runStart_ = 0;
+    std::size_t runEnd_ = 0;
+    bool hasInner_ = false;  // stands at runEnd_
 };
 
-/// Takes the morphemes of one sentence in order and appends them to a result,
-/// runs joined. Call finish() after the last one, and before anything else is
-/// appended.
-class RunJoiner {
-public:
-    RunJoiner(ReduceRules const& rules, std::vector<Mrph>& out) : rules_(rules), runs_(rules), out_(out) {}
-
-    void add(Mrph&& m);
-    /// Adds what @p make returns, a morpheme of id @p pid; it is made where it stays when no run is open.
-    template <class Make>
-    void addMade(std::uint32_t pid, Make const& make) {
-        if (runs_.isOpen()) {
-            add(make());
-            return;
-        }
-        struct InPlace {
-            Make const& make;
-            operator Mrph() const { return make(); }
-        };
-        out_.emplace_back(InPlace{make});
-        runs_.appended(pid, out_.size());
-    }
-    /// Appends a morpheme that no run may cross.
-    void addAlone(Mrph&& m);
-    void finish();
-
-private:
-    void close();
-
-    ReduceRules const& rules_;
-    RunTracker runs_;
-    std::vector<Mrph>& out_;
+/// Puts what becomes of the members [first, end) of a run where the first one stands.
+struct JoinMrphs {
+    static void join(std::vector<Mrph>::iterator first, std::vector<Mrph>::iterator end, std::uint16_t pid);
 };
-
-/// The same for the lengths of morphemes.
-class LengthJoiner {
-public:
-    LengthJoiner(ReduceRules const& rules, std::vector<unsigned int>& out) : runs_(rules), out_(out) {}
-
-    /// Adds a morpheme of @p pid that is its @p form in the text.
-    void add(std::uint32_t pid, std::string_view form) {
-        while (runs_.isOpen() && !runs_.takes(pid, form, out_.size())) close();
-        out_.push_back(static_cast<unsigned int>(form.size()));
-        runs_.appended(pid, out_.size());
-    }
-    void finish();
-
-private:
-    void close();
-
-    RunTracker runs_;
-    std::vector<unsigned int>& out_;
+struct AddLengths {
+    using Iterator = std::vector<unsigned int>::iterator;
+    static void join(Iterator first, Iterator end, std::uint16_t) { *first = std::accumulate(first, end, 0U); }
 };
+using RunJoiner = RunAppender<Mrph, JoinMrphs>;
+using LengthJoiner = RunAppender<unsigned int, AddLengths>;
 
 }  // namespace TAVO
 

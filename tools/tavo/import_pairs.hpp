@@ -11,10 +11,9 @@
 
 namespace TAVO::importer {
 
-/// Pairs of neighbours that the words of a lexicon are part of, on good paths and
-/// bad ones; empty when nothing was counted.
+/// Pairs of neighbours on good paths and bad ones; empty when nothing was counted.
 struct PairCounts {
-    std::vector<double> asLeft;  ///< per word
+    std::vector<double> asLeft;  ///< per word: those that it is the first of
     /// Words that start together, so that a search asks for the costs of all of them at once; most asked for first.
     std::vector<std::vector<std::uint32_t>> together;
 };

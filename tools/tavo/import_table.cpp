@@ -314,7 +314,7 @@ private:
         for (std::vector<std::uint32_t> const& words : pairs_.together)
             for (std::uint32_t const word : words) {
                 std::uint32_t const column = same[ids_[wordId_[word]].column];
-                if (column != kNoIndex && ranks[column] == kNoIndex) ranks[column] = next++;
+                if (ranks[column] == kNoIndex) ranks[column] = next++;
             }
         return ranks;
     }

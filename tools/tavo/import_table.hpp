@@ -40,8 +40,9 @@ struct Tables {
     }
 };
 
-/// @p usage weighs what is merged, @p pairs orders the matrix: the rows and columns
-/// that a search asks for most stand first. Throws ImportError when the ids do not fit 16 bits.
+/// @p usage weighs what is merged, @p pairs orders the matrix: rows that a search asks for
+/// most stand first, columns that it asks for together stand together. Throws ImportError when the ids do not fit 16
+/// bits.
 Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
                    PairCounts const& pairs, TableOptions const& options);
 

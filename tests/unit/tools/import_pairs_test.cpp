@@ -38,6 +38,8 @@ TEST(ImportPairs, WhereHiraganaIsHalfOrNoneAllCountAlike) {
     for (std::string const text : {"aaん", "aaああ", "aa"}) {
         PairCounts const counts = count({"a", "ん", "あ"}, text);
         EXPECT_EQ(counts.asLeft[0], 2) << text;
+        EXPECT_EQ(counts.together.front(), std::vector<std::uint32_t>{0})
+            << text << ": asked for twice, the others no more";
     }
 }
 
