@@ -83,6 +83,12 @@ inline BestPathSearch::Followers BestPathSearch::followersOf(Place const& place)
     return {packed_.begin() + (place.firstWord - origin_), words, place.wordCount};
 }
 
+/// At 255 a connection is forbidden. Below this, none of those is that lead to words with a sum of @p low at least.
+inline std::uint64_t BestPathSearch::sureBelow(std::uint32_t low) const noexcept {
+    std::uint32_t const above = std::max(low, baseSum_) - baseSum_;
+    return std::uint64_t{std::min(above + ConnTable::kForbidden, kMostSum)} << kSumShift;
+}
+
 /// The best of them for the row of @p costs.
 inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs) const noexcept {
     auto const sum = [&](std::size_t i) {
@@ -203,9 +209,7 @@ template <bool kAtEnd>
         Place const& end = places_[p + arc.length()];
         if (end.width == 0) return false;
         Followers const followers = followersOf(end);
-        // At 255 a connection is forbidden. Below this sum there is none, since no follower has less than `low`.
-        std::uint32_t const low = std::max(bounds_[p + arc.length()].low, base) - base;
-        std::uint64_t const sure = std::uint64_t{std::min(low + ConnTable::kForbidden, kMostSum)} << kSumShift;
+        std::uint64_t const sure = sureBelow(bounds_[p + arc.length()].low);
         std::uint64_t least = kDeadEnd;
         for (std::size_t const after = number + arc.count; number != after; ++number) {
             BundleCell::Word const word = words[number].word;
@@ -230,6 +234,41 @@ template <bool kAtEnd>
 }
 
 [[gnu::noinline]] bool BestPathSearch::chooseAtEnd(std::size_t p, Extent extent) { return chooseAt<true>(p, extent); }
+
+/// Gives each word of the first character of a run its best continuation, which is the same for all
+/// as they have one row. False when an unknown word may be needed.
+bool BestPathSearch::chooseRun(std::size_t p) {
+    Place const& place = places_[p];
+    PlainRuns::Kind const& kind = plain_.kindOf(text_[p]);
+    std::size_t const end = p + place.run;
+    std::uint32_t const low = bounds_[end].low;
+    std::uint64_t best = followersOf(places_[end]).best(table_.costs(kind.rowOffset));
+    if (best >= sureBelow(low)) [[unlikely]]
+        best = chooseSlowly(end, kind.rowOffset);
+    if (best >= std::uint64_t{kMostSum} << kSumShift) return false;
+    std::uint32_t const unknown = table_.unknownCost();
+    std::uint32_t const lastSum = baseSum_ + sumOf(best);
+    if (lastSum + kind.largestBounded >= low + 2 * unknown) return false;
+    std::uint32_t const inner = place.run - 1U;
+    // The word costs inside are left out: no other word passes the run by, so all that compare have them.
+    std::uint64_t const all = (best & ~kNumberMask) + (std::uint64_t{kind.cost * inner} << kSumShift);
+    Next const next = static_cast<Next>(best & kNumberMask) << 16 | (sumOf(all) & 0xFFFF);
+    BundleCell const* const words = cache_.cells() + place.words;
+    BundleCell::Arc const arc = words[-1].arc;
+    std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
+    for (std::uint32_t number = 0; number != arc.count; ++number) {
+        packed[number] = all + (std::uint64_t{words[number].word.cost} << kWordShift | number);
+        next_[place.firstWord + number] = next;
+    }
+    if (arc.count != place.wordCount) packed[arc.count] = kDeadEnd | arc.count;
+    std::uint32_t const sum = lastSum + kind.cost * inner;
+    std::uint32_t const behind = inner == 0 ? low : std::min(sum - kind.cost, low + unknown);
+    bounds_[p] = {std::min(sum, behind + unknown), std::min(sum + arc.leastColumn, behind + 2 * unknown)};
+    std::fill(bounds_.begin() + p + 1, bounds_.begin() + end, Bound{low, low});
+    if (bounds_[p].low >= rebaseAt_) [[unlikely]]
+        rebase(p);
+    return true;
+}
 
 /// Lets the text end behind the unknown words of @p arc, which connect to its end at 255.
 [[gnu::cold]] std::uint64_t BestPathSearch::endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc) {
@@ -261,14 +300,18 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
     if (tooMany_) return Choice::kTooFar;
     startChoice();
     for (std::size_t p = length_; p-- > 0;) {
-        Place const& place = places_[p];
-        if (place.width == 0) {
+        std::size_t const run = places_[p].run;
+        if (run != 0)
+            p -= run - 1;
+        else if (places_[p].width == 0) {
             boundInside(p);
             continue;
         }
-        if (place.firstWord < origin_) slide(p);
+        if (places_[p].firstWord < origin_) slide(p);
         // An unknown word is two bytes long at most.
-        bool const chosen = p + 2 < length_ ? chooseAt<false>(p, extent) : chooseAtEnd(p, extent);
+        bool const chosen = run != 0          ? chooseRun(p)
+                            : p + 2 < length_ ? chooseAt<false>(p, extent)
+                                              : chooseAtEnd(p, extent);
         if (!chosen) return Choice::kOmitted;
     }
     std::uint64_t const best = chooseSlowly(0, table_.id(ConnTable::kBeginId).rowOffset);
@@ -291,10 +334,21 @@ void BestPathSearch::readPath(std::uint32_t number) {
         std::uint32_t const length = cell->arc.length();
         cache_.prefetchRecord(place.words + number);
         path_.push({nullptr, pathKey(sum & 0xFFFF, place.words + number), length, 0});
-        p += length;
+        if (place.run > 1) [[unlikely]]
+            pushRun(p, sum);
+        p += std::max<std::size_t>(length, place.run);
         number = next >> 16;
     }
     finishPath();
+}
+
+/// Adds the words of the run at @p p to the path but for the first one, whose connection sum is @p sum.
+void BestPathSearch::pushRun(std::size_t p, std::uint32_t sum) {
+    std::uint32_t const cost = plain_.kindOf(text_[p]).cost;
+    for (std::size_t const end = p + places_[p].run; ++p != end;) {
+        sum -= cost;
+        path_.push({nullptr, pathKey(sum & 0xFFFF, plain_.innerWordOf(text_[p])), 1, 0});
+    }
 }
 
 /// Fills in what each word of the path has, where the lower part of its connection sum and its cell are noted.

@@ -22,8 +22,10 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     dics_ = &dics;
     bool const changed = table_.attach(table, dics);
     if (changed) cache_.clear();
-    if (cache_.trim() || changed)
+    if (cache_.trim() || changed) {
         for (FormFinder& finder : finders_) finder.clear();
+        plain_.clear();
+    }
     cache_.start(table_, dics);
     finders_.resize(dics.entries().size());
     path_.shrink(kKept);
@@ -60,6 +62,7 @@ void BestPathSearch::collect(Extent extent) {
     overhangs_.clear();
     wordCount_ = 0;
     longest_ = 0;
+    farthest_ = 0;
     tooMany_ = false;
     places_.resizeForOverwrite(length_ + 1);
     reach_.resizeForOverwrite(length_ + 1);
@@ -68,27 +71,38 @@ void BestPathSearch::collect(Extent extent) {
     for (std::size_t p = 0; p < length_;) {
         std::size_t const count = findForms(p, extent);
         for (std::size_t number = 0; number < count; ++number) {
+            setRuns(p, starts_[number]);
             p = starts_[number];
-            std::size_t const width = starts_[number + 1] - p;
+            std::size_t const width = widths_[number];
             setPlace(p, width, bundles_[number], extent);
-            if (width == 1) continue;
-            places_[p + 1] = {wordCount_, 0, 0, 0, 0};
-            scanInside(p + 1);
+            if (width == 2) {
+                places_[p + 1] = {wordCount_, 0, 0, 0, 0};
+                scanInside(p + 1);
+            }
+            p += width;
         }
+        setRuns(p, starts_[count]);
         p = starts_[count];
     }
     std::uint32_t const end = cache_.textEnd();
     places_[length_] = {wordCount_, end + BundleCell::kHeadCells, 2, 0, 1};
 }
 
-/// Searches the dictionaries from position @p p on; the number of positions searched.
+/// Searches the dictionaries from position @p p on but for plain characters; the number of positions searched.
 std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
     std::string_view const text(asChars(text_), length_);
     std::size_t count = 0;
-    while (count < kWindow && p < length_) {
+    bool untold = false;
+    for (; p < length_; p += widths_[count++]) {
+        if (extent == Extent::kNeeded) {
+            while (p < length_ && PlainRuns::isPlain(plain_.numberOf(text_[p]))) ++p;
+            if (p == length_) break;
+        }
+        if (count == kWindow) break;
+        untold |= plain_.numberOf(text_[p]) == PlainRuns::kUntold;
         bundles_[count] = BundleCache::kEmpty;
-        starts_[count++] = static_cast<std::uint32_t>(p);
-        p += extent == Extent::kAll ? 1 : charWidth(text, p);
+        starts_[count] = static_cast<std::uint32_t>(p);
+        widths_[count] = static_cast<std::uint8_t>(extent == Extent::kAll ? 1 : charWidth(text, p));
     }
     starts_[count] = static_cast<std::uint32_t>(p);
     for (std::uint32_t i = 0; i < finders_.size(); ++i) {
@@ -97,6 +111,9 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
             finders_[i].search(*trie, i, text_, length_, {starts_.data(), count}, {bundles_.data(), count}, cache_);
     }
     for (std::size_t i = 0; i < count; ++i) cache_.prefetch(bundles_[i]);
+    for (std::size_t i = 0; untold && i < count; ++i)
+        if (unsigned char const byte = text_[starts_[i]]; plain_.numberOf(byte) == PlainRuns::kUntold)
+            plain_.learn(byte, bundles_[i], cache_, table_, *dics_);
     return count;
 }
 
@@ -119,20 +136,46 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     BundleCell::Head const head = cells[0].head;
     BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
     if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= head.wordCount + 4U) throw std::bad_alloc();
-    places_[p] = {wordCount_,
-                  bundle + BundleCell::kHeadCells + head.arcCount,
-                  head.wordCount,
-                  head.arcCount,
-                  static_cast<std::uint8_t>(width),
-                  unknown != 0};
+    Place& place =
+        places_[p] = {wordCount_, bundle + BundleCell::kHeadCells + head.arcCount, head.wordCount, head.arcCount, 0};
+    place.width = width & 3;
+    place.unknown = unknown != 0;
     wordCount_ += head.wordCount;
     longest_ = std::max(longest_, reach.longest);
+    farthest_ = std::max(farthest_, p + reach.longest);
     tooMany_ |= reach.tooMany;
     if (reach.enters == 0) return;
     for (std::uint32_t i = 0; i < head.arcCount; ++i) {
         BundleCell::Arc const arc = cells[BundleCell::kHeadCells + i].arc;
         reach_[p + arc.length()] |= arc.enters();
     }
+}
+
+/// Lays out the plain characters [@p p, @p end).
+void BestPathSearch::setRuns(std::size_t p, std::size_t end) {
+    while (p < end) {
+        std::uint8_t const kind = plain_.numberOf(text_[p]);
+        std::size_t q = p + 1;
+        if (farthest_ <= p) {  // else a word may end inside
+            std::size_t const most = std::min(end, p + plain_.kindOf(text_[p]).longest());
+            while (q < most && plain_.numberOf(text_[q]) == kind) ++q;
+        }
+        setRun(p, q);
+        p = q;
+    }
+}
+
+/// Lays out the run [@p p, @p end).
+void BestPathSearch::setRun(std::size_t p, std::size_t end) {
+    setPlace(p, 1, plain_.bundleOf(text_[p]), Extent::kNeeded);
+    auto const run = static_cast<std::uint8_t>(end - p);
+    places_[p].run = run;
+    if (run == 1) return;
+    for (std::size_t i = p + 1; i < end; ++i) places_[i] = {wordCount_, 0, 0, 0, 0};
+    places_[end - 1].run = run;
+    reach_[end] |= reach_[p + 1];
+    farthest_ = end;
+    longest_ = std::max<std::uint32_t>(longest_, run);
 }
 
 /// Notes what words may start at the second byte @p p of a character.

@@ -6,6 +6,7 @@
 #include "engine/bundle_cache.hpp"
 #include "engine/form_finder.hpp"
 #include "engine/path_key.hpp"
+#include "engine/plain_runs.hpp"
 #include "engine/search_table.hpp"
 
 #include <array>
@@ -28,7 +29,8 @@ class DicSet;
 /// last: a bundle of the BundleCache for each. Then, from the last position to the
 /// first, every word that starts there is given its best continuation among the words
 /// that start where it ends. Of these only their packed sums and their columns are read;
-/// each word costs one pass over them.
+/// each word costs one pass over them. A run of ASCII characters whose words are known before, a run of PlainRuns, is
+/// one place with the words of its first character.
 ///
 /// Candidates that are left out, since no path from the beginning of the text
 /// chooses them (Extent::kNeeded):
@@ -73,8 +75,11 @@ private:
         std::uint32_t words;      ///< the first one's cell
         std::uint16_t wordCount;  ///< even
         std::uint16_t arcCount;   ///< whose cells are before the words'
-        std::uint8_t width;       ///< of the character that starts here; 0: none does
-        bool unknown = false;     ///< unknown words stand among the words; inside a character: it has overhangs
+        /// Of the character that starts here; 0: none does, or one that is not the first of its run.
+        std::uint8_t width : 7;
+        /// Unknown words stand among the words; inside a character: it has overhangs.
+        std::uint8_t unknown : 1 = 0;
+        std::uint8_t run = 0;  ///< characters of the run that starts here, or whose last one this is
         // Inside a character: ShortForm::least of the byte here, and of the two from here on.
         std::uint8_t single = SearchTable::kNoWord;
         std::uint8_t pair = SearchTable::kNoWord;
@@ -113,6 +118,8 @@ private:
     void collect(Extent extent);
     std::size_t findForms(std::size_t p, Extent extent);
     void setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent);
+    void setRuns(std::size_t p, std::size_t end);
+    void setRun(std::size_t p, std::size_t end);
     void scanInside(std::size_t p);
     void scanOverhangs(std::size_t p);
 
@@ -121,13 +128,16 @@ private:
     void slide(std::size_t p);
     void rebase(std::size_t p);
     Followers followersOf(Place const& place) const noexcept;
+    std::uint64_t sureBelow(std::uint32_t low) const noexcept;
     template <bool kAtEnd>
     bool chooseAt(std::size_t p, Extent extent);
     bool chooseAtEnd(std::size_t p, Extent extent);
+    bool chooseRun(std::size_t p);
     bool setBound(std::size_t p, Bound bound, std::uint32_t lowBounded, Extent extent);
     std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
     std::uint64_t chooseSlowly(std::size_t p, std::uint32_t rowOffset);
     void readPath(std::uint32_t number);
+    void pushRun(std::size_t p, std::uint32_t sum);
     void finishPath();
     void boundInside(std::size_t p);
     bool unknownsAreNeedless(std::size_t p, std::uint32_t least) const;
@@ -135,6 +145,7 @@ private:
     SearchTable table_;
     BundleCache cache_;
     std::vector<FormFinder> finders_;  // by dictionary
+    PlainRuns plain_;
 
     // The sentence at work.
     unsigned char const* text_ = nullptr;
@@ -143,15 +154,17 @@ private:
     RawBuffer<Place> places_;
     RawBuffer<std::uint8_t> reach_;  // by position: SearchTable's classes of the words that end there
     std::uint32_t wordCount_ = 0;
-    std::uint32_t longest_ = 0;  // of the words, in bytes
+    std::uint32_t longest_ = 0;  // of the words and runs, in bytes
+    std::size_t farthest_ = 0;   // end of the words so far
     bool tooMany_ = false;       // more words start at some place than a bundle has
     RawBuffer<Next> next_;       // by word
     RawBuffer<PathWord> path_;
 
     // The positions at work, when arcs are collected.
-    std::array<std::uint32_t, kWindow + 1> starts_{};  // and where the next ones begin
-    std::array<std::uint32_t, kWindow> bundles_{};     // without variants
-    RawBuffer<Overhang> overhangs_;                    // by place
+    std::array<std::uint32_t, kWindow + 1> starts_{};  // and where the next ones begin; runs are between them
+    std::array<std::uint8_t, kWindow> widths_{};
+    std::array<std::uint32_t, kWindow> bundles_{};  // without variants
+    RawBuffer<Overhang> overhangs_;                 // by place
 
     // The words at work, when continuations are chosen: those that start not farther
     // away than words are long. See best_path_choice.cpp.

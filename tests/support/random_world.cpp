@@ -3,12 +3,16 @@
 #include "dic/pools.hpp"
 #include "support/small_world.hpp"
 
+#include <algorithm>
+
 namespace TAVO::test {
 namespace {
 
 /// Few bytes, so that texts and forms meet at first and second bytes alike:
 /// lead bytes, second bytes that are letters, a one-byte character above 127.
 constexpr char kAlphabet[] = {'\x81', '\x82', '\x41', '\x42', '\xA0'};
+
+bool isLetter(char byte) { return byte == 'A' || byte == 'B'; }
 
 /// A form that a source line can carry: its last byte is not a lone lead byte.
 std::string randomForm(Random& random) {
@@ -20,7 +24,55 @@ std::string randomForm(Random& random) {
     }
 }
 
+/// Latin letters as lexicons have them: a word that begins a stretch of them, which any word may stand before, and
+/// one that goes on.
+void makeLettersPlain(World& world, Random& random) {
+    world.plainLetters = true;
+    std::vector<Record> records;
+    for (unsigned pid = 4; pid <= 5; ++pid)
+        for (unsigned n = random.below(3) + (5 - pid); n > 0; --n) records.push_back({pid, random.below(3), 0});
+    bool const inAll = random.below(8) == 0;
+    for (std::size_t i = 0; i < world.dictionaries.size(); ++i) {
+        WordTable& words = world.dictionaries[i];
+        std::erase_if(words, [](auto const& entry) { return isLetter(entry.first.front()); });
+        if (i != 0 && !inAll) continue;
+        for (Record& record : records) record.dictionary = static_cast<int>(i);
+        words["A"] = words["B"] = records;
+        if (random.below(4) == 0) words["B"].front().cost = random.below(3);
+    }
+    auto const at = [&](unsigned left, unsigned right) -> std::uint8_t& {
+        return world.costs[(left - 1) * kIds + right - 1];
+    };
+    auto const unknown = static_cast<std::uint8_t>(random.below(3) == 0 ? 254 : 1 + random.below(4));
+    bool const goesOnOnly = random.below(2) == 0;
+    for (unsigned id = 1; id <= kIds; ++id) {
+        if (at(id, 4) == 255) at(id, 4) = static_cast<std::uint8_t>(random.below(4));
+        if (goesOnOnly) at(id, 5) = id == 4 ? static_cast<std::uint8_t>(random.below(3)) : std::uint8_t{255};
+        at(id, 3) = unknown;
+        at(3, id) = goesOnOnly && id == 5 ? std::uint8_t{255} : unknown;
+    }
+    world.shareRow();
+}
+
+/// Keeps one of equal rows, as a lexicon's table does.
+ConnTableContent withoutEqualRows(ConnTableContent content) {
+    auto const row = [&](std::size_t index) { return &content.matrix[index * content.cols]; };
+    for (std::uint16_t& index : content.rowIndex)
+        for (std::uint16_t other = 0; other < index; ++other)
+            if (std::equal(row(index), row(index) + content.cols, row(other))) index = other;
+    return content;
+}
+
 }  // namespace
+
+void World::shareRow() { std::copy_n(&costs[3 * kIds], kIds, &costs[4 * kIds]); }
+
+std::string Random::latin(unsigned most) {
+    std::string text;
+    for (unsigned n = 1 + below(most); n > 0; --n)
+        text.push_back(below(4) == 0 ? kAlphabet[below(sizeof kAlphabet)] : below(8) == 0 ? 'B' : 'A');
+    return text;
+}
 
 std::string Random::bytes(unsigned most, bool withNul) {
     std::string text;
@@ -64,6 +116,7 @@ World randomWorld(Random& random) {
         unsigned const row = 3 + random.below(kIds - 3);
         for (unsigned id = 0; id < kIds; ++id) world.costs[id * kIds + column] = id == row ? 0 : 255;
     }
+    if (random.below(2) == 0) makeLettersPlain(world, random);
     return world;
 }
 
@@ -78,7 +131,7 @@ Attached::Attached(World const& world) {
                 small.line(form + "," + small.names()[record.pid - 1] + "," + std::to_string(record.cost));
         std::string const name = std::to_string(number++);
         dir.write(name, small.dictionary());
-        dir.write("ConnTable", serializeConnTable(small.connTable()));
+        dir.write("ConnTable", serializeConnTable(withoutEqualRows(small.connTable())));
     }
     table = std::make_unique<ConnTable>(false, dir.file("ConnTable").c_str());
     for (int i = 0; i < number; ++i) dics.addDicPath(dir.file(std::to_string(i)).c_str(), i % 2 == 0, table.get());

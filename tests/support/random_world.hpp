@@ -24,6 +24,8 @@ public:
     unsigned below(unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(engine_); }
     /// 1 to @p most bytes of a small alphabet, some of them NUL when wanted.
     std::string bytes(unsigned most, bool withNul);
+    /// 1 to @p most bytes of it, most of them letters.
+    std::string latin(unsigned most);
 
 private:
     std::mt19937 engine_;
@@ -33,7 +35,11 @@ private:
 struct World {
     std::vector<WordTable> dictionaries;
     std::vector<std::uint8_t> costs;  // kIds x kIds
+    /// No longer form begins with a letter, and letters have alike words, of ids 4 and 5.
+    bool plainLetters = false;
 
+    /// Lets id 5 stand before others as id 4 does.
+    void shareRow();
     /// Refers to this world.
     CostFunction costFunction() const;
 };
