@@ -38,7 +38,7 @@ void BestPathSearch::startChoice() {
     std::uint32_t const words = endOf(places_[length_]);
     if (packed_.size() < kWords) packed_.resizeForOverwrite(kWords);
     origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
-    std::uint32_t const slot = wordCount_ - origin_;
+    std::uint32_t const slot = firstWord() - origin_;
     packed_[slot] = 0;
     packed_[slot + 1] = kDeadEnd | 1;
     next_.resizeForOverwrite(wordCount_);
@@ -84,8 +84,8 @@ inline BestPathSearch::Followers BestPathSearch::followersOf(Place const& place)
 }
 
 /// At 255 a connection is forbidden. Below this, none of those is that lead to words with a sum of @p low at least.
-inline std::uint64_t BestPathSearch::sureBelow(std::uint32_t low) const noexcept {
-    std::uint32_t const above = std::max(low, baseSum_) - baseSum_;
+inline std::uint64_t BestPathSearch::sureBelow(std::uint32_t low, std::uint32_t base) noexcept {
+    std::uint32_t const above = std::max(low, base) - base;
     return std::uint64_t{std::min(above + ConnTable::kForbidden, kMostSum)} << kSumShift;
 }
 
@@ -134,7 +134,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     };
     if (place.pair != SearchTable::kNoWord) [[unlikely]]
         word(p + 2, place.pair);
-    if (place.unknown) [[unlikely]] {
+    if (place.unknown()) [[unlikely]] {
         for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
             word(overhangs_.end()[-1].end, 0);
     }
@@ -146,8 +146,8 @@ inline void BestPathSearch::boundInside(std::size_t p) {
 [[gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) const {
     Place const& place = places_[p];
     Followers const words = followersOf(place);
-    if (place.unknown) {
-        if (place.width == 1) return text_[p] < 128 || p + 2 > length_;
+    if (place.unknown()) {
+        if (place.width() == 1) return text_[p] < 128 || p + 2 > length_;
         // The one-byte word has the column of the two-byte word, which wins every
         // tie since it is made first.
         std::uint64_t const two = words.packed[0];
@@ -176,13 +176,13 @@ inline void BestPathSearch::boundInside(std::size_t p) {
         // What an unknown word at p has at least; at the end of the text it has more.
         std::uint32_t const unknown = table_.unknownCost();
         least = bounds_[p + 1].low;
-        if (place.width == 1 && text_[p] >= 128) [[unlikely]]
+        if (place.width() == 1 && text_[p] >= 128) [[unlikely]]
             least = std::min(least, bounds_[p + 2].low);
         least += unknown;
         bound.low = std::min(bound.low, least);
         bound.lowBefore = std::min(bound.lowBefore, least + unknown);
         // Before a bounded word no word pays more than 254, before the unknown one no less than `unknown`.
-        needless = !place.unknown && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
+        needless = !place.unknown() && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
     }
     bounds_[p] = bound;
     if (!needless && !unknownsAreNeedless(p, least)) return false;
@@ -207,9 +207,9 @@ template <bool kAtEnd>
     for (BundleCell const* cell = words - place.arcCount; cell != words; ++cell) {
         BundleCell::Arc const& arc = cell->arc;
         Place const& end = places_[p + arc.length()];
-        if (end.width == 0) return false;
+        if (end.width() == 0) return false;
         Followers const followers = followersOf(end);
-        std::uint64_t const sure = sureBelow(bounds_[p + arc.length()].low);
+        std::uint64_t const sure = sureBelow(bounds_[p + arc.length()].low, base);
         std::uint64_t least = kDeadEnd;
         for (std::size_t const after = number + arc.count; number != after; ++number) {
             BundleCell::Word const word = words[number].word;
@@ -227,7 +227,10 @@ template <bool kAtEnd>
         std::uint32_t const sum = base + sumOf(least);
         bound.low = std::min(bound.low, sum);
         bound.lowBefore = std::min(bound.lowBefore, sum + arc.leastColumn);
-        if (arc.allBounded()) lowBounded = std::min(lowBounded, sum);
+        if (arc.allBounded())
+            lowBounded = std::min(lowBounded, sum);
+        else if (std::uint64_t const first = packed[number - arc.count]; arc.firstBounded() && first < kDeadEnd)
+            lowBounded = std::min(lowBounded, base + sumOf(first));
     }
     if (number != place.wordCount) packed[number] = kDeadEnd | number;
     return setBound(p, bound, lowBounded, extent);
@@ -243,15 +246,15 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     std::size_t const end = p + place.run;
     std::uint32_t const low = bounds_[end].low;
     std::uint64_t best = followersOf(places_[end]).best(table_.costs(kind.rowOffset));
-    if (best >= sureBelow(low)) [[unlikely]]
+    if (best >= sureBelow(low, baseSum_)) [[unlikely]]
         best = chooseSlowly(end, kind.rowOffset);
     if (best >= std::uint64_t{kMostSum} << kSumShift) return false;
     std::uint32_t const unknown = table_.unknownCost();
     std::uint32_t const lastSum = baseSum_ + sumOf(best);
     if (lastSum + kind.largestBounded >= low + 2 * unknown) return false;
     std::uint32_t const inner = place.run - 1U;
-    // The word costs inside are left out: no other word passes the run by, so all that compare have them.
-    std::uint64_t const all = (best & ~kNumberMask) + (std::uint64_t{kind.cost * inner} << kSumShift);
+    std::uint64_t const all = (best & ~kNumberMask) + (std::uint64_t{kind.cost * inner} << kSumShift) +
+                              (std::uint64_t{kind.wordCost * inner} << kWordShift);
     Next const next = static_cast<Next>(best & kNumberMask) << 16 | (sumOf(all) & 0xFFFF);
     BundleCell const* const words = cache_.cells() + place.words;
     BundleCell::Arc const arc = words[-1].arc;
@@ -300,71 +303,29 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
     if (tooMany_) return Choice::kTooFar;
     startChoice();
     for (std::size_t p = length_; p-- > 0;) {
-        std::size_t const run = places_[p].run;
-        if (run != 0)
-            p -= run - 1;
-        else if (places_[p].width == 0) {
-            boundInside(p);
-            continue;
+        if (places_[p].width() == 0) {
+            if (places_[p].run == 0) {
+                boundInside(p);
+                continue;
+            }
+            p -= places_[p].run - 1U;  // where the run starts
         }
         if (places_[p].firstWord < origin_) slide(p);
-        // An unknown word is two bytes long at most.
-        bool const chosen = run != 0          ? chooseRun(p)
-                            : p + 2 < length_ ? chooseAt<false>(p, extent)
-                                              : chooseAtEnd(p, extent);
+        bool chosen = false;
+        if (places_[p].run != 0) [[unlikely]]
+            chosen = chooseRun(p);
+        else if (p + 2 < length_)  // an unknown word is two bytes long at most
+            chosen = chooseAt<false>(p, extent);
+        else
+            chosen = chooseAtEnd(p, extent);
         if (!chosen) return Choice::kOmitted;
     }
     std::uint64_t const best = chooseSlowly(0, table_.id(ConnTable::kBeginId).rowOffset);
-    path_.clear();
     if (tooFar_) return Choice::kTooFar;
-    if (best < kDeadEnd) readPath(static_cast<std::uint32_t>(best & kNumberMask));
+    if (best >= kDeadEnd) return Choice::kNone;
+    firstNumber_ = static_cast<std::uint32_t>(best & kNumberMask);
+    pathWordSum_ = static_cast<std::uint32_t>(best >> kWordShift);
     return Choice::kMade;
-}
-
-/// Reads the path that starts with word number @p number of the text.
-void BestPathSearch::readPath(std::uint32_t number) {
-    std::size_t base = bases_.size();
-    for (std::size_t p = 0; p != length_;) {
-        Place const& place = places_[p];
-        while (base != 0 && bases_[base - 1].place <= p) --base;
-        Next const next = next_[place.firstWord + number];
-        std::uint32_t const sum = next + (base != 0 ? bases_[base - 1].sum : 0);
-        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
-        for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
-        std::uint32_t const length = cell->arc.length();
-        cache_.prefetchRecord(place.words + number);
-        path_.push({nullptr, pathKey(sum & 0xFFFF, place.words + number), length, 0});
-        if (place.run > 1) [[unlikely]]
-            pushRun(p, sum);
-        p += std::max<std::size_t>(length, place.run);
-        number = next >> 16;
-    }
-    finishPath();
-}
-
-/// Adds the words of the run at @p p to the path but for the first one, whose connection sum is @p sum.
-void BestPathSearch::pushRun(std::size_t p, std::uint32_t sum) {
-    std::uint32_t const cost = plain_.kindOf(text_[p]).cost;
-    for (std::size_t const end = p + places_[p].run; ++p != end;) {
-        sum -= cost;
-        path_.push({nullptr, pathKey(sum & 0xFFFF, plain_.innerWordOf(text_[p])), 1, 0});
-    }
-}
-
-/// Fills in what each word of the path has, where the lower part of its connection sum and its cell are noted.
-void BestPathSearch::finishPath() {
-    PathKey sum = 0;
-    for (std::size_t i = path_.size(); i-- > 0;) {
-        PathWord& word = path_[i];
-        std::uint32_t const number = wordSumOf(word.key);
-        word.record = cache_.record(number);
-        __builtin_prefetch(word.record);  // the morpheme's values come from there
-        BundleCell::Word const cell = cache_.cells()[number].word;
-        word.column = cell.column;
-        auto const cost = static_cast<std::uint16_t>(connSumOf(word.key) - connSumOf(sum));
-        sum += pathKey(cost, cell.cost);
-        word.key = sum;
-    }
 }
 
 }  // namespace TAVO

@@ -9,13 +9,6 @@
 #include <new>
 
 namespace TAVO {
-namespace {
-
-/// Values of an array that are kept for the next sentence.
-constexpr std::size_t kKept = std::size_t{1} << 18;
-
-}  // namespace
-
 BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable const& table, DicSet const& dics) {
     text_ = asBytes(text.data());
     length_ = text.size();
@@ -28,7 +21,6 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     }
     cache_.start(table_, dics);
     finders_.resize(dics.entries().size());
-    path_.shrink(kKept);
     Choice choice = Choice::kOmitted;
     if (table_.unknownIsFlat()) {
         collect(Extent::kNeeded);
@@ -38,20 +30,24 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
         collect(Extent::kAll);
         choice = choose(Extent::kAll);
     }
-    giveBack();
-    if (choice == Choice::kTooFar) return Result::kTooFar;
-    return path_.empty() ? Result::kNothing : Result::kFound;
+    forgetSums();
+    if (choice == Choice::kMade) return Result::kFound;
+    forgetWords();
+    return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
 }
 
-/// Gives back the memory that an exceptionally long sentence took, before its
-/// morphemes need some.
-void BestPathSearch::giveBack() noexcept {
-    places_.shrink(kKept);
+// Memory that an exceptionally long sentence took is given back before its morphemes need some.
+
+void BestPathSearch::forgetSums() noexcept {
     reach_.shrink(kKept);
     bounds_.shrink(kKept);
-    next_.shrink(2 * kKept);
     packed_.shrink(kKept);
     overhangs_.shrink(kKept);
+}
+
+void BestPathSearch::forgetWords() noexcept {
+    places_.shrink(kKept);
+    next_.shrink(2 * kKept);
 }
 
 // Collecting. Words are made in the order that decides complete ties: the
@@ -71,12 +67,12 @@ void BestPathSearch::collect(Extent extent) {
     for (std::size_t p = 0; p < length_;) {
         std::size_t const count = findForms(p, extent);
         for (std::size_t number = 0; number < count; ++number) {
-            setRuns(p, starts_[number]);
+            if (p != starts_[number]) setRuns(p, starts_[number]);
             p = starts_[number];
             std::size_t const width = widths_[number];
             setPlace(p, width, bundles_[number], extent);
             if (width == 2) {
-                places_[p + 1] = {wordCount_, 0, 0, 0, 0};
+                places_[p + 1] = {firstWord(), 0, 0, 0, 0};
                 scanInside(p + 1);
             }
             p += width;
@@ -84,25 +80,30 @@ void BestPathSearch::collect(Extent extent) {
         setRuns(p, starts_[count]);
         p = starts_[count];
     }
+    if (wordCount_ > std::numeric_limits<std::uint32_t>::max() - 2) throw std::bad_alloc();
     std::uint32_t const end = cache_.textEnd();
-    places_[length_] = {wordCount_, end + BundleCell::kHeadCells, 2, 0, 1};
+    places_[length_] = {firstWord(), end + BundleCell::kHeadCells, 2, 0, 1};
 }
 
 /// Searches the dictionaries from position @p p on but for plain characters; the number of positions searched.
 std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
     std::string_view const text(asChars(text_), length_);
+    bool const all = extent == Extent::kAll;
     std::size_t count = 0;
     bool untold = false;
-    for (; p < length_; p += widths_[count++]) {
-        if (extent == Extent::kNeeded) {
-            while (p < length_ && PlainRuns::isPlain(plain_.numberOf(text_[p]))) ++p;
-            if (p == length_) break;
+    while (p < length_) {
+        std::uint8_t const number = plain_.numberOf(text_[p]);
+        if (PlainRuns::isPlain(number) && !all) {
+            ++p;
+            continue;
         }
         if (count == kWindow) break;
-        untold |= plain_.numberOf(text_[p]) == PlainRuns::kUntold;
+        untold |= number == PlainRuns::kUntold;
+        std::size_t const width = all ? 1 : charWidth(text, p);
         bundles_[count] = BundleCache::kEmpty;
         starts_[count] = static_cast<std::uint32_t>(p);
-        widths_[count] = static_cast<std::uint8_t>(extent == Extent::kAll ? 1 : charWidth(text, p));
+        widths_[count++] = static_cast<std::uint8_t>(width);
+        p += width;
     }
     starts_[count] = static_cast<std::uint32_t>(p);
     for (std::uint32_t i = 0; i < finders_.size(); ++i) {
@@ -135,11 +136,8 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     }
     BundleCell::Head const head = cells[0].head;
     BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
-    if (std::numeric_limits<std::uint32_t>::max() - wordCount_ <= head.wordCount + 4U) throw std::bad_alloc();
-    Place& place =
-        places_[p] = {wordCount_, bundle + BundleCell::kHeadCells + head.arcCount, head.wordCount, head.arcCount, 0};
-    place.width = width & 3;
-    place.unknown = unknown != 0;
+    places_[p] = {firstWord(), bundle + BundleCell::kHeadCells + head.arcCount, head.wordCount, head.arcCount,
+                  static_cast<std::uint8_t>(width | (unknown != 0 ? Place::kUnknown : 0U))};
     wordCount_ += head.wordCount;
     longest_ = std::max(longest_, reach.longest);
     farthest_ = std::max(farthest_, p + reach.longest);
@@ -171,7 +169,7 @@ void BestPathSearch::setRun(std::size_t p, std::size_t end) {
     auto const run = static_cast<std::uint8_t>(end - p);
     places_[p].run = run;
     if (run == 1) return;
-    for (std::size_t i = p + 1; i < end; ++i) places_[i] = {wordCount_, 0, 0, 0, 0};
+    for (std::size_t i = p + 1; i < end; ++i) places_[i] = {firstWord(), 0, 0, 0, 0};
     places_[end - 1].run = run;
     reach_[end] |= reach_[p + 1];
     farthest_ = end;
@@ -197,7 +195,7 @@ void BestPathSearch::scanOverhangs(std::size_t p) {
         trie->possibleLengths(text_ + p, length_ - p, [&](std::size_t length) {
             if (length <= 2) return;
             overhangs_.push({static_cast<std::uint32_t>(p), static_cast<std::uint32_t>(p + length)});
-            places_[p].unknown = true;
+            places_[p].marks |= Place::kUnknown;
             reach_[p + length] = 0xFF;
         });
     }

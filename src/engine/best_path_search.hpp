@@ -12,7 +12,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -50,24 +49,28 @@ public:
     /// A word of the best path; sums are those from here to the end of the text.
     struct PathWord {
         unsigned char const* record;
-        PathKey key;
         std::uint32_t length;  ///< in bytes
         std::uint16_t column;
+        std::uint32_t wordSum;
+        std::uint32_t connSum;
     };
 
     /// Searches @p text, which is not empty and at most kMaxSentenceBytes long.
     Result search(std::string_view text, ConnTable const& table, DicSet const& dics);
-    /// The words of the path found last, until the next search.
-    std::span<PathWord const> path() const noexcept { return {path_.begin(), path_.end()}; }
+    /// Calls visit(PathWord) for each word of the path that the last search has found; once for each search.
+    template <class Visit>
+    void readPath(Visit&& visit);
     /// True while @p table and @p dics are those of the last search.
     bool isAttached(ConnTable const& table, DicSet const& dics) const { return table_.isAttached(table, dics); }
 
 private:
+    /// Values of an array that are kept for the next sentence.
+    static constexpr std::size_t kKept = std::size_t{1} << 18;
     static constexpr std::uint32_t kMaxSum = 0xFFFF0000;  ///< no connection sum reaches it
     /// Searched at once in the dictionaries; few enough for what they find to stay in the cache.
     static constexpr std::size_t kWindow = 64;
     enum class Extent { kNeeded, kAll };
-    enum class Choice { kMade, kOmitted, kTooFar };
+    enum class Choice { kMade, kNone, kOmitted, kTooFar };
 
     /// What starts at a byte position.
     struct Place {
@@ -75,14 +78,18 @@ private:
         std::uint32_t words;      ///< the first one's cell
         std::uint16_t wordCount;  ///< even
         std::uint16_t arcCount;   ///< whose cells are before the words'
-        /// Of the character that starts here; 0: none does, or one that is not the first of its run.
-        std::uint8_t width : 7;
-        /// Unknown words stand among the words; inside a character: it has overhangs.
-        std::uint8_t unknown : 1 = 0;
-        std::uint8_t run = 0;  ///< characters of the run that starts here, or whose last one this is
+        std::uint8_t marks;       ///< width() and unknown()
+        std::uint8_t run = 0;     ///< characters of the run that starts here, or whose last one this is
         // Inside a character: ShortForm::least of the byte here, and of the two from here on.
         std::uint8_t single = SearchTable::kNoWord;
         std::uint8_t pair = SearchTable::kNoWord;
+
+        static constexpr std::uint8_t kWidth = 3;
+        static constexpr std::uint8_t kUnknown = 4;
+        /// Of the character that starts here; 0: none does, or one that is not the first of its run.
+        unsigned width() const noexcept { return marks & kWidth; }
+        /// Unknown words stand among the words; inside a character: it has overhangs.
+        bool unknown() const noexcept { return (marks & kUnknown) != 0; }
     };
     /// The best continuation of a word: its number among the words that start there, and below it, in 16
     /// bits, the lower part of the connection sum above the base sum.
@@ -112,9 +119,11 @@ private:
     };
 
     static_assert(sizeof(Place) == 16);
+    std::uint32_t firstWord() const noexcept { return static_cast<std::uint32_t>(wordCount_); }
     static std::uint32_t endOf(Place const& place) noexcept { return place.firstWord + place.wordCount; }
 
-    void giveBack() noexcept;
+    void forgetSums() noexcept;
+    void forgetWords() noexcept;
     void collect(Extent extent);
     std::size_t findForms(std::size_t p, Extent extent);
     void setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent);
@@ -128,7 +137,7 @@ private:
     void slide(std::size_t p);
     void rebase(std::size_t p);
     Followers followersOf(Place const& place) const noexcept;
-    std::uint64_t sureBelow(std::uint32_t low) const noexcept;
+    static std::uint64_t sureBelow(std::uint32_t low, std::uint32_t base) noexcept;
     template <bool kAtEnd>
     bool chooseAt(std::size_t p, Extent extent);
     bool chooseAtEnd(std::size_t p, Extent extent);
@@ -136,9 +145,6 @@ private:
     bool setBound(std::size_t p, Bound bound, std::uint32_t lowBounded, Extent extent);
     std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
     std::uint64_t chooseSlowly(std::size_t p, std::uint32_t rowOffset);
-    void readPath(std::uint32_t number);
-    void pushRun(std::size_t p, std::uint32_t sum);
-    void finishPath();
     void boundInside(std::size_t p);
     bool unknownsAreNeedless(std::size_t p, std::uint32_t least) const;
 
@@ -153,12 +159,14 @@ private:
     DicSet const* dics_ = nullptr;
     RawBuffer<Place> places_;
     RawBuffer<std::uint8_t> reach_;  // by position: SearchTable's classes of the words that end there
-    std::uint32_t wordCount_ = 0;
+    std::uint64_t wordCount_ = 0;
     std::uint32_t longest_ = 0;  // of the words and runs, in bytes
     std::size_t farthest_ = 0;   // end of the words so far
     bool tooMany_ = false;       // more words start at some place than a bundle has
     RawBuffer<Next> next_;       // by word
-    RawBuffer<PathWord> path_;
+    // Of the best path: the number of the first word, and the sum of all word costs.
+    std::uint32_t firstNumber_ = 0;
+    std::uint32_t pathWordSum_ = 0;
 
     // The positions at work, when arcs are collected.
     std::array<std::uint32_t, kWindow + 1> starts_{};  // and where the next ones begin; runs are between them
@@ -176,6 +184,38 @@ private:
     std::uint32_t rebaseAt_ = 0;  // the least sum of a position that asks for another one
     bool tooFar_ = false;
 };
+
+template <class Visit>
+void BestPathSearch::readPath(Visit&& visit) {
+    std::uint32_t wordSum = pathWordSum_;
+    auto const give = [&](std::uint32_t cell, std::uint32_t length, std::uint32_t connSum) {
+        BundleCell::Word const word = cache_.cells()[cell].word;
+        unsigned char const* const record = cache_.record(cell);
+        __builtin_prefetch(record);  // the morpheme's values come from there
+        visit(PathWord{record, length, word.column, wordSum, connSum});
+        wordSum -= word.cost;
+    };
+    std::uint32_t number = firstNumber_;
+    std::size_t base = bases_.size();
+    for (std::size_t p = 0; p != length_;) {
+        Place const& place = places_[p];
+        while (base != 0 && bases_[base - 1].place <= p) --base;
+        Next const next = next_[place.firstWord + number];
+        std::uint32_t connSum = (next & 0xFFFF) + (base != 0 ? bases_[base - 1].sum : 0);
+        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
+        for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
+        std::uint32_t const length = cell->arc.length();
+        give(place.words + number, length, connSum);
+        p += length;
+        for (std::uint32_t left = place.run; left > 1; --left) {
+            connSum -= plain_.kindOf(text_[p]).cost;
+            give(plain_.innerWordOf(text_[p]), 1, connSum);
+            ++p;
+        }
+        number = next >> 16;
+    }
+    forgetWords();
+}
 
 }  // namespace TAVO
 

@@ -128,11 +128,12 @@ void BundleCache::addArc(std::uint32_t length, RecordChain chain, unsigned class
         addWord({id.rowOffset, id.column, record.cost(), bounded}, record.head());
         arc.reach |= std::uint32_t{id.enters} << 24;
         arc.leastColumn = std::min(arc.leastColumn, table_->columnMinimum(id.column));
-        if (!bounded) arc.marks = marks;
+        if (!bounded) arc.marks &= static_cast<std::uint8_t>(~BundleCell::Arc::kAllBounded);
         reach_.hasBounded = reach_.hasBounded || bounded;
     });
     if (words_.size() == first) return;
     arc.count = static_cast<std::uint16_t>(words_.size() - first);
+    if (words_[first].word.bounded) arc.marks |= BundleCell::Arc::kFirstBounded;
     arcs_.push({.arc = arc});
     reach_.longest = std::max(reach_.longest, length);
     reach_.enters = static_cast<std::uint8_t>(reach_.enters | arc.enters());

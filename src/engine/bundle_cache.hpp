@@ -48,6 +48,7 @@ union BundleCell {
         static constexpr std::uint32_t kLengthMask = 0xFFFFFF;
         static constexpr std::uint8_t kAllBounded = 1;  ///< all words are
         static constexpr std::uint8_t kUnknown = 2;     ///< the unknown word
+        static constexpr std::uint8_t kFirstBounded = 4;
 
         std::uint32_t reach;       ///< length and, above it, classes of the rows
         std::uint16_t count;       ///< of the words, at least 1
@@ -57,6 +58,7 @@ union BundleCell {
         /// In bytes; no dictionary has room for a longer form.
         std::uint32_t length() const noexcept { return reach & kLengthMask; }
         bool allBounded() const noexcept { return (marks & kAllBounded) != 0; }
+        bool firstBounded() const noexcept { return (marks & kFirstBounded) != 0; }
         bool isUnknown() const noexcept { return (marks & kUnknown) != 0; }
         std::uint8_t enters() const noexcept { return static_cast<std::uint8_t>(reach >> 24); }
     } arc;

@@ -41,7 +41,7 @@ void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& di
 
 void Lattice::addPath(Sentence& sentence) {
     LatticeNode const** link = &sentence.bestStart;
-    for (BestPathSearch::PathWord const& word : search_.path()) {
+    search_.readPath([&](BestPathSearch::PathWord const& word) {
         pool_.beginPosition();
         LatticeNode& node = pool_.make();
         node.record = word.record;
@@ -49,11 +49,11 @@ void Lattice::addPath(Sentence& sentence) {
         node.length = word.length;
         node.column = word.column;
         node.flags = LatticeNode::kFirstAtPosition | LatticeNode::kAlone;
-        node.wordSum = wordSumOf(word.key);
-        node.connSum = connSumOf(word.key);
+        node.wordSum = word.wordSum;
+        node.connSum = word.connSum;
         *link = &node;
         link = &node.next;
-    }
+    });
 }
 
 void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints) {

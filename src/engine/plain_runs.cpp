@@ -62,7 +62,7 @@ void PlainRuns::learn(unsigned char byte, std::uint32_t bundle, BundleCache& cac
     unsigned const largest = largestBounded(words, table);
     if (cost > table.unknownCost() || cost + largest >= 2U * table.unknownCost()) return;
     std::uint8_t const number =
-        numberOf({word.rowOffset, static_cast<std::uint8_t>(cost), static_cast<std::uint8_t>(largest)});
+        numberOf({word.rowOffset, static_cast<std::uint8_t>(cost), word.cost, static_cast<std::uint8_t>(largest)});
     bundles_[byte] = bundle;
     innerWords_[byte] = first + static_cast<std::uint32_t>(inside);
     numbers_[byte] = number;

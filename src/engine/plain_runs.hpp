@@ -34,6 +34,7 @@ public:
     struct Kind {
         std::uint32_t rowOffset;      ///< of the words' row in the matrix, in bytes
         std::uint8_t cost;            ///< connection cost of a word that is not the first of a run: C
+        std::uint8_t wordCost;        ///< its word cost
         std::uint8_t largestBounded;  ///< every word may stand before one of the words, at this most: M
 
         bool operator==(Kind const&) const = default;

@@ -126,7 +126,7 @@ void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
     std::copy(std::begin(modes), std::end(modes), boundModes_);
 }
 
-bool ReduceRules::mayBeInner(std::uint8_t number, std::string_view form) const noexcept {
+bool ReduceRules::isInner(std::uint8_t number, std::string_view form) const noexcept {
     std::string_view const inner = rules_[number - 1U].inner;
     for (std::size_t pos = 0; pos < inner.size(); pos += charWidth(inner, pos))
         if (inner.substr(pos, charWidth(inner, pos)) == form) return true;

@@ -9,7 +9,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -50,12 +49,16 @@ public:
     /// True when a morpheme of @p pid may follow another member directly.
     bool mayFollow(std::uint32_t pid) const noexcept { return (ids_[pid] & kFollows) != 0; }
     /// True when a morpheme of @p form joins between two members of rule @p number.
-    bool mayBeInner(std::uint8_t number, std::string_view form) const noexcept;
+    bool mayBeInner(std::uint8_t number, std::string_view form) const noexcept {
+        return !rules_[number - 1U].inner.empty() && isInner(number, form);
+    }
     std::uint16_t joinedPid(std::uint8_t number) const noexcept { return joinedPids_[number - 1U]; }
 
 private:
     static constexpr std::uint8_t kFollows = 0x80;
     static constexpr std::size_t kMaxRules = 0x7F;
+
+    bool isInner(std::uint8_t number, std::string_view form) const noexcept;
 
     std::string path_;
     std::vector<ReduceRule> rules_;
@@ -80,10 +83,24 @@ public:
     /// Appends the item made of @p value for a morpheme of @p pid whose form is @p form.
     template <class Value>
     void append(std::uint32_t pid, std::string_view form, Value&& value) {
-        while (rule_ != ReduceRules::kNone && !extends(pid, form)) close();
+        std::uint8_t const rule = rules_.ruleOf(pid);
+        while (rule_ != ReduceRules::kNone) {
+            if (rule == rule_ && (hasInner_ || rules_.mayFollow(pid))) {
+                hasInner_ = false;
+                Join::append(out_, runStart_, std::forward<Value>(value));
+                runEnd_ = out_.size();
+                return;
+            }
+            if (!hasInner_ && rules_.mayBeInner(rule_, form)) {
+                hasInner_ = true;
+                innerRule_ = rule;
+                out_.emplace_back(std::forward<Value>(value));
+                return;
+            }
+            close();
+        }
         out_.emplace_back(std::forward<Value>(value));
-        lastPid_ = pid;
-        if (rule_ == ReduceRules::kNone) start();
+        if (rule != ReduceRules::kNone) start(rule);
     }
     /// Appends an item that no run may cross.
     void appendAlone(Item&& item) {
@@ -95,23 +112,11 @@ public:
     }
 
 private:
-    /// Takes a morpheme, which is about to be appended, into the open run, or behind it
-    /// as inner; false when it fits neither.
-    bool extends(std::uint32_t pid, std::string_view form) {
-        if (rules_.ruleOf(pid) == rule_ && (hasInner_ || rules_.mayFollow(pid))) {
-            hasInner_ = false;
-            runEnd_ = out_.size() + 1;
-            return true;
-        }
-        if (hasInner_ || !rules_.mayBeInner(rule_, form)) return false;
-        hasInner_ = true;
-        return true;
-    }
-    /// Opens a run with the last item when a rule has its morpheme.
-    void start() {
-        rule_ = rules_.ruleOf(lastPid_);
-        runStart_ = out_.size() - 1;
+    /// Opens a run of @p rule with the last item.
+    void start(std::uint8_t rule) {
+        rule_ = rule;
         runEnd_ = out_.size();
+        runStart_ = runEnd_ - 1;
     }
     /// Joins the open run; what stands behind it may open the next.
     void close() {
@@ -125,26 +130,35 @@ private:
         if (!hasInner_) return;
         // It joined nothing, so it may begin a run of its own.
         hasInner_ = false;
-        start();
+        if (innerRule_ != ReduceRules::kNone) start(innerRule_);
     }
 
     ReduceRules const& rules_;
     std::vector<Item>& out_;
-    std::uint32_t lastPid_ = 0;               // of the item appended last
     std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
     // Of the open run, in the result.
     std::size_t runStart_ = 0;
     std::size_t runEnd_ = 0;
-    bool hasInner_ = false;  // stands at runEnd_
+    bool hasInner_ = false;                        // stands at runEnd_
+    std::uint8_t innerRule_ = ReduceRules::kNone;  // what it is a member of
 };
 
-/// Puts what becomes of the members [first, end) of a run where the first one stands.
+/// Morphemes wait for the last member of their run.
 struct JoinMrphs {
+    template <class Value>
+    static void append(std::vector<Mrph>& out, std::size_t, Value&& value) {
+        out.emplace_back(std::forward<Value>(value));
+    }
+    /// Puts what becomes of the members [first, end) where the first one stands.
     static void join(std::vector<Mrph>::iterator first, std::vector<Mrph>::iterator end, std::uint16_t pid);
 };
+/// Lengths are added up as they come.
 struct AddLengths {
-    using Iterator = std::vector<unsigned int>::iterator;
-    static void join(Iterator first, Iterator end, std::uint16_t) { *first = std::accumulate(first, end, 0U); }
+    static void append(std::vector<unsigned int>& out, std::size_t runStart, unsigned int length) {
+        for (; out.size() > runStart + 1; out.pop_back()) length += out.back();  // the inner one
+        out.back() += length;
+    }
+    static void join(std::vector<unsigned int>::iterator, std::vector<unsigned int>::iterator, std::uint16_t) {}
 };
 using RunJoiner = RunAppender<Mrph, JoinMrphs>;
 using LengthJoiner = RunAppender<unsigned int, AddLengths>;
