@@ -64,7 +64,7 @@ void FormFinder::findBundles(unsigned char const* text, std::span<std::uint32_t 
 }
 
 void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts) {
-    atStarts_.resizeForOverwrite(starts.size());
+    pairsAtStarts_.resizeForOverwrite(starts.size());
     for (std::size_t number = 0; number < starts.size(); ++number) {
         std::size_t const p = starts[number];
         std::uint32_t pair = 0;
@@ -73,31 +73,32 @@ void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std:
         else
             for (std::size_t i = 0; i < n - p; ++i) pair |= std::uint32_t{text[p + i]} << 8 * i;
         if (text[p] < 0x80) pair &= 0xFFFF;
-        atStarts_[number].pair = pair;
+        pairsAtStarts_[number] = pair;
         pairs_.prefetch(pair);
     }
     numbers_.resizeForOverwrite(starts.size());
     for (std::size_t number = 0; number < starts.size(); ++number)
-        numbers_[number] = pairs_.numberOf(atStarts_[number].pair);
+        numbers_[number] = pairs_.numberOf(pairsAtStarts_[number]);
 }
 
 /// Notes the forms inside the pairs that are not known. All go through the trie together.
 void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
                        std::span<std::uint32_t const> starts, BundleCache& cache) {
     lessons_.clear();
+    atStarts_.resizeForOverwrite(starts.size());
     for (std::uint32_t number = 0; number < starts.size(); ++number) {
-        std::uint32_t const pair = atStarts_[number].pair;
+        std::uint32_t const pair = pairsAtStarts_[number];
         if (Known const* const known = pairs_.at(numbers_[number], pair)) {
             atStarts_[number] = *known;
             continue;
         }
         std::uint32_t const base = trie.rootBase(pair & 0xFF);
-        Known const known{pair, kEnd, BundleCache::kEmpty, 0, 0};
-        lessons_.push({known, base, 0, number, base != 0});
+        Known const known{kEnd, BundleCache::kEmpty, static_cast<std::uint16_t>(pair), 0, 0};
+        lessons_.push({known, pair, base, 0, number, base != 0});
         if (base != 0) trie.prefetch(base, pair >> 8 & 0xFF);
     }
     if (lessons_.empty()) return;
-    for (unsigned consumed = 1; consumed <= sizeof(Known::pair); ++consumed)
+    for (unsigned consumed = 1; consumed <= sizeof(Lesson::pair); ++consumed)
         for (Lesson& lesson : lessons_)
             if (lesson.goesOn) step(lesson, consumed, trie);
     for (Lesson& lesson : lessons_) {
@@ -110,7 +111,9 @@ void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned c
         if (lesson.known.length != 0)
             lesson.known.bundle = cache.find(lesson.key(dictionary), text + starts[lesson.number]);
         atStarts_[lesson.number] = lesson.known;
-        pairs_.add(lesson.known);
+        // Forms of the first character alone are those of all pairs that begin so and that no form goes on from.
+        bool const ofFirst = lesson.known.state == kEnd && lesson.known.length <= 2 && (lesson.pair & 0x80) != 0;
+        pairs_.add(lesson.pair, lesson.known, ofFirst);
     }
 }
 
@@ -122,7 +125,7 @@ inline void FormFinder::step(Lesson& lesson, unsigned consumed, DicTrie const& t
         known.length = static_cast<std::uint8_t>(consumed);
     }
     // Behind the first byte a NUL ends forms, and the text may end.
-    std::uint32_t const byte = consumed < sizeof(known.pair) ? known.pair >> 8 * consumed & 0xFF : 0;
+    std::uint32_t const byte = consumed < sizeof(lesson.pair) ? lesson.pair >> 8 * consumed & 0xFF : 0;
     lesson.goesOn = false;
     if (byte == 0) {
         known.state = lesson.base;
@@ -140,14 +143,14 @@ inline void FormFinder::step(Lesson& lesson, unsigned consumed, DicTrie const& t
     }
     lesson.goesOn = true;
     lesson.base = next & DicTrie::kValueMask;
-    trie.prefetch(lesson.base, consumed + 1 < sizeof(known.pair) ? known.pair >> 8 * (consumed + 1) & 0xFF : 0);
+    trie.prefetch(lesson.base, consumed + 1 < sizeof(lesson.pair) ? lesson.pair >> 8 * (consumed + 1) & 0xFF : 0);
 }
 
 /// Compares the part of a tail that is inside the pair.
 void FormFinder::endTail(Lesson& lesson, DicTrie const& trie) {
     Known& known = lesson.known;
-    std::array<unsigned char, sizeof(known.pair)> bytes{};
-    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(known.pair >> 8 * i);
+    std::array<unsigned char, sizeof(lesson.pair)> bytes{};
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(lesson.pair >> 8 * i);
     std::uint32_t const index = known.state & ~kTail;
     std::size_t const consumed = known.consumed;
     auto const width = static_cast<std::size_t>(std::find(bytes.begin() + 1, bytes.end(), 0) - bytes.begin());

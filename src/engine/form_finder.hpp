@@ -40,6 +40,7 @@ private:
     /// A pair on the way to be known.
     struct Lesson {
         Known known;
+        std::uint32_t pair;
         std::uint32_t base;    // of the node that it has come to
         std::uint32_t own;     // the cell where the longest form ends
         std::uint32_t number;  // of the start
@@ -62,6 +63,7 @@ private:
 
     KnownPairs pairs_;
     // By number of the start.
+    RawBuffer<std::uint32_t> pairsAtStarts_;
     RawBuffer<Known> atStarts_;
     RawBuffer<std::uint16_t> numbers_;  // of its pair
     RawBuffer<Lesson> lessons_;

@@ -11,41 +11,39 @@
 
 namespace TAVO {
 
-/// What is known of up to 2^16 pairs of characters. It stands in the order in which the pairs were
-/// met, so that frequent ones share the processor's cache lines, and buckets of two
-/// tell where. In a full bucket the pair that was asked for longer ago makes place.
+/// What is known of up to 2^16 pairs of characters. Buckets of two tell where it stands; in
+/// a full one the pair that was asked for longer ago makes place. Of most first characters no longer form
+/// begins with most second ones: such pairs share what is known of them, which leaves so little that it
+/// stays in the processor's caches.
 class KnownPairs {
 public:
-    /// A pair is the first four bytes at a place, two when the first one is ASCII,
-    /// as a number. Where the text ends NULs stand.
     struct Known {
-        std::uint32_t pair;
         std::uint32_t state;    ///< where longer forms go on, as FormFinder tells it
         std::uint32_t bundle;   ///< of the forms inside the pair
-        std::uint8_t length;    ///< of the longest of them, in bytes
+        std::uint16_t first;    ///< the lower half of the pair
+        std::uint8_t length;    ///< of the longest of the forms, in bytes
         std::uint8_t consumed;  ///< bytes on the way to state
     };
+    // A pair is the first four bytes at a place, two when the first one is ASCII,
+    // as a number. Where the text ends NULs stand.
 
-    void clear() noexcept {
-        buckets_.clear();
-        known_.clear();
-    }
-    /// To be called before a search in a trie of @p cellCount cells. Takes more room when texts have many
-    /// pairs and the dictionary enough words to make that worth it.
+    void clear() noexcept { buckets_.clear(); }
+    /// To be called before a search in a trie of @p cellCount cells. Takes more room when a text has many
+    /// pairs and the dictionary enough words to make that worth it; what was known is forgotten then.
     void makeRoom(std::size_t cellCount) {
         auto const width = static_cast<unsigned>(std::bit_width(cellCount >> 4));
         unsigned const most = std::clamp(width, kFewBits, kMostBits);
         bool const tooFew = bits_ < most && added_ > 2 * buckets_.size();
         if (!buckets_.empty() && !tooFew) return;
-        if (known_.empty()) known_.extend() = {};  // number 0 is nobody's
-        bits_ = tooFew ? std::min(bits_ + 2, most) : std::max(bits_, kFewBits);
-        buckets_.resetToZeros(std::size_t{1} << bits_);  // without memory there are none until the next call
+        buckets_.clear();  // there are none until all of the memory is there
+        bits_ = tooFew ? most : std::max(bits_, kFewBits);
+        known_.resetToZeros(std::size_t{2} << bits_);
+        if (bits_ > kFewBits) shared_.resetToZeros(std::size_t{1} << 16);
+        buckets_.resetToZeros(std::size_t{1} << bits_);
+        free_.clear();
+        owned_ = 1;  // number 0 is nobody's
+        firstShared_ = static_cast<std::uint32_t>(known_.size());
         added_ = 0;
-        // Those of one bucket are in buckets of their own now, or in one as before.
-        for (std::uint32_t number = 1; number < known_.size(); ++number) {
-            std::uint64_t& bucket = buckets_[bucketOf(known_[number].pair)];
-            bucket = bucket << kEntryBits | tagOf(known_[number].pair) << 16 | number;
-        }
     }
 
     void prefetch(std::uint32_t pair) const noexcept { __builtin_prefetch(&buckets_[bucketOf(pair)]); }
@@ -64,22 +62,21 @@ public:
     }
     /// What is known of @p pair, for which numberOf() told @p number; null when nothing is. Good until add().
     Known const* at(std::uint16_t number, std::uint32_t pair) const noexcept {
+        // Pairs with one bucket and one tag differ in a part of the hash that is so low that they differ in their lower
+        // half, too, since the hash's factor is odd.
         Known const* const known = &known_[number];
-        return number != 0 && known->pair == pair ? known : nullptr;
+        return number != 0 && known->first == (pair & 0xFFFF) ? known : nullptr;
     }
 
-    void add(Known const& known) {
-        constexpr std::size_t kMostKnown = 1 << 16;
-        std::uint64_t& bucket = buckets_[bucketOf(known.pair)];
-        std::uint64_t const entries = tagIn(bucket) == tagOf(known.pair) ? bucket : std::rotl(bucket, kEntryBits);
-        std::uint32_t number = entries & 0xFFFF;
-        if (number == 0) {
-            if (known_.size() == kMostKnown) return;
-            number = static_cast<std::uint32_t>(known_.size());
-            known_.extend();
-        }
+    /// Notes what is known of @p pair. @p ofFirst: it is so for all pairs with that lower half that are told so.
+    void add(std::uint32_t pair, Known const& known, bool ofFirst) {
+        std::uint64_t& bucket = buckets_[bucketOf(pair)];
+        std::uint64_t const entries = tagIn(bucket) == tagOf(pair) ? bucket : std::rotl(bucket, kEntryBits);
+        auto const before = static_cast<std::uint16_t>(entries);
+        if (before != 0 && before < firstShared_) free_.push(before);
+        std::uint32_t const number = ofFirst && !shared_.empty() ? sharedNumber(known.first) : ownNumber();
         known_[number] = known;
-        bucket = entries >> kEntryBits << kEntryBits | tagOf(known.pair) << 16 | number;
+        bucket = entries >> kEntryBits << kEntryBits | (number != 0 ? tagOf(pair) << 16 | number : 0);
         ++added_;
     }
 
@@ -97,10 +94,32 @@ private:
     std::uint32_t tagOf(std::uint32_t pair) const noexcept { return (hash(pair) >> (16 - bits_) & 0xFFFF) | 1; }
     static std::uint32_t tagIn(std::uint64_t entries) noexcept { return static_cast<std::uint32_t>(entries) >> 16; }
 
+    /// A number for one pair; 0 when there is none left.
+    std::uint32_t ownNumber() noexcept {
+        if (!free_.empty()) {
+            std::uint32_t const number = free_.end()[-1];
+            free_.truncate(free_.size() - 1);
+            return number;
+        }
+        return owned_ < firstShared_ ? owned_++ : 0;
+    }
+    /// The number for pairs with the lower half @p first.
+    std::uint32_t sharedNumber(std::uint16_t first) noexcept {
+        std::uint16_t& number = shared_[first];
+        if (number == 0 && owned_ < firstShared_) number = static_cast<std::uint16_t>(--firstShared_);
+        return number;
+    }
+
     RawBuffer<std::uint64_t> buckets_;  // by the upper bits of the hash
     unsigned bits_ = 0;
     std::size_t added_ = 0;  // since there is room for so many
+    // By number: those of single pairs [1, owned_), in the order in which they were met, so that frequent ones share
+    // cache lines, and behind a gap the shared ones [firstShared_, end).
     RawBuffer<Known> known_;
+    std::uint32_t owned_ = 0;
+    std::uint32_t firstShared_ = 0;
+    RawBuffer<std::uint16_t> free_;    // below owned_, no pair's any more
+    RawBuffer<std::uint16_t> shared_;  // by the lower half; 0: no number yet
 };
 
 }  // namespace TAVO
