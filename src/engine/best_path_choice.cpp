@@ -253,8 +253,8 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     std::uint32_t const lastSum = baseSum_ + sumOf(best);
     if (lastSum + kind.largestBounded >= low + 2 * unknown) return false;
     std::uint32_t const inner = place.run - 1U;
-    std::uint64_t const all = (best & ~kNumberMask) + (std::uint64_t{kind.cost * inner} << kSumShift) +
-                              (std::uint64_t{kind.wordCost * inner} << kWordShift);
+    std::uint64_t const innerSums = std::uint64_t{kind.cost} << kSumShift | std::uint64_t{kind.wordCost} << kWordShift;
+    std::uint64_t const all = (best & ~kNumberMask) + innerSums * inner;
     Next const next = static_cast<Next>(best & kNumberMask) << 16 | (sumOf(all) & 0xFFFF);
     BundleCell const* const words = cache_.cells() + place.words;
     BundleCell::Arc const arc = words[-1].arc;
