@@ -304,11 +304,9 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
     startChoice();
     for (std::size_t p = length_; p-- > 0;) {
         if (places_[p].width() == 0) {
-            if (places_[p].run == 0) {
-                boundInside(p);
-                continue;
-            }
-            p -= places_[p].run - 1U;  // where the run starts
+            std::size_t const run = places_[p].run;
+            if (run == 0) boundInside(p);
+            p -= run == 0 ? 1 : run - 1;  // where the character or the run starts
         }
         if (places_[p].firstWord < origin_) slide(p);
         bool chosen = false;

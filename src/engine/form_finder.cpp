@@ -11,47 +11,50 @@ void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned 
                         std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache) {
     pairs_.makeRoom(trie.cellCount());
     lookUp(text, n, starts);
-    learn(trie, dictionary, text, starts, cache);
-    startWalks(trie, dictionary, text, n, starts, bundles);
+    sought_.clear();
+    sought_.reserve(starts.size());
+    lessons_.clear();
+    batch_.start(starts.size());
+    Search const search{trie, dictionary, text, n, starts, bundles};
+    for (std::uint32_t number = 0; number < starts.size(); ++number) {
+        std::uint32_t const pair = pairsAtStarts_[number];
+        if (Known const* const known = pairs_.at(numbers_[number], pair))
+            startWalk(search, number, *known);
+        else
+            startLesson(search, number, pair);
+    }
+    if (!lessons_.empty()) learn(search, cache);
     batch_.run(trie, text, n);
-    findBundles(text, starts, bundles, cache);
+    findBundles(search, cache);
 }
 
-/// Gives places the bundles of their pairs and goes on from the pairs that longer forms begin with.
-void FormFinder::startWalks(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
-                            std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles) {
-    batch_.start(starts.size());
-    sought_.resizeForOverwrite(starts.size());
-    std::uint32_t count = 0;
-    for (std::uint32_t number = 0; number < starts.size(); ++number) {
-        Known const& known = atStarts_[number];
-        std::uint32_t const parent = bundles[number];
-        if (parent == BundleCache::kEmpty) bundles[number] = known.bundle;
-        if (known.state == kEnd && (parent == BundleCache::kEmpty || known.length == 0)) continue;
-        sought_[count] = {number, {parent, 0, known.length, dictionary}};
-        batch_.match(count) = {0, known.length};
-        std::uint32_t const p = starts[number];
-        std::uint32_t const at = p + known.consumed;
-        if ((known.state & kTail) == 0) {
-            if (at < n) batch_.addWalk(trie, count, p, known.consumed, known.state, text[at]);
-        } else if (known.state != kEnd) {
-            batch_.addTail(trie, count, p, known.consumed, known.state & ~kTail);
-        }
-        ++count;
+/// Gives a place the bundle of its pair and goes on from the pair when longer forms begin with it.
+[[gnu::always_inline]] inline void FormFinder::startWalk(Search const& search, std::uint32_t number,
+                                                         Known const& known) {
+    std::uint32_t const parent = search.bundles[number];
+    if (parent == BundleCache::kEmpty) search.bundles[number] = known.bundle;
+    if (known.state == kEnd && (parent == BundleCache::kEmpty || known.length == 0)) return;
+    auto const count = static_cast<std::uint32_t>(sought_.size());
+    sought_.push({number, known.bundle, {parent, 0, known.length, search.dictionary}});
+    batch_.match(count) = {0, known.length};
+    std::uint32_t const p = search.starts[number];
+    std::uint32_t const at = p + known.consumed;
+    if ((known.state & kTail) == 0) {
+        if (at < search.n) batch_.addWalk(search.trie, count, p, known.consumed, known.state, search.text[at]);
+    } else if (known.state != kEnd) {
+        batch_.addTail(search.trie, count, p, known.consumed, known.state & ~kTail);
     }
-    sought_.truncate(count);
 }
 
 /// Finds the bundles of the longest forms where those of the pairs are not all.
-void FormFinder::findBundles(unsigned char const* text, std::span<std::uint32_t const> starts,
-                             std::span<std::uint32_t> bundles, BundleCache& cache) {
+void FormFinder::findBundles(Search const& search, BundleCache& cache) {
     std::size_t count = 0;
-    for (std::uint32_t search = 0; search < sought_.size(); ++search) {
-        Sought sought = sought_[search];
-        PrefixBatch::Match match = batch_.match(search);
+    for (std::uint32_t i = 0; i < sought_.size(); ++i) {
+        Sought sought = sought_[i];
+        PrefixBatch::Match match = batch_.match(i);
         if (match.length == sought.key.length) {
             if (match.length == 0 || sought.key.parent == BundleCache::kEmpty) continue;
-            match.cell = cache.cellOf(atStarts_[sought.number].bundle);
+            match.cell = cache.cellOf(sought.bundle);
         }
         sought.key.cell = match.cell;
         sought.key.length = match.length;
@@ -60,7 +63,8 @@ void FormFinder::findBundles(unsigned char const* text, std::span<std::uint32_t 
     sought_.truncate(count);
     for (Sought const& sought : sought_) cache.prefetchSlot(sought.key);
     for (Sought const& sought : sought_) cache.prefetchKey(sought.key);
-    for (Sought const& sought : sought_) bundles[sought.number] = cache.find(sought.key, text + starts[sought.number]);
+    for (Sought const& sought : sought_)
+        search.bundles[sought.number] = cache.find(sought.key, search.text + search.starts[sought.number]);
 }
 
 void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts) {
@@ -81,39 +85,33 @@ void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std:
         numbers_[number] = pairs_.numberOf(pairsAtStarts_[number]);
 }
 
+inline void FormFinder::startLesson(Search const& search, std::uint32_t number, std::uint32_t pair) {
+    std::uint32_t const base = search.trie.rootBase(pair & 0xFF);
+    Known const known{kEnd, BundleCache::kEmpty, static_cast<std::uint16_t>(pair), 0, 0};
+    lessons_.push({known, pair, base, 0, number, base != 0});
+    if (base != 0) search.trie.prefetch(base, pair >> 8 & 0xFF);
+}
+
 /// Notes the forms inside the pairs that are not known. All go through the trie together.
-void FormFinder::learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
-                       std::span<std::uint32_t const> starts, BundleCache& cache) {
-    lessons_.clear();
-    atStarts_.resizeForOverwrite(starts.size());
-    for (std::uint32_t number = 0; number < starts.size(); ++number) {
-        std::uint32_t const pair = pairsAtStarts_[number];
-        if (Known const* const known = pairs_.at(numbers_[number], pair)) {
-            atStarts_[number] = *known;
-            continue;
-        }
-        std::uint32_t const base = trie.rootBase(pair & 0xFF);
-        Known const known{kEnd, BundleCache::kEmpty, static_cast<std::uint16_t>(pair), 0, 0};
-        lessons_.push({known, pair, base, 0, number, base != 0});
-        if (base != 0) trie.prefetch(base, pair >> 8 & 0xFF);
-    }
-    if (lessons_.empty()) return;
+void FormFinder::learn(Search const& search, BundleCache& cache) {
+    DicTrie const& trie = search.trie;
     for (unsigned consumed = 1; consumed <= sizeof(Lesson::pair); ++consumed)
         for (Lesson& lesson : lessons_)
             if (lesson.goesOn) step(lesson, consumed, trie);
     for (Lesson& lesson : lessons_) {
         if ((lesson.known.state & kTail) != 0 && lesson.known.state != kEnd) endTail(lesson, trie);
-        if (lesson.known.length != 0) cache.prefetchSlot(lesson.key(dictionary));
+        if (lesson.known.length != 0) cache.prefetchSlot(lesson.key(search.dictionary));
     }
     for (Lesson const& lesson : lessons_)
-        if (lesson.known.length != 0) cache.prefetchKey(lesson.key(dictionary));
+        if (lesson.known.length != 0) cache.prefetchKey(lesson.key(search.dictionary));
     for (Lesson& lesson : lessons_) {
-        if (lesson.known.length != 0)
-            lesson.known.bundle = cache.find(lesson.key(dictionary), text + starts[lesson.number]);
-        atStarts_[lesson.number] = lesson.known;
+        Known& known = lesson.known;
+        unsigned char const* const text = search.text + search.starts[lesson.number];
+        if (known.length != 0) known.bundle = cache.find(lesson.key(search.dictionary), text);
         // Forms of the first character alone are those of all pairs that begin so and that no form goes on from.
-        bool const ofFirst = lesson.known.state == kEnd && lesson.known.length <= 2 && (lesson.pair & 0x80) != 0;
-        pairs_.add(lesson.pair, lesson.known, ofFirst);
+        bool const ofFirst = known.state == kEnd && known.length <= 2 && (lesson.pair & 0x80) != 0;
+        pairs_.add(lesson.pair, known, ofFirst);
+        startWalk(search, lesson.number, known);
     }
 }
 

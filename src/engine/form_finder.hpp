@@ -32,8 +32,18 @@ private:
     static constexpr std::uint32_t kEnd = 0xFFFFFFFF;
 
     using Known = KnownPairs::Known;
+    /// What search() was asked for.
+    struct Search {
+        DicTrie const& trie;
+        std::uint32_t dictionary;
+        unsigned char const* text;
+        std::size_t n;
+        std::span<std::uint32_t const> starts;
+        std::span<std::uint32_t> bundles;
+    };
     struct Sought {
         std::uint32_t number;  // of the start
+        std::uint32_t bundle;  // of its pair
         BundleCache::Key key;
     };
 
@@ -52,19 +62,16 @@ private:
     };
 
     void lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts);
-    void startWalks(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
-                    std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles);
-    void findBundles(unsigned char const* text, std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles,
-                     BundleCache& cache);
-    void learn(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text,
-               std::span<std::uint32_t const> starts, BundleCache& cache);
+    void startWalk(Search const& search, std::uint32_t number, Known const& known);
+    void startLesson(Search const& search, std::uint32_t number, std::uint32_t pair);
+    void learn(Search const& search, BundleCache& cache);
+    void findBundles(Search const& search, BundleCache& cache);
     static void step(Lesson& lesson, unsigned consumed, DicTrie const& trie);
     static void endTail(Lesson& lesson, DicTrie const& trie);
 
     KnownPairs pairs_;
     // By number of the start.
     RawBuffer<std::uint32_t> pairsAtStarts_;
-    RawBuffer<Known> atStarts_;
     RawBuffer<std::uint16_t> numbers_;  // of its pair
     RawBuffer<Lesson> lessons_;
     RawBuffer<Sought> sought_;
