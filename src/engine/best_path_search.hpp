@@ -187,13 +187,30 @@ private:
 
 template <class Visit>
 void BestPathSearch::readPath(Visit&& visit) {
+    // Words wait for their records' addresses, which lie all over the memory.
+    struct Waiting {
+        std::uint32_t cell;
+        std::uint32_t length;
+        std::uint32_t connSum;
+    };
+    std::array<Waiting, 16> waiting;
+    std::size_t count = 0;
     std::uint32_t wordSum = pathWordSum_;
+    auto const giveAll = [&] {
+        for (std::size_t i = 0; i != count; ++i) {
+            Waiting const& next = waiting[i];
+            BundleCell::Word const word = cache_.cells()[next.cell].word;
+            unsigned char const* const record = cache_.record(next.cell);
+            __builtin_prefetch(record);  // the morpheme's values come from there
+            visit(PathWord{record, next.length, word.column, wordSum, next.connSum});
+            wordSum -= word.cost;
+        }
+        count = 0;
+    };
     auto const give = [&](std::uint32_t cell, std::uint32_t length, std::uint32_t connSum) {
-        BundleCell::Word const word = cache_.cells()[cell].word;
-        unsigned char const* const record = cache_.record(cell);
-        __builtin_prefetch(record);  // the morpheme's values come from there
-        visit(PathWord{record, length, word.column, wordSum, connSum});
-        wordSum -= word.cost;
+        cache_.prefetchRecord(cell);
+        waiting[count++] = {cell, length, connSum};
+        if (count == waiting.size()) giveAll();
     };
     std::uint32_t number = firstNumber_;
     std::size_t base = bases_.size();
@@ -214,6 +231,7 @@ void BestPathSearch::readPath(Visit&& visit) {
         }
         number = next >> 16;
     }
+    giveAll();
     forgetWords();
 }
 
