@@ -3,6 +3,7 @@
 
 #include "base/bytes.hpp"
 #include "dic/conn_table.hpp"
+#include "engine/path_key.hpp"
 #include "engine/special_records.hpp"
 
 #include <algorithm>
@@ -23,6 +24,7 @@ constexpr std::uint32_t kDeadSum = 0xFF00;
 constexpr std::uint64_t kDeadEnd = std::uint64_t{kDeadSum} << kSumShift;
 /// Sums from here on are too large to be packed.
 constexpr std::uint32_t kMostSum = 0xF000;
+static_assert(kMostSum + PlainRuns::kMostCost + ConnTable::kForbidden <= kDeadSum, "a run's costs come on top");
 /// A least sum above the base sum by this much makes the search take another base.
 constexpr std::uint32_t kRebase = 0x4000;
 /// Stands for the least sum of bounded words where there are none; a cost more still fits.
@@ -255,7 +257,7 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     std::uint32_t const inner = place.run - 1U;
     std::uint64_t const innerSums = std::uint64_t{kind.cost} << kSumShift | std::uint64_t{kind.wordCost} << kWordShift;
     std::uint64_t const all = (best & ~kNumberMask) + innerSums * inner;
-    Next const next = static_cast<Next>(best & kNumberMask) << 16 | (sumOf(all) & 0xFFFF);
+    Next const next = static_cast<Next>(best & kNumberMask) << 16 | sumOf(all);
     BundleCell const* const words = cache_.cells() + place.words;
     BundleCell::Arc const arc = words[-1].arc;
     std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);

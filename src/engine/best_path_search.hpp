@@ -5,7 +5,6 @@
 #include "base/raw_buffer.hpp"
 #include "engine/bundle_cache.hpp"
 #include "engine/form_finder.hpp"
-#include "engine/path_key.hpp"
 #include "engine/plain_runs.hpp"
 #include "engine/search_table.hpp"
 

@@ -1,7 +1,6 @@
 #include "engine/plain_runs.hpp"
 
 #include "dic/conn_table.hpp"
-#include "dic/dic_set.hpp"
 
 #include <algorithm>
 #include <cstddef>

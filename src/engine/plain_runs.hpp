@@ -38,9 +38,12 @@ public:
         std::uint8_t largestBounded;  ///< every word may stand before one of the words, at this most: M
 
         bool operator==(Kind const&) const = default;
-        /// The longest run, in characters: what it costs fits beside a packed sum (see best_path_choice.cpp).
-        std::size_t longest() const noexcept { return cost == 0 ? 255 : std::min(255, 1 + 0xC00 / cost); }
+        /// The longest run, in characters.
+        std::size_t longest() const noexcept { return cost == 0 ? kLongest : std::min(kLongest, 1 + kMostCost / cost); }
     };
+    static constexpr std::size_t kLongest = 255;
+    /// Of the connections inside a run.
+    static constexpr std::size_t kMostCost = 0xC00;
 
     PlainRuns() { clear(); }
     /// Forgets all, as must be done when the BundleCache forgets.
