@@ -3,60 +3,43 @@
 
 #include "base/bytes.hpp"
 #include "dic/conn_table.hpp"
+#include "engine/packed_sum.hpp"
 #include "engine/path_key.hpp"
 #include "engine/special_records.hpp"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace TAVO {
 namespace {
 
-// A word in 64 bits: its connection sum above baseSum_, its word-cost sum, its number
-// among the words that start where it does. Adding a cost to the upper part and
-// taking the smallest is all that a choice has to do.
-constexpr unsigned kSumShift = 48;
-constexpr unsigned kWordShift = 16;
-constexpr std::uint64_t kNumberMask = 0xFFFF;
-/// A word that leads nowhere; a cost more still fits.
-constexpr std::uint32_t kDeadSum = 0xFF00;
-constexpr std::uint64_t kDeadEnd = std::uint64_t{kDeadSum} << kSumShift;
-/// Sums from here on are too large to be packed.
-constexpr std::uint32_t kMostSum = 0xF000;
-static_assert(kMostSum + PlainRuns::kMostCost + ConnTable::kForbidden <= kDeadSum, "a run's costs come on top");
-/// A least sum above the base sum by this much makes the search take another base.
-constexpr std::uint32_t kRebase = 0x4000;
 /// Stands for the least sum of bounded words where there are none; a cost more still fits.
 constexpr std::uint32_t kNoBounded = 0xFFFFFF00;
 
-constexpr std::uint32_t sumOf(std::uint64_t packed) noexcept { return static_cast<std::uint32_t>(packed >> kSumShift); }
-
 }  // namespace
 
-/// Lays out the end of the text, which stands there like a word.
+/// Starts at the end of the block.
 void BestPathSearch::startChoice() {
     constexpr std::size_t kWords = 8192;
-    std::uint32_t const words = endOf(places_[length_]);
     if (packed_.size() < kWords) packed_.resizeForOverwrite(kWords);
-    origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
-    std::uint32_t const slot = firstWord() - origin_;
-    packed_[slot] = 0;
-    packed_[slot + 1] = kDeadEnd | 1;
     next_.resizeForOverwrite(wordCount_);
-    bounds_.resizeForOverwrite(length_ + 2);
-    bounds_[length_] = {0, table_.columnMinimum(table_.id(ConnTable::kEndId).column)};
-    bounds_[length_ + 1] = {kMaxSum, kMaxSum};
-    baseSum_ = 0;
+    bounds_.resizeForOverwrite(length_ + end_.bounds.size());
+    std::copy(end_.bounds.begin(), end_.bounds.end(), bounds_.begin() + length_);
     bases_.clear();
-    rebaseAt_ = kRebase;
+    baseSum_ = end_.baseSum;
+    rebaseAt_ = end_.rebaseAt;
     tooFar_ = false;
+    segmentEnd_ = length_;
+    behind_.packed.resizeForOverwrite(end_.packed.size());
+    std::copy(end_.packed.begin(), end_.packed.end(), behind_.packed.begin());
 }
 
 /// Makes room for the words at @p p; those that no word before reaches are forgotten.
 [[gnu::cold]] void BestPathSearch::slide(std::size_t p) {
     std::uint32_t const kept = endOf(places_[p]);
-    std::uint32_t const keptEnd = endOf(places_[std::min(length_, p + longest_)]);
+    std::uint32_t const keptEnd = endOf(places_[std::min(segmentEnd_, p + longest_)]);
     std::size_t const needed = std::size_t{keptEnd} - places_[p].firstWord;
     if (packed_.size() < 2 * needed) packed_.resizeForOverwrite(2 * needed);
     std::uint32_t const origin = keptEnd > packed_.size() ? keptEnd - static_cast<std::uint32_t>(packed_.size()) : 0;
@@ -68,7 +51,7 @@ void BestPathSearch::startChoice() {
 /// Counts sums from the least one that words at @p p and before can reach.
 [[gnu::cold]] void BestPathSearch::rebase(std::size_t p) {
     if (bounds_[p].low == kMaxSum) return;
-    std::size_t const end = std::min(length_, p + longest_);
+    std::size_t const end = std::min(segmentEnd_, p + longest_);
     std::uint32_t least = kMaxSum;
     for (std::size_t at = p; at <= end; ++at) least = std::min(least, bounds_[at].low);
     if (std::uint32_t const more = least - baseSum_; least > baseSum_ && least != kMaxSum) {
@@ -223,7 +206,7 @@ template <bool kAtEnd>
             packed[number] = chosen;
             least = std::min(least, chosen);
         }
-        if (kAtEnd && arc.isUnknown() && p + arc.length() == length_)
+        if (kAtEnd && arc.isUnknown() && p + arc.length() == rest_)
             least = endWithUnknown(place, number - arc.count, arc);
         if (least >= kDeadEnd) continue;
         std::uint32_t const sum = base + sumOf(least);
@@ -300,11 +283,26 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     return best;
 }
 
-/// Finds the best path, which may be none.
-BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
-    if (tooMany_) return Choice::kTooFar;
-    startChoice();
-    for (std::size_t p = length_; p-- > 0;) {
+/// Gives each word of the segment from @p begin on its best continuation; its words have numbers below @p wordsEnd.
+/// False when a word left out may be needed; then nothing behind the segment has changed.
+bool BestPathSearch::chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Extent extent) {
+    behind_.bases = bases_.size();
+    behind_.baseSum = baseSum_;
+    behind_.rebaseAt = rebaseAt_;
+    behind_.tooFar = tooFar_;
+    // Meanwhile the words behind have the numbers that follow the segment's.
+    std::uint32_t const number = std::exchange(places_[segmentEnd_].firstWord, wordsEnd);
+    std::uint32_t const words = endOf(places_[segmentEnd_]);
+    origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
+    std::copy(behind_.packed.begin(), behind_.packed.end(), packed_.begin() + (wordsEnd - origin_));
+    bool const chosen = chooseWords(begin, extent);
+    places_[segmentEnd_].firstWord = number;
+    return chosen;
+}
+
+/// Gives each word from segmentEnd_ down to @p begin its best continuation. False when a word left out may be needed.
+bool BestPathSearch::chooseWords(std::size_t begin, Extent extent) {
+    for (std::size_t p = segmentEnd_; p-- > begin;) {
         if (places_[p].width() == 0) {
             std::size_t const run = places_[p].run;
             if (run == 0) boundInside(p);
@@ -314,12 +312,47 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
         bool chosen = false;
         if (places_[p].run != 0) [[unlikely]]
             chosen = chooseRun(p);
-        else if (p + 2 < length_)  // an unknown word is two bytes long at most
+        else if (p + 2 < rest_)  // an unknown word is two bytes long at most
             chosen = chooseAt<false>(p, extent);
         else
             chosen = chooseAtEnd(p, extent);
-        if (!chosen) return Choice::kOmitted;
+        if (!chosen) return false;
     }
+    return true;
+}
+
+/// Searches all candidates of the segment from @p begin on. False when they are no segment of their own.
+[[gnu::cold]] bool BestPathSearch::searchAgain(std::size_t begin) {
+    while (!overhangs_.empty() && overhangs_.end()[-1].place >= begin) overhangs_.truncate(overhangs_.size() - 1);
+    bases_.truncate(behind_.bases);
+    baseSum_ = behind_.baseSum;
+    rebaseAt_ = behind_.rebaseAt;
+    tooFar_ = behind_.tooFar;
+    std::uint8_t const reach = reach_[segmentEnd_];
+    farthest_ = begin;
+    nextSegment_ = length_;
+    collectSegment(begin, segmentEnd_, Extent::kAll);
+    if (tooMany_ || farthest_ > segmentEnd_ || reach_[segmentEnd_] != reach) return false;
+    next_.resizeForOverwrite(wordCount_);
+    return chooseSegment(begin, firstWord(), Extent::kAll);
+}
+
+/// Finds the best path, which may be none; of a block that other ones stand before, those from its first words.
+BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
+    if (tooMany_) return Choice::kTooFar;
+    if (farthest_ > length_) return Choice::kOmitted;
+    startChoice();
+    for (std::size_t number = segments_.size() - 1; number-- > 0;) {
+        std::size_t const begin = segments_[number].place;
+        bool const whole = segments_.size() == 2;
+        if (!chooseSegment(begin, segments_[number + 1].firstWord, extent) && (whole || !searchAgain(begin)))
+            return Choice::kOmitted;
+        std::uint64_t const* const packed = packed_.begin() + (places_[begin].firstWord - origin_);
+        behind_.packed.resizeForOverwrite(places_[begin].wordCount);
+        std::copy(packed, packed + places_[begin].wordCount, behind_.packed.begin());
+        segmentEnd_ = begin;
+    }
+    if (rest_ != sentence_.size()) return tooFar_ ? Choice::kTooFar : Choice::kMade;
     std::uint64_t const best = chooseSlowly(0, table_.id(ConnTable::kBeginId).rowOffset);
     if (tooFar_) return Choice::kTooFar;
     if (best >= kDeadEnd) return Choice::kNone;

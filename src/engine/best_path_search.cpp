@@ -1,3 +1,4 @@
+// The first half of the search: from the first position to the last.
 #include "engine/best_path_search.hpp"
 
 #include "base/bytes.hpp"
@@ -9,63 +10,33 @@
 #include <new>
 
 namespace TAVO {
-BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable const& table, DicSet const& dics) {
-    text_ = asBytes(text.data());
-    length_ = text.size();
-    dics_ = &dics;
-    bool const changed = table_.attach(table, dics);
-    if (changed) cache_.clear();
-    if (cache_.trim() || changed) {
-        for (FormFinder& finder : finders_) finder.clear();
-        plain_.clear();
-    }
-    cache_.start(table_, dics);
-    finders_.resize(dics.entries().size());
-    Choice choice = Choice::kOmitted;
-    if (table_.unknownIsFlat()) {
-        collect(Extent::kNeeded);
-        choice = choose(Extent::kNeeded);
-    }
-    if (choice == Choice::kOmitted) {
-        collect(Extent::kAll);
-        choice = choose(Extent::kAll);
-    }
-    forgetSums();
-    if (choice == Choice::kMade) return Result::kFound;
-    forgetWords();
-    return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
-}
-
-// Memory that an exceptionally long sentence took is given back before its morphemes need some.
-
-void BestPathSearch::forgetSums() noexcept {
-    reach_.shrink(kKept);
-    bounds_.shrink(kKept);
-    packed_.shrink(kKept);
-    overhangs_.shrink(kKept);
-}
-
-void BestPathSearch::forgetWords() noexcept {
-    places_.shrink(kKept);
-    next_.shrink(2 * kKept);
-}
-
 // Collecting. Words are made in the order that decides complete ties: the
 // two-byte unknown word, the one-byte one, then dictionary by dictionary, by
 // increasing length, in chain order.
 
 void BestPathSearch::collect(Extent extent) {
     overhangs_.clear();
+    segments_.clear();
+    segments_.push({0, 0});
+    nextSegment_ = extent == Extent::kAll ? length_ : parts_.segment;
     wordCount_ = 0;
     longest_ = 0;
     farthest_ = 0;
     tooMany_ = false;
     places_.resizeForOverwrite(length_ + 1);
-    reach_.resizeForOverwrite(length_ + 1);
-    std::fill(reach_.begin(), reach_.end(), SearchTable::kAlways);
-    reach_[0] |= table_.id(ConnTable::kBeginId).enters;
-    for (std::size_t p = 0; p < length_;) {
-        std::size_t const count = findForms(p, extent);
+    reach_.resizeForOverwrite(rest_ + 1);  // should a word go beyond the block
+    std::fill(reach_.begin(), reach_.begin() + length_ + 1, SearchTable::kAlways);
+    reach_[0] |= text_ == asBytes(sentence_.data()) ? table_.id(ConnTable::kBeginId).enters : std::uint8_t{0xFF};
+    collectSegment(0, length_, extent);
+    segments_.push({static_cast<std::uint32_t>(length_), firstWord()});
+    places_[length_] = end_.place;
+    places_[length_].firstWord = firstWord();
+}
+
+/// Collects the words that start in [@p p, @p end).
+void BestPathSearch::collectSegment(std::size_t p, std::size_t end, Extent extent) {
+    while (p < end) {
+        std::size_t const count = findForms(p, end, extent);
         for (std::size_t number = 0; number < count; ++number) {
             if (p != starts_[number]) setRuns(p, starts_[number]);
             p = starts_[number];
@@ -81,17 +52,23 @@ void BestPathSearch::collect(Extent extent) {
         p = starts_[count];
     }
     if (wordCount_ > std::numeric_limits<std::uint32_t>::max() - 2) throw std::bad_alloc();
-    std::uint32_t const end = cache_.textEnd();
-    places_[length_] = {firstWord(), end + BundleCell::kHeadCells, 2, 0, 1};
 }
 
-/// Searches the dictionaries from position @p p on but for plain characters; the number of positions searched.
-std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
+/// Lets a segment start at @p p when no word stands across it.
+[[gnu::cold, gnu::noinline]] void BestPathSearch::startSegment(std::size_t p) {
+    // Before it a character ends whose second byte, if it has one, no unknown word of two bytes starts with.
+    if (farthest_ > p || text_[p - 1] >= 128 || places_[p - 1].pair != SearchTable::kNoWord) return;
+    segments_.push({static_cast<std::uint32_t>(p), firstWord()});
+    nextSegment_ = p + parts_.segment;
+}
+
+/// Searches the dictionaries in [@p p, @p end) but for plain characters; the number of positions searched.
+std::size_t BestPathSearch::findForms(std::size_t p, std::size_t end, Extent extent) {
     std::string_view const text(asChars(text_), length_);
     bool const all = extent == Extent::kAll;
     std::size_t count = 0;
     bool untold = false;
-    while (p < length_) {
+    while (p < end) {
         std::uint8_t const number = plain_.numberOf(text_[p]);
         if (PlainRuns::isPlain(number) && !all) {
             ++p;
@@ -109,7 +86,7 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
     for (std::uint32_t i = 0; i < finders_.size(); ++i) {
         DicTrie const* const trie = dics_->entries()[i].dic->trie();
         if (trie != nullptr)
-            finders_[i].search(*trie, i, text_, length_, {starts_.data(), count}, {bundles_.data(), count}, cache_);
+            finders_[i].search(*trie, i, text_, rest_, {starts_.data(), count}, {bundles_.data(), count}, cache_);
     }
     for (std::size_t i = 0; i < count; ++i) cache_.prefetch(bundles_[i]);
     for (std::size_t i = 0; untold && i < count; ++i)
@@ -120,6 +97,8 @@ std::size_t BestPathSearch::findForms(std::size_t p, Extent extent) {
 
 /// Lets the words of @p bundle start at @p p; unknown words only where no word may stand behind any other.
 inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent) {
+    if (p >= nextSegment_) [[unlikely]]
+        startSegment(p);
     bool const all = extent == Extent::kAll;
     bundle = cache_.complete(bundle, text_ + p);
     BundleCell const* cells = cache_.cells() + bundle;
@@ -192,11 +171,12 @@ void BestPathSearch::scanOverhangs(std::size_t p) {
     for (DicEntry const& entry : dics_->entries()) {
         DicTrie const* const trie = entry.dic->trie();
         if (trie == nullptr) continue;
-        trie->possibleLengths(text_ + p, length_ - p, [&](std::size_t length) {
+        trie->possibleLengths(text_ + p, rest_ - p, [&](std::size_t length) {
             if (length <= 2) return;
             overhangs_.push({static_cast<std::uint32_t>(p), static_cast<std::uint32_t>(p + length)});
             places_[p].marks |= Place::kUnknown;
             reach_[p + length] = 0xFF;
+            farthest_ = std::max(farthest_, p + length);
         });
     }
 }

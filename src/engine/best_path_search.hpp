@@ -3,6 +3,7 @@
 #define TAVO_ENGINE_BEST_PATH_SEARCH_HPP
 
 #include "base/raw_buffer.hpp"
+#include "engine/block_paths.hpp"
 #include "engine/bundle_cache.hpp"
 #include "engine/form_finder.hpp"
 #include "engine/plain_runs.hpp"
@@ -37,7 +38,11 @@ class DicSet;
 /// - Unknown words, and all words that start at the second byte of a character,
 ///   unless an unknown word can be needed there. What the least sums of such
 ///   words could be is kept for every position (Bound), so that each omission is
-///   checked; when a check fails, all candidates are searched.
+///   checked; when a check fails, all candidates of the segment are searched.
+///
+/// A long text is searched a block after the other, from the last to the first, so that only the path takes memory for
+/// all of it. A block has segments; what is left out of one does not matter to another. No word stands across
+/// the positions where blocks and segments begin.
 class BestPathSearch {
 public:
     enum class Result {
@@ -53,6 +58,15 @@ public:
         std::uint32_t wordSum;
         std::uint32_t connSum;
     };
+
+    /// What parts long texts are searched in, in bytes at least.
+    struct Parts {
+        std::size_t segment = 256;
+        std::size_t block = 16384;
+    };
+
+    BestPathSearch() = default;
+    explicit BestPathSearch(Parts parts) : parts_(parts) {}
 
     /// Searches @p text, which is not empty and at most kMaxSentenceBytes long.
     Result search(std::string_view text, ConnTable const& table, DicSet const& dics);
@@ -117,14 +131,47 @@ private:
         std::uint32_t end;
     };
 
+    /// Where a segment starts; one more stands at the end of the text.
+    struct Segment {
+        std::uint32_t place;
+        std::uint32_t firstWord;  ///< when only needed words were collected
+    };
+    /// What stands behind the block at work: the words that start there, and what sums are counted from.
+    struct BlockEnd {
+        Place place;
+        std::array<Bound, 2> bounds;
+        RawBuffer<std::uint64_t> packed;
+        std::uint32_t baseSum;
+        std::uint32_t rebaseAt;
+    };
+    /// The words behind the segment at work, and what else a choice changes.
+    struct Behind {
+        RawBuffer<std::uint64_t> packed;
+        std::size_t bases;
+        std::uint32_t baseSum;
+        std::uint32_t rebaseAt;
+        bool tooFar;
+    };
+
     static_assert(sizeof(Place) == 16);
     std::uint32_t firstWord() const noexcept { return static_cast<std::uint32_t>(wordCount_); }
     static std::uint32_t endOf(Place const& place) noexcept { return place.firstWord + place.wordCount; }
 
+    void findBlocks();
+    bool isBlockEnd(std::size_t p) const;
+    Choice searchBlocks();
+    Choice searchBlock();
+    void startAtTextEnd();
+    void startBehindBlock();
+    void addPaths();
+    template <class Give>
+    std::uint32_t walk(std::uint32_t number, Give&& give) const;
     void forgetSums() noexcept;
     void forgetWords() noexcept;
     void collect(Extent extent);
-    std::size_t findForms(std::size_t p, Extent extent);
+    void collectSegment(std::size_t p, std::size_t end, Extent extent);
+    void startSegment(std::size_t p);
+    std::size_t findForms(std::size_t p, std::size_t end, Extent extent);
     void setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent);
     void setRuns(std::size_t p, std::size_t end);
     void setRun(std::size_t p, std::size_t end);
@@ -133,6 +180,9 @@ private:
 
     Choice choose(Extent extent);
     void startChoice();
+    bool chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Extent extent);
+    bool chooseWords(std::size_t begin, Extent extent);
+    bool searchAgain(std::size_t begin);
     void slide(std::size_t p);
     void rebase(std::size_t p);
     Followers followersOf(Place const& place) const noexcept;
@@ -152,10 +202,18 @@ private:
     std::vector<FormFinder> finders_;  // by dictionary
     PlainRuns plain_;
 
-    // The sentence at work.
+    // The sentence at work, and where its blocks begin.
+    Parts parts_;
+    std::string_view sentence_;
+    DicSet const* dics_ = nullptr;
+    RawBuffer<std::uint32_t> blocks_;
+    BlockPaths paths_;  // of all blocks but the first
+    BlockEnd end_;
+
+    // The block at work.
     unsigned char const* text_ = nullptr;
     std::size_t length_ = 0;
-    DicSet const* dics_ = nullptr;
+    std::size_t rest_ = 0;  // of the sentence from text_ on, in bytes
     RawBuffer<Place> places_;
     RawBuffer<std::uint8_t> reach_;  // by position: SearchTable's classes of the words that end there
     std::uint64_t wordCount_ = 0;
@@ -172,6 +230,8 @@ private:
     std::array<std::uint8_t, kWindow> widths_{};
     std::array<std::uint32_t, kWindow> bundles_{};  // without variants
     RawBuffer<Overhang> overhangs_;                 // by place
+    RawBuffer<Segment> segments_;
+    std::size_t nextSegment_ = 0;  // the next one starts here or later
 
     // The words at work, when continuations are chosen: those that start not farther
     // away than words are long. See best_path_choice.cpp.
@@ -182,22 +242,44 @@ private:
     RawBuffer<Base> bases_;       // all base sums of the text but the first, which is 0
     std::uint32_t rebaseAt_ = 0;  // the least sum of a position that asks for another one
     bool tooFar_ = false;
+    std::size_t segmentEnd_ = 0;
+    Behind behind_;
 };
+
+/// Calls give(p, word) for the words of the path that word @p number of the block begins, as long as it returns true;
+/// the number of the word behind the block.
+template <class Give>
+std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
+    std::size_t base = bases_.size();
+    for (std::size_t p = 0; p != length_;) {
+        Place const& place = places_[p];
+        while (base != 0 && bases_[base - 1].place <= p) --base;
+        Next const next = next_[place.firstWord + number];
+        std::uint32_t connSum = (next & 0xFFFF) + (base != 0 ? bases_[base - 1].sum : end_.baseSum);
+        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
+        for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
+        std::uint32_t const length = cell->arc.length();
+        if (!give(p, BlockPaths::Word{place.words + number, length, connSum})) return 0;
+        p += length;
+        for (std::uint32_t left = place.run; left > 1; --left) {
+            connSum -= plain_.kindOf(text_[p]).cost;
+            if (!give(p, BlockPaths::Word{plain_.innerWordOf(text_[p]), 1, connSum})) return 0;
+            ++p;
+        }
+        number = next >> 16;
+    }
+    return number;
+}
 
 template <class Visit>
 void BestPathSearch::readPath(Visit&& visit) {
     // Words wait for their records' addresses, which lie all over the memory.
-    struct Waiting {
-        std::uint32_t cell;
-        std::uint32_t length;
-        std::uint32_t connSum;
-    };
-    std::array<Waiting, 16> waiting;
+    std::array<BlockPaths::Word, 16> waiting;
     std::size_t count = 0;
     std::uint32_t wordSum = pathWordSum_;
     auto const giveAll = [&] {
         for (std::size_t i = 0; i != count; ++i) {
-            Waiting const& next = waiting[i];
+            BlockPaths::Word const& next = waiting[i];
             BundleCell::Word const word = cache_.cells()[next.cell].word;
             unsigned char const* const record = cache_.record(next.cell);
             __builtin_prefetch(record);  // the morpheme's values come from there
@@ -206,30 +288,16 @@ void BestPathSearch::readPath(Visit&& visit) {
         }
         count = 0;
     };
-    auto const give = [&](std::uint32_t cell, std::uint32_t length, std::uint32_t connSum) {
-        cache_.prefetchRecord(cell);
-        waiting[count++] = {cell, length, connSum};
+    auto const give = [&](BlockPaths::Word const& word) {
+        cache_.prefetchRecord(word.cell);
+        waiting[count++] = word;
         if (count == waiting.size()) giveAll();
     };
-    std::uint32_t number = firstNumber_;
-    std::size_t base = bases_.size();
-    for (std::size_t p = 0; p != length_;) {
-        Place const& place = places_[p];
-        while (base != 0 && bases_[base - 1].place <= p) --base;
-        Next const next = next_[place.firstWord + number];
-        std::uint32_t connSum = (next & 0xFFFF) + (base != 0 ? bases_[base - 1].sum : 0);
-        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
-        for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
-        std::uint32_t const length = cell->arc.length();
-        give(place.words + number, length, connSum);
-        p += length;
-        for (std::uint32_t left = place.run; left > 1; --left) {
-            connSum -= plain_.kindOf(text_[p]).cost;
-            give(plain_.innerWordOf(text_[p]), 1, connSum);
-            ++p;
-        }
-        number = next >> 16;
-    }
+    std::uint32_t const number = walk(firstNumber_, [&](std::size_t, BlockPaths::Word const& word) {
+        give(word);
+        return true;
+    });
+    paths_.read(number, give);
     giveAll();
     forgetWords();
 }

@@ -74,6 +74,8 @@ Result resultOf(Lattice const& lattice, Sentence const& sentence, Attached const
     return result;
 }
 
+BestPathSearch::Parts randomParts(Random& random) { return {1 + random.below(12), 1 + random.below(24)}; }
+
 /// Calls check(world, attached, sentence, lattice, random) for eight texts, the
 /// sentences of one input, of each random world.
 template <class Check>
@@ -82,8 +84,8 @@ void onRandomTexts(unsigned worlds, Check check) {
         Random random(seed);
         World const world = randomWorld(random);
         Attached const attached(world);
-        Lattice lattice(1 + random.below(9));  // small blocks, so that lists cross them
-        std::deque<std::string> texts;         // stay where they are
+        Lattice lattice(1 + random.below(9), randomParts(random));  // small ones, so that texts have many
+        std::deque<std::string> texts;                              // stay where they are
         for (unsigned t = 0; t < 8; ++t) {
             Sentence sentence;
             bool const latin = world.plainLetters && t % 2 == 0;
@@ -144,13 +146,15 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnLongTextsAndWords) {
         }
         if (random.below(2) == 0) text.replace(random.below(3200), 800, 800, 'A');
         Attached const attached(world);
-        Lattice lattice(0);
-        Sentence sentence;
-        sentence.given = sentence.text = text;
-        lattice.build(sentence, attached.table.get(), attached.dics);
-        ASSERT_EQ(pathOf(sentence, attached.dics),
-                  pathOf(referenceSearch(text, world.dictionaries, world.costFunction())))
-            << "seed " << seed;
+        std::vector<Word> const expected = pathOf(referenceSearch(text, world.dictionaries, world.costFunction()));
+        for (BestPathSearch::Parts const parts : {BestPathSearch::Parts{}, {64, 700}, randomParts(random)}) {
+            Lattice lattice(0, parts);
+            Sentence sentence;
+            sentence.given = sentence.text = text;
+            lattice.build(sentence, attached.table.get(), attached.dics);
+            ASSERT_EQ(pathOf(sentence, attached.dics), expected)
+                << "seed " << seed << ", parts of " << parts.segment << " and " << parts.block;
+        }
     }
 }
 
