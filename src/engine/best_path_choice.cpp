@@ -126,8 +126,8 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     bounds_[p] = {std::min(low, kMaxSum), std::min(lowBefore, kMaxSum)};
 }
 
-/// True when no word before @p p would choose an unknown word that was left out. Such
-/// a word has at least @p least.
+/// True when no word before @p p would choose an unknown word that was left out. Where all are, they
+/// have at least @p least.
 [[gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) const {
     Place const& place = places_[p];
     Followers const words = followersOf(place);
@@ -137,7 +137,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
         // tie since it is made first.
         std::uint64_t const two = words.packed[0];
         return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), static_cast<std::uint32_t>(two >> kWordShift)) <=
-                                     pathKey(least, kUnknownWordCost);
+                                     pathKey(bounds_[p + 1].low + table_.unknownCost(), kUnknownWordCost);
     }
     // Any word before p gets at most `most` from some word that it may stand before.
     std::uint64_t most = ~std::uint64_t{0};
@@ -161,8 +161,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
         // What an unknown word at p has at least; at the end of the text it has more.
         std::uint32_t const unknown = table_.unknownCost();
         least = bounds_[p + 1].low;
-        if (place.width() == 1 && text_[p] >= 128) [[unlikely]]
-            least = std::min(least, bounds_[p + 2].low);
+        if (text_[p] >= 128) least = std::min(least, bounds_[p + 2].low);  // it may be two bytes long
         least += unknown;
         bound.low = std::min(bound.low, least);
         bound.lowBefore = std::min(bound.lowBefore, least + unknown);
