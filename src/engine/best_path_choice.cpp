@@ -336,22 +336,29 @@ bool BestPathSearch::chooseWords(std::size_t begin, Extent extent) {
     return chooseSegment(begin, firstWord(), Extent::kAll);
 }
 
+/// Lets the segment before the one from @p begin on have the first words of this one behind it.
+void BestPathSearch::endSegment(std::size_t begin) {
+    Place const& place = places_[begin];
+    std::uint64_t const* const packed = packed_.begin() + (place.firstWord - origin_);
+    behind_.packed.resizeForOverwrite(place.wordCount);
+    std::copy(packed, packed + place.wordCount, behind_.packed.begin());
+    segmentEnd_ = begin;
+}
+
 /// Finds the best path, which may be none; of a block that other ones stand before, those from its first words.
 BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
     if (tooMany_) return Choice::kTooFar;
     if (farthest_ > length_) return Choice::kOmitted;
     startChoice();
+    bool const startsText = rest_ == sentence_.size();
+    bool const whole = segments_.size() == 2;
     for (std::size_t number = segments_.size() - 1; number-- > 0;) {
         std::size_t const begin = segments_[number].place;
-        bool const whole = segments_.size() == 2;
         if (!chooseSegment(begin, segments_[number + 1].firstWord, extent) && (whole || !searchAgain(begin)))
             return Choice::kOmitted;
-        std::uint64_t const* const packed = packed_.begin() + (places_[begin].firstWord - origin_);
-        behind_.packed.resizeForOverwrite(places_[begin].wordCount);
-        std::copy(packed, packed + places_[begin].wordCount, behind_.packed.begin());
-        segmentEnd_ = begin;
+        if (number != 0 || !startsText) endSegment(begin);
     }
-    if (rest_ != sentence_.size()) return tooFar_ ? Choice::kTooFar : Choice::kMade;
+    if (!startsText) return tooFar_ ? Choice::kTooFar : Choice::kMade;
     std::uint64_t const best = chooseSlowly(0, table_.id(ConnTable::kBeginId).rowOffset);
     if (tooFar_) return Choice::kTooFar;
     if (best >= kDeadEnd) return Choice::kNone;

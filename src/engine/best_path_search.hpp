@@ -183,6 +183,7 @@ private:
     bool chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Extent extent);
     bool chooseWords(std::size_t begin, Extent extent);
     bool searchAgain(std::size_t begin);
+    void endSegment(std::size_t begin);
     void slide(std::size_t p);
     void rebase(std::size_t p);
     Followers followersOf(Place const& place) const noexcept;
