@@ -138,19 +138,19 @@ private:
     };
     /// What stands behind the block at work: the words that start there, and what sums are counted from.
     struct BlockEnd {
-        Place place;
-        std::array<Bound, 2> bounds;
+        Place place{};
+        std::array<Bound, 2> bounds{};
         RawBuffer<std::uint64_t> packed;
-        std::uint32_t baseSum;
-        std::uint32_t rebaseAt;
+        std::uint32_t baseSum = 0;
+        std::uint32_t rebaseAt = 0;
     };
     /// The words behind the segment at work, and what else a choice changes.
     struct Behind {
         RawBuffer<std::uint64_t> packed;
-        std::size_t bases;
-        std::uint32_t baseSum;
-        std::uint32_t rebaseAt;
-        bool tooFar;
+        std::size_t bases = 0;
+        std::uint32_t baseSum = 0;
+        std::uint32_t rebaseAt = 0;
+        bool tooFar = false;
     };
 
     static_assert(sizeof(Place) == 16);
