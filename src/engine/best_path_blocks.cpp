@@ -18,6 +18,7 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     if (cache_.trim() || changed) {
         for (FormFinder& finder : finders_) finder.clear();
         plain_.clear();
+        endsText_ = false;
     }
     cache_.start(table_, dics);
     finders_.resize(dics.entries().size());
@@ -70,7 +71,7 @@ bool BestPathSearch::isBlockEnd(std::size_t p) const {
 BestPathSearch::Choice BestPathSearch::searchBlocks() {
     paths_.clear();
     reach_.reserve(sentence_.size() + 1);
-    startAtTextEnd();
+    if (!endsText_) startAtTextEnd();
     std::size_t end = sentence_.size();
     for (std::size_t number = blocks_.size(); number-- > 0;) {
         std::size_t const begin = blocks_[number];
@@ -115,10 +116,12 @@ void BestPathSearch::startAtTextEnd() {
     end_.packed.push(kDeadEnd | 1);
     end_.baseSum = 0;
     end_.rebaseAt = kRebase;
+    endsText_ = true;
 }
 
 /// Lets the block before the one at work have its first words behind it.
 void BestPathSearch::startBehindBlock() {
+    endsText_ = false;
     end_.place = places_[0];
     end_.bounds = {bounds_[0], bounds_[1]};
     end_.packed.swap(behind_.packed);
@@ -138,7 +141,7 @@ void BestPathSearch::forgetSums() noexcept {
 void BestPathSearch::forgetWords() noexcept {
     places_.shrink(kKept);
     next_.shrink(2 * kKept);
-    paths_.forget();
+    if (blocks_.size() > 1) paths_.forget();
 }
 
 }  // namespace TAVO

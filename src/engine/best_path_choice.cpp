@@ -26,14 +26,15 @@ void BestPathSearch::startChoice() {
     if (packed_.size() < kWords) packed_.resizeForOverwrite(kWords);
     next_.resizeForOverwrite(wordCount_);
     bounds_.resizeForOverwrite(length_ + end_.bounds.size());
-    std::copy(end_.bounds.begin(), end_.bounds.end(), bounds_.begin() + length_);
+    bounds_[length_] = end_.bounds[0];
+    bounds_[length_ + 1] = end_.bounds[1];
     bases_.clear();
     baseSum_ = end_.baseSum;
     rebaseAt_ = end_.rebaseAt;
     tooFar_ = false;
     segmentEnd_ = length_;
-    behind_.packed.resizeForOverwrite(end_.packed.size());
-    std::copy(end_.packed.begin(), end_.packed.end(), behind_.packed.begin());
+    behind_.packed.clear();
+    for (std::uint64_t const packed : end_.packed) behind_.packed.push(packed);
 }
 
 /// Makes room for the words at @p p; those that no word before reaches are forgotten.
@@ -110,20 +111,14 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     Place const& place = places_[p];
     Bound const* const behind = bounds_.begin() + p + 1;
     std::uint32_t const behindTwo = text_[p] >= 128 ? behind[1].low : kMaxSum;  // an unknown word of two bytes
-    std::uint32_t const least = std::min(behind[0].low, behindTwo) + unknown;
-    std::uint32_t low = std::min(least, behind[0].lowBefore);
-    std::uint32_t lowBefore = std::min(least + unknown, behind[0].lowBefore + place.single);
-    auto const word = [&](std::size_t end, std::uint32_t cost) {
-        low = std::min(low, bounds_[end].lowBefore);
-        lowBefore = std::min(lowBefore, bounds_[end].lowBefore + cost);
-    };
+    std::uint32_t low = std::min(std::min(behind[0].low, behindTwo) + unknown, behind[0].lowBefore);
     if (place.pair != SearchTable::kNoWord) [[unlikely]]
-        word(p + 2, place.pair);
+        low = std::min(low, behind[1].lowBefore);
     if (place.unknown()) [[unlikely]] {
         for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
-            word(overhangs_.end()[-1].end, 0);
+            low = std::min(low, bounds_[overhangs_.end()[-1].end].lowBefore);
     }
-    bounds_[p] = {std::min(low, kMaxSum), std::min(lowBefore, kMaxSum)};
+    bounds_[p] = {std::min(low, kMaxSum), std::min(low, kMaxSum)};
 }
 
 /// True when no word before @p p would choose an unknown word that was left out. Where all are, they
@@ -293,7 +288,8 @@ bool BestPathSearch::chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Ex
     std::uint32_t const number = std::exchange(places_[segmentEnd_].firstWord, wordsEnd);
     std::uint32_t const words = endOf(places_[segmentEnd_]);
     origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
-    std::copy(behind_.packed.begin(), behind_.packed.end(), packed_.begin() + (wordsEnd - origin_));
+    std::uint64_t* slot = packed_.begin() + (wordsEnd - origin_);
+    for (std::uint64_t const packed : behind_.packed) *slot++ = packed;
     bool const chosen = chooseWords(begin, extent);
     places_[segmentEnd_].firstWord = number;
     return chosen;

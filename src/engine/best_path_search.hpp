@@ -210,6 +210,7 @@ private:
     RawBuffer<std::uint32_t> blocks_;
     BlockPaths paths_;  // of all blocks but the first
     BlockEnd end_;
+    bool endsText_ = false;  // end_ is the end of a text
 
     // The block at work.
     unsigned char const* text_ = nullptr;
