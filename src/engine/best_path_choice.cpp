@@ -181,6 +181,7 @@ template <bool kAtEnd>
     BundleCell const* const words = cache_.cells() + place.words;
     std::uint32_t const base = baseSum_;
     std::size_t number = 0;
+    packed[place.wordCount - 1] = kDeadEnd | (place.wordCount - 1U);  // stays where it only evens the number of words
     Bound bound{kMaxSum, kMaxSum};
     std::uint32_t lowBounded = kNoBounded;
     for (BundleCell const* cell = words - place.arcCount; cell != words; ++cell) {
@@ -211,7 +212,6 @@ template <bool kAtEnd>
         else if (std::uint64_t const first = packed[number - arc.count]; arc.firstBounded() && first < kDeadEnd)
             lowBounded = std::min(lowBounded, base + sumOf(first));
     }
-    if (number != place.wordCount) packed[number] = kDeadEnd | number;
     return setBound(p, bound, lowBounded, extent);
 }
 
@@ -238,11 +238,11 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     BundleCell const* const words = cache_.cells() + place.words;
     BundleCell::Arc const arc = words[-1].arc;
     std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
+    packed[place.wordCount - 1] = kDeadEnd | (place.wordCount - 1U);
     for (std::uint32_t number = 0; number != arc.count; ++number) {
         packed[number] = all + (std::uint64_t{words[number].word.cost} << kWordShift | number);
         next_[place.firstWord + number] = next;
     }
-    if (arc.count != place.wordCount) packed[arc.count] = kDeadEnd | arc.count;
     std::uint32_t const sum = lastSum + kind.cost * inner;
     std::uint32_t const behind = inner == 0 ? low : std::min(sum - kind.cost, low + unknown);
     bounds_[p] = {std::min(sum, behind + unknown), std::min(sum + arc.leastColumn, behind + 2 * unknown)};
