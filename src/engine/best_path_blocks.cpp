@@ -108,7 +108,7 @@ void BestPathSearch::addPaths() {
 
 /// Lets the end of the text stand there like a word.
 void BestPathSearch::startAtTextEnd() {
-    end_.place = {0, cache_.textEnd() + BundleCell::kHeadCells, 2, 0, 1};
+    end_.place = {0, cache_.textEnd() + BundleCell::kHeadCells, 0, 2, 1};
     end_.bounds[0] = {0, table_.columnMinimum(table_.id(ConnTable::kEndId).column)};
     end_.bounds[1] = {kMaxSum, kMaxSum};
     end_.packed.clear();

@@ -59,6 +59,7 @@ void BestPathSearch::startChoice() {
         for (std::uint32_t slot = places_[p].firstWord - origin_; slot != endOf(places_[end]) - origin_; ++slot)
             if (packed_[slot] < kDeadEnd) packed_[slot] -= std::uint64_t{more} << kSumShift;
         baseSum_ = least;
+        for (std::size_t at = p; at <= end; ++at) bounds_[at].sure = sureBelow(bounds_[at].low);
         bases_.push({static_cast<std::uint32_t>(p), least});
     }
     rebaseAt_ = std::min(bounds_[p].low, kMaxSum - kRebase) + kRebase / 2;
@@ -69,9 +70,9 @@ inline BestPathSearch::Followers BestPathSearch::followersOf(Place const& place)
     return {packed_.begin() + (place.firstWord - origin_), words, place.wordCount};
 }
 
-/// At 255 a connection is forbidden. Below this, none of those is that lead to words with a sum of @p low at least.
-inline std::uint64_t BestPathSearch::sureBelow(std::uint32_t low, std::uint32_t base) noexcept {
-    std::uint32_t const above = std::max(low, base) - base;
+/// Bound::sure of words with a sum of @p low at least.
+inline std::uint64_t BestPathSearch::sureBelow(std::uint32_t low) const noexcept {
+    std::uint32_t const above = std::max(low, baseSum_) - baseSum_;
     return std::uint64_t{std::min(above + ConnTable::kForbidden, kMostSum)} << kSumShift;
 }
 
@@ -163,6 +164,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
         // Before a bounded word no word pays more than 254, before the unknown one no less than `unknown`.
         needless = !place.unknown() && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
     }
+    bound.sure = sureBelow(bound.low);
     bounds_[p] = bound;
     if (!needless && !unknownsAreNeedless(p, least)) return false;
     if (bound.low >= rebaseAt_) [[unlikely]]
@@ -182,14 +184,14 @@ template <bool kAtEnd>
     std::uint32_t const base = baseSum_;
     std::size_t number = 0;
     packed[place.wordCount - 1] = kDeadEnd | (place.wordCount - 1U);  // stays where it only evens the number of words
-    Bound bound{kMaxSum, kMaxSum};
-    std::uint32_t lowBounded = kNoBounded;
+    std::uint64_t lowest = kDeadEnd;
+    std::uint64_t lowestBounded = kDeadEnd;
     for (BundleCell const* cell = words - place.arcCount; cell != words; ++cell) {
         BundleCell::Arc const& arc = cell->arc;
         Place const& end = places_[p + arc.length()];
         if (end.width() == 0) return false;
         Followers const followers = followersOf(end);
-        std::uint64_t const sure = sureBelow(bounds_[p + arc.length()].low, base);
+        std::uint64_t const sure = bounds_[p + arc.length()].sure;
         std::uint64_t least = kDeadEnd;
         for (std::size_t const after = number + arc.count; number != after; ++number) {
             BundleCell::Word const word = words[number].word;
@@ -203,15 +205,15 @@ template <bool kAtEnd>
         }
         if (kAtEnd && arc.isUnknown() && p + arc.length() == rest_)
             least = endWithUnknown(place, number - arc.count, arc);
-        if (least >= kDeadEnd) continue;
-        std::uint32_t const sum = base + sumOf(least);
-        bound.low = std::min(bound.low, sum);
-        bound.lowBefore = std::min(bound.lowBefore, sum + arc.leastColumn);
+        lowest = std::min(lowest, least);
         if (arc.allBounded())
-            lowBounded = std::min(lowBounded, sum);
-        else if (std::uint64_t const first = packed[number - arc.count]; arc.firstBounded() && first < kDeadEnd)
-            lowBounded = std::min(lowBounded, base + sumOf(first));
+            lowestBounded = std::min(lowestBounded, least);
+        else if (arc.firstBounded())
+            lowestBounded = std::min(lowestBounded, packed[number - arc.count]);
     }
+    Bound bound{kMaxSum, kMaxSum};
+    if (lowest < kDeadEnd) bound = {base + sumOf(lowest), base + sumOf(lowest) + place.leastColumn};
+    std::uint32_t const lowBounded = lowestBounded < kDeadEnd ? base + sumOf(lowestBounded) : kNoBounded;
     return setBound(p, bound, lowBounded, extent);
 }
 
@@ -225,7 +227,7 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     std::size_t const end = p + place.run;
     std::uint32_t const low = bounds_[end].low;
     std::uint64_t best = followersOf(places_[end]).best(table_.costs(kind.rowOffset));
-    if (best >= sureBelow(low, baseSum_)) [[unlikely]]
+    if (best >= bounds_[end].sure) [[unlikely]]
         best = chooseSlowly(end, kind.rowOffset);
     if (best >= std::uint64_t{kMostSum} << kSumShift) return false;
     std::uint32_t const unknown = table_.unknownCost();
@@ -245,7 +247,8 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     }
     std::uint32_t const sum = lastSum + kind.cost * inner;
     std::uint32_t const behind = inner == 0 ? low : std::min(sum - kind.cost, low + unknown);
-    bounds_[p] = {std::min(sum, behind + unknown), std::min(sum + arc.leastColumn, behind + 2 * unknown)};
+    bounds_[p] = {std::min(sum, behind + unknown), std::min(sum + place.leastColumn, behind + 2 * unknown)};
+    bounds_[p].sure = sureBelow(bounds_[p].low);
     std::fill(bounds_.begin() + p + 1, bounds_.begin() + end, Bound{low, low});
     if (bounds_[p].low >= rebaseAt_) [[unlikely]]
         rebase(p);
@@ -284,6 +287,7 @@ bool BestPathSearch::chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Ex
     behind_.baseSum = baseSum_;
     behind_.rebaseAt = rebaseAt_;
     behind_.tooFar = tooFar_;
+    bounds_[segmentEnd_].sure = sureBelow(bounds_[segmentEnd_].low);
     // Meanwhile the words behind have the numbers that follow the segment's.
     std::uint32_t const number = std::exchange(places_[segmentEnd_].firstWord, wordsEnd);
     std::uint32_t const words = endOf(places_[segmentEnd_]);

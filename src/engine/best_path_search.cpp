@@ -107,7 +107,7 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     unsigned unknown = 0;
     if (all)
         unknown = BundleCache::kOneByte | (text_[p] >= 128 && p + 2 <= length_ ? BundleCache::kTwoBytes : 0);
-    else if (!cells[BundleCell::kReach].reach.hasBounded)
+    else if (!cells[BundleCell::kReach].reach.hasBounded())
         unknown = width == 2 ? BundleCache::kTwoBytes : BundleCache::kOneByte;
     if ((unknown | classes) != 0) {
         bundle = cache_.variant(bundle, unknown, classes, text_ + p);
@@ -115,12 +115,17 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     }
     BundleCell::Head const head = cells[0].head;
     BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
-    places_[p] = {firstWord(), bundle + BundleCell::kHeadCells + head.arcCount, head.wordCount, head.arcCount,
-                  static_cast<std::uint8_t>(width | (unknown != 0 ? Place::kUnknown : 0U))};
+    places_[p] = {firstWord(),
+                  bundle + BundleCell::kHeadCells + head.arcCount,
+                  head.arcCount,
+                  head.wordCount,
+                  static_cast<std::uint8_t>(width | (unknown != 0 ? Place::kUnknown : 0U)),
+                  0,
+                  reach.leastColumn};
     wordCount_ += head.wordCount;
     longest_ = std::max(longest_, reach.longest);
     farthest_ = std::max(farthest_, p + reach.longest);
-    tooMany_ |= reach.tooMany;
+    tooMany_ |= reach.tooMany();
     if (reach.enters == 0) return;
     for (std::uint32_t i = 0; i < head.arcCount; ++i) {
         BundleCell::Arc const arc = cells[BundleCell::kHeadCells + i].arc;
@@ -158,7 +163,6 @@ void BestPathSearch::setRun(std::size_t p, std::size_t end) {
 /// Notes what words may start at the second byte @p p of a character.
 inline void BestPathSearch::scanInside(std::size_t p) {
     SearchTable::ShortForm const& single = table_.byteForm(text_[p], *dics_);
-    places_[p].single = single.least;
     reach_[p + 1] |= single.enters;
     if (p + 1 == length_ || !single.longer) return;
     SearchTable::ShortForm const& pair = table_.pairForm(text_[p], text_[p + 1], *dics_);

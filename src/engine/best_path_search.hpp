@@ -87,15 +87,14 @@ private:
 
     /// What starts at a byte position.
     struct Place {
-        std::uint32_t firstWord;  ///< of the words of the text, in the order of positions
-        std::uint32_t words;      ///< the first one's cell
-        std::uint16_t wordCount;  ///< even
-        std::uint16_t arcCount;   ///< whose cells are before the words'
-        std::uint8_t marks;       ///< width() and unknown()
-        std::uint8_t run = 0;     ///< characters of the run that starts here, or whose last one this is
-        // Inside a character: ShortForm::least of the byte here, and of the two from here on.
-        std::uint8_t single = SearchTable::kNoWord;
-        std::uint8_t pair = SearchTable::kNoWord;
+        std::uint32_t firstWord;       ///< of the words of the text, in the order of positions
+        std::uint32_t words;           ///< the first one's cell
+        std::uint16_t arcCount;        ///< whose cells are before the words'
+        std::uint16_t wordCount;       ///< even
+        std::uint8_t marks;            ///< width() and unknown()
+        std::uint8_t run = 0;          ///< characters of the run that starts here, or whose last one this is
+        std::uint8_t leastColumn = 0;  ///< smallest cost of the words' columns
+        std::uint8_t pair = SearchTable::kNoWord;  ///< inside a character: ShortForm::least of two bytes
 
         static constexpr std::uint8_t kWidth = 3;
         static constexpr std::uint8_t kUnknown = 4;
@@ -116,6 +115,8 @@ private:
     struct Bound {
         std::uint32_t low;        ///< a word that starts here
         std::uint32_t lowBefore;  ///< a word that ends here
+        /// Of a place: at 255 a connection is forbidden; below this, none of those is that lead to its words.
+        std::uint64_t sure = 0;
     };
     /// What a choice needs of the words that start where a word ends.
     struct Followers {
@@ -187,7 +188,7 @@ private:
     void slide(std::size_t p);
     void rebase(std::size_t p);
     Followers followersOf(Place const& place) const noexcept;
-    static std::uint64_t sureBelow(std::uint32_t low, std::uint32_t base) noexcept;
+    std::uint64_t sureBelow(std::uint32_t low) const noexcept;
     template <bool kAtEnd>
     bool chooseAt(std::size_t p, Extent extent);
     bool chooseAtEnd(std::size_t p, Extent extent);

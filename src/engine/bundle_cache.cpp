@@ -115,21 +115,23 @@ void BundleCache::addArc(std::uint32_t length, RecordChain chain, unsigned class
     });
     reach_.enteredBy = static_cast<std::uint8_t>(reach_.enteredBy | enteredBy);
     std::size_t const first = words_.size();
-    BundleCell::Arc arc{length & BundleCell::Arc::kLengthMask, 0, 255,
-                        static_cast<std::uint8_t>(marks | BundleCell::Arc::kAllBounded)};
+    BundleCell::Arc arc{length & BundleCell::Arc::kLengthMask, 0,
+                        static_cast<std::uint16_t>(marks | BundleCell::Arc::kAllBounded)};
     eachNodeRecord(chain, table_->idCount(), [&](MrphDic record) {
         SearchTable::Id const& id = table_->id(record.pid());
         if (SearchTable::isSparse(id) && (enteredBy & classes) == 0) return;
         if (words_.size() >= kMostWords) {
-            reach_.tooMany = true;
+            reach_.marks |= BundleCell::Reach::kTooMany;
             return;
         }
         bool const bounded = id.enteredBy == 0;
         addWord({id.rowOffset, id.column, record.cost(), bounded}, record.head());
         arc.reach |= std::uint32_t{id.enters} << 24;
-        arc.leastColumn = std::min(arc.leastColumn, table_->columnMinimum(id.column));
-        if (!bounded) arc.marks &= static_cast<std::uint8_t>(~BundleCell::Arc::kAllBounded);
-        reach_.hasBounded = reach_.hasBounded || bounded;
+        reach_.leastColumn = std::min(reach_.leastColumn, table_->columnMinimum(id.column));
+        if (bounded)
+            reach_.marks |= BundleCell::Reach::kBounded;
+        else
+            arc.marks &= static_cast<std::uint16_t>(~BundleCell::Arc::kAllBounded);
     });
     if (words_.size() == first) return;
     arc.count = static_cast<std::uint16_t>(words_.size() - first);
@@ -143,7 +145,7 @@ void BundleCache::startWords() noexcept {
     arcs_.clear();
     words_.clear();
     wordRecords_.clear();
-    reach_ = {};
+    reach_ = {0, 0, 0, 0, 255};
 }
 
 void BundleCache::addWord(BundleCell::Word word, unsigned char const* record) {

@@ -32,11 +32,17 @@ union BundleCell {
     /// What stands instead of a Reach while a bundle is incomplete: the complete one, if it is known.
     std::uint32_t complete;
     struct Reach {
+        static constexpr std::uint8_t kBounded = 1;  ///< some words are
+        static constexpr std::uint8_t kTooMany = 2;  ///< not all words are here
+
         std::uint32_t longest;   ///< of the arcs, in bytes
         std::uint8_t enters;     ///< classes of all rows
         std::uint8_t enteredBy;  ///< classes that may stand before words of sparse columns, which may be missing
-        bool hasBounded;         ///< some words are bounded
-        bool tooMany;            ///< not all words are here
+        std::uint8_t marks;
+        std::uint8_t leastColumn;  ///< smallest cost of the columns
+
+        bool hasBounded() const noexcept { return (marks & kBounded) != 0; }
+        bool tooMany() const noexcept { return (marks & kTooMany) != 0; }
     } reach;
     /// The variant that was asked for last.
     struct Variant {
@@ -46,14 +52,13 @@ union BundleCell {
     /// The words of a surface form.
     struct Arc {
         static constexpr std::uint32_t kLengthMask = 0xFFFFFF;
-        static constexpr std::uint8_t kAllBounded = 1;  ///< all words are
-        static constexpr std::uint8_t kUnknown = 2;     ///< the unknown word
-        static constexpr std::uint8_t kFirstBounded = 4;
+        static constexpr std::uint16_t kAllBounded = 1;  ///< all words are
+        static constexpr std::uint16_t kUnknown = 2;     ///< the unknown word
+        static constexpr std::uint16_t kFirstBounded = 4;
 
-        std::uint32_t reach;       ///< length and, above it, classes of the rows
-        std::uint16_t count;       ///< of the words, at least 1
-        std::uint8_t leastColumn;  ///< smallest cost of the columns
-        std::uint8_t marks;
+        std::uint32_t reach;  ///< length and, above it, classes of the rows
+        std::uint16_t count;  ///< of the words, at least 1
+        std::uint16_t marks;
 
         /// In bytes; no dictionary has room for a longer form.
         std::uint32_t length() const noexcept { return reach & kLengthMask; }

@@ -47,11 +47,11 @@ void PlainRuns::learn(unsigned char byte, std::uint32_t bundle, BundleCache& cac
     if (table.byteForm(byte, dics).longer) return;
     bundle = cache.complete(bundle, &byte);
     BundleCell const* cells = cache.cells() + bundle;
-    if (cells[0].head.arcCount != 1 || !cells[BundleCell::kReach].reach.hasBounded) return;
+    if (cells[0].head.arcCount != 1 || !cells[BundleCell::kReach].reach.hasBounded()) return;
     unsigned const classes = cells[BundleCell::kReach].reach.enteredBy;
     std::uint32_t const all = classes != 0 ? cache.variant(bundle, 0, classes, &byte) : bundle;
     cells = cache.cells() + all;
-    if (cells[0].head.arcCount != 1 || cells[BundleCell::kReach].reach.tooMany) return;
+    if (cells[0].head.arcCount != 1 || cells[BundleCell::kReach].reach.tooMany()) return;
     std::uint32_t const first = all + BundleCell::kHeadCells + 1;
     Words const words(cache.cells() + first, cells[BundleCell::kHeadCells].arc.count);
     if (!areOfOneRow(words)) return;
