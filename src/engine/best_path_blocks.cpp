@@ -73,18 +73,17 @@ BestPathSearch::Choice BestPathSearch::searchBlocks() {
     reach_.reserve(sentence_.size() + 1);
     if (!endsText_) startAtTextEnd();
     std::size_t end = sentence_.size();
-    for (std::size_t number = blocks_.size(); number-- > 0;) {
+    for (std::size_t number = blocks_.size() - 1;; --number) {
         std::size_t const begin = blocks_[number];
         text_ = asBytes(sentence_.data()) + begin;
         length_ = end - begin;
         rest_ = sentence_.size() - begin;
         Choice const choice = searchBlock();
-        if (choice != Choice::kMade || begin == 0) return choice;
+        if (choice != Choice::kMade || number == 0) return choice;
         addPaths();
         startBehindBlock();
         end = begin;
     }
-    return Choice::kNone;  // not reached
 }
 
 BestPathSearch::Choice BestPathSearch::searchBlock() {

@@ -59,7 +59,7 @@ public:
         std::uint32_t connSum;
     };
 
-    /// What parts long texts are searched in, in bytes at least.
+    /// What parts long texts are searched in: the least size of each, in bytes, at least 1.
     struct Parts {
         std::size_t segment = 256;
         std::size_t block = 16384;
@@ -87,7 +87,7 @@ private:
 
     /// What starts at a byte position.
     struct Place {
-        std::uint32_t firstWord;       ///< of the words of the text, in the order of positions
+        std::uint32_t firstWord;       ///< of the words of the block, in the order of positions
         std::uint32_t words;           ///< the first one's cell
         std::uint16_t arcCount;        ///< whose cells are before the words'
         std::uint16_t wordCount;       ///< even
@@ -242,7 +242,7 @@ private:
     RawBuffer<std::uint64_t> packed_;  // by word from origin_ on
     std::uint32_t origin_ = 0;
     std::uint32_t baseSum_ = 0;   // what packed sums are counted from
-    RawBuffer<Base> bases_;       // all base sums of the text but the first, which is 0
+    RawBuffer<Base> bases_;       // all base sums of the block but the first, end_.baseSum
     std::uint32_t rebaseAt_ = 0;  // the least sum of a position that asks for another one
     bool tooFar_ = false;
     std::size_t segmentEnd_ = 0;
