@@ -5,14 +5,22 @@
 namespace TAVO {
 
 void PrefixBatch::run(DicTrie const& trie, unsigned char const* text, std::size_t n) {
-    if (!walks_.empty()) step<true>(trie, text, n);
-    while (!walks_.empty()) step<false>(trie, text, n);
+    while (!walks_.empty()) step(trie, text, n);
     endTails(trie, text, n);
 }
 
-/// One step of all walks. The caller has seen the keys that end where they begin.
-template <bool kFirst>
 void PrefixBatch::step(DicTrie const& trie, unsigned char const* text, std::size_t n) {
+    if (walks_.empty()) return;
+    if (stepped_)
+        stepAll<false>(trie, text, n);
+    else
+        stepAll<true>(trie, text, n);
+    stepped_ = true;
+}
+
+/// One step of all walks. The caller has seen the keys that end where they begin, so the first one need not look.
+template <bool kFirst>
+void PrefixBatch::stepAll(DicTrie const& trie, unsigned char const* text, std::size_t n) {
     std::size_t kept = 0;
     for (Walk const& walk : walks_) {
         if (!kFirst) {

@@ -25,6 +25,7 @@ public:
     void start(std::size_t count) {
         walks_.clear();
         tails_.clear();
+        stepped_ = false;
         matches_.resizeForOverwrite(count);
     }
     /// What search number @p search has found: first what its caller knows, then the longest key.
@@ -42,7 +43,10 @@ public:
         tails_.push({search, start, length, index});
         trie.prefetchTail(trie.cell(index));
     }
-    /// Runs the searches through the @p n bytes at @p text.
+    /// Takes one step of the searches through the @p n bytes at @p text, to be followed by run(). More may be
+    /// added meanwhile.
+    void step(DicTrie const& trie, unsigned char const* text, std::size_t n);
+    /// Runs the searches to their ends.
     void run(DicTrie const& trie, unsigned char const* text, std::size_t n);
 
 private:
@@ -60,12 +64,13 @@ private:
     };
 
     template <bool kFirst>
-    void step(DicTrie const& trie, unsigned char const* text, std::size_t n);
+    void stepAll(DicTrie const& trie, unsigned char const* text, std::size_t n);
     void endTails(DicTrie const& trie, unsigned char const* text, std::size_t n);
 
     RawBuffer<Match> matches_;  // by number of the search
     RawBuffer<Walk> walks_;
     RawBuffer<Tail> tails_;
+    bool stepped_ = false;
 };
 
 }  // namespace TAVO

@@ -114,6 +114,7 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
         cells = cache_.cells() + bundle;
     }
     BundleCell::Head const head = cells[0].head;
+    __builtin_prefetch(cells + BundleCell::kHeadCells + head.arcCount + head.wordCount - 1);  // the choice reads it
     BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
     places_[p] = {firstWord(),
                   bundle + BundleCell::kHeadCells + head.arcCount,

@@ -95,9 +95,11 @@ inline void FormFinder::startLesson(Search const& search, std::uint32_t number, 
 /// Notes the forms inside the pairs that are not known. All go through the trie together.
 void FormFinder::learn(Search const& search, BundleCache& cache) {
     DicTrie const& trie = search.trie;
-    for (unsigned consumed = 1; consumed <= sizeof(Lesson::pair); ++consumed)
+    for (unsigned consumed = 1; consumed <= sizeof(Lesson::pair); ++consumed) {
         for (Lesson& lesson : lessons_)
             if (lesson.goesOn) step(lesson, consumed, trie);
+        batch_.step(trie, search.text, search.n);  // meanwhile what the lessons wait for comes
+    }
     for (Lesson& lesson : lessons_) {
         if ((lesson.known.state & kTail) != 0 && lesson.known.state != kEnd) endTail(lesson, trie);
         if (lesson.known.length != 0) cache.prefetchSlot(lesson.key(search.dictionary));
