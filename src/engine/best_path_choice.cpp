@@ -124,7 +124,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
 
 /// True when no word before @p p would choose an unknown word that was left out. Where all are, they
 /// have at least @p least.
-[[gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) const {
+[[gnu::noinline]] bool BestPathSearch::unknownsAreNeedless(std::size_t p, std::uint32_t least) {
     Place const& place = places_[p];
     Followers const words = followersOf(place);
     if (place.unknown()) {
@@ -132,18 +132,27 @@ inline void BestPathSearch::boundInside(std::size_t p) {
         // The one-byte word has the column of the two-byte word, which wins every
         // tie since it is made first.
         std::uint64_t const two = words.packed[0];
-        return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), static_cast<std::uint32_t>(two >> kWordShift)) <=
+        return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), packedWordSum(two)) <=
                                      pathKey(bounds_[p + 1].low + table_.unknownCost(), kUnknownWordCost);
     }
+    // The one of two bytes is known exactly where only a connection of the same cost tells it from a word.
+    std::uint32_t const unknown = table_.unknownCost();
+    bool const exact = place.width() == 2 && p + 2 < rest_;
+    if (exact) least = bounds_[p + 1].low + unknown;
+    std::uint64_t const two = exact ? chooseSlowly(p + 2, table_.id(ConnTable::kUnknownId).rowOffset) : kDeadEnd;
+    std::uint64_t const twoKey = pathKey(baseSum_ + sumOf(two) + unknown, packedWordSum(two) + kUnknownWordCost);
+    bool beatsTwo = two >= kDeadEnd;
     // Any word before p gets at most `most` from some word that it may stand before.
     std::uint64_t most = ~std::uint64_t{0};
     for (std::size_t number = 0; number != words.count; ++number) {
         BundleCell::Word const word = words.words[number].word;
-        if (!word.bounded || words.packed[number] >= kDeadEnd) continue;
-        std::uint64_t const sum = std::uint64_t{baseSum_} + sumOf(words.packed[number]);
-        most = std::min(most, sum + table_.columnMaximum(word.column));
+        std::uint64_t const packed = words.packed[number];
+        if (!word.bounded || packed >= kDeadEnd) continue;
+        std::uint32_t const sum = baseSum_ + sumOf(packed) + table_.columnMaximum(word.column);
+        most = std::min(most, std::uint64_t{sum});
+        beatsTwo |= pathKey(sum, packedWordSum(packed)) < twoKey;
     }
-    return most < std::uint64_t{least} + table_.unknownCost();
+    return beatsTwo && most < std::uint64_t{least} + unknown;
 }
 
 /// Notes the bound of the words at @p p, which is @p bound but for unknown words left out; of bounded words the least
@@ -363,7 +372,7 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
     if (tooFar_) return Choice::kTooFar;
     if (best >= kDeadEnd) return Choice::kNone;
     firstNumber_ = static_cast<std::uint32_t>(best & kNumberMask);
-    pathWordSum_ = static_cast<std::uint32_t>(best >> kWordShift);
+    pathWordSum_ = packedWordSum(best);
     return Choice::kMade;
 }
 

@@ -197,7 +197,7 @@ private:
     std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
     std::uint64_t chooseSlowly(std::size_t p, std::uint32_t rowOffset);
     void boundInside(std::size_t p);
-    bool unknownsAreNeedless(std::size_t p, std::uint32_t least) const;
+    bool unknownsAreNeedless(std::size_t p, std::uint32_t least);
 
     SearchTable table_;
     BundleCache cache_;

@@ -26,6 +26,10 @@ inline constexpr std::uint32_t kRebase = 0x4000;
 
 constexpr std::uint32_t sumOf(std::uint64_t packed) noexcept { return static_cast<std::uint32_t>(packed >> kSumShift); }
 
+constexpr std::uint32_t packedWordSum(std::uint64_t packed) noexcept {
+    return static_cast<std::uint32_t>(packed >> kWordShift);
+}
+
 }  // namespace TAVO
 
 #endif
