@@ -18,7 +18,8 @@ void PrefixBatch::step(DicTrie const& trie, unsigned char const* text, std::size
     stepped_ = true;
 }
 
-/// One step of all walks. The caller has seen the keys that end where they begin, so the first one need not look.
+/// One step of all walks. The caller has seen the keys that end where they begin, so the first step need not look; a
+/// later one does so in vain for walks added meanwhile.
 template <bool kFirst>
 void PrefixBatch::stepAll(DicTrie const& trie, unsigned char const* text, std::size_t n) {
     std::size_t kept = 0;

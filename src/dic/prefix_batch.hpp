@@ -43,10 +43,9 @@ public:
         tails_.push({search, start, length, index});
         trie.prefetchTail(trie.cell(index));
     }
-    /// Takes one step of the searches through the @p n bytes at @p text, to be followed by run(). More may be
-    /// added meanwhile.
+    /// Takes one step of the searches through the @p n bytes at @p text. More may be added before run().
     void step(DicTrie const& trie, unsigned char const* text, std::size_t n);
-    /// Runs the searches to their ends.
+    /// Runs the searches through the @p n bytes at @p text to their ends.
     void run(DicTrie const& trie, unsigned char const* text, std::size_t n);
 
 private:

@@ -106,20 +106,22 @@ inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs)
 
 /// Bounds the words that start at the second byte @p p of a character: every
 /// connection costs 0 or more, and before a word no less than its column's minimum. A word of one
-/// byte counts even where there is none, which makes the bound a little lower.
+/// byte counts even where there is none, and words that end here are bounded as those that start, which makes the
+/// bound a little lower.
 inline void BestPathSearch::boundInside(std::size_t p) {
     std::uint32_t const unknown = table_.unknownCost();
     Place const& place = places_[p];
     Bound const* const behind = bounds_.begin() + p + 1;
     std::uint32_t const behindTwo = text_[p] >= 128 ? behind[1].low : kMaxSum;  // an unknown word of two bytes
     std::uint32_t low = std::min(std::min(behind[0].low, behindTwo) + unknown, behind[0].lowBefore);
-    if (place.pair != SearchTable::kNoWord) [[unlikely]]
+    if (place.pair()) [[unlikely]]
         low = std::min(low, behind[1].lowBefore);
     if (place.unknown()) [[unlikely]] {
         for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
             low = std::min(low, bounds_[overhangs_.end()[-1].end].lowBefore);
     }
-    bounds_[p] = {std::min(low, kMaxSum), std::min(low, kMaxSum)};
+    low = std::min(low, kMaxSum);
+    bounds_[p] = {low, low};
 }
 
 /// True when no word before @p p would choose an unknown word that was left out. Where all are, they
@@ -135,7 +137,8 @@ inline void BestPathSearch::boundInside(std::size_t p) {
         return two < kDeadEnd && pathKey(baseSum_ + sumOf(two), packedWordSum(two)) <=
                                      pathKey(bounds_[p + 1].low + table_.unknownCost(), kUnknownWordCost);
     }
-    // The one of two bytes is known exactly where only a connection of the same cost tells it from a word.
+    // The one of two bytes is told exactly: before an unknown word, such as a CR at the end of a text, it costs what
+    // every word does, and only its word cost is larger.
     std::uint32_t const unknown = table_.unknownCost();
     bool const exact = place.width() == 2 && p + 2 < rest_;
     if (exact) least = bounds_[p + 1].low + unknown;
@@ -290,7 +293,7 @@ bool BestPathSearch::chooseRun(std::size_t p) {
 }
 
 /// Gives each word of the segment from @p begin on its best continuation; its words have numbers below @p wordsEnd.
-/// False when a word left out may be needed; then nothing behind the segment has changed.
+/// False when a word left out may be needed; behind_ then tells what was there before.
 bool BestPathSearch::chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Extent extent) {
     behind_.bases = bases_.size();
     behind_.baseSum = baseSum_;
@@ -359,15 +362,14 @@ BestPathSearch::Choice BestPathSearch::choose(Extent extent) {
     if (tooMany_) return Choice::kTooFar;
     if (farthest_ > length_) return Choice::kOmitted;
     startChoice();
-    bool const startsText = rest_ == sentence_.size();
     bool const whole = segments_.size() == 2;
     for (std::size_t number = segments_.size() - 1; number-- > 0;) {
         std::size_t const begin = segments_[number].place;
         if (!chooseSegment(begin, segments_[number + 1].firstWord, extent) && (whole || !searchAgain(begin)))
             return Choice::kOmitted;
-        if (number != 0 || !startsText) endSegment(begin);
+        if (number != 0 || !startsText()) endSegment(begin);
     }
-    if (!startsText) return tooFar_ ? Choice::kTooFar : Choice::kMade;
+    if (!startsText()) return tooFar_ ? Choice::kTooFar : Choice::kMade;
     std::uint64_t const best = chooseSlowly(0, table_.id(ConnTable::kBeginId).rowOffset);
     if (tooFar_) return Choice::kTooFar;
     if (best >= kDeadEnd) return Choice::kNone;

@@ -26,7 +26,7 @@ void BestPathSearch::collect(Extent extent) {
     places_.resizeForOverwrite(length_ + 1);
     reach_.resizeForOverwrite(rest_ + 1);  // should a word go beyond the block
     std::fill(reach_.begin(), reach_.begin() + length_ + 1, SearchTable::kAlways);
-    reach_[0] |= text_ == asBytes(sentence_.data()) ? table_.id(ConnTable::kBeginId).enters : std::uint8_t{0xFF};
+    reach_[0] |= startsText() ? table_.id(ConnTable::kBeginId).enters : std::uint8_t{0xFF};
     collectSegment(0, length_, extent);
     segments_.push({static_cast<std::uint32_t>(length_), firstWord()});
     places_[length_] = end_.place;
@@ -51,13 +51,14 @@ void BestPathSearch::collectSegment(std::size_t p, std::size_t end, Extent exten
         setRuns(p, starts_[count]);
         p = starts_[count];
     }
-    if (wordCount_ > std::numeric_limits<std::uint32_t>::max() - 2) throw std::bad_alloc();
+    // A place's words, as many as 16 bits tell, stand behind those of a segment.
+    if (wordCount_ > std::numeric_limits<std::uint32_t>::max() - 0xFFFF) throw std::bad_alloc();
 }
 
 /// Lets a segment start at @p p when no word stands across it.
 [[gnu::cold, gnu::noinline]] void BestPathSearch::startSegment(std::size_t p) {
     // Before it a character ends whose second byte, if it has one, no unknown word of two bytes starts with.
-    if (farthest_ > p || text_[p - 1] >= 128 || places_[p - 1].pair != SearchTable::kNoWord) return;
+    if (farthest_ > p || text_[p - 1] >= 128 || places_[p - 1].pair()) return;
     segments_.push({static_cast<std::uint32_t>(p), firstWord()});
     nextSegment_ = p + parts_.segment;
 }
@@ -167,7 +168,7 @@ inline void BestPathSearch::scanInside(std::size_t p) {
     reach_[p + 1] |= single.enters;
     if (p + 1 == length_ || !single.longer) return;
     SearchTable::ShortForm const& pair = table_.pairForm(text_[p], text_[p + 1], *dics_);
-    places_[p].pair = pair.least;
+    if (pair.words) places_[p].marks |= Place::kPair;
     reach_[p + 2] |= pair.enters;
     if (pair.longer) scanOverhangs(p);
 }

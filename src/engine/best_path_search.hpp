@@ -91,17 +91,19 @@ private:
         std::uint32_t words;           ///< the first one's cell
         std::uint16_t arcCount;        ///< whose cells are before the words'
         std::uint16_t wordCount;       ///< even
-        std::uint8_t marks;            ///< width() and unknown()
+        std::uint8_t marks;            ///< width(), unknown() and pair()
         std::uint8_t run = 0;          ///< characters of the run that starts here, or whose last one this is
         std::uint8_t leastColumn = 0;  ///< smallest cost of the words' columns
-        std::uint8_t pair = SearchTable::kNoWord;  ///< inside a character: ShortForm::least of two bytes
 
         static constexpr std::uint8_t kWidth = 3;
         static constexpr std::uint8_t kUnknown = 4;
+        static constexpr std::uint8_t kPair = 8;
         /// Of the character that starts here; 0: none does, or one that is not the first of its run.
         unsigned width() const noexcept { return marks & kWidth; }
         /// Unknown words stand among the words; inside a character: it has overhangs.
         bool unknown() const noexcept { return (marks & kUnknown) != 0; }
+        /// Inside a character: a word of two bytes may start here.
+        bool pair() const noexcept { return (marks & kPair) != 0; }
     };
     /// The best continuation of a word: its number among the words that start there, and below it, in 16
     /// bits, the lower part of the connection sum above the base sum.
@@ -132,7 +134,7 @@ private:
         std::uint32_t end;
     };
 
-    /// Where a segment starts; one more stands at the end of the text.
+    /// Where a segment starts; one more stands at the end of the block.
     struct Segment {
         std::uint32_t place;
         std::uint32_t firstWord;  ///< when only needed words were collected
@@ -155,6 +157,8 @@ private:
     };
 
     static_assert(sizeof(Place) == 16);
+    /// The block at work is the first one.
+    bool startsText() const noexcept { return rest_ == sentence_.size(); }
     std::uint32_t firstWord() const noexcept { return static_cast<std::uint32_t>(wordCount_); }
     static std::uint32_t endOf(Place const& place) noexcept { return place.firstWord + place.wordCount; }
 
@@ -250,7 +254,7 @@ private:
 };
 
 /// Calls give(p, word) for the words of the path that word @p number of the block begins, as long as it returns true;
-/// the number of the word behind the block.
+/// the number of the word behind the block, 0 when it has returned false.
 template <class Give>
 std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
     std::size_t base = bases_.size();

@@ -12,6 +12,7 @@ void BlockPaths::forget() noexcept {
     words_.shrink(kKept);
     paths_.shrink(kKept);
     blocks_.shrink(kKept);
+    starts_.shrink(kKept);
 }
 
 void BlockPaths::startBlock() {

@@ -118,7 +118,7 @@ SearchTable::ShortForm SearchTable::formOf(std::array<unsigned char, 2> const& b
         eachNodeRecord(trie->exactMatch(bytes.data(), length), idCount(), [&](MrphDic record) {
             Id const& id = ids_[record.pid()];
             form.enters = static_cast<std::uint8_t>(form.enters | id.enters);
-            form.least = std::min(form.least, std::min(columnMinimum_[id.column], std::uint8_t{254}));
+            form.words = true;
         });
     }
     return form;

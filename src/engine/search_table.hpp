@@ -53,12 +53,11 @@ public:
 
     /// The words of a short form, all dictionaries together.
     struct ShortForm {
-        std::uint8_t enters = 0;       ///< their classes
-        std::uint8_t least = kNoWord;  ///< smallest cost of their columns
-        bool longer = false;           ///< a longer form may begin so
-        bool known = false;            ///< a form of zero bytes is unknown
+        std::uint8_t enters = 0;  ///< their classes
+        bool words = false;       ///< there are some
+        bool longer = false;      ///< a longer form may begin so
+        bool known = false;       ///< a form of zero bytes is unknown
     };
-    static constexpr std::uint8_t kNoWord = 255;
     /// The words of a form of one byte; looked up once.
     ShortForm const& byteForm(unsigned char byte, DicSet const& dics) {
         ShortForm& form = byteForms_[byte];
