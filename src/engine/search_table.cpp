@@ -45,7 +45,7 @@ void SearchTable::deriveIds(ConnTable const& table) {
     for (std::uint32_t id = 1; id < ids.size(); ++id) {
         std::uint16_t const row = table.row(static_cast<std::uint16_t>(id));
         std::uint16_t const column = table.column(static_cast<std::uint16_t>(id));
-        ids[id] = {static_cast<std::uint32_t>(row) * table.cols(), column, rows[row], columns[column]};
+        ids[id] = {row * table.stride(), column, rows[row], columns[column]};
     }
     ids_ = std::move(ids);
     columnMinimum_ = table.bounds().columnMinimum;
