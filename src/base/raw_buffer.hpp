@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <type_traits>
@@ -49,6 +50,7 @@ public:
     }
     /// @p size values of zero bytes. Those never used take no memory.
     void resetToZeros(std::size_t size) {
+        static_assert(alignof(T) <= alignof(std::max_align_t));
         shrink(0);
         data_ = static_cast<T*>(std::calloc(size, sizeof(T)));
         if (data_ == nullptr && size != 0) throw std::bad_alloc();
@@ -91,10 +93,18 @@ private:
         constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T);
         if (least > kMost) throw std::bad_alloc();
         std::size_t const capacity = std::min(kMost, std::max({least, capacity_ + capacity_ / 2, kFirst}));
-        void* const moved = std::realloc(data_, capacity * sizeof(T));
-        if (moved == nullptr) throw std::bad_alloc();
-        data_ = static_cast<T*>(moved);
+        data_ = static_cast<T*>(moveTo(capacity * sizeof(T)));
         capacity_ = capacity;
+    }
+    /// All values in memory of @p sizeBytes, which is theirs then.
+    void* moveTo(std::size_t sizeBytes) {
+        constexpr bool kOrdinary = alignof(T) <= alignof(std::max_align_t);  // else realloc() would not align them
+        void* const moved = kOrdinary ? std::realloc(data_, sizeBytes) : std::aligned_alloc(alignof(T), sizeBytes);
+        if (moved == nullptr) throw std::bad_alloc();
+        if (kOrdinary) return moved;
+        if (size_ != 0) std::memcpy(moved, data_, size_ * sizeof(T));
+        std::free(data_);
+        return moved;
     }
 
     T* data_ = nullptr;

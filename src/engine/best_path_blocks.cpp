@@ -20,7 +20,7 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
         plain_.clear();
         endsText_ = false;
     }
-    cache_.start(table_, dics);
+    cache_.start(table_, dics, parts_.wide);
     finders_.resize(dics.entries().size());
     findBlocks();
     Choice choice = searchBlocks();
@@ -107,7 +107,9 @@ void BestPathSearch::addPaths() {
 
 /// Lets the end of the text stand there like a word.
 void BestPathSearch::startAtTextEnd() {
-    end_.place = {0, cache_.textEnd() + BundleCell::kHeadCells, 0, 2, 1};
+    std::uint32_t const bundle = cache_.textEnd();
+    unsigned const lines = cache_.cells()[bundle + BundleCell::kReach].reach.lines();
+    end_.place = {0, bundle + BundleCell::kHeadCells, 0, 2, static_cast<std::uint8_t>(1 | lines << Place::kLinesShift)};
     end_.bounds[0] = {0, table_.columnMinimum(table_.id(ConnTable::kEndId).column)};
     end_.bounds[1] = {kMaxSum, kMaxSum};
     end_.packed.clear();

@@ -3,6 +3,7 @@
 
 #include "base/bytes.hpp"
 #include "dic/conn_table.hpp"
+#include "engine/best_path_steps.hpp"
 #include "engine/packed_sum.hpp"
 #include "engine/path_key.hpp"
 #include "engine/special_records.hpp"
@@ -22,8 +23,8 @@ constexpr std::uint32_t kNoBounded = 0xFFFFFF00;
 
 /// Starts at the end of the block.
 void BestPathSearch::startChoice() {
-    constexpr std::size_t kWords = 8192;
-    if (packed_.size() < kWords) packed_.resizeForOverwrite(kWords);
+    constexpr std::size_t kLines = 1024;
+    if (packed_.size() < kLines) packed_.resizeForOverwrite(kLines);
     next_.resizeForOverwrite(wordCount_);
     bounds_.resizeForOverwrite(length_ + end_.bounds.size());
     bounds_[length_] = end_.bounds[0];
@@ -42,10 +43,10 @@ void BestPathSearch::startChoice() {
     std::uint32_t const kept = endOf(places_[p]);
     std::uint32_t const keptEnd = endOf(places_[std::min(segmentEnd_, p + longest_)]);
     std::size_t const needed = std::size_t{keptEnd} - places_[p].firstWord;
-    if (packed_.size() < 2 * needed) packed_.resizeForOverwrite(2 * needed);
-    std::uint32_t const origin = keptEnd > packed_.size() ? keptEnd - static_cast<std::uint32_t>(packed_.size()) : 0;
+    if (room() < 2 * needed) packed_.resizeForOverwrite((2 * needed + kLineWords - 1) / kLineWords);
+    std::uint32_t const origin = keptEnd > room() ? keptEnd - room() : 0;
     std::size_t const count = keptEnd - kept;
-    std::memmove(&packed_[kept - origin], &packed_[kept - origin_], count * sizeof(packed_[0]));
+    std::memmove(sums() + (kept - origin), sums() + (kept - origin_), count * sizeof(std::uint64_t));
     origin_ = origin;
 }
 
@@ -57,71 +58,12 @@ void BestPathSearch::startChoice() {
     for (std::size_t at = p; at <= end; ++at) least = std::min(least, bounds_[at].low);
     if (std::uint32_t const more = least - baseSum_; least > baseSum_ && least != kMaxSum) {
         for (std::uint32_t slot = places_[p].firstWord - origin_; slot != endOf(places_[end]) - origin_; ++slot)
-            if (packed_[slot] < kDeadEnd) packed_[slot] -= std::uint64_t{more} << kSumShift;
+            if (sums()[slot] < kDeadEnd) sums()[slot] -= std::uint64_t{more} << kSumShift;
         baseSum_ = least;
         for (std::size_t at = p; at <= end; ++at) bounds_[at].sure = sureBelow(bounds_[at].low);
         bases_.push({static_cast<std::uint32_t>(p), least});
     }
     rebaseAt_ = std::min(bounds_[p].low, kMaxSum - kRebase) + kRebase / 2;
-}
-
-inline BestPathSearch::Followers BestPathSearch::followersOf(Place const& place) const noexcept {
-    BundleCell const* const words = cache_.cells() + place.words;
-    return {packed_.begin() + (place.firstWord - origin_), words, place.wordCount};
-}
-
-/// Bound::sure of words with a sum of @p low at least.
-inline std::uint64_t BestPathSearch::sureBelow(std::uint32_t low) const noexcept {
-    std::uint32_t const above = std::max(low, baseSum_) - baseSum_;
-    return std::uint64_t{std::min(above + ConnTable::kForbidden, kMostSum)} << kSumShift;
-}
-
-/// The best of them for the row of @p costs.
-inline std::uint64_t BestPathSearch::Followers::best(unsigned char const* costs) const noexcept {
-    auto const sum = [&](std::size_t i) {
-        return packed[i] + (std::uint64_t{costs[words[i].word.column]} << kSumShift);
-    };
-    std::uint64_t even = sum(0);
-    std::uint64_t odd = sum(1);
-    auto const add = [&](std::size_t i) {
-        even = std::min(even, sum(i));
-        odd = std::min(odd, sum(i + 1));
-    };
-    // Most places have few words, and the processor foretells a branch for each
-    // number of them better than the end of one loop.
-    if (count == 2) return std::min(even, odd);
-    add(2);
-    if (count == 4) return std::min(even, odd);
-    add(4);
-    if (count == 6) return std::min(even, odd);
-    add(6);
-    for (std::size_t i = 8; i != count; i += 2) add(i);
-    return std::min(even, odd);
-}
-
-// What was left out. A word that starts at the second byte of a character follows
-// only the one-byte unknown word before it, since no word ends there. Unknown
-// words cost the same everywhere, before and behind, so a path through one is
-// told to be worse than another from the least sums behind it.
-
-/// Bounds the words that start at the second byte @p p of a character: every
-/// connection costs 0 or more, and before a word no less than its column's minimum. A word of one
-/// byte counts even where there is none, and words that end here are bounded as those that start, which makes the
-/// bound a little lower.
-inline void BestPathSearch::boundInside(std::size_t p) {
-    std::uint32_t const unknown = table_.unknownCost();
-    Place const& place = places_[p];
-    Bound const* const behind = bounds_.begin() + p + 1;
-    std::uint32_t const behindTwo = text_[p] >= 128 ? behind[1].low : kMaxSum;  // an unknown word of two bytes
-    std::uint32_t low = std::min(std::min(behind[0].low, behindTwo) + unknown, behind[0].lowBefore);
-    if (place.pair()) [[unlikely]]
-        low = std::min(low, behind[1].lowBefore);
-    if (place.unknown()) [[unlikely]] {
-        for (; !overhangs_.empty() && overhangs_.end()[-1].place == p; overhangs_.truncate(overhangs_.size() - 1))
-            low = std::min(low, bounds_[overhangs_.end()[-1].end].lowBefore);
-    }
-    low = std::min(low, kMaxSum);
-    bounds_[p] = {low, low};
 }
 
 /// True when no word before @p p would choose an unknown word that was left out. Where all are, they
@@ -150,7 +92,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     for (std::size_t number = 0; number != words.count; ++number) {
         BundleCell::Word const word = words.words[number].word;
         std::uint64_t const packed = words.packed[number];
-        if (!word.bounded || packed >= kDeadEnd) continue;
+        if (!word.bounded() || packed >= kDeadEnd) continue;
         std::uint32_t const sum = baseSum_ + sumOf(packed) + table_.columnMaximum(word.column);
         most = std::min(most, std::uint64_t{sum});
         beatsTwo |= pathKey(sum, packedWordSum(packed)) < twoKey;
@@ -158,38 +100,12 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     return beatsTwo && most < std::uint64_t{least} + unknown;
 }
 
-/// Notes the bound of the words at @p p, which is @p bound but for unknown words left out; of bounded words the least
-/// sum is @p lowBounded. False when an unknown word that was left out may be needed.
-[[gnu::always_inline]] inline bool BestPathSearch::setBound(std::size_t p, Bound bound, std::uint32_t lowBounded,
-                                                            Extent extent) {
-    bool needless = true;
-    std::uint32_t least = kMaxSum;
-    if (extent == Extent::kNeeded) {
-        Place const& place = places_[p];
-        // What an unknown word at p has at least; at the end of the text it has more.
-        std::uint32_t const unknown = table_.unknownCost();
-        least = bounds_[p + 1].low;
-        if (text_[p] >= 128) least = std::min(least, bounds_[p + 2].low);  // it may be two bytes long
-        least += unknown;
-        bound.low = std::min(bound.low, least);
-        bound.lowBefore = std::min(bound.lowBefore, least + unknown);
-        // Before a bounded word no word pays more than 254, before the unknown one no less than `unknown`.
-        needless = !place.unknown() && lowBounded + (ConnTable::kForbidden - 1) < least + unknown;
-    }
-    bound.sure = sureBelow(bound.low);
-    bounds_[p] = bound;
-    if (!needless && !unknownsAreNeedless(p, least)) return false;
-    if (bound.low >= rebaseAt_) [[unlikely]]
-        rebase(p);
-    return true;
-}
-
 /// Gives each word that starts at @p p its best continuation. False when one ends inside a character, or
 /// when a word left out may be needed. @p kAtEnd tells whether an unknown word may reach the end of the text.
 template <bool kAtEnd>
 [[gnu::always_inline]] inline bool BestPathSearch::chooseAt(std::size_t p, Extent extent) {
     Place const& place = places_[p];
-    std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
+    std::uint64_t* const packed = sums() + (place.firstWord - origin_);
     Next* const next = next_.begin() + place.firstWord;
     unsigned char const* const matrix = table_.costs(0);
     BundleCell const* const words = cache_.cells() + place.words;
@@ -226,10 +142,21 @@ template <bool kAtEnd>
     Bound bound{kMaxSum, kMaxSum};
     if (lowest < kDeadEnd) bound = {base + sumOf(lowest), base + sumOf(lowest) + place.leastColumn};
     std::uint32_t const lowBounded = lowestBounded < kDeadEnd ? base + sumOf(lowestBounded) : kNoBounded;
-    return setBound(p, bound, lowBounded, extent);
+    std::uint32_t const unknown = lowUnknown(p, extent);
+    return setBound(p, bound, unknown, extent == Extent::kAll || lowBounded < needlessFrom(place, unknown));
 }
 
-[[gnu::noinline]] bool BestPathSearch::chooseAtEnd(std::size_t p, Extent extent) { return chooseAt<true>(p, extent); }
+[[gnu::noinline]] bool BestPathSearch::chooseAtEnd(std::size_t p, Extent extent) {
+    bool const chosen = chooseAt<true>(p, extent);
+    fillNumbers(places_[p]);
+    return chosen;
+}
+
+[[gnu::noinline]] bool BestPathSearch::chooseAtMany(std::size_t p, Extent extent) {
+    bool const chosen = chooseAt<false>(p, extent);
+    fillNumbers(places_[p]);
+    return chosen;
+}
 
 /// Gives each word of the first character of a run its best continuation, which is the same for all
 /// as they have one row. False when an unknown word may be needed.
@@ -251,8 +178,9 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     Next const next = static_cast<Next>(best & kNumberMask) << 16 | sumOf(all);
     BundleCell const* const words = cache_.cells() + place.words;
     BundleCell::Arc const arc = words[-1].arc;
-    std::uint64_t* const packed = packed_.begin() + (place.firstWord - origin_);
+    std::uint64_t* const packed = sums() + (place.firstWord - origin_);
     packed[place.wordCount - 1] = kDeadEnd | (place.wordCount - 1U);
+    fillNumbers(place);
     for (std::uint32_t number = 0; number != arc.count; ++number) {
         packed[number] = all + (std::uint64_t{words[number].word.cost} << kWordShift | number);
         next_[place.firstWord + number] = next;
@@ -273,7 +201,7 @@ bool BestPathSearch::chooseRun(std::size_t p) {
         (std::uint64_t{ConnTable::kForbidden} << kSumShift) + (std::uint64_t{kUnknownWordCost} << kWordShift);
     for (std::size_t number = first; number != first + arc.count; ++number) {
         next_[place.firstWord + number] = ConnTable::kForbidden;
-        packed_[place.firstWord - origin_ + number] = packed | number;
+        sums()[place.firstWord - origin_ + number] = packed | number;
     }
     return packed | first;
 }
@@ -303,9 +231,10 @@ bool BestPathSearch::chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Ex
     // Meanwhile the words behind have the numbers that follow the segment's.
     std::uint32_t const number = std::exchange(places_[segmentEnd_].firstWord, wordsEnd);
     std::uint32_t const words = endOf(places_[segmentEnd_]);
-    origin_ = words > packed_.size() ? words - static_cast<std::uint32_t>(packed_.size()) : 0;
-    std::uint64_t* slot = packed_.begin() + (wordsEnd - origin_);
+    origin_ = words > room() ? words - room() : 0;
+    std::uint64_t* slot = sums() + (wordsEnd - origin_);
     for (std::uint64_t const packed : behind_.packed) *slot++ = packed;
+    fillNumbers(places_[segmentEnd_]);
     bool const chosen = chooseWords(begin, extent);
     places_[segmentEnd_].firstWord = number;
     return chosen;
@@ -313,13 +242,9 @@ bool BestPathSearch::chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Ex
 
 /// Gives each word from segmentEnd_ down to @p begin its best continuation. False when a word left out may be needed.
 bool BestPathSearch::chooseWords(std::size_t begin, Extent extent) {
+    if (parts_.wide) return chooseWordsWide(begin, extent);
     for (std::size_t p = segmentEnd_; p-- > begin;) {
-        if (places_[p].width() == 0) {
-            std::size_t const run = places_[p].run;
-            if (run == 0) boundInside(p);
-            p -= run == 0 ? 1 : run - 1;  // where the character or the run starts
-        }
-        if (places_[p].firstWord < origin_) slide(p);
+        p = enterPlace(p);
         bool chosen = false;
         if (places_[p].run != 0) [[unlikely]]
             chosen = chooseRun(p);
@@ -351,7 +276,7 @@ bool BestPathSearch::chooseWords(std::size_t begin, Extent extent) {
 /// Lets the segment before the one from @p begin on have the first words of this one behind it.
 void BestPathSearch::endSegment(std::size_t begin) {
     Place const& place = places_[begin];
-    std::uint64_t const* const packed = packed_.begin() + (place.firstWord - origin_);
+    std::uint64_t const* const packed = sums() + (place.firstWord - origin_);
     behind_.packed.resizeForOverwrite(place.wordCount);
     std::copy(packed, packed + place.wordCount, behind_.packed.begin());
     segmentEnd_ = begin;

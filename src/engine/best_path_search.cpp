@@ -117,14 +117,15 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     BundleCell::Head const head = cells[0].head;
     __builtin_prefetch(cells + BundleCell::kHeadCells + head.arcCount + head.wordCount - 1);  // the choice reads it
     BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
-    places_[p] = {firstWord(),
-                  bundle + BundleCell::kHeadCells + head.arcCount,
-                  head.arcCount,
-                  head.wordCount,
-                  static_cast<std::uint8_t>(width | (unknown != 0 ? Place::kUnknown : 0U)),
-                  0,
-                  reach.leastColumn};
-    wordCount_ += head.wordCount;
+    places_[p] = {
+        firstWord(),
+        bundle + BundleCell::kHeadCells + head.arcCount,
+        head.arcCount,
+        head.wordCount,
+        static_cast<std::uint8_t>(width | (unknown != 0 ? Place::kUnknown : 0U) | reach.lines() << Place::kLinesShift),
+        0,
+        reach.leastColumn};
+    wordCount_ += numbersOf(head.wordCount);
     longest_ = std::max(longest_, reach.longest);
     farthest_ = std::max(farthest_, p + reach.longest);
     tooMany_ |= reach.tooMany();

@@ -28,8 +28,8 @@ class DicSet;
 /// last: a bundle of the BundleCache for each. Then, from the last position to the
 /// first, every word that starts there is given its best continuation among the words
 /// that start where it ends. Of these only their packed sums and their columns are read;
-/// each word costs one pass over them. A run of ASCII characters whose words are known before, a run of PlainRuns, is
-/// one place with the words of its first character.
+/// each word costs one pass over them, or one step where the processor has wide registers. A run of ASCII
+/// characters whose words are known before, a run of PlainRuns, is one place with the words of its first character.
 ///
 /// Candidates that are left out, since no path from the beginning of the text
 /// chooses them (Extent::kNeeded):
@@ -59,14 +59,17 @@ public:
         std::uint32_t connSum;
     };
 
-    /// What parts long texts are searched in: the least size of each, in bytes, at least 1.
+    /// What parts long texts are searched in: the least size of each, in bytes, at least 1. And how.
     struct Parts {
         std::size_t segment = 256;
         std::size_t block = 16384;
+        bool wide = isWide();  ///< with registers of 512 bits
     };
+    /// True when the processor has such registers and the instructions for them.
+    static bool isWide() noexcept;
 
     BestPathSearch() = default;
-    explicit BestPathSearch(Parts parts) : parts_(parts) {}
+    explicit BestPathSearch(Parts const& parts) : parts_(parts) {}
 
     /// Searches @p text, which is not empty and at most kMaxSentenceBytes long.
     Result search(std::string_view text, ConnTable const& table, DicSet const& dics);
@@ -91,19 +94,22 @@ private:
         std::uint32_t words;           ///< the first one's cell
         std::uint16_t arcCount;        ///< whose cells are before the words'
         std::uint16_t wordCount;       ///< even
-        std::uint8_t marks;            ///< width(), unknown() and pair()
+        std::uint8_t marks;            ///< width(), unknown(), pair() and lines()
         std::uint8_t run = 0;          ///< characters of the run that starts here, or whose last one this is
         std::uint8_t leastColumn = 0;  ///< smallest cost of the words' columns
 
         static constexpr std::uint8_t kWidth = 3;
         static constexpr std::uint8_t kUnknown = 4;
         static constexpr std::uint8_t kPair = 8;
+        static constexpr unsigned kLinesShift = 4;
         /// Of the character that starts here; 0: none does, or one that is not the first of its run.
         unsigned width() const noexcept { return marks & kWidth; }
         /// Unknown words stand among the words; inside a character: it has overhangs.
         bool unknown() const noexcept { return (marks & kUnknown) != 0; }
         /// Inside a character: a word of two bytes may start here.
         bool pair() const noexcept { return (marks & kPair) != 0; }
+        /// Of the words' costs.
+        CostLines::Kind lines() const noexcept { return static_cast<CostLines::Kind>(marks >> kLinesShift); }
     };
     /// The best continuation of a word: its number among the words that start there, and below it, in 16
     /// bits, the lower part of the connection sum above the base sum.
@@ -156,11 +162,32 @@ private:
         bool tooFar = false;
     };
 
+    /// Packed sums that share a cache line.
+    struct alignas(64) SumLine {
+        std::array<std::uint64_t, 8> sums;
+    };
+    static constexpr std::uint32_t kLineWords = 8;
+
     static_assert(sizeof(Place) == 16);
+    std::uint64_t* sums() noexcept { return reinterpret_cast<std::uint64_t*>(packed_.begin()); }
+    std::uint64_t const* sums() const noexcept { return reinterpret_cast<std::uint64_t const*>(packed_.begin()); }
+    /// Words that packed_ has room for.
+    std::uint32_t room() const noexcept { return static_cast<std::uint32_t>(packed_.size() * kLineWords); }
+    /// Of word @p number of @p place.
+    BundleCell::Arc arcOf(Place const& place, std::size_t number) const noexcept {
+        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
+        for (; number >= cell->arc.count; ++cell) number -= cell->arc.count;
+        return cell->arc;
+    }
     /// The block at work is the first one.
     bool startsText() const noexcept { return rest_ == sentence_.size(); }
     std::uint32_t firstWord() const noexcept { return static_cast<std::uint32_t>(wordCount_); }
-    static std::uint32_t endOf(Place const& place) noexcept { return place.firstWord + place.wordCount; }
+    /// Numbers that @p words words of a place take. With wide registers each place starts with a cache line.
+    std::uint32_t numbersOf(std::uint32_t words) const noexcept {
+        std::uint32_t const more = parts_.wide ? kLineWords - 1 : 0;
+        return (words + more) & ~more;
+    }
+    std::uint32_t endOf(Place const& place) const noexcept { return place.firstWord + numbersOf(place.wordCount); }
 
     void findBlocks();
     bool isBlockEnd(std::size_t p) const;
@@ -187,6 +214,15 @@ private:
     void startChoice();
     bool chooseSegment(std::size_t begin, std::uint32_t wordsEnd, Extent extent);
     bool chooseWords(std::size_t begin, Extent extent);
+    std::size_t enterPlace(std::size_t p);
+    void fillNumbers(Place const& place) noexcept;
+    // With registers of 512 bits; see best_path_choice_wide.cpp.
+    struct WideConstants;
+    struct WideChoice;
+    bool chooseWordsWide(std::size_t begin, Extent extent);
+    bool chooseWideAt(std::size_t p, Extent extent, WideConstants const& constants);
+    bool chooseAtMany(std::size_t p, Extent extent);
+    void chooseUnsure(std::size_t p, std::size_t first, unsigned unsure, std::uint64_t* best);
     bool searchAgain(std::size_t begin);
     void endSegment(std::size_t begin);
     void slide(std::size_t p);
@@ -197,7 +233,9 @@ private:
     bool chooseAt(std::size_t p, Extent extent);
     bool chooseAtEnd(std::size_t p, Extent extent);
     bool chooseRun(std::size_t p);
-    bool setBound(std::size_t p, Bound bound, std::uint32_t lowBounded, Extent extent);
+    std::uint32_t lowUnknown(std::size_t p, Extent extent) const noexcept;
+    std::uint32_t needlessFrom(Place const& place, std::uint32_t lowUnknown) const noexcept;
+    bool setBound(std::size_t p, Bound bound, std::uint32_t lowUnknown, bool needless);
     std::uint64_t endWithUnknown(Place const& place, std::size_t first, BundleCell::Arc arc);
     std::uint64_t chooseSlowly(std::size_t p, std::uint32_t rowOffset);
     void boundInside(std::size_t p);
@@ -243,7 +281,7 @@ private:
     // The words at work, when continuations are chosen: those that start not farther
     // away than words are long. See best_path_choice.cpp.
     RawBuffer<Bound> bounds_;
-    RawBuffer<std::uint64_t> packed_;  // by word from origin_ on
+    RawBuffer<SumLine> packed_;  // by word from origin_ on
     std::uint32_t origin_ = 0;
     std::uint32_t baseSum_ = 0;   // what packed sums are counted from
     RawBuffer<Base> bases_;       // all base sums of the block but the first, end_.baseSum
@@ -263,9 +301,9 @@ std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
         while (base != 0 && bases_[base - 1].place <= p) --base;
         Next const next = next_[place.firstWord + number];
         std::uint32_t connSum = (next & 0xFFFF) + (base != 0 ? bases_[base - 1].sum : end_.baseSum);
-        BundleCell const* cell = cache_.cells() + place.words - place.arcCount;
-        for (std::uint32_t rest = number; rest >= cell->arc.count; ++cell) rest -= cell->arc.count;
-        std::uint32_t const length = cell->arc.length();
+        std::uint32_t length = cache_.cells()[place.words + number].word.shortLength();
+        if (length == 0) [[unlikely]]
+            length = arcOf(place, number).length();
         if (!give(p, BlockPaths::Word{place.words + number, length, connSum})) return 0;
         p += length;
         for (std::uint32_t left = place.run; left > 1; --left) {

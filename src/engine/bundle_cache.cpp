@@ -31,9 +31,10 @@ void BundleCache::clear() noexcept {
     records_.clear();
 }
 
-void BundleCache::start(SearchTable const& table, DicSet const& dics) {
+void BundleCache::start(SearchTable const& table, DicSet const& dics, bool lines) {
     table_ = &table;
     dics_ = &dics;
+    lines_ = lines;
     if (!cells_.empty()) return;
     clear();
     startWords();
@@ -82,7 +83,7 @@ std::uint32_t BundleCache::textEnd() {
     Key const key{kEmpty, kTextEndCell, 0, 0};
     if (std::uint32_t const found = lookUp(key); found != kNone) return sources_[found].bundle;
     startWords();
-    addWord({0, table_->id(ConnTable::kEndId).column, 0, false}, nullptr);
+    addWord({0, table_->id(ConnTable::kEndId).column, 0, 0}, nullptr);
     return addBundle(key);
 }
 
@@ -115,6 +116,7 @@ void BundleCache::addArc(std::uint32_t length, RecordChain chain, unsigned class
     });
     reach_.enteredBy = static_cast<std::uint8_t>(reach_.enteredBy | enteredBy);
     std::size_t const first = words_.size();
+    unsigned const shortLength = length <= BundleCell::Word::kMostLength ? length << BundleCell::Word::kLengthShift : 0;
     BundleCell::Arc arc{length & BundleCell::Arc::kLengthMask, 0,
                         static_cast<std::uint16_t>(marks | BundleCell::Arc::kAllBounded)};
     eachNodeRecord(chain, table_->idCount(), [&](MrphDic record) {
@@ -125,7 +127,8 @@ void BundleCache::addArc(std::uint32_t length, RecordChain chain, unsigned class
             return;
         }
         bool const bounded = id.enteredBy == 0;
-        addWord({id.rowOffset, id.column, record.cost(), bounded}, record.head());
+        addWord({id.rowOffset, id.column, record.cost(), static_cast<std::uint8_t>(bounded | shortLength)},
+                record.head());
         arc.reach |= std::uint32_t{id.enters} << 24;
         reach_.leastColumn = std::min(reach_.leastColumn, table_->columnMinimum(id.column));
         if (bounded)
@@ -135,7 +138,7 @@ void BundleCache::addArc(std::uint32_t length, RecordChain chain, unsigned class
     });
     if (words_.size() == first) return;
     arc.count = static_cast<std::uint16_t>(words_.size() - first);
-    if (words_[first].word.bounded) arc.marks |= BundleCell::Arc::kFirstBounded;
+    if (words_[first].word.bounded()) arc.marks |= BundleCell::Arc::kFirstBounded;
     arcs_.push({.arc = arc});
     reach_.longest = std::max(reach_.longest, length);
     reach_.enters = static_cast<std::uint8_t>(reach_.enters | arc.enters());
@@ -166,10 +169,11 @@ std::uint32_t BundleCache::addBundle(Key const& key) {
 
 std::uint32_t BundleCache::addCells(std::uint32_t source) {
     // Its cost lies where the last word's does.
-    if ((words_.size() & 1) != 0) addWord({0, words_.end()[-1].word.column, 0, false}, nullptr);
+    if ((words_.size() & 1) != 0) addWord({0, words_.end()[-1].word.column, 0, 0}, nullptr);
+    if (lines_ && !words_.empty()) addLines();
     auto const bundle = static_cast<std::uint32_t>(cells_.size());
     std::size_t const size = bundle + BundleCell::kHeadCells + arcs_.size() + words_.size();
-    cells_.reserve(size);
+    cells_.reserve(size + 8);  // whose words may be loaded eight at a time
     records_.reserve(size);
     BundleCell::Head const head{source, static_cast<std::uint16_t>(arcs_.size()),
                                 static_cast<std::uint16_t>(words_.size())};
@@ -181,6 +185,21 @@ std::uint32_t BundleCache::addCells(std::uint32_t source) {
     for (BundleCell const& word : words_) cells_.push(word);
     for (unsigned char const* const record : wordRecords_) records_.push(record);
     return bundle;
+}
+
+void BundleCache::addLines() {
+    CostLines lines;
+    for (BundleCell const& word : words_) lines.add(word.word.column);
+    reach_.marks |= static_cast<std::uint8_t>(static_cast<unsigned>(lines.kind()) << BundleCell::Reach::kLinesShift);
+    CostLines::Kind const kind = lines.kind();
+    if (kind == CostLines::Kind::kMany) return;
+    if (kind == CostLines::Kind::kScattered) cells_.push({.lines = lines.numbers(1)});
+    if (kind != CostLines::Kind::kNarrow) {
+        cells_.push({.places = lines.places(1)});
+        cells_.push({.members = lines.members()});
+    }
+    cells_.push({.places = lines.places(0)});
+    cells_.push({.lines = lines.numbers(0)});
 }
 
 void BundleCache::note(std::uint32_t source) noexcept {

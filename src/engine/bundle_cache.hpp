@@ -4,6 +4,7 @@
 
 #include "base/raw_buffer.hpp"
 #include "dic/dic_trie.hpp"
+#include "engine/cost_lines.hpp"
 #include "engine/search_table.hpp"
 
 #include <cstddef>
@@ -15,12 +16,19 @@ class DicSet;
 
 /// A bundle is all words that start at one place. What the search reads of it lies in one
 /// piece, so that a place takes few of the processor's cache lines: a Head, a Reach, a Variant,
-/// its arcs, and behind them the words of all arcs, in the order of making. Each of these is a cell.
+/// its arcs, and behind them the words of all arcs, in the order of making. Each of these is a cell. For a search
+/// with wide registers the CostLines of the words stand before the Head.
 union BundleCell {
     // Where they are, from the Head on.
     static constexpr std::uint32_t kReach = 1;
     static constexpr std::uint32_t kVariant = 2;
     static constexpr std::uint32_t kHeadCells = 3;
+    // CostLines, from the Head back. Their kind tells which there are.
+    static constexpr std::uint32_t kLines = 1;         ///< four numbers
+    static constexpr std::uint32_t kPlaces = 2;        ///< of words 0 to 7
+    static constexpr std::uint32_t kMembers = 3;       ///< all but kNarrow
+    static constexpr std::uint32_t kSecondPlaces = 4;  ///< of words from 8 on, all but kNarrow
+    static constexpr std::uint32_t kSecondLines = 5;   ///< kScattered
 
     struct Head {
         static constexpr std::uint16_t kIncomplete = 0xFFFF;
@@ -34,6 +42,7 @@ union BundleCell {
     struct Reach {
         static constexpr std::uint8_t kBounded = 1;  ///< some words are
         static constexpr std::uint8_t kTooMany = 2;  ///< not all words are here
+        static constexpr unsigned kLinesShift = 2;   ///< above it CostLines::Kind, kMany where there are none
 
         std::uint32_t longest;   ///< of the arcs, in bytes
         std::uint8_t enters;     ///< classes of all rows
@@ -43,12 +52,16 @@ union BundleCell {
 
         bool hasBounded() const noexcept { return (marks & kBounded) != 0; }
         bool tooMany() const noexcept { return (marks & kTooMany) != 0; }
+        unsigned lines() const noexcept { return marks >> kLinesShift; }
     } reach;
     /// The variant that was asked for last.
     struct Variant {
         std::uint32_t kind;  ///< 0: none was
         std::uint32_t bundle;
     } variant;
+    CostLines::Numbers lines;
+    CostLines::Places places;
+    CostLines::Members members;
     /// The words of a surface form.
     struct Arc {
         static constexpr std::uint32_t kLengthMask = 0xFFFFFF;
@@ -71,7 +84,14 @@ union BundleCell {
         std::uint32_t rowOffset;  ///< of the row in the matrix, in bytes
         std::uint16_t column;
         std::uint8_t cost;
-        bool bounded;  ///< every word may stand before
+        std::uint8_t marks;  ///< kBounded and, above it, the length in bytes; 0: it is more than kMostLength
+
+        static constexpr std::uint8_t kBounded = 1;
+        static constexpr unsigned kLengthShift = 1;
+        static constexpr std::uint32_t kMostLength = 127;
+        /// Every word may stand before.
+        bool bounded() const noexcept { return (marks & kBounded) != 0; }
+        std::uint32_t shortLength() const noexcept { return marks >> kLengthShift; }
     } word;
 };
 static_assert(sizeof(BundleCell) == 8);
@@ -101,8 +121,9 @@ public:
     /// caches; true then.
     bool trim() noexcept;
     void clear() noexcept;
-    /// Makes ready for a search in @p dics with @p table. To be called before what follows.
-    void start(SearchTable const& table, DicSet const& dics);
+    /// Makes ready for a search in @p dics with @p table; @p lines tells whether bundles have CostLines, always the
+    /// same for one object. To be called before what follows.
+    void start(SearchTable const& table, DicSet const& dics, bool lines);
 
     /// The bundle of @p key.parent and of the forms of dictionary number @p key.dictionary that @p text
     /// begins with, of which the longest has @p key.length bytes.
@@ -175,6 +196,7 @@ private:
     void addForms(DicTrie const& trie, unsigned char const* text, std::size_t n, unsigned classes);
     void addArc(std::uint32_t length, RecordChain chain, unsigned classes, std::uint8_t marks);
     void addWord(BundleCell::Word word, unsigned char const* record);
+    void addLines();
     std::uint32_t addBundle(Key const& key);
     std::uint32_t addCells(std::uint32_t source);
     void note(std::uint32_t source) noexcept;
@@ -187,6 +209,7 @@ private:
     RawBuffer<unsigned char const*> records_;  // by cell
     SearchTable const* table_ = nullptr;
     DicSet const* dics_ = nullptr;
+    bool lines_ = false;
     // Of the bundle at work.
     BundleCell::Reach reach_{};
     RawBuffer<BundleCell> arcs_;

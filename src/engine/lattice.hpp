@@ -36,7 +36,8 @@ inline constexpr std::size_t kMaxSentenceBytes = 16'843'009;
 class Lattice {
 public:
     /// Room for @p capacity nodes is allocated at once; 0 means 4096. Long sentences are searched in @p parts.
-    explicit Lattice(std::uint32_t capacity, BestPathSearch::Parts parts = {}) : pool_(capacity), search_(parts) {}
+    explicit Lattice(std::uint32_t capacity, BestPathSearch::Parts const& parts = {})
+        : pool_(capacity), search_(parts) {}
 
     bool ready() const noexcept { return pool_.ready(); }
     void clear() noexcept;

@@ -29,7 +29,7 @@ std::size_t bestInside(Words words, SearchTable const& table) {
 std::uint8_t largestBounded(Words words, SearchTable const& table) {
     std::uint8_t largest = ConnTable::kForbidden;
     for (BundleCell const& cell : words)
-        if (cell.word.bounded) largest = std::min(largest, table.columnMaximum(cell.word.column));
+        if (cell.word.bounded()) largest = std::min(largest, table.columnMaximum(cell.word.column));
     return largest;
 }
 

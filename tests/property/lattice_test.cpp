@@ -74,7 +74,11 @@ Result resultOf(Lattice const& lattice, Sentence const& sentence, Attached const
     return result;
 }
 
-BestPathSearch::Parts randomParts(Random& random) { return {1 + random.below(12), 1 + random.below(24)}; }
+BestPathSearch::Parts randomParts(Random& random) {
+    BestPathSearch::Parts parts{1 + random.below(12), 1 + random.below(24)};
+    if (random.below(3) == 0) parts.wide = false;
+    return parts;
+}
 
 /// Calls check(world, attached, sentence, lattice, random) for eight texts, the
 /// sentences of one input, of each random world.
@@ -147,13 +151,15 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnLongTextsAndWords) {
         if (random.below(2) == 0) text.replace(random.below(3200), 800, 800, 'A');
         Attached const attached(world);
         std::vector<Word> const expected = pathOf(referenceSearch(text, world.dictionaries, world.costFunction()));
-        for (BestPathSearch::Parts const parts : {BestPathSearch::Parts{}, {64, 700}, randomParts(random)}) {
+        for (BestPathSearch::Parts const parts :
+             {BestPathSearch::Parts{}, {64, 700}, {64, 700, false}, randomParts(random)}) {
             Lattice lattice(0, parts);
             Sentence sentence;
             sentence.given = sentence.text = text;
             lattice.build(sentence, attached.table.get(), attached.dics);
             ASSERT_EQ(pathOf(sentence, attached.dics), expected)
-                << "seed " << seed << ", parts of " << parts.segment << " and " << parts.block;
+                << "seed " << seed << ", parts of " << parts.segment << " and " << parts.block
+                << (parts.wide ? ", wide" : "");
         }
     }
 }

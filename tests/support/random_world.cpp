@@ -63,6 +63,20 @@ ConnTableContent withoutEqualRows(ConnTableContent content) {
     return content;
 }
 
+/// Moves column number i of @p content to @p columns[i], if there are any.
+ConnTableContent spread(ConnTableContent content, std::vector<std::uint16_t> const& columns) {
+    if (columns.empty()) return content;
+    auto const cols = static_cast<std::uint16_t>(*std::max_element(columns.begin(), columns.end()) + 1);
+    std::vector<std::uint8_t> matrix(std::size_t{content.rows} * cols, 1);
+    for (std::size_t row = 0; row != content.rows; ++row)
+        for (std::size_t i = 0; i != columns.size(); ++i)
+            matrix[row * cols + columns[i]] = content.matrix[row * content.cols + i];
+    for (std::uint16_t& index : content.columnIndex) index = columns[index];
+    content.matrix = std::move(matrix);
+    content.cols = cols;
+    return content;
+}
+
 }  // namespace
 
 void World::shareRow() { std::copy_n(&costs[3 * kIds], kIds, &costs[4 * kIds]); }
@@ -89,10 +103,11 @@ World randomWorld(Random& random) {
     World world;
     world.dictionaries.resize(1 + random.below(3));
     int number = 0;
+    unsigned const most = random.below(4) == 0 ? 9 : 3;
     for (WordTable& words : world.dictionaries) {
         for (unsigned n = random.below(12); n > 0; --n) {
             std::vector<Record>& records = words[randomForm(random)];
-            for (unsigned k = 1 + random.below(3); k > 0; --k)
+            for (unsigned k = 1 + random.below(most); k > 0; --k)
                 records.push_back({4 + random.below(kIds - 3), random.below(3), number});
         }
         ++number;
@@ -117,6 +132,9 @@ World randomWorld(Random& random) {
         for (unsigned id = 0; id < kIds; ++id) world.costs[id * kIds + column] = id == row ? 0 : 255;
     }
     if (random.below(2) == 0) makeLettersPlain(world, random);
+    unsigned const distance = random.below(2) == 0 ? 1 : 1 + random.below(80);
+    for (unsigned id = 0; id < kIds; ++id) world.columns.push_back(static_cast<std::uint16_t>(id * distance));
+    std::swap(world.columns[random.below(kIds)], world.columns[random.below(kIds)]);
     return world;
 }
 
@@ -124,14 +142,14 @@ Attached::Attached(World const& world) {
     int number = 0;
     for (WordTable const& words : world.dictionaries) {
         SmallWorld small;
-        small.names({"BOS", "EOS", "UNK", "A", "B", "C"});
+        small.names({"BOS", "EOS", "UNK", "A", "B", "C", "D", "E", "F"});
         small.cost([&](unsigned left, unsigned right) { return world.costs[(left - 1) * kIds + right - 1]; });
         for (auto const& [form, records] : words)
             for (Record const& record : records)
                 small.line(form + "," + small.names()[record.pid - 1] + "," + std::to_string(record.cost));
         std::string const name = std::to_string(number++);
         dir.write(name, small.dictionary());
-        dir.write("ConnTable", serializeConnTable(withoutEqualRows(small.connTable())));
+        dir.write("ConnTable", serializeConnTable(spread(withoutEqualRows(small.connTable()), world.columns)));
     }
     table = std::make_unique<ConnTable>(false, dir.file("ConnTable").c_str());
     for (int i = 0; i < number; ++i) dics.addDicPath(dir.file(std::to_string(i)).c_str(), i % 2 == 0, table.get());

@@ -16,7 +16,7 @@
 
 namespace TAVO::test {
 
-inline constexpr unsigned kIds = 6;
+inline constexpr unsigned kIds = 9;
 
 class Random {
 public:
@@ -35,6 +35,9 @@ private:
 struct World {
     std::vector<WordTable> dictionaries;
     std::vector<std::uint8_t> costs;  // kIds x kIds
+    /// By id: where the table has its column; empty: one behind the other. Far apart in some worlds, so that a place's
+    /// costs lie in many cache lines.
+    std::vector<std::uint16_t> columns;
     /// No longer form begins with a letter, and letters have alike words, of ids 4 and 5.
     bool plainLetters = false;
 
