@@ -34,6 +34,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// Builds all paths when more than the best one is wanted.
     void buildLattice(Sentence& sentence, bool nBest);
     void setErrorSentence();
+    /// Makes the nodes of the last sentence's path where they are not made yet.
+    void readPath();
     /// Turns a path of @p found into morphemes.
     void assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found);
     /// Frees the results and everything they point at.

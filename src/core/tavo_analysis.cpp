@@ -46,6 +46,7 @@ StretchFinder Tavo::Impl::stretchFinder() const {
 void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     if (nBest && piece.size() > kMaxNBestBytes)
         throw too_long_string("Exceed nbest limit: length=" + std::to_string(piece.size()));
+    readPath();  // only the last sentence's may wait
     Sentence sentence;
     sentence.given = piece;
     sentence.text = piece;
@@ -56,7 +57,7 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     bool complete = readMarks(sentence);
     if (complete) {
         buildLattice(sentence, nBest);
-        complete = sentence.bestStart != nullptr || sentence.text.empty();
+        complete = sentence.unread || sentence.bestStart != nullptr || sentence.text.empty();
     }
     context.sentences.push_back(std::move(sentence));
     if (!complete) setErrorSentence();
@@ -73,6 +74,10 @@ bool Tavo::Impl::readMarks(Sentence& sentence) {
     return takeMarks(sentence, context);
 }
 
+void Tavo::Impl::readPath() {
+    if (!context.sentences.empty()) context.lattice.read(context.sentences.back());
+}
+
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     Settings const& settings = context.settings;
     bool const allPaths = nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
@@ -86,18 +91,20 @@ void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     } else if (allPaths) {
         context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes());
     } else {
-        context.lattice.build(sentence, context.connTable, context.dics);
+        context.lattice.search(sentence, context.connTable, context.dics);
     }
-    if (sentence.bestStart == nullptr) return;
+    if (!sentence.unread && sentence.bestStart == nullptr) return;
+    std::uint16_t const column = sentence.unread ? context.lattice.firstUnread() : sentence.bestStart->column;
     std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
-    sentence.beginCost = LatticeConstraints::connection(
-        context.connTable->rowStart(beginRow)[sentence.bestStart->column], constraints.forced);
+    sentence.beginCost =
+        LatticeConstraints::connection(context.connTable->rowStart(beginRow)[column], constraints.forced);
 }
 
 void Tavo::Impl::setErrorSentence() {
     Sentence& sentence = context.sentences.back();
     errorSentences.push_back(static_cast<unsigned int>(context.sentences.size() - 1));
     sentence.bestStart = nullptr;
+    sentence.unread = false;
     sentence.failed = true;
     sentence.text = sentence.given;
     sentence.ownedText.reset();
@@ -124,8 +131,10 @@ Sentence const* Tavo::Impl::analysed(int index, char const* what) const {
 
 void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
     if (sentence >= 0) out.clear();
-    if (Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getResult()"))
-        impl_->assemble(out, bestPath(*found), *found);
+    Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getResult()");
+    if (found == nullptr) return;
+    impl_->readPath();
+    impl_->assemble(out, bestPath(*found), *found);
 }
 
 void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
@@ -134,7 +143,10 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
     if (found == nullptr) return;
     AnalyzerContext& context = impl_->context;
     context.reduce.bind(context.pos, context.settings);
+    context.reduce.bindColumns(*context.connTable);
+    if (!context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPath();
     if (appendLengths(lengths, context, *found)) return;
+    impl_->readPath();
     std::vector<Mrph> morphemes;
     impl_->assemble(morphemes, bestPath(*found), *found);
     for (Mrph const& morpheme : morphemes)

@@ -73,9 +73,15 @@ public:
 
     /// Searches @p text, which is not empty and at most kMaxSentenceBytes long.
     Result search(std::string_view text, ConnTable const& table, DicSet const& dics);
-    /// Calls visit(PathWord) for each word of the path that the last search has found; once for each search.
+    /// Calls visit(PathWord) for each word of the path that the last search has found, and forgets it.
     template <class Visit>
     void readPath(Visit&& visit);
+    /// Calls visit(column, length, record) for each word of the path, which is not forgotten; record() is slow.
+    template <class Visit>
+    void visitPath(Visit&& visit) const;
+    std::uint16_t firstColumn() const noexcept { return cache_.cells()[places_[0].words + firstNumber_].word.column; }
+    /// Gives the memory of an exceptionally long path back.
+    void forgetPath() noexcept { forgetWords(); }
     /// True while @p table and @p dics are those of the last search.
     bool isAttached(ConnTable const& table, DicSet const& dics) const { return table_.isAttached(table, dics); }
 
@@ -314,6 +320,18 @@ std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
         number = next >> 16;
     }
     return number;
+}
+
+template <class Visit>
+void BestPathSearch::visitPath(Visit&& visit) const {
+    auto const give = [&](BlockPaths::Word const& word) {
+        visit(cache_.cells()[word.cell].word.column, word.length, [&] { return cache_.record(word.cell); });
+    };
+    std::uint32_t const number = walk(firstNumber_, [&](std::size_t, BlockPaths::Word const& word) {
+        give(word);
+        return true;
+    });
+    paths_.read(number, give);
 }
 
 template <class Visit>

@@ -20,15 +20,17 @@ void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet co
 void Lattice::clear() noexcept {
     pool_.clear();
     candidates_.clear();
+    search_.forgetPath();
 }
 
-void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
+void Lattice::search(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
     checkSearchable(sentence, table, dics);
     sentence.bestStart = nullptr;
+    sentence.unread = false;
     if (sentence.text.empty()) return;
     switch (search_.search(sentence.text, *table, dics)) {
         case BestPathSearch::Result::kFound:
-            addPath(sentence);
+            sentence.unread = true;
             break;
         case BestPathSearch::Result::kNothing:
             break;
@@ -39,8 +41,10 @@ void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& di
     }
 }
 
-void Lattice::addPath(Sentence& sentence) {
-    LatticeNode const** link = &sentence.bestStart;
+void Lattice::read(Sentence& sentence) {
+    if (!sentence.unread) return;
+    LatticeNode const* first = nullptr;
+    LatticeNode const** link = &first;
     search_.readPath([&](BestPathSearch::PathWord const& word) {
         pool_.beginPosition();
         LatticeNode& node = pool_.make();
@@ -54,6 +58,8 @@ void Lattice::addPath(Sentence& sentence) {
         *link = &node;
         link = &node.next;
     });
+    sentence.bestStart = first;
+    sentence.unread = false;
 }
 
 void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints) {

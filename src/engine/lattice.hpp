@@ -46,8 +46,25 @@ public:
     /// when no complete path exists). The other candidates are made when somebody
     /// asks for them. Throws tavo_not_ready without table or dictionary,
     /// too_long_string beyond kMaxSentenceBytes, bad_alloc.
-    void build(Sentence& sentence, ConnTable const* table, DicSet const& dics);
-    /// The same with all candidates and under constraints, forced ones where
+    void build(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
+        search(sentence, table, dics);
+        read(sentence);
+    }
+    /// The same, but a best path may stay unread: until read(), which must come before the next search.
+    void search(Sentence& sentence, ConnTable const* table, DicSet const& dics);
+    /// Adds the nodes of @p sentence's path if it is unread. Throws bad_alloc, after which it still is.
+    void read(Sentence& sentence);
+    /// Calls visit(column, length, record) for each word of the unread path, which stays unread; record() finds the
+    /// word's record, which takes time.
+    template <class Visit>
+    void visitUnread(Visit&& visit) const {
+        search_.visitPath(visit);
+    }
+    /// True while @p table and @p dics are those that the unread path was searched with.
+    bool isAttached(ConnTable const& table, DicSet const& dics) const { return search_.isAttached(table, dics); }
+    /// Column of the unread path's first word.
+    std::uint16_t firstUnread() const noexcept { return search_.firstColumn(); }
+    /// build() with all candidates and under constraints, forced ones where
     /// nothing else gives a path.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints);
 
@@ -65,8 +82,6 @@ public:
     NodePool& nodes() noexcept { return pool_; }
 
 private:
-    void addPath(Sentence& sentence);
-
     NodePool pool_;
     BestPathSearch search_;
     CandidateTable candidates_;

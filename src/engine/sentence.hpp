@@ -23,8 +23,10 @@ struct Sentence {
     /// Holds the analysed text where it differs from the given one; its
     /// characters never move, since morphemes point at them.
     std::unique_ptr<std::string> ownedText;
-    /// The chosen first node; null when the sentence has no result.
+    /// The chosen first node; null when the sentence has no result, or its path is unread.
     LatticeNode const* bestStart = nullptr;
+    /// There is a best path, of which only the Lattice knows as yet.
+    bool unread = false;
     /// Of an all-paths lattice: the first of the sentence's edge lists, and its
     /// last one, which leads to the words that may begin the sentence.
     std::uint32_t firstEdgeList = 0;

@@ -1,5 +1,6 @@
 #include "result/assembly.hpp"
 
+#include "dic/mrph_dic.hpp"
 #include "result/marked_sentence.hpp"
 
 namespace TAVO {
@@ -41,6 +42,12 @@ bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& contex
     if (sentence.marks || context.settings.mode(Mode::DivideWord) == 1) return false;
     LengthJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
+    if (sentence.unread)
+        context.lattice.visitUnread([&](std::uint16_t column, std::uint32_t length, auto const& record) {
+            std::uint32_t const pid = context.reduce.mayBeMember(column) ? MrphDic(record()).pid() : 0;
+            joiner.append(pid, {text, length}, length);
+            text += length;
+        });
     for (LatticeNode const* node = sentence.bestStart; node != nullptr; node = node->next) {
         joiner.append(MrphDic(node->record).pid(), {text, node->length}, node->length);
         text += node->length;

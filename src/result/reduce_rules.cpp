@@ -3,6 +3,7 @@
 #include "base/sjis.hpp"
 #include "base/text.hpp"
 #include "config/line_file.hpp"
+#include "dic/conn_table.hpp"
 #include "result/mrph_access.hpp"
 
 #include <tavo/error.hpp>
@@ -99,6 +100,7 @@ void ReduceRules::load(char const* path) {
     rules_ = std::move(rules);
     ids_.clear();
     boundRevision_ = 0;
+    boundTable_ = 0;
 }
 
 void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
@@ -122,8 +124,18 @@ void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
             break;
         }
     }
+    boundTable_ = 0;
     boundRevision_ = pos.revision();
     std::copy(std::begin(modes), std::end(modes), boundModes_);
+}
+
+void ReduceRules::bindColumns(ConnTable const& table) {
+    if (boundTable_ == table.serial()) return;
+    memberColumns_.assign(table.cols(), 0);
+    auto const end = static_cast<std::uint32_t>(std::min<std::size_t>(ids_.size(), table.idCount() + std::size_t{1}));
+    for (std::uint32_t pid = 1; pid < end; ++pid)
+        if (ruleOf(pid) != kNone) memberColumns_[table.column(static_cast<std::uint16_t>(pid))] = 1;
+    boundTable_ = table.serial();
 }
 
 bool ReduceRules::isInner(std::uint8_t number, std::string_view form) const noexcept {

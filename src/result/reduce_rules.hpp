@@ -16,6 +16,8 @@
 
 namespace TAVO {
 
+class ConnTable;
+
 /// One rule: the class that its members share, and what a run becomes.
 /// docs/reduce-rules.md tells the file's syntax.
 struct ReduceRule {
@@ -41,6 +43,11 @@ public:
     /// Resolves the rules for the ids of @p pos; cheap when nothing changed.
     void bind(PosTables const& pos, Settings const& settings);
 
+    /// Finds the columns of @p table that members have, after bind(); cheap when nothing changed.
+    void bindColumns(ConnTable const& table);
+
+    /// True when a morpheme with @p column of the table of bindColumns() may be a member of a rule.
+    bool mayBeMember(std::uint16_t column) const noexcept { return memberColumns_[column] != 0; }
     /// Number of the rule (from 1) that @p pid is a member of, kNone for none:
     /// the first rule of the file whose mode is on and whose class fits.
     std::uint8_t ruleOf(std::uint32_t pid) const noexcept {
@@ -64,9 +71,11 @@ private:
     std::vector<ReduceRule> rules_;
     std::vector<std::uint8_t> ids_;          // by id: rule number, and kFollows
     std::vector<std::uint16_t> joinedPids_;  // by rule
+    std::vector<std::uint8_t> memberColumns_;
     // What the bindings were made from.
     std::uint64_t boundRevision_ = 0;
     int boundModes_[3] = {-1, -1, -1};
+    std::uint64_t boundTable_ = 0;  // for memberColumns_; 0: they are not made
 };
 
 /// Takes the morphemes of one sentence in order and appends an Item for each to a

@@ -60,6 +60,20 @@ TEST_F(Analyzer, AnalysesFromEndToEnd) {
     EXPECT_EQ(os.str(), "a/Noun/- b/End/- c/End/- $") << "one-byte readings hold no characters";
 }
 
+// Nodes of a path are made when somebody asks for more than lengths.
+TEST_F(Analyzer, TellsLengthsBeforeAndBehindResults) {
+    Tavo tavo;
+    attach(tavo);
+    tavo.setDelimitCRLFMode(1);
+    analyze(tavo, "ab\nc\nabc");
+    Lengths const expected[] = {{2, 1}, {1, 1}, {2, 1}};
+    for (int sentence : {2, 0, 1, 2}) EXPECT_EQ(lengths(tavo, sentence), expected[sentence]) << sentence;
+    EXPECT_EQ(forms(tavo, 2), "ab c");
+    for (int sentence : {2, 1, 0}) EXPECT_EQ(lengths(tavo, sentence), expected[sentence]) << sentence;
+    EXPECT_EQ(forms(tavo, 0), "ab \n");
+    EXPECT_EQ(forms(tavo, 1), "c \n");
+}
+
 TEST_F(Analyzer, SplitsSentencesAndServesTheirTexts) {
     Tavo tavo;
     attach(tavo);

@@ -36,6 +36,13 @@ struct Rules : ResultWorld {
         for (Mrph const& morpheme : morphemes)
             expected.push_back(static_cast<unsigned int>(MrphAccess::rawForm(morpheme).size()));
         EXPECT_EQ(lengths, expected) << text;
+        Sentence unread;
+        unread.given = unread.text = kept;
+        context.lattice.search(unread, context.connTable, context.dics);
+        context.reduce.bindColumns(*context.connTable);
+        lengths.clear();
+        EXPECT_TRUE(appendLengths(lengths, context, unread));
+        EXPECT_EQ(lengths, expected) << text << ", unread";
         return toUtf8(describe(morphemes, "%w/%h"));
     }
     TempDir folder;
