@@ -116,6 +116,7 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
     }
     BundleCell::Head const head = cells[0].head;
     __builtin_prefetch(cells + BundleCell::kHeadCells + head.arcCount + head.wordCount - 1);  // the choice reads it
+    if (parts_.wide) __builtin_prefetch(cells - BundleCell::kPlaces);                         // so are its CostLines
     BundleCell::Reach const reach = cells[BundleCell::kReach].reach;
     places_[p] = {
         firstWord(),
