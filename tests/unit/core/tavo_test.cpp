@@ -1,5 +1,6 @@
 #include <tavo/tavo.hpp>
 
+#include "dic/conn_table_writer.hpp"
 #include "dic/pools.hpp"
 #include "support/describe.hpp"
 #include "support/small_world.hpp"
@@ -72,6 +73,13 @@ TEST_F(Analyzer, TellsLengthsBeforeAndBehindResults) {
     for (int sentence : {2, 1, 0}) EXPECT_EQ(lengths(tavo, sentence), expected[sentence]) << sentence;
     EXPECT_EQ(forms(tavo, 0), "ab \n");
     EXPECT_EQ(forms(tavo, 1), "c \n");
+
+    analyze(tavo, "abc");
+    std::vector<std::string> const names{"BOS", "EOS", "Undef", "Noun", "End"};
+    std::vector<std::uint16_t> const indexes(names.size(), 0);
+    ConnTableContent const smaller{names, indexes, indexes, 1, 1, {10}};
+    tavo.setConnTablePath(dir_.write("smaller", serializeConnTable(smaller)).c_str());
+    EXPECT_EQ(lengths(tavo, 0), expected[2]) << "of the table that it was analysed with";
 }
 
 TEST_F(Analyzer, SplitsSentencesAndServesTheirTexts) {
