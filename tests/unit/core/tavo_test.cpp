@@ -74,12 +74,14 @@ TEST_F(Analyzer, TellsLengthsBeforeAndBehindResults) {
     EXPECT_EQ(forms(tavo, 0), "ab \n");
     EXPECT_EQ(forms(tavo, 1), "c \n");
 
-    analyze(tavo, "abc");
+    Tavo other;
+    attach(other);
+    analyze(other, "abc");
     std::vector<std::string> const names{"BOS", "EOS", "Undef", "Noun", "End"};
     std::vector<std::uint16_t> const indexes(names.size(), 0);
     ConnTableContent const smaller{names, indexes, indexes, 1, 1, {10}};
-    tavo.setConnTablePath(dir_.write("smaller", serializeConnTable(smaller)).c_str());
-    EXPECT_EQ(lengths(tavo, 0), expected[2]) << "of the table that it was analysed with";
+    other.setConnTablePath(dir_.write("smaller", serializeConnTable(smaller)).c_str());
+    EXPECT_EQ(lengths(other, 0), expected[2]) << "of the table that it was analysed with";
 }
 
 TEST_F(Analyzer, SplitsSentencesAndServesTheirTexts) {
