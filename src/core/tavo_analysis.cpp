@@ -143,8 +143,8 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
     if (found == nullptr) return;
     AnalyzerContext& context = impl_->context;
     context.reduce.bind(context.pos, context.settings);
-    context.reduce.bindColumns(*context.connTable);
-    if (!context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPath();
+    if (found->unread && !context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPath();
+    if (found->unread) context.reduce.bindColumns(*context.connTable);
     if (appendLengths(lengths, context, *found)) return;
     impl_->readPath();
     std::vector<Mrph> morphemes;

@@ -30,7 +30,7 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     }
     forgetSums();
     if (choice == Choice::kMade) return Result::kFound;
-    forgetWords();
+    forgetPath();
     return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
 }
 
@@ -139,7 +139,7 @@ void BestPathSearch::forgetSums() noexcept {
     overhangs_.shrink(kKept);
 }
 
-void BestPathSearch::forgetWords() noexcept {
+void BestPathSearch::forgetPath() noexcept {
     places_.shrink(kKept);
     next_.shrink(2 * kKept);
     if (blocks_.size() > 1) paths_.forget();

@@ -146,14 +146,9 @@ template <bool kAtEnd>
     return setBound(p, bound, unknown, extent == Extent::kAll || lowBounded < needlessFrom(place, unknown));
 }
 
-[[gnu::noinline]] bool BestPathSearch::chooseAtEnd(std::size_t p, Extent extent) {
+/// The same for any place.
+[[gnu::noinline]] bool BestPathSearch::chooseAnywhere(std::size_t p, Extent extent) {
     bool const chosen = chooseAt<true>(p, extent);
-    fillNumbers(places_[p]);
-    return chosen;
-}
-
-[[gnu::noinline]] bool BestPathSearch::chooseAtMany(std::size_t p, Extent extent) {
-    bool const chosen = chooseAt<false>(p, extent);
     fillNumbers(places_[p]);
     return chosen;
 }
@@ -251,7 +246,7 @@ bool BestPathSearch::chooseWords(std::size_t begin, Extent extent) {
         else if (p + 2 < rest_)  // an unknown word is two bytes long at most
             chosen = chooseAt<false>(p, extent);
         else
-            chosen = chooseAtEnd(p, extent);
+            chosen = chooseAnywhere(p, extent);
         if (!chosen) return false;
     }
     return true;

@@ -125,6 +125,9 @@ struct BestPathSearch::WideChoice {
     unsigned lane = 1;      ///< of the words at work
 
     [[TAVO_WIDE]] void take(std::size_t number, Sums one, Sums sureBelow);
+    template <class Some>
+    [[TAVO_WIDE]] void takeAll(Some const& behind, std::size_t number, std::size_t after, Sums sureBelow);
+    [[TAVO_WIDE]] bool takeBefore(Place const& end, std::size_t number, std::size_t after, Sums sureBelow);
     [[TAVO_WIDE]] void note();
 };
 
@@ -180,11 +183,42 @@ bool BestPathSearch::isWide() noexcept {
         note();
 }
 
+/// Takes those of words [@p number, @p after), whose followers are @p behind.
+template <class Some>
+[[TAVO_WIDE, gnu::always_inline]] inline void BestPathSearch::WideChoice::takeAll(Some const& behind,
+                                                                                  std::size_t number, std::size_t after,
+                                                                                  Sums sureBelow) {
+    for (; number != after; ++number) take(number, leastOf(behind(words[number].word.rowOffset)), sureBelow);
+}
+
+/// Takes those of words [@p number, @p after), which end at @p end. False where it has too many followers.
+[[TAVO_WIDE, gnu::always_inline]] inline bool BestPathSearch::WideChoice::takeBefore(Place const& end,
+                                                                                     std::size_t number,
+                                                                                     std::size_t after,
+                                                                                     Sums sureBelow) {
+    auto const [sums, cells, count] = search.followersOf(end);
+    BundleCell const* const head = cells - end.arcCount - BundleCell::kHeadCells;
+    unsigned char const* const matrix = search.table_.costs(0);
+    switch (end.lines()) {
+        case CostLines::Kind::kNarrow:
+            takeAll(NarrowFollowers(head, sums, count, matrix, constants.dead), number, after, sureBelow);
+            return true;
+        case CostLines::Kind::kWide:
+            takeAll(WideFollowers(head, sums, count, matrix, constants.dead), number, after, sureBelow);
+            return true;
+        case CostLines::Kind::kScattered:
+            takeAll(ScatteredFollowers(head, sums, count, matrix, constants.dead), number, after, sureBelow);
+            return true;
+        case CostLines::Kind::kMany:
+            break;
+    }
+    return false;
+}
+
 /// Gives each word that starts at @p p its best continuation, as chooseAt() does.
 [[TAVO_WIDE, gnu::always_inline]] inline bool BestPathSearch::chooseWideAt(std::size_t p, Extent extent,
                                                                            WideConstants const& constants) {
     Place const& place = places_[p];
-    unsigned char const* const matrix = table_.costs(0);
     std::uint32_t const unknown = lowUnknown(p, extent);
     std::uint32_t const from = needlessFrom(place, unknown);
     std::uint32_t const base = baseSum_;
@@ -204,32 +238,9 @@ bool BestPathSearch::isWide() noexcept {
         std::size_t const length = cell->arc.length();
         Place const& end = places_[p + length];
         if (end.width() == 0) return false;
-        Followers const followers = followersOf(end);
-        BundleCell const* const head = followers.words - end.arcCount - BundleCell::kHeadCells;
         Sums const sure = broadcast(bounds_[p + length].sure);
         std::size_t const after = number + cell->arc.count;
-        switch (end.lines()) {
-            case CostLines::Kind::kNarrow: {
-                NarrowFollowers const behind(head, followers.packed, followers.count, matrix, constants.dead);
-                for (; number != after; ++number)
-                    choice.take(number, leastOf(behind(choice.words[number].word.rowOffset)), sure);
-                break;
-            }
-            case CostLines::Kind::kWide: {
-                WideFollowers const behind(head, followers.packed, followers.count, matrix, constants.dead);
-                for (; number != after; ++number)
-                    choice.take(number, leastOf(behind(choice.words[number].word.rowOffset)), sure);
-                break;
-            }
-            case CostLines::Kind::kScattered: {
-                ScatteredFollowers const behind(head, followers.packed, followers.count, matrix, constants.dead);
-                for (; number != after; ++number)
-                    choice.take(number, leastOf(behind(choice.words[number].word.rowOffset)), sure);
-                break;
-            }
-            case CostLines::Kind::kMany:
-                return chooseAtMany(p, extent);
-        }
+        if (!choice.takeBefore(end, number, after, sure)) return chooseAnywhere(p, extent);
         number = after;
     }
     if (choice.lane != 1) choice.note();
@@ -250,7 +261,7 @@ bool BestPathSearch::isWide() noexcept {
         else if (p + 2 < rest_) [[likely]]
             chosen = chooseWideAt(p, extent, constants);
         else
-            chosen = chooseAtEnd(p, extent);
+            chosen = chooseAnywhere(p, extent);
         if (!chosen) return false;
     }
     return true;

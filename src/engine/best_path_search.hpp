@@ -59,7 +59,7 @@ public:
         std::uint32_t connSum;
     };
 
-    /// What parts long texts are searched in: the least size of each, in bytes, at least 1. And how.
+    /// How texts are searched: a long one in parts of at least so many bytes, 1 or more.
     struct Parts {
         std::size_t segment = 256;
         std::size_t block = 16384;
@@ -81,7 +81,7 @@ public:
     void visitPath(Visit&& visit) const;
     std::uint16_t firstColumn() const noexcept { return cache_.cells()[places_[0].words + firstNumber_].word.column; }
     /// Gives the memory of an exceptionally long path back.
-    void forgetPath() noexcept { forgetWords(); }
+    void forgetPath() noexcept;
     /// True while @p table and @p dics are those of the last search.
     bool isAttached(ConnTable const& table, DicSet const& dics) const { return table_.isAttached(table, dics); }
 
@@ -205,7 +205,6 @@ private:
     template <class Give>
     std::uint32_t walk(std::uint32_t number, Give&& give) const;
     void forgetSums() noexcept;
-    void forgetWords() noexcept;
     void collect(Extent extent);
     void collectSegment(std::size_t p, std::size_t end, Extent extent);
     void startSegment(std::size_t p);
@@ -227,7 +226,6 @@ private:
     struct WideChoice;
     bool chooseWordsWide(std::size_t begin, Extent extent);
     bool chooseWideAt(std::size_t p, Extent extent, WideConstants const& constants);
-    bool chooseAtMany(std::size_t p, Extent extent);
     void chooseUnsure(std::size_t p, std::size_t first, unsigned unsure, std::uint64_t* best);
     bool searchAgain(std::size_t begin);
     void endSegment(std::size_t begin);
@@ -237,7 +235,7 @@ private:
     std::uint64_t sureBelow(std::uint32_t low) const noexcept;
     template <bool kAtEnd>
     bool chooseAt(std::size_t p, Extent extent);
-    bool chooseAtEnd(std::size_t p, Extent extent);
+    bool chooseAnywhere(std::size_t p, Extent extent);
     bool chooseRun(std::size_t p);
     std::uint32_t lowUnknown(std::size_t p, Extent extent) const noexcept;
     std::uint32_t needlessFrom(Place const& place, std::uint32_t lowUnknown) const noexcept;
@@ -362,7 +360,7 @@ void BestPathSearch::readPath(Visit&& visit) {
     });
     paths_.read(number, give);
     giveAll();
-    forgetWords();
+    forgetPath();
 }
 
 }  // namespace TAVO

@@ -74,7 +74,7 @@ void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& di
 std::span<LatticeNode const> Lattice::candidates(LatticeNode const* node, std::string_view text, std::size_t start,
                                                  ConnTable const* table, DicSet const& dics) const {
     if ((node->flags & LatticeNode::kAlone) == 0) return pool_.candidates(node);
-    if (table == nullptr || !search_.isAttached(*table, dics)) return {};
+    if (table == nullptr || !isAttached(*table, dics)) return {};
     return candidates_.at(text, start, *table, dics);
 }
 
