@@ -243,7 +243,7 @@ bool BestPathSearch::chooseWords(std::size_t begin, Extent extent) {
         bool chosen = false;
         if (places_[p].run != 0) [[unlikely]]
             chosen = chooseRun(p);
-        else if (p + 2 < rest_)  // an unknown word is two bytes long at most
+        else if (isBeforeEnd(p))
             chosen = chooseAt<false>(p, extent);
         else
             chosen = chooseAnywhere(p, extent);

@@ -258,7 +258,7 @@ template <class Some>
         bool chosen = false;
         if (places_[p].run != 0)
             chosen = chooseRun(p);
-        else if (p + 2 < rest_) [[likely]]
+        else if (isBeforeEnd(p)) [[likely]]
             chosen = chooseWideAt(p, extent, constants);
         else
             chosen = chooseAnywhere(p, extent);

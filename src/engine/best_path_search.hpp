@@ -188,6 +188,8 @@ private:
     /// The block at work is the first one.
     bool startsText() const noexcept { return rest_ == sentence_.size(); }
     std::uint32_t firstWord() const noexcept { return static_cast<std::uint32_t>(wordCount_); }
+    /// False where an unknown word may reach the end of the text; one is two bytes long at most.
+    bool isBeforeEnd(std::size_t p) const noexcept { return p + 2 < rest_ || !places_[p].unknown(); }
     /// Numbers that @p words words of a place take. With wide registers each place starts with a cache line.
     std::uint32_t numbersOf(std::uint32_t words) const noexcept {
         std::uint32_t const more = parts_.wide ? kLineWords - 1 : 0;
