@@ -107,6 +107,14 @@ public:
     void prefetchChild(std::uint32_t base, std::uint32_t byte) const noexcept {
         __builtin_prefetch(cells_ + std::size_t{base + byte} * 4);
     }
+    /// Where @p cell leads to: a node, whose child for @p byte is the next one, or a tail.
+    void prefetchNext(std::uint32_t cell, std::uint32_t byte) const noexcept {
+        unsigned const leaf = isLeaf(cell) ? 1 : 0;
+        std::array<unsigned char const*, 2> const areas{cells_, leaf_};
+        unsigned char const* const target = areas[leaf] + std::size_t{cell & kValueMask} * 4;
+        __builtin_prefetch(target);
+        __builtin_prefetch(target + std::size_t{byte & (leaf - 1)} * 4);
+    }
     void prefetchTail(std::uint32_t cell) const noexcept {
         __builtin_prefetch(leaf_ + std::size_t{cell & kValueMask} * 4);
     }

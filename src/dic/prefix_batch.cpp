@@ -22,8 +22,11 @@ void PrefixBatch::step(DicTrie const& trie, unsigned char const* text, std::size
 /// later one does so in vain for walks added meanwhile.
 template <bool kFirst>
 void PrefixBatch::stepAll(DicTrie const& trie, unsigned char const* text, std::size_t n) {
-    std::size_t kept = 0;
-    for (Walk const& walk : walks_) {
+    tails_.reserve(tails_.size() + walks_.size());
+    Tail* tail = tails_.end();
+    Walk* kept = walks_.begin();
+    // How a walk goes on a branch would often foretell wrong, so what each way asks for is written in any case.
+    for (Walk const walk : walks_) {
         if (!kFirst) {
             Match const found{walk.base, walk.at - walk.start};
             Match& match = matches_[walk.search];
@@ -33,16 +36,16 @@ void PrefixBatch::stepAll(DicTrie const& trie, unsigned char const* text, std::s
         std::uint32_t const byte = text[walk.at];
         std::uint32_t const next = trie.cell(walk.base + byte);
         // A free cell and a key's end carry label 0, which a NUL would match.
-        if (DicTrie::label(next) != byte || byte == 0) continue;
-        if (DicTrie::isLeaf(next)) {
-            addTail(trie, walk.search, walk.start, walk.at + 1 - walk.start, walk.base + byte);
-            continue;
-        }
-        std::uint32_t const base = next & DicTrie::kValueMask;
-        trie.prefetch(base, walk.at + 1 < n ? text[walk.at + 1] : 0);
-        walks_[kept++] = {walk.search, walk.start, walk.at + 1, base};
+        auto const goesOn = static_cast<unsigned>(DicTrie::label(next) == byte) & (byte != 0);
+        auto const isLeaf = static_cast<unsigned>(DicTrie::isLeaf(next));
+        *tail = {walk.search, walk.start, walk.at + 1 - walk.start, walk.base + byte};
+        tail += goesOn & isLeaf;
+        *kept = {walk.search, walk.start, walk.at + 1, next & DicTrie::kValueMask};
+        kept += goesOn & (isLeaf ^ 1);
+        trie.prefetchNext(next & (0U - goesOn), walk.at + 1 < n ? text[walk.at + 1] : 0);
     }
-    walks_.truncate(kept);
+    tails_.resizeForOverwrite(static_cast<std::size_t>(tail - tails_.begin()));
+    walks_.truncate(static_cast<std::size_t>(kept - walks_.begin()));
 }
 
 /// The walks that came to a key which is alone in its branch.

@@ -168,9 +168,13 @@ void BestPathSearch::setRun(std::size_t p, std::size_t end) {
 inline void BestPathSearch::scanInside(std::size_t p) {
     SearchTable::ShortForm const& single = table_.byteForm(text_[p], *dics_);
     reach_[p + 1] |= single.enters;
-    if (p + 1 == length_ || !single.longer) return;
-    SearchTable::ShortForm const& pair = table_.pairForm(text_[p], text_[p + 1], *dics_);
-    if (pair.words) places_[p].marks |= Place::kPair;
+    if (p + 1 == length_) return;
+    // Most second bytes begin nothing longer, but which ones do a branch would often foretell wrong. No form begins with
+    // NUL.
+    unsigned const longer = single.longer ? 0xFF : 0;
+    SearchTable::ShortForm const& pair = table_.pairForm(static_cast<unsigned char>(text_[p] & longer),
+                                                         static_cast<unsigned char>(text_[p + 1] & longer), *dics_);
+    places_[p].marks |= static_cast<std::uint8_t>(pair.words ? Place::kPair : 0);
     reach_[p + 2] |= pair.enters;
     if (pair.longer) scanOverhangs(p);
 }

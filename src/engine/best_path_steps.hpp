@@ -58,7 +58,7 @@ inline void BestPathSearch::boundInside(std::size_t p) {
     Place const& place = places_[p];
     Bound const* const behind = bounds_.begin() + p + 1;
     // Each of the two may be in the way; a branch on that would often be foretold wrong.
-    std::uint32_t const noUnknown = text_[p] >= 128 ? 0 : kMaxSum;
+    std::uint32_t const noUnknown = (text_[p] / 128U - 1) & kMaxSum;  // 0 from 128 on
     std::uint32_t const noPair = place.pair() ? 0 : kMaxSum;
     std::uint32_t const behindTwo = std::max(behind[1].low, noUnknown);  // an unknown word of two bytes
     std::uint32_t low = std::min(std::min(behind[0].low, behindTwo) + unknown, behind[0].lowBefore);

@@ -50,13 +50,12 @@ public:
     /// Where at() finds what is known of @p pair, if anything is; asks for it.
     std::uint16_t numberOf(std::uint32_t pair) noexcept {
         std::uint64_t& bucket = buckets_[bucketOf(pair)];
-        std::uint64_t entries = bucket;
-        if (tagIn(entries) != tagOf(pair)) {
-            entries = std::rotl(entries, kEntryBits);
-            if (tagIn(entries) != tagOf(pair)) return 0;
-            bucket = entries;
-        }
-        auto const number = static_cast<std::uint16_t>(entries);
+        // Which of the two it is a branch would often foretell wrong.
+        std::uint32_t const tag = tagOf(pair);
+        auto const isSecond = static_cast<unsigned>(tagIn(bucket) != tag) & (tagIn(bucket >> kEntryBits) == tag);
+        bucket = std::rotl(bucket, static_cast<int>(kEntryBits * isSecond));
+        auto const isThere = static_cast<std::uint16_t>(tagIn(bucket) == tag);
+        auto const number = static_cast<std::uint16_t>(bucket & (0U - isThere));
         __builtin_prefetch(&known_[number]);
         return number;
     }
