@@ -24,7 +24,12 @@ struct TAVO_HIDDEN Tavo::Impl {
 
     // Stages of an analysis.
     int analyzeText(std::string_view text, bool nBest);
+    /// True when sentences are searched one at a time, since more is asked for than best paths of texts as given.
+    bool searchesAlone(bool nBest) const;
     void analyzeLine(std::string_view piece, bool nBest);
+    /// Adds a sentence to the group at work, which is analysed first if it cannot take it.
+    void addToGroup(std::string_view piece);
+    void analyzeGroup();
     /// True when a text may hold tags or comments.
     bool mayHaveMarks() const;
     /// Finds what delimiters must not cut; empty when nothing is.
@@ -33,9 +38,10 @@ struct TAVO_HIDDEN Tavo::Impl {
     bool readMarks(Sentence& sentence);
     /// Builds all paths when more than the best one is wanted.
     void buildLattice(Sentence& sentence, bool nBest);
-    void setErrorSentence();
-    /// Makes the nodes of the last sentence's path where they are not made yet.
-    void readPath();
+    void setBeginCost(Sentence& sentence, bool forced) const;
+    void setErrorSentence(std::size_t index);
+    /// Makes the nodes of paths that are not made yet.
+    void readPaths();
     /// Turns a path of @p found into morphemes.
     void assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found);
     /// Frees the results and everything they point at.
@@ -54,6 +60,7 @@ struct TAVO_HIDDEN Tavo::Impl {
     void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);
 
     AnalyzerContext context;
+    std::size_t firstOfGroup = 0;  // whose paths may be unread
     bool hasResult = false;
     // The error state may be set by const operations.
     mutable int errorCode = 0;

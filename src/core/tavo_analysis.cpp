@@ -25,15 +25,53 @@ void Tavo::Impl::dropInput() noexcept {
     context.lattice.clear();
     context.allPaths.clear();
     context.madeRecords.clear();
+    firstOfGroup = 0;
 }
 
 int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     dropInput();
     errorSentences.clear();
     hasResult = true;
-    splitText(
-        text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); }, stretchFinder());
+    if (searchesAlone(nBest)) {
+        splitText(
+            text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); },
+            stretchFinder());
+    } else {
+        splitText(text, context.settings, [this](std::string_view piece) { addToGroup(piece); });
+        analyzeGroup();
+    }
     return static_cast<int>(errorSentences.size());
+}
+
+bool Tavo::Impl::searchesAlone(bool nBest) const {
+    Settings const& settings = context.settings;
+    bool const allPaths = nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
+    return allPaths || mayHaveMarks() || (settings.mode(Mode::DeleteCRLF) == 1 && settings.mode(Mode::DelimitCRLF) == 0);
+}
+
+void Tavo::Impl::addToGroup(std::string_view piece) {
+    std::vector<Sentence>& sentences = context.sentences;
+    if (firstOfGroup != sentences.size() && !context.lattice.belongTogether(sentences[firstOfGroup].text, piece)) {
+        analyzeGroup();
+        readPaths();
+    }
+    Sentence& sentence = sentences.emplace_back();
+    sentence.given = piece;
+    sentence.text = piece;
+}
+
+void Tavo::Impl::analyzeGroup() {
+    std::vector<Sentence>& sentences = context.sentences;
+    try {
+        context.lattice.search(std::span(sentences).subspan(firstOfGroup), context.connTable, context.dics);
+    } catch (...) {
+        sentences.resize(firstOfGroup);
+        throw;
+    }
+    for (std::size_t i = firstOfGroup; i != sentences.size(); ++i) {
+        setBeginCost(sentences[i], false);
+        if (!sentences[i].hasPath()) setErrorSentence(i);
+    }
 }
 
 StretchFinder Tavo::Impl::stretchFinder() const {
@@ -46,7 +84,6 @@ StretchFinder Tavo::Impl::stretchFinder() const {
 void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     if (nBest && piece.size() > kMaxNBestBytes)
         throw too_long_string("Exceed nbest limit: length=" + std::to_string(piece.size()));
-    readPath();  // only the last sentence's may wait
     Sentence sentence;
     sentence.given = piece;
     sentence.text = piece;
@@ -57,10 +94,10 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     bool complete = readMarks(sentence);
     if (complete) {
         buildLattice(sentence, nBest);
-        complete = sentence.unread || sentence.bestStart != nullptr || sentence.text.empty();
+        complete = sentence.hasPath() || sentence.text.empty();
     }
     context.sentences.push_back(std::move(sentence));
-    if (!complete) setErrorSentence();
+    if (!complete) setErrorSentence(context.sentences.size() - 1);
 }
 
 bool Tavo::Impl::mayHaveMarks() const {
@@ -74,8 +111,9 @@ bool Tavo::Impl::readMarks(Sentence& sentence) {
     return takeMarks(sentence, context);
 }
 
-void Tavo::Impl::readPath() {
-    if (!context.sentences.empty()) context.lattice.read(context.sentences.back());
+void Tavo::Impl::readPaths() {
+    for (; firstOfGroup != context.sentences.size(); ++firstOfGroup)
+        context.lattice.read(context.sentences[firstOfGroup]);
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
@@ -91,18 +129,22 @@ void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     } else if (allPaths) {
         context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes());
     } else {
-        context.lattice.search(sentence, context.connTable, context.dics);
+        context.lattice.build(sentence, context.connTable, context.dics);
     }
-    if (!sentence.unread && sentence.bestStart == nullptr) return;
-    std::uint16_t const column = sentence.unread ? context.lattice.firstUnread() : sentence.bestStart->column;
-    std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
-    sentence.beginCost =
-        LatticeConstraints::connection(context.connTable->rowStart(beginRow)[column], constraints.forced);
+    setBeginCost(sentence, constraints.forced);
 }
 
-void Tavo::Impl::setErrorSentence() {
-    Sentence& sentence = context.sentences.back();
-    errorSentences.push_back(static_cast<unsigned int>(context.sentences.size() - 1));
+void Tavo::Impl::setBeginCost(Sentence& sentence, bool forced) const {
+    if (!sentence.hasPath()) return;
+    std::uint16_t const column =
+        sentence.unread ? context.lattice.firstUnread(sentence) : sentence.bestStart->column;
+    std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
+    sentence.beginCost = LatticeConstraints::connection(context.connTable->rowStart(beginRow)[column], forced);
+}
+
+void Tavo::Impl::setErrorSentence(std::size_t index) {
+    Sentence& sentence = context.sentences[index];
+    errorSentences.push_back(static_cast<unsigned int>(index));
     sentence.bestStart = nullptr;
     sentence.unread = false;
     sentence.failed = true;
@@ -133,7 +175,7 @@ void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
     if (sentence >= 0) out.clear();
     Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getResult()");
     if (found == nullptr) return;
-    impl_->readPath();
+    impl_->readPaths();
     impl_->assemble(out, bestPath(*found), *found);
 }
 
@@ -143,10 +185,10 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
     if (found == nullptr) return;
     AnalyzerContext& context = impl_->context;
     context.reduce.bind(context.pos, context.settings);
-    if (found->unread && !context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPath();
+    if (found->unread && !context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPaths();
     if (found->unread) context.reduce.bindColumns(*context.connTable);
     if (appendLengths(lengths, context, *found)) return;
-    impl_->readPath();
+    impl_->readPaths();
     std::vector<Mrph> morphemes;
     impl_->assemble(morphemes, bestPath(*found), *found);
     for (Mrph const& morpheme : morphemes)

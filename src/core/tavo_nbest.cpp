@@ -39,7 +39,7 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
     if (static_cast<std::size_t>(sentence) >= context.sentences.size()) throw std::range_error(kRangeError);
     if (n == 0) return;
     impl_->requireReady();
-    impl_->readPath();
+    impl_->readPaths();
     Sentence const& found = context.sentences[static_cast<std::size_t>(sentence)];
 
     // Without edges, or without any path, there is one analysis.

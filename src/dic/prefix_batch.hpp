@@ -30,41 +30,41 @@ public:
     }
     /// What search number @p search has found: first what its caller knows, then the longest key.
     Match& match(std::size_t search) noexcept { return matches_[search]; }
-    /// Lets search number @p search, which began at @p start, go on from the node @p base, to
-    /// which it came with @p length bytes; the byte behind them is @p byte.
-    void addWalk(DicTrie const& trie, std::uint32_t search, std::uint32_t start, std::uint32_t length,
-                 std::uint32_t base, std::uint32_t byte) {
-        walks_.push({search, start, start + length, base});
+    /// Where a search is: at its own place of a text, which has an end of its own.
+    struct Place {
+        std::uint32_t search;  ///< number of the search
+        std::uint32_t start;   ///< where it began
+        std::uint32_t length;  ///< bytes that it came with
+        std::uint32_t end;     ///< of the text; never read at or behind
+    };
+    /// Lets a search go on from the node @p base; the byte behind its @p place is @p byte.
+    void addWalk(DicTrie const& trie, Place const& place, std::uint32_t base, std::uint32_t byte) {
+        walks_.push({place, base});
         trie.prefetchChild(base, byte);
     }
     /// The same for one that has come to the leaf cell with index @p index.
-    void addTail(DicTrie const& trie, std::uint32_t search, std::uint32_t start, std::uint32_t length,
-                 std::uint32_t index) {
-        tails_.push({search, start, length, index});
+    void addTail(DicTrie const& trie, Place const& place, std::uint32_t index) {
+        tails_.push({place, index});
         trie.prefetchTail(trie.cell(index));
     }
-    /// Takes one step of the searches through the @p n bytes at @p text. More may be added before run().
-    void step(DicTrie const& trie, unsigned char const* text, std::size_t n);
-    /// Runs the searches through the @p n bytes at @p text to their ends.
-    void run(DicTrie const& trie, unsigned char const* text, std::size_t n);
+    /// Takes one step of the searches, whose places count from @p text. More may be added before run().
+    void step(DicTrie const& trie, unsigned char const* text);
+    /// Runs the searches to their ends.
+    void run(DicTrie const& trie, unsigned char const* text);
 
 private:
     struct Walk {
-        std::uint32_t search;
-        std::uint32_t start;
-        std::uint32_t at;  // position of the next byte
+        Place place;
         std::uint32_t base;
     };
     struct Tail {
-        std::uint32_t search;
-        std::uint32_t start;
-        std::uint32_t length;
+        Place place;
         std::uint32_t index;  // of the leaf cell
     };
 
     template <bool kFirst>
-    void stepAll(DicTrie const& trie, unsigned char const* text, std::size_t n);
-    void endTails(DicTrie const& trie, unsigned char const* text, std::size_t n);
+    void stepAll(DicTrie const& trie, unsigned char const* text);
+    void endTails(DicTrie const& trie, unsigned char const* text);
 
     RawBuffer<Match> matches_;  // by number of the search
     RawBuffer<Walk> walks_;

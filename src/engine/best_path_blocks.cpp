@@ -10,8 +10,22 @@
 #include <algorithm>
 
 namespace TAVO {
-BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable const& table, DicSet const& dics) {
-    sentence_ = text;
+void BestPathSearch::search(std::span<std::string_view const> texts, ConnTable const& table, DicSet const& dics,
+                            std::span<Result> results) {
+    found_.clear();
+    start(table, dics);
+    texts_ = texts;
+    memory_ = asBytes(texts.front().data());
+    lookedUpTo_ = 0;
+    placesFrom_ = 0;
+    wordsFrom_ = 0;
+    basesFrom_ = 0;
+    for (std::size_t number = 0; number != texts.size(); ++number) results[number] = searchText(texts[number]);
+    forgetSums();
+}
+
+/// Makes ready for a group.
+void BestPathSearch::start(ConnTable const& table, DicSet const& dics) {
     dics_ = &dics;
     bool const changed = table_.attach(table, dics);
     if (changed) cache_.clear();
@@ -22,16 +36,27 @@ BestPathSearch::Result BestPathSearch::search(std::string_view text, ConnTable c
     }
     cache_.start(table_, dics, parts_.wide);
     finders_.resize(dics.entries().size());
+}
+
+BestPathSearch::Result BestPathSearch::searchText(std::string_view text) {
+    sentence_ = text;
     findBlocks();
     Choice choice = searchBlocks();
     if (choice == Choice::kOmitted && blocks_.size() > 1) {  // a word stands across blocks
         blocks_.truncate(1);
         choice = searchBlocks();
     }
-    forgetSums();
-    if (choice == Choice::kMade) return Result::kFound;
-    forgetPath();
-    return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
+    found_.push({partAtWork(), firstNumber_, pathWordSum_});
+    if (choice != Choice::kMade) return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
+    placesFrom_ += static_cast<std::uint32_t>(length_ + 1);
+    wordsFrom_ = firstWord();
+    basesFrom_ = static_cast<std::uint32_t>(bases_.size());
+    return Result::kFound;
+}
+
+BestPathSearch::Part BestPathSearch::partAtWork() const noexcept {
+    return {text_,      static_cast<std::uint32_t>(length_),       placesFrom_,
+            basesFrom_, static_cast<std::uint32_t>(bases_.size()), end_.baseSum};
 }
 
 /// Finds positions that no word stands across, which blocks begin at.
@@ -39,7 +64,7 @@ void BestPathSearch::findBlocks() {
     constexpr std::size_t kTries = 16;  // one after the other
     blocks_.clear();
     blocks_.push(0);
-    if (sentence_.size() < 2 * parts_.block) return;
+    if (!isLong(sentence_.size())) return;
     std::size_t tries = 0;
     std::size_t next = parts_.block;
     for (std::size_t p = 0; p + parts_.block <= sentence_.size(); p += charWidth(sentence_, p)) {
@@ -76,6 +101,7 @@ BestPathSearch::Choice BestPathSearch::searchBlocks() {
     for (std::size_t number = blocks_.size() - 1;; --number) {
         std::size_t const begin = blocks_[number];
         text_ = asBytes(sentence_.data()) + begin;
+        if (isLong(sentence_.size())) lookedUpTo_ = 0;  // what was looked up is of another block
         length_ = end - begin;
         rest_ = sentence_.size() - begin;
         Choice const choice = searchBlock();
@@ -98,10 +124,11 @@ BestPathSearch::Choice BestPathSearch::searchBlock() {
 /// Keeps the paths through the block, since it is not known yet which of its first words is taken.
 void BestPathSearch::addPaths() {
     paths_.startBlock();
+    Part const part = partAtWork();
     for (std::uint32_t number = 0; number != places_[0].wordCount; ++number) {
         paths_.startPath();
         if (behind_.packed[number] >= kDeadEnd) continue;
-        paths_.endPath(walk(number, [&](std::size_t p, BlockPaths::Word const& word) { return paths_.add(p, word); }));
+        paths_.endPath(walk(part, number, [&](std::size_t p, BlockPaths::Word const& word) { return paths_.add(p, word); }));
     }
 }
 
@@ -139,10 +166,11 @@ void BestPathSearch::forgetSums() noexcept {
     overhangs_.shrink(kKept);
 }
 
-void BestPathSearch::forgetPath() noexcept {
-    places_.shrink(kKept);
+void BestPathSearch::forgetPaths() noexcept {
+    allPlaces_.shrink(kKept);
     next_.shrink(2 * kKept);
     if (blocks_.size() > 1) paths_.forget();
+    found_.clear();
 }
 
 }  // namespace TAVO

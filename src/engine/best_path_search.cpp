@@ -17,13 +17,14 @@ namespace TAVO {
 void BestPathSearch::collect(Extent extent) {
     overhangs_.clear();
     segments_.clear();
-    segments_.push({0, 0});
+    segments_.push({0, wordsFrom_});
     nextSegment_ = extent == Extent::kAll ? length_ : parts_.segment;
-    wordCount_ = 0;
+    wordCount_ = wordsFrom_;
     longest_ = 0;
     farthest_ = 0;
     tooMany_ = false;
-    places_.resizeForOverwrite(length_ + 1);
+    allPlaces_.resizeForOverwrite(placesFrom_ + length_ + 1);
+    places_ = allPlaces_.begin() + placesFrom_;
     reach_.resizeForOverwrite(rest_ + 1);  // should a word go beyond the block
     std::fill(reach_.begin(), reach_.begin() + length_ + 1, SearchTable::kAlways);
     reach_[0] |= startsText() ? table_.id(ConnTable::kBeginId).enters : std::uint8_t{0xFF};
@@ -35,22 +36,27 @@ void BestPathSearch::collect(Extent extent) {
 
 /// Collects the words that start in [@p p, @p end).
 void BestPathSearch::collectSegment(std::size_t p, std::size_t end, Extent extent) {
+    std::size_t const before = static_cast<std::size_t>(text_ - memory_);
+    if (extent == Extent::kAll) lookedUpTo_ = 0;  // other positions are looked up
     while (p < end) {
-        std::size_t const count = findForms(p, end, extent);
-        for (std::size_t number = 0; number < count; ++number) {
-            if (p != starts_[number]) setRuns(p, starts_[number]);
-            p = starts_[number];
-            std::size_t const width = widths_[number];
-            setPlace(p, width, bundles_[number], extent);
+        if (before + p >= lookedUpTo_) findForms(p, end, extent);
+        std::size_t const stop = std::min(end, lookedUpTo_ - before);
+        for (; nextStart_ != startCount_ && starts_[nextStart_] < before + stop; ++nextStart_) {
+            std::size_t const start = starts_[nextStart_] - before;
+            if (p != start) setRuns(p, start);
+            p = start;
+            std::size_t const width = widths_[nextStart_];
+            setPlace(p, width, bundles_[nextStart_], extent);
             if (width == 2) {
                 places_[p + 1] = {firstWord(), 0, 0, 0, 0};
                 scanInside(p + 1);
             }
             p += width;
         }
-        setRuns(p, starts_[count]);
-        p = starts_[count];
+        setRuns(p, stop);
+        p = stop;
     }
+    if (extent == Extent::kAll) lookedUpTo_ = 0;
     // A place's words, as many as 16 bits tell, stand behind those of a segment.
     if (wordCount_ > std::numeric_limits<std::uint32_t>::max() - 0xFFFF) throw std::bad_alloc();
 }
@@ -63,37 +69,49 @@ void BestPathSearch::collectSegment(std::size_t p, std::size_t end, Extent exten
     nextSegment_ = p + parts_.segment;
 }
 
-/// Searches the dictionaries in [@p p, @p end) but for plain characters; the number of positions searched.
-std::size_t BestPathSearch::findForms(std::size_t p, std::size_t end, Extent extent) {
-    std::string_view const text(asChars(text_), length_);
+/// Searches the dictionaries from @p p on, up to @p end and in the texts that follow.
+void BestPathSearch::findForms(std::size_t p, std::size_t end, Extent extent) {
+    startCount_ = 0;
+    nextStart_ = 0;
+    addStarts(text_, rest_, p, end, extent);
+    for (std::size_t number = found_.size() + 1; number < texts_.size() && extent == Extent::kNeeded; ++number) {
+        if (startCount_ == parts_.window) break;
+        std::string_view const text = texts_[number];
+        addStarts(asBytes(text.data()), text.size(), 0, text.size(), extent);
+    }
+    std::size_t const count = startCount_;
+    FormFinder::Starts const starts{memory_, {starts_.data(), count}, {ends_.data(), count}};
+    for (std::uint32_t i = 0; i < finders_.size(); ++i) {
+        DicTrie const* const trie = dics_->entries()[i].dic->trie();
+        if (trie != nullptr) finders_[i].search(*trie, i, starts, {bundles_.data(), count}, cache_);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        unsigned char const byte = memory_[starts_[i]];
+        if (plain_.numberOf(byte) == PlainRuns::kUntold) plain_.learn(byte, bundles_[i], cache_, table_, *dics_);
+        cache_.prefetch(bundles_[i]);
+    }
+}
+
+/// Adds the positions in [@p p, @p end) of the @p length bytes at @p text but for plain characters, as many as there is
+/// room for.
+void BestPathSearch::addStarts(unsigned char const* text, std::size_t length, std::size_t p, std::size_t end,
+                               Extent extent) {
+    std::size_t const before = static_cast<std::size_t>(text - memory_);
     bool const all = extent == Extent::kAll;
-    std::size_t count = 0;
-    bool untold = false;
     while (p < end) {
-        std::uint8_t const number = plain_.numberOf(text_[p]);
-        if (PlainRuns::isPlain(number) && !all) {
+        if (PlainRuns::isPlain(plain_.numberOf(text[p])) && !all) {
             ++p;
             continue;
         }
-        if (count == kWindow) break;
-        untold |= number == PlainRuns::kUntold;
-        std::size_t const width = all ? 1 : charWidth(text, p);
-        bundles_[count] = BundleCache::kEmpty;
-        starts_[count] = static_cast<std::uint32_t>(p);
-        widths_[count++] = static_cast<std::uint8_t>(width);
+        if (startCount_ == parts_.window) break;
+        std::size_t const width = all ? 1 : charWidth({asChars(text), length}, p);
+        bundles_[startCount_] = BundleCache::kEmpty;
+        starts_[startCount_] = static_cast<std::uint32_t>(before + p);
+        ends_[startCount_] = static_cast<std::uint32_t>(before + length);
+        widths_[startCount_++] = static_cast<std::uint8_t>(width);
         p += width;
     }
-    starts_[count] = static_cast<std::uint32_t>(p);
-    for (std::uint32_t i = 0; i < finders_.size(); ++i) {
-        DicTrie const* const trie = dics_->entries()[i].dic->trie();
-        if (trie != nullptr)
-            finders_[i].search(*trie, i, text_, rest_, {starts_.data(), count}, {bundles_.data(), count}, cache_);
-    }
-    for (std::size_t i = 0; i < count; ++i) cache_.prefetch(bundles_[i]);
-    for (std::size_t i = 0; untold && i < count; ++i)
-        if (unsigned char const byte = text_[starts_[i]]; plain_.numberOf(byte) == PlainRuns::kUntold)
-            plain_.learn(byte, bundles_[i], cache_, table_, *dics_);
-    return count;
+    lookedUpTo_ = before + p;
 }
 
 /// Lets the words of @p bundle start at @p p; unknown words only where no word may stand behind any other.

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -22,7 +23,8 @@ class DicSet;
 
 /// Finds the path that the exhaustive search of all candidates chooses, from
 /// fewer of them. One object serves any number of sentences one after another
-/// and keeps its memory.
+/// and keeps its memory. Sentences that stand side by side are searched as a group: their forms are looked up together,
+/// and their paths wait for their readers.
 ///
 /// First the words of every position are collected, from the first position to the
 /// last: a bundle of the BundleCache for each. Then, from the last position to the
@@ -59,11 +61,14 @@ public:
         std::uint32_t connSum;
     };
 
+    /// Searched at once in the dictionaries; few enough for what they find to stay in the cache.
+    static constexpr std::size_t kWindow = 256;
     /// How texts are searched: a long one in parts of at least so many bytes, 1 or more.
     struct Parts {
         std::size_t segment = 256;
         std::size_t block = 16384;
-        bool wide = isWide();  ///< with registers of 512 bits
+        bool wide = isWide();          ///< with registers of 512 bits
+        std::size_t window = kWindow;  ///< positions looked up at once, from 1 to kWindow
     };
     /// True when the processor has such registers and the instructions for them.
     static bool isWide() noexcept;
@@ -71,17 +76,27 @@ public:
     BestPathSearch() = default;
     explicit BestPathSearch(Parts const& parts) : parts_(parts) {}
 
-    /// Searches @p text, which is not empty and at most kMaxSentenceBytes long.
-    Result search(std::string_view text, ConnTable const& table, DicSet const& dics);
-    /// Calls visit(PathWord) for each word of the path that the last search has found, and forgets it.
+    /// Searches a group, whose paths take the place of the last one's, and notes the results. No text is empty or longer
+    /// than kMaxSentenceBytes. They stand one behind the other, with whatever between them, in one piece of memory of
+    /// less than 4 GB; one that has to be searched in blocks is a group of its own.
+    void search(std::span<std::string_view const> texts, ConnTable const& table, DicSet const& dics,
+                std::span<Result> results);
+    /// True when a text of so many bytes may be searched in blocks.
+    bool isLong(std::size_t length) const noexcept { return length >= 2 * parts_.block; }
+
+    // Of text @p number of the group, for which a path was found.
+    /// Calls visit(PathWord) for each word of the path.
     template <class Visit>
-    void readPath(Visit&& visit);
-    /// Calls visit(column, length, record) for each word of the path, which is not forgotten; record() is slow.
+    void readPath(std::size_t number, Visit&& visit);
+    /// Calls visit(column, length, record) for each word of the path; record() is slow.
     template <class Visit>
-    void visitPath(Visit&& visit) const;
-    std::uint16_t firstColumn() const noexcept { return cache_.cells()[places_[0].words + firstNumber_].word.column; }
-    /// Gives the memory of an exceptionally long path back.
-    void forgetPath() noexcept;
+    void visitPath(std::size_t number, Visit&& visit) const;
+    std::uint16_t firstColumn(std::size_t number) const noexcept {
+        Found const& found = found_[number];
+        return cache_.cells()[allPlaces_[found.part.firstPlace].words + found.firstNumber].word.column;
+    }
+    /// Gives the memory of exceptionally long paths back.
+    void forgetPaths() noexcept;
     /// True while @p table and @p dics are those of the last search.
     bool isAttached(ConnTable const& table, DicSet const& dics) const { return table_.isAttached(table, dics); }
 
@@ -89,8 +104,6 @@ private:
     /// Values of an array that are kept for the next sentence.
     static constexpr std::size_t kKept = std::size_t{1} << 18;
     static constexpr std::uint32_t kMaxSum = 0xFFFF0000;  ///< no connection sum reaches it
-    /// Searched at once in the dictionaries; few enough for what they find to stay in the cache.
-    static constexpr std::size_t kWindow = 64;
     enum class Extent { kNeeded, kAll };
     enum class Choice { kMade, kNone, kOmitted, kTooFar };
 
@@ -168,6 +181,22 @@ private:
         bool tooFar = false;
     };
 
+    /// A text, or the block at work of a long one, whose words have their continuations.
+    struct Part {
+        unsigned char const* text;
+        std::uint32_t length;      // in bytes
+        std::uint32_t firstPlace;  // in allPlaces_
+        std::uint32_t firstBase;   // in bases_
+        std::uint32_t endBase;
+        std::uint32_t endSum;  // what sums at its end are counted from
+    };
+    /// A text that was searched; its first block, if it has several.
+    struct Found {
+        Part part;
+        std::uint32_t firstNumber;  // of the path's first word
+        std::uint32_t wordSum;      // of all word costs of the path
+    };
+
     /// Packed sums that share a cache line.
     struct alignas(64) SumLine {
         std::array<std::uint64_t, 8> sums;
@@ -197,6 +226,8 @@ private:
     }
     std::uint32_t endOf(Place const& place) const noexcept { return place.firstWord + numbersOf(place.wordCount); }
 
+    void start(ConnTable const& table, DicSet const& dics);
+    Result searchText(std::string_view text);
     void findBlocks();
     bool isBlockEnd(std::size_t p) const;
     Choice searchBlocks();
@@ -204,13 +235,15 @@ private:
     void startAtTextEnd();
     void startBehindBlock();
     void addPaths();
+    Part partAtWork() const noexcept;
     template <class Give>
-    std::uint32_t walk(std::uint32_t number, Give&& give) const;
+    std::uint32_t walk(Part const& part, std::uint32_t number, Give&& give) const;
     void forgetSums() noexcept;
     void collect(Extent extent);
     void collectSegment(std::size_t p, std::size_t end, Extent extent);
     void startSegment(std::size_t p);
-    std::size_t findForms(std::size_t p, std::size_t end, Extent extent);
+    void findForms(std::size_t p, std::size_t end, Extent extent);
+    void addStarts(unsigned char const* text, std::size_t length, std::size_t p, std::size_t end, Extent extent);
     void setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent);
     void setRuns(std::size_t p, std::size_t end);
     void setRun(std::size_t p, std::size_t end);
@@ -252,10 +285,19 @@ private:
     std::vector<FormFinder> finders_;  // by dictionary
     PlainRuns plain_;
 
-    // The sentence at work, and where its blocks begin.
     Parts parts_;
-    std::string_view sentence_;
     DicSet const* dics_ = nullptr;
+
+    // The group at work.
+    std::span<std::string_view const> texts_;
+    unsigned char const* memory_ = nullptr;  // where it starts
+    RawBuffer<Found> found_;                 // by text; those behind the one at work are to come
+    RawBuffer<Place> allPlaces_;
+    RawBuffer<Next> next_;   // by word
+    RawBuffer<Base> bases_;  // all base sums but the first ones of each part, Part::endSum
+
+    // The sentence at work, and where its blocks begin.
+    std::string_view sentence_;
     RawBuffer<std::uint32_t> blocks_;
     BlockPaths paths_;  // of all blocks but the first
     BlockEnd end_;
@@ -265,22 +307,29 @@ private:
     unsigned char const* text_ = nullptr;
     std::size_t length_ = 0;
     std::size_t rest_ = 0;  // of the sentence from text_ on, in bytes
-    RawBuffer<Place> places_;
+    // Where its own begin of what the group has.
+    Place* places_ = nullptr;
+    std::uint32_t placesFrom_ = 0;
+    std::uint32_t wordsFrom_ = 0;
+    std::uint32_t basesFrom_ = 0;
     RawBuffer<std::uint8_t> reach_;  // by position: SearchTable's classes of the words that end there
     std::uint64_t wordCount_ = 0;
     std::uint32_t longest_ = 0;  // of the words and runs, in bytes
     std::size_t farthest_ = 0;   // end of the words so far
     bool tooMany_ = false;       // more words start at some place than a bundle has
-    RawBuffer<Next> next_;       // by word
     // Of the best path: the number of the first word, and the sum of all word costs.
     std::uint32_t firstNumber_ = 0;
     std::uint32_t pathWordSum_ = 0;
 
-    // The positions at work, when arcs are collected.
-    std::array<std::uint32_t, kWindow + 1> starts_{};  // and where the next ones begin; runs are between them
+    // The positions whose forms were looked up, when arcs are collected; they count from memory_. Runs are between them.
+    std::array<std::uint32_t, kWindow> starts_{};
+    std::array<std::uint32_t, kWindow> ends_{};  // of their texts
     std::array<std::uint8_t, kWindow> widths_{};
     std::array<std::uint32_t, kWindow> bundles_{};  // without variants
-    RawBuffer<Overhang> overhangs_;                 // by place
+    std::size_t startCount_ = 0;
+    std::size_t nextStart_ = 0;      // number of the next one to be collected
+    std::size_t lookedUpTo_ = 0;     // all before are looked up
+    RawBuffer<Overhang> overhangs_;  // by place
     RawBuffer<Segment> segments_;
     std::size_t nextSegment_ = 0;  // the next one starts here or later
 
@@ -290,31 +339,32 @@ private:
     RawBuffer<SumLine> packed_;  // by word from origin_ on
     std::uint32_t origin_ = 0;
     std::uint32_t baseSum_ = 0;   // what packed sums are counted from
-    RawBuffer<Base> bases_;       // all base sums of the block but the first, end_.baseSum
     std::uint32_t rebaseAt_ = 0;  // the least sum of a position that asks for another one
     bool tooFar_ = false;
     std::size_t segmentEnd_ = 0;
     Behind behind_;
 };
 
-/// Calls give(p, word) for the words of the path that word @p number of the block begins, as long as it returns true;
-/// the number of the word behind the block, 0 when it has returned false.
+/// Calls give(p, word) for the words of the path that word @p number of @p part begins, as long as it returns true;
+/// the number of the word behind the part, 0 when it has returned false.
 template <class Give>
-std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
-    std::size_t base = bases_.size();
-    for (std::size_t p = 0; p != length_;) {
-        Place const& place = places_[p];
-        while (base != 0 && bases_[base - 1].place <= p) --base;
+std::uint32_t BestPathSearch::walk(Part const& part, std::uint32_t number, Give&& give) const {
+    Place const* const places = allPlaces_.begin() + part.firstPlace;
+    unsigned char const* const text = part.text;
+    std::size_t base = part.endBase;
+    for (std::size_t p = 0; p != part.length;) {
+        Place const& place = places[p];
+        while (base != part.firstBase && bases_[base - 1].place <= p) --base;
         Next const next = next_[place.firstWord + number];
-        std::uint32_t connSum = (next & 0xFFFF) + (base != 0 ? bases_[base - 1].sum : end_.baseSum);
+        std::uint32_t connSum = (next & 0xFFFF) + (base != part.firstBase ? bases_[base - 1].sum : part.endSum);
         std::uint32_t length = cache_.cells()[place.words + number].word.shortLength();
         if (length == 0) [[unlikely]]
             length = arcOf(place, number).length();
         if (!give(p, BlockPaths::Word{place.words + number, length, connSum})) return 0;
         p += length;
         for (std::uint32_t left = place.run; left > 1; --left) {
-            connSum -= plain_.kindOf(text_[p]).cost;
-            if (!give(p, BlockPaths::Word{plain_.innerWordOf(text_[p]), 1, connSum})) return 0;
+            connSum -= plain_.kindOf(text[p]).cost;
+            if (!give(p, BlockPaths::Word{plain_.innerWordOf(text[p]), 1, connSum})) return 0;
             ++p;
         }
         number = next >> 16;
@@ -323,23 +373,25 @@ std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
 }
 
 template <class Visit>
-void BestPathSearch::visitPath(Visit&& visit) const {
+void BestPathSearch::visitPath(std::size_t number, Visit&& visit) const {
+    Found const& found = found_[number];
     auto const give = [&](BlockPaths::Word const& word) {
         visit(cache_.cells()[word.cell].word.column, word.length, [&] { return cache_.record(word.cell); });
     };
-    std::uint32_t const number = walk(firstNumber_, [&](std::size_t, BlockPaths::Word const& word) {
+    std::uint32_t const behind = walk(found.part, found.firstNumber, [&](std::size_t, BlockPaths::Word const& word) {
         give(word);
         return true;
     });
-    paths_.read(number, give);
+    paths_.read(behind, give);
 }
 
 template <class Visit>
-void BestPathSearch::readPath(Visit&& visit) {
+void BestPathSearch::readPath(std::size_t number, Visit&& visit) {
+    Found const& found = found_[number];
     // Words wait for their records' addresses, which lie all over the memory.
     std::array<BlockPaths::Word, 16> waiting;
     std::size_t count = 0;
-    std::uint32_t wordSum = pathWordSum_;
+    std::uint32_t wordSum = found.wordSum;
     auto const giveAll = [&] {
         for (std::size_t i = 0; i != count; ++i) {
             BlockPaths::Word const& next = waiting[i];
@@ -356,13 +408,12 @@ void BestPathSearch::readPath(Visit&& visit) {
         waiting[count++] = word;
         if (count == waiting.size()) giveAll();
     };
-    std::uint32_t const number = walk(firstNumber_, [&](std::size_t, BlockPaths::Word const& word) {
+    std::uint32_t const behind = walk(found.part, found.firstNumber, [&](std::size_t, BlockPaths::Word const& word) {
         give(word);
         return true;
     });
-    paths_.read(number, give);
+    paths_.read(behind, give);
     giveAll();
-    forgetPath();
 }
 
 }  // namespace TAVO

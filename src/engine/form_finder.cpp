@@ -7,16 +7,17 @@
 #include <cstring>
 
 namespace TAVO {
-void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
-                        std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache) {
+void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, Starts const& starts,
+                        std::span<std::uint32_t> bundles, BundleCache& cache) {
     pairs_.makeRoom(trie.cellCount());
-    lookUp(text, n, starts);
+    lookUp(starts);
+    std::size_t const count = starts.places.size();
     sought_.clear();
-    sought_.reserve(starts.size());
+    sought_.reserve(count);
     lessons_.clear();
-    batch_.start(starts.size());
-    Search const search{trie, dictionary, text, n, starts, bundles};
-    for (std::uint32_t number = 0; number < starts.size(); ++number) {
+    batch_.start(count);
+    Search const search{trie, dictionary, starts, bundles};
+    for (std::uint32_t number = 0; number < count; ++number) {
         std::uint32_t const pair = pairsAtStarts_[number];
         if (Known const* const known = pairs_.at(numbers_[number], pair))
             startWalk(search, number, *known);
@@ -24,7 +25,7 @@ void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned 
             startLesson(search, number, pair);
     }
     if (!lessons_.empty()) learn(search, cache);
-    batch_.run(trie, text, n);
+    batch_.run(trie, starts.memory);
     findBundles(search, cache);
 }
 
@@ -37,12 +38,12 @@ void FormFinder::search(DicTrie const& trie, std::uint32_t dictionary, unsigned 
     auto const count = static_cast<std::uint32_t>(sought_.size());
     sought_.push({number, known.bundle, {parent, 0, known.length, search.dictionary}});
     batch_.match(count) = {0, known.length};
-    std::uint32_t const p = search.starts[number];
-    std::uint32_t const at = p + known.consumed;
+    PrefixBatch::Place const place{count, search.starts.places[number], known.consumed, search.starts.ends[number]};
     if ((known.state & kTail) == 0) {
-        if (at < search.n) batch_.addWalk(search.trie, count, p, known.consumed, known.state, search.text[at]);
+        if (std::uint32_t const at = place.start + place.length; at < place.end)
+            batch_.addWalk(search.trie, place, known.state, search.starts.memory[at]);
     } else if (known.state != kEnd) {
-        batch_.addTail(search.trie, count, p, known.consumed, known.state & ~kTail);
+        batch_.addTail(search.trie, place, known.state & ~kTail);
     }
 }
 
@@ -64,24 +65,26 @@ void FormFinder::findBundles(Search const& search, BundleCache& cache) {
     for (Sought const& sought : sought_) cache.prefetchSlot(sought.key);
     for (Sought const& sought : sought_) cache.prefetchKey(sought.key);
     for (Sought const& sought : sought_)
-        search.bundles[sought.number] = cache.find(sought.key, search.text + search.starts[sought.number]);
+        search.bundles[sought.number] = cache.find(sought.key, search.textAt(sought.number));
 }
 
-void FormFinder::lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts) {
-    pairsAtStarts_.resizeForOverwrite(starts.size());
-    for (std::size_t number = 0; number < starts.size(); ++number) {
-        std::size_t const p = starts[number];
+void FormFinder::lookUp(Starts const& starts) {
+    std::size_t const count = starts.places.size();
+    pairsAtStarts_.resizeForOverwrite(count);
+    for (std::size_t number = 0; number < count; ++number) {
+        unsigned char const* const text = starts.memory + starts.places[number];
+        std::uint32_t const left = starts.ends[number] - starts.places[number];
         std::uint32_t pair = 0;
-        if (p + sizeof(pair) <= n)
-            pair = loadU32(text + p);
+        if (left >= sizeof(pair))
+            pair = loadU32(text);
         else
-            for (std::size_t i = 0; i < n - p; ++i) pair |= std::uint32_t{text[p + i]} << 8 * i;
-        if (text[p] < 0x80) pair &= 0xFFFF;
+            for (std::uint32_t i = 0; i < left; ++i) pair |= std::uint32_t{text[i]} << 8 * i;
+        if (text[0] < 0x80) pair &= 0xFFFF;
         pairsAtStarts_[number] = pair;
         pairs_.prefetch(pair);
     }
-    numbers_.resizeForOverwrite(starts.size());
-    for (std::size_t number = 0; number < starts.size(); ++number)
+    numbers_.resizeForOverwrite(count);
+    for (std::size_t number = 0; number < count; ++number)
         numbers_[number] = pairs_.numberOf(pairsAtStarts_[number]);
 }
 
@@ -98,7 +101,7 @@ void FormFinder::learn(Search const& search, BundleCache& cache) {
     for (unsigned consumed = 1; consumed <= sizeof(Lesson::pair); ++consumed) {
         for (Lesson& lesson : lessons_)
             if (lesson.goesOn) step(lesson, consumed, trie);
-        batch_.step(trie, search.text, search.n);  // meanwhile what the lessons wait for comes
+        batch_.step(trie, search.starts.memory);  // meanwhile what the lessons wait for comes
     }
     for (Lesson& lesson : lessons_) {
         if ((lesson.known.state & kTail) != 0 && lesson.known.state != kEnd) endTail(lesson, trie);
@@ -108,8 +111,8 @@ void FormFinder::learn(Search const& search, BundleCache& cache) {
         if (lesson.known.length != 0) cache.prefetchKey(lesson.key(search.dictionary));
     for (Lesson& lesson : lessons_) {
         Known& known = lesson.known;
-        unsigned char const* const text = search.text + search.starts[lesson.number];
-        if (known.length != 0) known.bundle = cache.find(lesson.key(search.dictionary), text);
+        if (known.length != 0)
+            known.bundle = cache.find(lesson.key(search.dictionary), search.textAt(lesson.number));
         // Forms of the first character alone are those of all pairs that begin so and that no form goes on from.
         bool const ofFirst = known.state == kEnd && known.length <= 2 && (lesson.pair & 0x80) != 0;
         pairs_.add(lesson.pair, known, ofFirst);

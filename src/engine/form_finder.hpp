@@ -21,10 +21,15 @@ public:
     /// Forgets what it remembers, as must be done when the BundleCache forgets.
     void clear() noexcept { pairs_.clear(); }
 
-    /// Adds the forms of @p trie, dictionary number @p dictionary, to the bundles of places: @p bundles
-    /// are those of @p starts in the @p n bytes at @p text.
-    void search(DicTrie const& trie, std::uint32_t dictionary, unsigned char const* text, std::size_t n,
-                std::span<std::uint32_t const> starts, std::span<std::uint32_t> bundles, BundleCache& cache);
+    /// Where forms are looked for: places of texts that stand in one piece of memory.
+    struct Starts {
+        unsigned char const* memory;
+        std::span<std::uint32_t const> places;  ///< counted from @p memory
+        std::span<std::uint32_t const> ends;    ///< where the text of each place ends
+    };
+    /// Adds the forms of @p trie, dictionary number @p dictionary, to the @p bundles of @p starts.
+    void search(DicTrie const& trie, std::uint32_t dictionary, Starts const& starts, std::span<std::uint32_t> bundles,
+                BundleCache& cache);
 
 private:
     // Known::state: a node, or kTail and the index of a leaf cell, or kEnd.
@@ -36,10 +41,12 @@ private:
     struct Search {
         DicTrie const& trie;
         std::uint32_t dictionary;
-        unsigned char const* text;
-        std::size_t n;
-        std::span<std::uint32_t const> starts;
+        Starts const& starts;
         std::span<std::uint32_t> bundles;
+
+        unsigned char const* textAt(std::uint32_t number) const noexcept {
+            return starts.memory + starts.places[number];
+        }
     };
     struct Sought {
         std::uint32_t number;  // of the start
@@ -61,7 +68,7 @@ private:
         }
     };
 
-    void lookUp(unsigned char const* text, std::size_t n, std::span<std::uint32_t const> starts);
+    void lookUp(Starts const& starts);
     void startWalk(Search const& search, std::uint32_t number, Known const& known);
     void startLesson(Search const& search, std::uint32_t number, std::uint32_t pair);
     void learn(Search const& search, BundleCache& cache);

@@ -6,6 +6,7 @@
 
 #include <tavo/error.hpp>
 
+#include <functional>
 #include <string>
 
 namespace TAVO {
@@ -20,24 +21,35 @@ void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet co
 void Lattice::clear() noexcept {
     pool_.clear();
     candidates_.clear();
-    search_.forgetPath();
+    search_.forgetPaths();
 }
 
-void Lattice::search(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
-    checkSearchable(sentence, table, dics);
-    sentence.bestStart = nullptr;
-    sentence.unread = false;
-    if (sentence.text.empty()) return;
-    switch (search_.search(sentence.text, *table, dics)) {
-        case BestPathSearch::Result::kFound:
-            sentence.unread = true;
-            break;
-        case BestPathSearch::Result::kNothing:
-            break;
-        case BestPathSearch::Result::kTooFar: {
-            LatticeConstraints const none;
-            ConstrainedSearch(pool_, *table, none).build(sentence, dics);
-        }
+bool Lattice::belongTogether(std::string_view first, std::string_view next) const noexcept {
+    constexpr std::size_t kMostBytes = 16384;  // paths wait in the caches
+    return !search_.isLong(first.size()) && !search_.isLong(next.size()) && std::less<>()(first.data(), next.data()) &&
+           static_cast<std::size_t>(next.data() + next.size() - first.data()) <= kMostBytes;
+}
+
+void Lattice::search(std::span<Sentence> sentences, ConnTable const* table, DicSet const& dics) {
+    texts_.clear();
+    for (Sentence& sentence : sentences) {
+        checkSearchable(sentence, table, dics);
+        sentence.bestStart = nullptr;
+        sentence.unread = false;
+        if (!sentence.text.empty()) texts_.push_back(sentence.text);
+    }
+    if (texts_.empty()) return;
+    results_.resize(texts_.size());
+    search_.search(texts_, *table, dics, results_);
+    std::uint32_t number = 0;
+    for (Sentence& sentence : sentences) {
+        if (sentence.text.empty()) continue;
+        BestPathSearch::Result const result = results_[number];
+        sentence.unread = result == BestPathSearch::Result::kFound;
+        sentence.unreadNumber = number++;
+        if (result != BestPathSearch::Result::kTooFar) continue;
+        LatticeConstraints const none;
+        ConstrainedSearch(pool_, *table, none).build(sentence, dics);
     }
 }
 
@@ -45,7 +57,7 @@ void Lattice::read(Sentence& sentence) {
     if (!sentence.unread) return;
     LatticeNode const* first = nullptr;
     LatticeNode const** link = &first;
-    search_.readPath([&](BestPathSearch::PathWord const& word) {
+    search_.readPath(sentence.unreadNumber, [&](BestPathSearch::PathWord const& word) {
         pool_.beginPosition();
         LatticeNode& node = pool_.make();
         node.record = word.record;

@@ -47,23 +47,28 @@ public:
     /// asks for them. Throws tavo_not_ready without table or dictionary,
     /// too_long_string beyond kMaxSentenceBytes, bad_alloc.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics) {
-        search(sentence, table, dics);
+        search({&sentence, 1}, table, dics);
         read(sentence);
     }
-    /// The same, but a best path may stay unread: until read(), which must come before the next search.
-    void search(Sentence& sentence, ConnTable const* table, DicSet const& dics);
+    /// The same for sentences that stand side by side, as many as belongTogether() tells. Best paths may stay unread:
+    /// until read(), which must come before the next search.
+    void search(std::span<Sentence> sentences, ConnTable const* table, DicSet const& dics);
+    /// True when the text @p next may be searched together with others before it, of which @p first is the first one.
+    bool belongTogether(std::string_view first, std::string_view next) const noexcept;
     /// Adds the nodes of @p sentence's path if it is unread. Throws bad_alloc, after which it still is.
     void read(Sentence& sentence);
-    /// Calls visit(column, length, record) for each word of the unread path, which stays unread; record() finds the
-    /// word's record, which takes time.
+    /// Calls visit(column, length, record) for each word of @p sentence's unread path, which stays unread; record()
+    /// finds the word's record, which takes time.
     template <class Visit>
-    void visitUnread(Visit&& visit) const {
-        search_.visitPath(visit);
+    void visitUnread(Sentence const& sentence, Visit&& visit) const {
+        search_.visitPath(sentence.unreadNumber, visit);
     }
     /// True while @p table and @p dics are those that the unread path was searched with.
     bool isAttached(ConnTable const& table, DicSet const& dics) const { return search_.isAttached(table, dics); }
-    /// Column of the unread path's first word.
-    std::uint16_t firstUnread() const noexcept { return search_.firstColumn(); }
+    /// Column of the first word of @p sentence's unread path.
+    std::uint16_t firstUnread(Sentence const& sentence) const noexcept {
+        return search_.firstColumn(sentence.unreadNumber);
+    }
     /// build() with all candidates and under constraints, forced ones where
     /// nothing else gives a path.
     void build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints);
@@ -84,6 +89,9 @@ public:
 private:
     NodePool pool_;
     BestPathSearch search_;
+    // Of the sentences at work that are not empty.
+    std::vector<std::string_view> texts_;
+    std::vector<BestPathSearch::Result> results_;
     CandidateTable candidates_;
 };
 

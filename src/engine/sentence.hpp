@@ -27,6 +27,8 @@ struct Sentence {
     LatticeNode const* bestStart = nullptr;
     /// There is a best path, of which only the Lattice knows as yet.
     bool unread = false;
+    std::uint32_t unreadNumber = 0;  ///< among those that were searched together
+    bool hasPath() const noexcept { return unread || bestStart != nullptr; }
     /// Of an all-paths lattice: the first of the sentence's edge lists, and its
     /// last one, which leads to the words that may begin the sentence.
     std::uint32_t firstEdgeList = 0;

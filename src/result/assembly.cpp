@@ -43,7 +43,7 @@ bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& contex
     LengthJoiner joiner(context.reduce, out);
     char const* text = sentence.text.data();
     if (sentence.unread)
-        context.lattice.visitUnread([&](std::uint16_t column, std::uint32_t length, auto const& record) {
+        context.lattice.visitUnread(sentence, [&](std::uint16_t column, std::uint32_t length, auto const& record) {
             std::uint32_t const pid = context.reduce.mayBeMember(column) ? MrphDic(record()).pid() : 0;
             joiner.append(pid, {text, length}, length);
             text += length;

@@ -38,7 +38,7 @@ struct Rules : ResultWorld {
         EXPECT_EQ(lengths, expected) << text;
         Sentence unread;
         unread.given = unread.text = kept;
-        context.lattice.search(unread, context.connTable, context.dics);
+        context.lattice.search({&unread, 1}, context.connTable, context.dics);
         context.reduce.bindColumns(*context.connTable);
         lengths.clear();
         EXPECT_TRUE(appendLengths(lengths, context, unread));
