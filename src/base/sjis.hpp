@@ -23,6 +23,15 @@ constexpr std::size_t charWidth(std::string_view text, std::size_t pos) noexcept
     return isLeadByte(text[pos]) && pos + 1 < text.size() && text[pos + 1] != '\0' ? 2 : 1;
 }
 
+/// True when the byte at @p pos (0..text.size()), if it is not NUL, is or would be the second one of a two-byte
+/// character.
+constexpr bool isInsideCharacter(std::string_view text, std::size_t pos) noexcept {
+    // A byte that is no lead byte ends a character, whichever it is of.
+    std::size_t first = pos;
+    while (first != 0 && isLeadByte(text[first - 1])) --first;
+    return (pos - first) % 2 != 0;
+}
+
 /// Position of the first one-byte character of @p text, from @p pos on, that is
 /// one of @p marks; npos when there is none.
 constexpr std::size_t findMark(std::string_view text, std::string_view marks, std::size_t pos = 0) noexcept {

@@ -46,7 +46,8 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
 bool Tavo::Impl::searchesAlone(bool nBest) const {
     Settings const& settings = context.settings;
     bool const allPaths = nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
-    return allPaths || mayHaveMarks() || (settings.mode(Mode::DeleteCRLF) == 1 && settings.mode(Mode::DelimitCRLF) == 0);
+    return allPaths || mayHaveMarks() ||
+           (settings.mode(Mode::DeleteCRLF) == 1 && settings.mode(Mode::DelimitCRLF) == 0);
 }
 
 void Tavo::Impl::addToGroup(std::string_view piece) {
@@ -136,8 +137,7 @@ void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
 
 void Tavo::Impl::setBeginCost(Sentence& sentence, bool forced) const {
     if (!sentence.hasPath()) return;
-    std::uint16_t const column =
-        sentence.unread ? context.lattice.firstUnread(sentence) : sentence.bestStart->column;
+    std::uint16_t const column = sentence.unread ? context.lattice.firstUnread(sentence) : sentence.bestStart->column;
     std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
     sentence.beginCost = LatticeConstraints::connection(context.connTable->rowStart(beginRow)[column], forced);
 }

@@ -58,7 +58,8 @@ void PrefixBatch::endTails(DicTrie const& trie, unsigned char const* text) {
         DicTrie::Tail const tail = trie.tailOf(trie.cell(walk.index));
         std::size_t const at = std::size_t{place.start} + place.length;
         // The chain comes first: with it, the tail's bytes are readable.
-        if (!tail.chain || tail.length > place.end - at || std::memcmp(tail.bytes, text + at, tail.length) != 0) continue;
+        if (!tail.chain || tail.length > place.end - at || std::memcmp(tail.bytes, text + at, tail.length) != 0)
+            continue;
         matches_[place.search] = {walk.index, place.length + static_cast<std::uint32_t>(tail.length)};
     }
 }

@@ -187,8 +187,8 @@ inline void BestPathSearch::scanInside(std::size_t p) {
     SearchTable::ShortForm const& single = table_.byteForm(text_[p], *dics_);
     reach_[p + 1] |= single.enters;
     if (p + 1 == length_) return;
-    // Most second bytes begin nothing longer, but which ones do a branch would often foretell wrong. No form begins with
-    // NUL.
+    // Most second bytes begin nothing longer, but which ones do a branch would often foretell wrong. No form begins
+    // with NUL.
     unsigned const longer = single.longer ? 0xFF : 0;
     SearchTable::ShortForm const& pair = table_.pairForm(static_cast<unsigned char>(text_[p] & longer),
                                                          static_cast<unsigned char>(text_[p + 1] & longer), *dics_);

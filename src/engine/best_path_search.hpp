@@ -62,7 +62,7 @@ public:
     };
 
     /// Searched at once in the dictionaries; few enough for what they find to stay in the cache.
-    static constexpr std::size_t kWindow = 256;
+    static constexpr std::size_t kWindow = 512;
     /// How texts are searched: a long one in parts of at least so many bytes, 1 or more.
     struct Parts {
         std::size_t segment = 256;
@@ -76,9 +76,9 @@ public:
     BestPathSearch() = default;
     explicit BestPathSearch(Parts const& parts) : parts_(parts) {}
 
-    /// Searches a group, whose paths take the place of the last one's, and notes the results. No text is empty or longer
-    /// than kMaxSentenceBytes. They stand one behind the other, with whatever between them, in one piece of memory of
-    /// less than 4 GB; one that has to be searched in blocks is a group of its own.
+    /// Searches a group, whose paths take the place of the last one's, and notes the results. No text is empty or
+    /// longer than kMaxSentenceBytes. They stand one behind the other, with whatever between them, in one piece of
+    /// memory of less than 4 GB; one that has to be searched in blocks is a group of its own.
     void search(std::span<std::string_view const> texts, ConnTable const& table, DicSet const& dics,
                 std::span<Result> results);
     /// True when a text of so many bytes may be searched in blocks.
@@ -321,7 +321,8 @@ private:
     std::uint32_t firstNumber_ = 0;
     std::uint32_t pathWordSum_ = 0;
 
-    // The positions whose forms were looked up, when arcs are collected; they count from memory_. Runs are between them.
+    // The positions whose forms were looked up, when arcs are collected; they count from memory_. Runs are between
+    // them.
     std::array<std::uint32_t, kWindow> starts_{};
     std::array<std::uint32_t, kWindow> ends_{};  // of their texts
     std::array<std::uint8_t, kWindow> widths_{};

@@ -84,8 +84,7 @@ void FormFinder::lookUp(Starts const& starts) {
         pairs_.prefetch(pair);
     }
     numbers_.resizeForOverwrite(count);
-    for (std::size_t number = 0; number < count; ++number)
-        numbers_[number] = pairs_.numberOf(pairsAtStarts_[number]);
+    for (std::size_t number = 0; number < count; ++number) numbers_[number] = pairs_.numberOf(pairsAtStarts_[number]);
 }
 
 inline void FormFinder::startLesson(Search const& search, std::uint32_t number, std::uint32_t pair) {
@@ -111,8 +110,7 @@ void FormFinder::learn(Search const& search, BundleCache& cache) {
         if (lesson.known.length != 0) cache.prefetchKey(lesson.key(search.dictionary));
     for (Lesson& lesson : lessons_) {
         Known& known = lesson.known;
-        if (known.length != 0)
-            known.bundle = cache.find(lesson.key(search.dictionary), search.textAt(lesson.number));
+        if (known.length != 0) known.bundle = cache.find(lesson.key(search.dictionary), search.textAt(lesson.number));
         // Forms of the first character alone are those of all pairs that begin so and that no form goes on from.
         bool const ofFirst = known.state == kEnd && known.length <= 2 && (lesson.pair & 0x80) != 0;
         pairs_.add(lesson.pair, known, ofFirst);

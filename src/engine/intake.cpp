@@ -15,6 +15,29 @@ std::size_t delimiterAt(std::string_view text, std::size_t pos, std::vector<std:
     return 0;
 }
 
+/// The line breaks of a text, one after the other.
+class LineBreaks {
+public:
+    explicit LineBreaks(std::string_view text) : text_(text), cr_(find('\r', 0)), lf_(find('\n', 0)) {}
+
+    /// Position of the first CR or LF from @p pos on, which never decreases; npos when there is none.
+    std::size_t next(std::size_t pos) {
+        if (cr_ < pos) cr_ = find('\r', pos);
+        if (lf_ < pos) lf_ = find('\n', pos);
+        return std::min(cr_, lf_);
+    }
+
+private:
+    std::size_t find(char mark, std::size_t pos) const {
+        pos = text_.find(mark, pos);
+        while (pos != npos && isInsideCharacter(text_, pos)) pos = text_.find(mark, pos + 1);
+        return pos;
+    }
+
+    std::string_view text_;
+    std::size_t cr_, lf_;
+};
+
 using PieceSink = std::function<void(std::string_view)>;
 
 class Splitter {
@@ -60,8 +83,8 @@ void splitText(std::string_view text, Settings const& settings, PieceSink const&
     std::size_t start = 0;
     if (settings.mode(Mode::DelimitCRLF) == 1) {
         bool const drop = settings.mode(Mode::DeleteCRLF) == 1;
-        for (std::size_t pos = findMark(text, "\r\n"); pos != std::string_view::npos;
-             pos = findMark(text, "\r\n", start)) {
+        LineBreaks breaks(text);
+        for (std::size_t pos = breaks.next(0); pos != npos; pos = breaks.next(start)) {
             std::size_t const end = pos + (text.substr(pos).starts_with("\r\n") ? 2 : 1);
             split(text.substr(start, (drop ? pos : end) - start));
             start = end;

@@ -77,6 +77,7 @@ Result resultOf(Lattice const& lattice, Sentence const& sentence, Attached const
 BestPathSearch::Parts randomParts(Random& random) {
     BestPathSearch::Parts parts{1 + random.below(12), 1 + random.below(24)};
     if (random.below(3) == 0) parts.wide = false;
+    if (random.below(2) == 0) parts.window = 1 + random.below(12);
     return parts;
 }
 
@@ -110,6 +111,62 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
             ASSERT_EQ(resultOf(lattice, sentence, attached),
                       resultOf(referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction())));
         });
+}
+
+/// Lengths of the words of an unread path, of which the first one's column must be told.
+std::vector<std::size_t> unreadLengths(Lattice const& lattice, Sentence const& sentence) {
+    std::vector<std::size_t> lengths;
+    lattice.visitUnread(sentence, [&](std::uint16_t column, std::uint32_t length, auto const&) {
+        EXPECT_TRUE(!lengths.empty() || column == lattice.firstUnread(sentence));
+        lengths.push_back(length);
+    });
+    return lengths;
+}
+
+// Sentences side by side, with and without something between them, are what each of them is alone.
+TEST(LatticeProperty, GroupsAgreeWithTheReferenceOnRandomWorlds) {
+    for (unsigned seed = 1; seed <= 2000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        Random random(seed);
+        World const world = randomWorld(random);
+        Attached const attached(world);
+        Lattice lattice(0, randomParts(random));
+        for (unsigned groups = 0; groups < 2; ++groups) {
+            std::string memory;
+            std::vector<std::pair<std::size_t, std::size_t>> places;
+            for (unsigned n = 1 + random.below(7); n > 0; --n) {
+                std::string const text = world.plainLetters ? random.latin(20) : random.bytes(16, true);
+                places.emplace_back(memory.size(), text.size());
+                memory += text + random.bytes(2, true).substr(random.below(2));
+            }
+            std::vector<Sentence> sentences;
+            for (auto const& [begin, size] : places) {
+                Sentence& sentence = sentences.emplace_back();
+                sentence.text = std::string_view(memory).substr(begin, size);
+                if (!lattice.belongTogether(sentences.front().text, sentence.text)) {
+                    sentences.pop_back();
+                    break;
+                }
+            }
+            lattice.search(sentences, attached.table.get(), attached.dics);
+            while (!sentences.empty()) {
+                std::size_t const at = random.below(static_cast<unsigned>(sentences.size()));
+                Sentence& sentence = sentences[at];
+                SCOPED_TRACE("text " + testing::PrintToString(std::string(sentence.text)));
+                std::vector<std::size_t> const lengths =
+                    sentence.unread ? unreadLengths(lattice, sentence) : std::vector<std::size_t>();
+                bool const wasUnread = sentence.unread;
+                lattice.read(sentence);
+                ReferenceLattice const expected =
+                    referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction());
+                ASSERT_EQ(resultOf(lattice, sentence, attached), resultOf(expected));
+                std::vector<std::size_t> pathLengths;
+                for (LatticeNode const* node : bestPath(sentence)) pathLengths.push_back(node->length);
+                ASSERT_TRUE(!wasUnread || lengths == pathLengths);
+                sentences.erase(sentences.begin() + static_cast<std::ptrdiff_t>(at));
+            }
+        }
+    }
 }
 
 /// The paths alone; all candidates of a long text would be too many to compare.

@@ -1,11 +1,10 @@
 #include "block_analyser.hpp"
 
-#include "token.hpp"
-
 #include "base/sjis.hpp"
 #include "engine/all_paths.hpp"
 
 #include <cstring>
+#include <utility>
 
 namespace tool {
 
@@ -28,7 +27,8 @@ BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& o
       encoding_(options.encoding),
       nBest_(options.nBest),
       writer_(makeLineWriter(options, analyser_)),
-      tagged_(analyser_.getTaggedInputMode() == 1) {}
+      tagged_(analyser_.getTaggedInputMode() == 1),
+      alone_(nBest_ != 0 || tagged_ || *analyser_.getCommentRulePath() != '\0') {}
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     BlockReport report;
@@ -42,22 +42,63 @@ BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
         // CR LF is a line break as a whole; any other CR is text.
         bool const carriageReturn = complete && line.ends_with('\r');
         if (carriageReturn) line.remove_suffix(1);
-
-        ++report.lines;
-        if (nBest_ == 0) {
-            writeBest(line, carriageReturn, out);
-        } else if (!writeNBest(line, carriageReturn, out)) {
-            if (report.longLines++ == 0) report.firstLongLine = report.lines;
-            writeBest(line, carriageReturn, out);
-        }
-        writer_->endLine(out);
-        if (invalidBytes_ != 0) {
-            if (report.invalidBytes == 0) report.firstInvalidLine = report.lines;
-            report.invalidBytes += invalidBytes_;
-            invalidBytes_ = 0;
-        }
+        if (addLine({line, carriageReturn}, report, out)) continue;
+        writeLines(report, out);
+        writeAlone({line, carriageReturn}, report, out);
     }
+    writeLines(report, out);
     return report;
+}
+
+bool BlockAnalyser::addLine(Line const& line, BlockReport& report, OutBuffer& out) {
+    std::string_view const text = line.text;
+    // A CR in the text would be taken for a line break.
+    if (alone_ || text.size() > kMostTogether || std::memchr(text.data(), '\r', text.size()) != nullptr) return false;
+    if (!lines_.empty() && text.data() + text.size() > lines_.front().text.data() + kMostTogether)
+        writeLines(report, out);
+    if (lines_.empty()) text_.startLines(text.data());
+    std::size_t const invalidBytes = text_.invalidBytes();
+    LineText::Range const sjis = encoding_ == Encoding::Sjis ? text_.addSjis(text) : text_.addUtf8(text);
+    lines_.push_back({text, line.carriageReturn, sjis, text_.invalidBytes() - invalidBytes});
+    // Half a character at its end would take the line break in.
+    if (TAVO::isInsideCharacter(text_.sjis(), sjis.end)) writeLines(report, out);
+    return true;
+}
+
+void BlockAnalyser::writeLines(BlockReport& report, OutBuffer& out) {
+    if (lines_.empty()) return;
+    delimitLines(true);
+    char const* const sjis = text_.sjis().data();
+    analyser_.analyze(sjis, static_cast<int>(text_.sjis().size()));
+    auto const count = static_cast<int>(analyser_.getSentenceCount());
+    int sentence = 0;
+    for (Line const& line : lines_) {
+        int const first = sentence;
+        while (sentence != count && analyser_.getSentencePtrWithoutNullEnd(sentence) < sjis + line.sjis.end) ++sentence;
+        beginLine(line.text, out);
+        writer_->beginAnalysis({1, nullptr}, out);
+        writer_->writePiece({text_, analyser_, {first, sentence, line.sjis.begin}}, out);
+        writer_->endAnalysis(line.carriageReturn, out);
+        writer_->endLine(out);
+        report.add(line.invalidBytes);
+    }
+    lines_.clear();
+}
+
+void BlockAnalyser::writeAlone(Line const& line, BlockReport& report, OutBuffer& out) {
+    delimitLines(false);
+    bool const isLong = nBest_ != 0 && !writeNBest(line.text, line.carriageReturn, out);
+    if (nBest_ == 0 || isLong) writeBest(line.text, line.carriageReturn, out);
+    writer_->endLine(out);
+    report.add(std::exchange(invalidBytes_, 0));
+    if (isLong && report.longLines++ == 0) report.firstLongLine = report.lines;
+}
+
+void BlockAnalyser::delimitLines(bool delimit) {
+    if (delimitsLines_ == delimit) return;
+    analyser_.setDelimitCRLFMode(delimit ? 1 : 0);
+    analyser_.setDeleteCRLFMode(delimit ? 1 : 0);
+    delimitsLines_ = delimit;
 }
 
 void BlockAnalyser::convert(std::string_view piece) {
@@ -67,6 +108,8 @@ void BlockAnalyser::convert(std::string_view piece) {
 }
 
 LineText const& BlockAnalyser::shownText() { return tagged_ ? taggedLine_.strip(text_, analyser_) : text_; }
+
+Sentences BlockAnalyser::allSentences() const { return {0, static_cast<int>(analyser_.getSentenceCount()), 0}; }
 
 void BlockAnalyser::beginLine(std::string_view line, OutBuffer& out) {
     writer_->beginLine(tagged_ ? taggedLine_.plainText() : line, out);
@@ -83,7 +126,7 @@ void BlockAnalyser::writeBest(std::string_view line, bool carriageReturn, OutBuf
             beginLine(line, out);
             writer_->beginAnalysis({1, nullptr}, out);
         }
-        writer_->writePiece({shown, analyser_}, out);
+        writer_->writePiece({shown, analyser_, allSentences()}, out);
         rest.remove_prefix(piece.size());
     } while (!rest.empty());
     writer_->endAnalysis(carriageReturn, out);
@@ -105,7 +148,7 @@ bool BlockAnalyser::writeNBest(std::string_view line, bool carriageReturn, OutBu
     for (std::size_t i = 0; i < analyses_.size(); ++i) {
         // Without morphemes there is no path that could cost something.
         writer_->beginAnalysis({i + 1, analyses_[i].empty() ? nullptr : &costs_[i]}, out);
-        writer_->writePiece({shown, analyser_, &analyses_[i]}, out);
+        writer_->writePiece({shown, analyser_, allSentences(), &analyses_[i]}, out);
         writer_->endAnalysis(carriageReturn, out);
     }
     return true;

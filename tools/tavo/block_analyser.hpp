@@ -6,6 +6,7 @@
 #include "line_writer.hpp"
 #include "out_buffer.hpp"
 #include "tagged_line.hpp"
+#include "token.hpp"
 
 #include <tavo/tavo.hpp>
 
@@ -23,6 +24,13 @@ struct BlockReport {
     std::size_t firstInvalidLine = 0;  // 1-based in the block; 0 when there is none
     std::size_t longLines = 0;         // too long for more than the best analysis
     std::size_t firstLongLine = 0;     // as firstInvalidLine
+
+    /// Adds a line with so many bytes that are not text.
+    void add(std::size_t invalid) noexcept {
+        ++lines;
+        if (invalid != 0 && invalidBytes == 0) firstInvalidLine = lines;
+        invalidBytes += invalid;
+    }
 };
 
 /// The length of the piece of @p line to analyse next: all of it, or at most
@@ -44,9 +52,27 @@ public:
     BlockReport run(std::string_view block, OutBuffer& out);
 
 private:
+    /// A line as it was read.
+    struct Line {
+        std::string_view text;
+        bool carriageReturn;  // CR LF ends it
+        LineText::Range sjis{};
+        std::size_t invalidBytes = 0;
+    };
+    /// Short lines are analysed together, with at most so many bytes.
+    static constexpr std::size_t kMostTogether = 4096;
+
+    /// Adds @p line to those to be analysed together; false when it must be analysed alone.
+    bool addLine(Line const& line, BlockReport& report, OutBuffer& out);
+    /// Analyses and writes those added.
+    void writeLines(BlockReport& report, OutBuffer& out);
+    void writeAlone(Line const& line, BlockReport& report, OutBuffer& out);
+    /// Lets line breaks end sentences, or be text.
+    void delimitLines(bool delimit);
     void convert(std::string_view piece);
     /// The text of the last analysis, without mark-up.
     LineText const& shownText();
+    Sentences allSentences() const;
     void beginLine(std::string_view line, OutBuffer& out);
     void writeBest(std::string_view line, bool carriageReturn, OutBuffer& out);
     /// False, and nothing is written, when the line is too long.
@@ -57,6 +83,9 @@ private:
     int nBest_;
     std::unique_ptr<LineWriter> writer_;
     bool tagged_;
+    bool alone_;  // each line
+    bool delimitsLines_ = false;
+    std::vector<Line> lines_;
     LineText text_;
     TaggedLine taggedLine_;
     std::size_t invalidBytes_ = 0;  // of the line at work

@@ -44,31 +44,48 @@ struct LineText::Cursor {
     }
 };
 
-void LineText::assignSjis(std::string_view line) noexcept {
-    original_ = sjis_ = line;
+void LineText::startLines(char const* first) noexcept {
+    original_ = {first, 0};
+    sjis_ = {};
     utf8_ = false;
     invalidBytes_ = 0;
 }
 
-void LineText::grow(std::size_t lineBytes) {
-    // No character has more Shift_JIS bytes than UTF-8 bytes; the stores of the
-    // fast paths reach beyond the end.
-    capacity_ = std::max(lineBytes, capacity_ * 2) + 4 * kPaddingBytes;
-    bytes_ = std::make_unique_for_overwrite<char[]>(capacity_);
-    offsets_ = std::make_unique_for_overwrite<std::uint32_t[]>(capacity_);
+LineText::Range LineText::addSjis(std::string_view line) noexcept {
+    auto const begin = static_cast<std::size_t>(line.data() - original_.data());
+    original_ = sjis_ = {original_.data(), begin + line.size()};
+    return {begin, sjis_.size()};
 }
 
-void LineText::assignUtf8(std::string_view line) {
-    if (capacity_ < line.size() + 4 * kPaddingBytes) grow(line.size());
-    original_ = line;
-    utf8_ = true;
-    invalidBytes_ = 0;
+/// Room for @p bytes; what is there stays.
+void LineText::grow(std::size_t bytes) {
+    // No character has more Shift_JIS bytes than UTF-8 bytes; the stores of the
+    // fast paths reach beyond the end.
+    capacity_ = std::max(bytes, capacity_ * 2) + 4 * kPaddingBytes;
+    auto moved = std::make_unique_for_overwrite<char[]>(capacity_);
+    auto offsets = std::make_unique_for_overwrite<std::uint32_t[]>(capacity_);
+    std::copy_n(bytes_.get(), sjis_.size(), moved.get());
+    std::copy_n(offsets_.get(), sjis_.size(), offsets.get());
+    bytes_ = std::move(moved);
+    offsets_ = std::move(offsets);
+}
 
-    Cursor at{line.data(), bytes_.get(), offsets_.get()};
+LineText::Range LineText::addUtf8(std::string_view line) {
+    std::size_t size = sjis_.size();
+    if (capacity_ < size + 1 + line.size() + 4 * kPaddingBytes) grow(size + 1 + line.size());
+    if (size != 0) {
+        offsets_[size] = static_cast<std::uint32_t>(original_.size());
+        bytes_[size++] = '\n';
+    }
+    original_ = {original_.data(), static_cast<std::size_t>(line.data() + line.size() - original_.data())};
+    utf8_ = true;
+    line_ = bytes_.get() + size;
+
+    Cursor at{line.data(), bytes_.get() + size, offsets_.get() + size};
     char const* const end = line.data() + line.size();
     while (at.in < end) {
         std::uint32_t const w = TAVO::loadU32(TAVO::asBytes(at.in));
-        std::uint32_t const position = at.position(line);
+        std::uint32_t const position = at.position(original_);
         if ((w & 0x00C0C0F0U) == 0x008080E0U) {
             std::uint32_t const character = (w & 0xFU) << 12 | (w >> 2 & 0xFC0U) | (w >> 16 & 0x3FU);
             std::uint16_t const code = kCp932FromUnicode[character];
@@ -88,16 +105,18 @@ void LineText::assignUtf8(std::string_view line) {
         }
         convertRare(at);
     }
-    if (at.out == bytes_.get() && !line.empty()) {
+    auto const lineEnd = static_cast<std::uint32_t>(original_.size());
+    if (at.out == line_ && !line.empty()) {
         // Nothing but characters that belong to a neighbour, and no neighbour.
         std::memcpy(at.out, kUnknownCharacter, 2);
-        at.offset[1] = static_cast<std::uint32_t>(line.size());
+        at.offset[1] = lineEnd;
         at.out += 2;
         at.offset += 2;
     }
-    *at.offset = static_cast<std::uint32_t>(line.size());
-    offsets_[0] = 0;
+    *at.offset = lineEnd;
+    offsets_[size] = static_cast<std::uint32_t>(lineEnd - line.size());
     sjis_ = {bytes_.get(), static_cast<std::size_t>(at.out - bytes_.get())};
+    return {size, sjis_.size()};
 }
 
 /// Everything but ASCII and three-byte sequences of two-byte codes.
@@ -112,7 +131,7 @@ void LineText::convertRare(Cursor& at) {
         *at.offset++ = position;
         return;
     }
-    bool const afterTwoBytes = at.out - bytes_.get() >= 2 && at.offset[-1] == position;
+    bool const afterTwoBytes = at.out - line_ >= 2 && at.offset[-1] == position;
     if (isZeroWidth(c.character)) {
         if (!afterTwoBytes) return;
         at.offset[-1] = position + c.bytes;
@@ -142,6 +161,7 @@ void LineText::convertRare(Cursor& at) {
 void LineText::assignParts(LineText const& source, std::vector<Part> const& parts) {
     std::size_t total = 0;
     for (Part const& part : parts) total += part.begin == part.end ? 1 : part.end - part.begin;
+    sjis_ = {};
     if (capacity_ < total + 4 * kPaddingBytes) grow(total);
     parts_.clear();
     std::size_t size = 0;

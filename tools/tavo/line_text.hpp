@@ -1,4 +1,4 @@
-// One piece of a line of input: the Shift_JIS bytes that are analysed, and the
+// Lines of input, or a piece of one: the Shift_JIS bytes that are analysed, and the
 // way back from them to the bytes that were read.
 #ifndef TAVO_TOOL_LINE_TEXT_HPP
 #define TAVO_TOOL_LINE_TEXT_HPP
@@ -38,9 +38,26 @@ public:
     /// Converts @p line, at most 2^32 - 1 bytes, which must stay unchanged while
     /// this text is used. kPaddingBytes bytes behind it must be readable, the
     /// first of them no UTF-8 continuation byte.
-    void assignUtf8(std::string_view line);
+    void assignUtf8(std::string_view line) {
+        startLines(line.data());
+        addUtf8(line);
+    }
     /// Takes Shift_JIS bytes as they are.
-    void assignSjis(std::string_view line) noexcept;
+    void assignSjis(std::string_view line) noexcept {
+        startLines(line.data());
+        addSjis(line);
+    }
+
+    /// Becomes a text of several lines, of which the first one starts at @p first. Each line is as one alone; between
+    /// two of them stands a line break.
+    void startLines(char const* first) noexcept;
+    /// Bytes [begin, end) of sjis().
+    struct Range {
+        std::size_t begin, end;
+    };
+    /// Adds a line as assignUtf8() takes it, which stands in memory behind those before.
+    Range addUtf8(std::string_view line);
+    Range addSjis(std::string_view line) noexcept;
 
     /// A part of another text, [begin, end) in its Shift_JIS bytes, or one ASCII
     /// character of its own.
@@ -67,7 +84,7 @@ public:
 
 private:
     struct Cursor;
-    void grow(std::size_t lineBytes);
+    void grow(std::size_t bytes);
     void convertRare(Cursor& at);
 
     std::string_view original_, sjis_;
@@ -76,6 +93,7 @@ private:
     std::string parts_;  // what original() refers to after assignParts
     std::size_t capacity_ = 0;
     std::unique_ptr<char[]> bytes_;
+    char const* line_ = nullptr;  // where the line at work starts in bytes_
     // By Shift_JIS offset: the offset in the line. The second byte of a
     // character has the offset of the character behind it.
     std::unique_ptr<std::uint32_t[]> offsets_;

@@ -60,8 +60,8 @@ public:
     void writePiece(Analysis const& analysis, OutBuffer& out) override {
         TAVO::Tavo& analyser = analysis.analyser;
         LineText const& text = analysis.text;
-        std::size_t at = 0;  // in the Shift_JIS text
-        for (int i = 0; i < static_cast<int>(analyser.getSentenceCount()); ++i) {
+        std::size_t at = analysis.sentences.start;  // in the Shift_JIS text
+        for (int i = analysis.sentences.first; i != analysis.sentences.end; ++i) {
             if (analysis.morphemes == nullptr) analyser.getResult(morphemes_, i);
             std::vector<TAVO::Mrph> const& morphemes = analysis.morphemes == nullptr ? morphemes_ : *analysis.morphemes;
             tokens_.clear();

@@ -14,10 +14,18 @@
 
 namespace tool {
 
+/// Sentences [first, end) of an analyser, which stand side by side from a Shift_JIS offset of its text on.
+struct Sentences {
+    int first;
+    int end;
+    std::size_t start;
+};
+
 /// An analysis to write.
 struct Analysis {
     LineText const& text;
     TAVO::Tavo& analyser;  // has analysed the text
+    Sentences sentences;   // those to write
     /// Those of the text's only sentence; null: each sentence's best analysis.
     std::vector<TAVO::Mrph> const* morphemes = nullptr;
 };
@@ -93,9 +101,8 @@ struct TokenScratch {
 template <class Visit>
 void forEachPiece(Analysis const& analysis, TokenScratch& scratch, Visit const& visit) {
     bool const needsMorphemes = analysis.morphemes != nullptr || analysis.analyser.getTaggedInputMode() == 1;
-    auto const sentences = static_cast<int>(analysis.analyser.getSentenceCount());
-    std::size_t position = 0;
-    for (int sentence = 0; sentence < sentences; ++sentence) {
+    std::size_t position = analysis.sentences.start;
+    for (int sentence = analysis.sentences.first; sentence != analysis.sentences.end; ++sentence) {
         if (needsMorphemes) {
             position = forEachToken(analysis, sentence, position, scratch.morphemes, visit);
             continue;
@@ -111,9 +118,8 @@ void forEachPiece(Analysis const& analysis, TokenScratch& scratch, Visit const& 
 template <class Visit, class EndSentence>
 void forEachToken(Analysis const& analysis, std::vector<TAVO::Mrph>& scratch, Visit&& visit,
                   EndSentence&& endSentence) {
-    auto const sentences = static_cast<int>(analysis.analyser.getSentenceCount());
-    std::size_t position = 0;
-    for (int sentence = 0; sentence < sentences; ++sentence) {
+    std::size_t position = analysis.sentences.start;
+    for (int sentence = analysis.sentences.first; sentence != analysis.sentences.end; ++sentence) {
         position = forEachToken(analysis, sentence, position, scratch, visit);
         endSentence();
     }

@@ -1,6 +1,9 @@
 #include "engine/intake.hpp"
 
+#include "base/sjis.hpp"
 #include "support/testing.hpp"
+
+#include <random>
 
 namespace TAVO::test {
 namespace {
@@ -42,6 +45,23 @@ TEST(SplitText, CutsAtLineBreaksAndDelimiters) {
     };
     for (auto const& [text, delimitCrlf, deleteCrlf, delimiters, expected] : cases)
         EXPECT_EQ(pieces(text, delimitCrlf, deleteCrlf, delimiters), expected) << testing::PrintToString(text);
+}
+
+TEST(SplitText, StepsByCharactersToLineBreaks) {
+    std::mt19937 engine(1);
+    constexpr std::string_view kBytes("\x81\xE0\x40\n\r\0a", 7);
+    for (unsigned round = 0; round < 5000; ++round) {
+        std::string text;
+        for (auto n = 1 + engine() % 12; n > 0; --n) text += kBytes[engine() % kBytes.size()];
+        std::vector<std::string> expected;
+        std::size_t start = 0;
+        for (std::size_t pos; (pos = findMark(text, "\r\n", start)) != npos; start = pos) {
+            pos += text.compare(pos, 2, "\r\n") == 0 ? 2 : 1;
+            expected.push_back(text.substr(start, pos - start));
+        }
+        if (start < text.size()) expected.push_back(text.substr(start));
+        ASSERT_EQ(pieces(text, 1, 0, {}), expected) << testing::PrintToString(text);
+    }
 }
 
 TEST(DeleteLineBreaks, StepsByCharacters) {

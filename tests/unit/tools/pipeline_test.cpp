@@ -62,6 +62,47 @@ TEST(FormatWriter, AgreesWithTheLibrary) {
     }
 }
 
+/// What comes out for @p block, and what is told of it.
+std::string outputOf(tool::BlockAnalyser& analyser, std::string const& block, tool::BlockReport& report) {
+    std::string const padded = block + std::string(tool::kPaddingBytes, '\0');
+    tool::OutBuffer out;
+    report = analyser.run(std::string_view(padded).substr(0, block.size()), out);
+    return std::string(out.view());
+}
+
+TEST(BlockAnalyser, LinesTogetherAreAsEachAlone) {
+    using namespace std::string_literals;
+    std::string longLine;
+    while (longLine.size() < 5000) longLine += "表も";
+    std::vector<std::string> const lines{
+        "表も表",   "",           "\u0301表", "\uFEFF\u200D", "表\r",         "a\r表", "\r",  "x\xFF",    longLine,
+        "も\u3099", "表。も。表", "\0表\0"s,  "\xE8\xA1",     "か",           "",      "表x", "\x95\x5C", "\x95",
+        "も",       "\x95\x95",   "も",       "\x95\n",       "\x95\x95\x95", "表も",  "も"};
+    SmallLexicon lexicon;
+    std::string const fullStop = TAVO::test::toSjis("。");
+    lexicon.analyser.setDelimiterString({fullStop.c_str()});
+    for (Encoding const encoding : {Encoding::Utf8, Encoding::Sjis})
+        for (tool::OutputKind const kind : {tool::OutputKind::Tavo, tool::OutputKind::Wakati, tool::OutputKind::Mecab,
+                                            tool::OutputKind::Json, tool::OutputKind::Tagged}) {
+            tool::OutputOptions options;
+            options.kind = kind;
+            options.encoding = encoding;
+            tool::BlockAnalyser analyser(lexicon.analyser, options);
+            std::string all, expected;
+            std::size_t invalidBytes = 0;
+            tool::BlockReport report;
+            for (std::string const& line : lines)
+                for (char const* lineBreak : {"\n", "\r\n"}) {
+                    expected += outputOf(analyser, line + lineBreak, report);
+                    invalidBytes += report.invalidBytes;
+                    all += line + lineBreak;
+                }
+            EXPECT_EQ(outputOf(analyser, all, report), expected) << static_cast<int>(kind);
+            EXPECT_EQ(report.invalidBytes, invalidBytes);
+            EXPECT_EQ(report.firstInvalidLine, encoding == Encoding::Utf8 ? 15U : 0U);
+        }
+}
+
 class PipelineThreadTest : public testing::Test {
 protected:
     PipelineThreadTest() {
