@@ -56,7 +56,6 @@ void BestPathSearch::collectSegment(std::size_t p, std::size_t end, Extent exten
         setRuns(p, stop);
         p = stop;
     }
-    if (extent == Extent::kAll) lookedUpTo_ = 0;
     // A place's words, as many as 16 bits tell, stand behind those of a segment.
     if (wordCount_ > std::numeric_limits<std::uint32_t>::max() - 0xFFFF) throw std::bad_alloc();
 }

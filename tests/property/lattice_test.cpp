@@ -207,16 +207,34 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnLongTextsAndWords) {
         }
         if (random.below(2) == 0) text.replace(random.below(3200), 800, 800, 'A');
         Attached const attached(world);
-        std::vector<Word> const expected = pathOf(referenceSearch(text, world.dictionaries, world.costFunction()));
-        for (BestPathSearch::Parts const parts :
-             {BestPathSearch::Parts{}, {64, 700}, {64, 700, false}, randomParts(random)}) {
-            Lattice lattice(0, parts);
-            Sentence sentence;
-            sentence.given = sentence.text = text;
-            lattice.build(sentence, attached.table.get(), attached.dics);
-            ASSERT_EQ(pathOf(sentence, attached.dics), expected)
-                << "seed " << seed << ", parts of " << parts.segment << " and " << parts.block
-                << (parts.wide ? ", wide" : "");
+        // The whole of it, and cut into sentences that may be searched together.
+        for (std::size_t const length : {text.size(), std::size_t{1300}}) {
+            std::vector<std::string_view> pieces;
+            std::vector<std::vector<Word>> expected;
+            for (std::size_t at = 0; at < text.size(); at += length) {
+                pieces.push_back(std::string_view(text).substr(at, length));
+                expected.push_back(
+                    pathOf(referenceSearch(std::string(pieces.back()), world.dictionaries, world.costFunction())));
+            }
+            for (BestPathSearch::Parts const parts :
+                 {BestPathSearch::Parts{}, {64, 700}, {64, 700, false}, randomParts(random)}) {
+                Lattice lattice(0, parts);
+                std::vector<std::vector<Word>> found;
+                for (std::size_t first = 0; first < pieces.size();) {
+                    std::vector<Sentence> sentences;
+                    for (; first < pieces.size(); ++first) {
+                        if (!sentences.empty() && !lattice.belongTogether(sentences.front().text, pieces[first])) break;
+                        sentences.emplace_back().text = pieces[first];
+                    }
+                    lattice.search(sentences, attached.table.get(), attached.dics);
+                    for (Sentence& sentence : sentences) {
+                        lattice.read(sentence);
+                        found.push_back(pathOf(sentence, attached.dics));
+                    }
+                }
+                ASSERT_EQ(found, expected) << "seed " << seed << ", parts of " << parts.segment << " and "
+                                           << parts.block << (parts.wide ? ", wide" : "");
+            }
         }
     }
 }
