@@ -13,13 +13,11 @@ namespace TAVO {
 void BestPathSearch::search(std::span<std::string_view const> texts, ConnTable const& table, DicSet const& dics,
                             std::span<Result> results) {
     found_.clear();
+    pathWords_.clear();
     start(table, dics);
     texts_ = texts;
     memory_ = asBytes(texts.front().data());
     lookedUpTo_ = 0;
-    placesFrom_ = 0;
-    wordsFrom_ = 0;
-    basesFrom_ = 0;
     for (std::size_t number = 0; number != texts.size(); ++number) results[number] = searchText(texts[number]);
     forgetSums();
 }
@@ -46,17 +44,21 @@ BestPathSearch::Result BestPathSearch::searchText(std::string_view text) {
         blocks_.truncate(1);
         choice = searchBlocks();
     }
-    found_.push({partAtWork(), firstNumber_, pathWordSum_});
-    if (choice != Choice::kMade) return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
-    placesFrom_ += static_cast<std::uint32_t>(length_ + 1);
-    wordsFrom_ = firstWord();
-    basesFrom_ = static_cast<std::uint32_t>(bases_.size());
-    return Result::kFound;
+    addFound(choice == Choice::kMade);
+    if (choice == Choice::kMade) return Result::kFound;
+    return choice == Choice::kNone ? Result::kNothing : Result::kTooFar;
 }
 
-BestPathSearch::Part BestPathSearch::partAtWork() const noexcept {
-    return {text_,      static_cast<std::uint32_t>(length_),       placesFrom_,
-            basesFrom_, static_cast<std::uint32_t>(bases_.size()), end_.baseSum};
+/// Keeps the path of the text at work, whose first block is at work.
+void BestPathSearch::addFound(bool hasPath) {
+    auto const begin = static_cast<std::uint32_t>(pathWords_.size());
+    std::uint32_t behind = 0;
+    if (hasPath)
+        behind = walk(firstNumber_, [&](std::size_t, BlockPaths::Word const& word) {
+            pathWords_.push(word);
+            return true;
+        });
+    found_.push({begin, static_cast<std::uint32_t>(pathWords_.size()), behind, pathWordSum_});
 }
 
 /// Finds positions that no word stands across, which blocks begin at.
@@ -124,12 +126,11 @@ BestPathSearch::Choice BestPathSearch::searchBlock() {
 /// Keeps the paths through the block, since it is not known yet which of its first words is taken.
 void BestPathSearch::addPaths() {
     paths_.startBlock();
-    Part const part = partAtWork();
     for (std::uint32_t number = 0; number != places_[0].wordCount; ++number) {
         paths_.startPath();
         if (behind_.packed[number] >= kDeadEnd) continue;
         paths_.endPath(
-            walk(part, number, [&](std::size_t p, BlockPaths::Word const& word) { return paths_.add(p, word); }));
+            walk(number, [&](std::size_t p, BlockPaths::Word const& word) { return paths_.add(p, word); }));
     }
 }
 
@@ -165,13 +166,12 @@ void BestPathSearch::forgetSums() noexcept {
     bounds_.shrink(kKept);
     packed_.shrink(kKept);
     overhangs_.shrink(kKept);
+    places_.shrink(kKept);
+    next_.shrink(2 * kKept);
 }
 
 void BestPathSearch::forgetPaths() noexcept {
-    allPlaces_.shrink(kKept);
-    next_.shrink(2 * kKept);
     if (blocks_.size() > 1) paths_.forget();
-    found_.clear();
 }
 
 }  // namespace TAVO

@@ -29,7 +29,7 @@ void BestPathSearch::startChoice() {
     bounds_.resizeForOverwrite(length_ + end_.bounds.size());
     bounds_[length_] = end_.bounds[0];
     bounds_[length_ + 1] = end_.bounds[1];
-    bases_.truncate(basesFrom_);
+    bases_.clear();
     baseSum_ = end_.baseSum;
     rebaseAt_ = end_.rebaseAt;
     tooFar_ = false;

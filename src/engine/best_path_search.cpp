@@ -17,14 +17,13 @@ namespace TAVO {
 void BestPathSearch::collect(Extent extent) {
     overhangs_.clear();
     segments_.clear();
-    segments_.push({0, wordsFrom_});
+    segments_.push({0, 0});
     nextSegment_ = extent == Extent::kAll ? length_ : parts_.segment;
-    wordCount_ = wordsFrom_;
+    wordCount_ = 0;
     longest_ = 0;
     farthest_ = 0;
     tooMany_ = false;
-    allPlaces_.resizeForOverwrite(placesFrom_ + length_ + 1);
-    places_ = allPlaces_.begin() + placesFrom_;
+    places_.resizeForOverwrite(length_ + 1);
     reach_.resizeForOverwrite(rest_ + 1);  // should a word go beyond the block
     std::fill(reach_.begin(), reach_.begin() + length_ + 1, SearchTable::kAlways);
     reach_[0] |= startsText() ? table_.id(ConnTable::kBeginId).enters : std::uint8_t{0xFF};

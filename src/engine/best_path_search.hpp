@@ -87,13 +87,12 @@ public:
     // Of text @p number of the group, for which a path was found.
     /// Calls visit(PathWord) for each word of the path.
     template <class Visit>
-    void readPath(std::size_t number, Visit&& visit);
+    void readPath(std::size_t number, Visit&& visit) const;
     /// Calls visit(column, length, record) for each word of the path; record() is slow.
     template <class Visit>
     void visitPath(std::size_t number, Visit&& visit) const;
     std::uint16_t firstColumn(std::size_t number) const noexcept {
-        Found const& found = found_[number];
-        return cache_.cells()[allPlaces_[found.part.firstPlace].words + found.firstNumber].word.column;
+        return cache_.cells()[pathWords_[found_[number].begin].cell].word.column;
     }
     /// Gives the memory of exceptionally long paths back.
     void forgetPaths() noexcept;
@@ -181,20 +180,11 @@ private:
         bool tooFar = false;
     };
 
-    /// A text, or the block at work of a long one, whose words have their continuations.
-    struct Part {
-        unsigned char const* text;
-        std::uint32_t length;      // in bytes
-        std::uint32_t firstPlace;  // in allPlaces_
-        std::uint32_t firstBase;   // in bases_
-        std::uint32_t endBase;
-        std::uint32_t endSum;  // what sums at its end are counted from
-    };
-    /// A text that was searched; its first block, if it has several.
+    /// A text that was searched.
     struct Found {
-        Part part;
-        std::uint32_t firstNumber;  // of the path's first word
-        std::uint32_t wordSum;      // of all word costs of the path
+        std::uint32_t begin, end;  // words of the path, those of its first block if it has several
+        std::uint32_t behind;      // number of the word behind them
+        std::uint32_t wordSum;     // of all word costs of the path
     };
 
     /// Packed sums that share a cache line.
@@ -235,9 +225,11 @@ private:
     void startAtTextEnd();
     void startBehindBlock();
     void addPaths();
-    Part partAtWork() const noexcept;
+    void addFound(bool hasPath);
     template <class Give>
-    std::uint32_t walk(Part const& part, std::uint32_t number, Give&& give) const;
+    std::uint32_t walk(std::uint32_t number, Give&& give) const;
+    template <class Give>
+    void giveWords(Found const& found, Give&& give) const;
     void forgetSums() noexcept;
     void collect(Extent extent);
     void collectSegment(std::size_t p, std::size_t end, Extent extent);
@@ -292,9 +284,7 @@ private:
     std::span<std::string_view const> texts_;
     unsigned char const* memory_ = nullptr;  // where it starts
     RawBuffer<Found> found_;                 // by text; those behind the one at work are to come
-    RawBuffer<Place> allPlaces_;
-    RawBuffer<Next> next_;   // by word
-    RawBuffer<Base> bases_;  // all base sums but the first ones of each part, Part::endSum
+    RawBuffer<BlockPaths::Word> pathWords_;
 
     // The sentence at work, and where its blocks begin.
     std::string_view sentence_;
@@ -307,16 +297,13 @@ private:
     unsigned char const* text_ = nullptr;
     std::size_t length_ = 0;
     std::size_t rest_ = 0;  // of the sentence from text_ on, in bytes
-    // Where its own begin of what the group has.
-    Place* places_ = nullptr;
-    std::uint32_t placesFrom_ = 0;
-    std::uint32_t wordsFrom_ = 0;
-    std::uint32_t basesFrom_ = 0;
+    RawBuffer<Place> places_;
     RawBuffer<std::uint8_t> reach_;  // by position: SearchTable's classes of the words that end there
     std::uint64_t wordCount_ = 0;
     std::uint32_t longest_ = 0;  // of the words and runs, in bytes
     std::size_t farthest_ = 0;   // end of the words so far
     bool tooMany_ = false;       // more words start at some place than a bundle has
+    RawBuffer<Next> next_;       // by word
     // Of the best path: the number of the first word, and the sum of all word costs.
     std::uint32_t firstNumber_ = 0;
     std::uint32_t pathWordSum_ = 0;
@@ -340,32 +327,31 @@ private:
     RawBuffer<SumLine> packed_;  // by word from origin_ on
     std::uint32_t origin_ = 0;
     std::uint32_t baseSum_ = 0;   // what packed sums are counted from
+    RawBuffer<Base> bases_;       // all base sums of the block but the first, end_.baseSum
     std::uint32_t rebaseAt_ = 0;  // the least sum of a position that asks for another one
     bool tooFar_ = false;
     std::size_t segmentEnd_ = 0;
     Behind behind_;
 };
 
-/// Calls give(p, word) for the words of the path that word @p number of @p part begins, as long as it returns true;
-/// the number of the word behind the part, 0 when it has returned false.
+/// Calls give(p, word) for the words of the path that word @p number of the block begins, as long as it returns true;
+/// the number of the word behind the block, 0 when it has returned false.
 template <class Give>
-std::uint32_t BestPathSearch::walk(Part const& part, std::uint32_t number, Give&& give) const {
-    Place const* const places = allPlaces_.begin() + part.firstPlace;
-    unsigned char const* const text = part.text;
-    std::size_t base = part.endBase;
-    for (std::size_t p = 0; p != part.length;) {
-        Place const& place = places[p];
-        while (base != part.firstBase && bases_[base - 1].place <= p) --base;
+std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
+    std::size_t base = bases_.size();
+    for (std::size_t p = 0; p != length_;) {
+        Place const& place = places_[p];
+        while (base != 0 && bases_[base - 1].place <= p) --base;
         Next const next = next_[place.firstWord + number];
-        std::uint32_t connSum = (next & 0xFFFF) + (base != part.firstBase ? bases_[base - 1].sum : part.endSum);
+        std::uint32_t connSum = (next & 0xFFFF) + (base != 0 ? bases_[base - 1].sum : end_.baseSum);
         std::uint32_t length = cache_.cells()[place.words + number].word.shortLength();
         if (length == 0) [[unlikely]]
             length = arcOf(place, number).length();
         if (!give(p, BlockPaths::Word{place.words + number, length, connSum})) return 0;
         p += length;
         for (std::uint32_t left = place.run; left > 1; --left) {
-            connSum -= plain_.kindOf(text[p]).cost;
-            if (!give(p, BlockPaths::Word{plain_.innerWordOf(text[p]), 1, connSum})) return 0;
+            connSum -= plain_.kindOf(text_[p]).cost;
+            if (!give(p, BlockPaths::Word{plain_.innerWordOf(text_[p]), 1, connSum})) return 0;
             ++p;
         }
         number = next >> 16;
@@ -373,26 +359,25 @@ std::uint32_t BestPathSearch::walk(Part const& part, std::uint32_t number, Give&
     return number;
 }
 
-template <class Visit>
-void BestPathSearch::visitPath(std::size_t number, Visit&& visit) const {
-    Found const& found = found_[number];
-    auto const give = [&](BlockPaths::Word const& word) {
-        visit(cache_.cells()[word.cell].word.column, word.length, [&] { return cache_.record(word.cell); });
-    };
-    std::uint32_t const behind = walk(found.part, found.firstNumber, [&](std::size_t, BlockPaths::Word const& word) {
-        give(word);
-        return true;
-    });
-    paths_.read(behind, give);
+template <class Give>
+void BestPathSearch::giveWords(Found const& found, Give&& give) const {
+    for (std::uint32_t i = found.begin; i != found.end; ++i) give(pathWords_[i]);
+    paths_.read(found.behind, give);
 }
 
 template <class Visit>
-void BestPathSearch::readPath(std::size_t number, Visit&& visit) {
-    Found const& found = found_[number];
+void BestPathSearch::visitPath(std::size_t number, Visit&& visit) const {
+    giveWords(found_[number], [&](BlockPaths::Word const& word) {
+        visit(cache_.cells()[word.cell].word.column, word.length, [&] { return cache_.record(word.cell); });
+    });
+}
+
+template <class Visit>
+void BestPathSearch::readPath(std::size_t number, Visit&& visit) const {
     // Words wait for their records' addresses, which lie all over the memory.
     std::array<BlockPaths::Word, 16> waiting;
     std::size_t count = 0;
-    std::uint32_t wordSum = found.wordSum;
+    std::uint32_t wordSum = found_[number].wordSum;
     auto const giveAll = [&] {
         for (std::size_t i = 0; i != count; ++i) {
             BlockPaths::Word const& next = waiting[i];
@@ -404,16 +389,11 @@ void BestPathSearch::readPath(std::size_t number, Visit&& visit) {
         }
         count = 0;
     };
-    auto const give = [&](BlockPaths::Word const& word) {
+    giveWords(found_[number], [&](BlockPaths::Word const& word) {
         cache_.prefetchRecord(word.cell);
         waiting[count++] = word;
         if (count == waiting.size()) giveAll();
-    };
-    std::uint32_t const behind = walk(found.part, found.firstNumber, [&](std::size_t, BlockPaths::Word const& word) {
-        give(word);
-        return true;
     });
-    paths_.read(behind, give);
     giveAll();
 }
 
