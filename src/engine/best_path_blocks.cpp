@@ -55,7 +55,7 @@ void BestPathSearch::addFound(bool hasPath) {
     std::uint32_t behind = 0;
     if (hasPath)
         behind = walk(firstNumber_, [&](std::size_t, BlockPaths::Word const& word) {
-            pathWords_.push(word);
+            pathWords_.push({word, columnOf(word)});
             return true;
         });
     found_.push({begin, static_cast<std::uint32_t>(pathWords_.size()), behind, pathWordSum_});
@@ -171,6 +171,7 @@ void BestPathSearch::forgetSums() noexcept {
 }
 
 void BestPathSearch::forgetPaths() noexcept {
+    pathWords_.shrink(kKept);
     if (blocks_.size() > 1) paths_.forget();
 }
 

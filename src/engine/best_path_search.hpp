@@ -92,7 +92,7 @@ public:
     template <class Visit>
     void visitPath(std::size_t number, Visit&& visit) const;
     std::uint16_t firstColumn(std::size_t number) const noexcept {
-        return cache_.cells()[pathWords_[found_[number].begin].cell].word.column;
+        return pathWords_[found_[number].begin].column;
     }
     /// Gives the memory of exceptionally long paths back.
     void forgetPaths() noexcept;
@@ -180,6 +180,11 @@ private:
         bool tooFar = false;
     };
 
+    /// A word of a path, and its column.
+    struct Chosen {
+        BlockPaths::Word word;
+        std::uint16_t column;
+    };
     /// A text that was searched.
     struct Found {
         std::uint32_t begin, end;  // words of the path, those of its first block if it has several
@@ -226,6 +231,7 @@ private:
     void startBehindBlock();
     void addPaths();
     void addFound(bool hasPath);
+    std::uint16_t columnOf(BlockPaths::Word const& word) const noexcept { return cache_.cells()[word.cell].word.column; }
     template <class Give>
     std::uint32_t walk(std::uint32_t number, Give&& give) const;
     template <class Give>
@@ -284,7 +290,7 @@ private:
     std::span<std::string_view const> texts_;
     unsigned char const* memory_ = nullptr;  // where it starts
     RawBuffer<Found> found_;                 // by text; those behind the one at work are to come
-    RawBuffer<BlockPaths::Word> pathWords_;
+    RawBuffer<Chosen> pathWords_;
 
     // The sentence at work, and where its blocks begin.
     std::string_view sentence_;
@@ -359,16 +365,17 @@ std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
     return number;
 }
 
+/// Calls give(word) for the words of the path of @p found, each with its column.
 template <class Give>
 void BestPathSearch::giveWords(Found const& found, Give&& give) const {
     for (std::uint32_t i = found.begin; i != found.end; ++i) give(pathWords_[i]);
-    paths_.read(found.behind, give);
+    paths_.read(found.behind, [&](BlockPaths::Word const& word) { give(Chosen{word, columnOf(word)}); });
 }
 
 template <class Visit>
 void BestPathSearch::visitPath(std::size_t number, Visit&& visit) const {
-    giveWords(found_[number], [&](BlockPaths::Word const& word) {
-        visit(cache_.cells()[word.cell].word.column, word.length, [&] { return cache_.record(word.cell); });
+    giveWords(found_[number], [&](Chosen const& chosen) {
+        visit(chosen.column, chosen.word.length, [&] { return cache_.record(chosen.word.cell); });
     });
 }
 
@@ -389,9 +396,9 @@ void BestPathSearch::readPath(std::size_t number, Visit&& visit) const {
         }
         count = 0;
     };
-    giveWords(found_[number], [&](BlockPaths::Word const& word) {
-        cache_.prefetchRecord(word.cell);
-        waiting[count++] = word;
+    giveWords(found_[number], [&](Chosen const& chosen) {
+        cache_.prefetchRecord(chosen.word.cell);
+        waiting[count++] = chosen.word;
         if (count == waiting.size()) giveAll();
     });
     giveAll();
