@@ -6,6 +6,7 @@
 #include "dic/dic_set.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 #include <new>
 
@@ -156,26 +157,32 @@ inline void BestPathSearch::setPlace(std::size_t p, std::size_t width, std::uint
 /// Lays out the plain characters [@p p, @p end).
 void BestPathSearch::setRuns(std::size_t p, std::size_t end) {
     while (p < end) {
-        std::uint8_t const kind = plain_.numberOf(text_[p]);
+        RunCosts costs;
         std::size_t q = p + 1;
         if (farthest_ <= p) {  // else a word may end inside
-            std::size_t const most = std::min(end, p + plain_.kindOf(text_[p]).longest());
-            while (q < most && plain_.numberOf(text_[q]) == kind) ++q;
+            std::size_t const most = std::min(end, p + PlainRuns::kLongest);
+            for (; q < most; ++q) {
+                PlainRuns::Inner const& inner = plain_.innerOf(text_[q - 1], text_[q]);
+                if (!inner.follows || costs.conn + inner.cost > PlainRuns::kMostCost) break;
+                costs.conn = static_cast<std::uint16_t>(costs.conn + inner.cost);
+                costs.word = static_cast<std::uint16_t>(costs.word + inner.wordCost);
+            }
         }
-        setRun(p, q);
+        setRun(p, q, costs);
         p = q;
     }
 }
 
-/// Lays out the run [@p p, @p end).
-void BestPathSearch::setRun(std::size_t p, std::size_t end) {
+/// Lays out the run [@p p, @p end), whose words behind the first one cost @p costs.
+void BestPathSearch::setRun(std::size_t p, std::size_t end, RunCosts costs) {
     setPlace(p, 1, plain_.bundleOf(text_[p]), Extent::kNeeded);
     auto const run = static_cast<std::uint8_t>(end - p);
     places_[p].run = run;
     if (run == 1) return;
     for (std::size_t i = p + 1; i < end; ++i) places_[i] = {firstWord(), 0, 0, 0, 0};
     places_[end - 1].run = run;
-    reach_[end] |= reach_[p + 1];
+    places_[end - 1].words = std::bit_cast<std::uint32_t>(costs);
+    reach_[end] |= plain_.kindOf(text_[end - 1]).enters;
     farthest_ = end;
     longest_ = std::max<std::uint32_t>(longest_, run);
 }

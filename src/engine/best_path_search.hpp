@@ -129,6 +129,12 @@ private:
         /// Of the words' costs.
         CostLines::Kind lines() const noexcept { return static_cast<CostLines::Kind>(marks >> kLinesShift); }
     };
+    /// Sums over all words of a run but the first, kept as Place::words of its last character if that is another one.
+    struct RunCosts {
+        std::uint16_t conn = 0;
+        std::uint16_t word = 0;
+    };
+    static_assert(PlainRuns::kLongest * 255 <= 0xFFFF);
     /// The best continuation of a word: its number among the words that start there, and below it, in 16
     /// bits, the lower part of the connection sum above the base sum.
     using Next = std::uint32_t;
@@ -244,7 +250,7 @@ private:
     void addStarts(unsigned char const* text, std::size_t length, std::size_t p, std::size_t end, Extent extent);
     void setPlace(std::size_t p, std::size_t width, std::uint32_t bundle, Extent extent);
     void setRuns(std::size_t p, std::size_t end);
-    void setRun(std::size_t p, std::size_t end);
+    void setRun(std::size_t p, std::size_t end, RunCosts costs);
     void scanInside(std::size_t p);
     void scanOverhangs(std::size_t p);
 
@@ -356,8 +362,9 @@ std::uint32_t BestPathSearch::walk(std::uint32_t number, Give&& give) const {
         if (!give(p, BlockPaths::Word{place.words + number, length, connSum})) return 0;
         p += length;
         for (std::uint32_t left = place.run; left > 1; --left) {
-            connSum -= plain_.kindOf(text_[p]).cost;
-            if (!give(p, BlockPaths::Word{plain_.innerWordOf(text_[p]), 1, connSum})) return 0;
+            PlainRuns::Inner const& inner = plain_.innerOf(text_[p - 1], text_[p]);
+            connSum -= inner.cost;
+            if (!give(p, BlockPaths::Word{inner.cell, 1, connSum})) return 0;
             ++p;
         }
         number = next >> 16;

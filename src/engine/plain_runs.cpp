@@ -17,15 +17,6 @@ bool areOfOneRow(Words words) {
                        [&](BundleCell const& cell) { return cell.word.rowOffset == words.front().word.rowOffset; });
 }
 
-/// Number of the word that a path takes behind the row of all.
-std::size_t bestInside(Words words, SearchTable const& table) {
-    unsigned char const* const costs = table.costs(words.front().word.rowOffset);
-    auto const key = [&](BundleCell const& cell) { return costs[cell.word.column] << 8 | cell.word.cost; };
-    auto const best = std::min_element(words.begin(), words.end(),
-                                       [&](BundleCell const& a, BundleCell const& b) { return key(a) < key(b); });
-    return static_cast<std::size_t>(best - words.begin());
-}
-
 std::uint8_t largestBounded(Words words, SearchTable const& table) {
     std::uint8_t largest = ConnTable::kForbidden;
     for (BundleCell const& cell : words)
@@ -39,6 +30,7 @@ void PlainRuns::clear() noexcept {
     numbers_.fill(kNotPlain);
     std::fill_n(numbers_.begin() + 1, kBytes - 1, kUntold);  // a NUL ends forms
     kinds_.clear();
+    inners_.clear();
 }
 
 void PlainRuns::learn(unsigned char byte, std::uint32_t bundle, BundleCache& cache, SearchTable& table,
@@ -53,18 +45,42 @@ void PlainRuns::learn(unsigned char byte, std::uint32_t bundle, BundleCache& cac
     cells = cache.cells() + all;
     if (cells[0].head.arcCount != 1 || cells[BundleCell::kReach].reach.tooMany()) return;
     std::uint32_t const first = all + BundleCell::kHeadCells + 1;
-    Words const words(cache.cells() + first, cells[BundleCell::kHeadCells].arc.count);
+    BundleCell::Arc const arc = cells[BundleCell::kHeadCells].arc;
+    Words const words(cache.cells() + first, arc.count);
     if (!areOfOneRow(words)) return;
-    std::size_t const inside = bestInside(words, table);
-    BundleCell::Word const word = words[inside].word;
-    unsigned const cost = table.costs(word.rowOffset)[word.column];
-    unsigned const largest = largestBounded(words, table);
-    if (cost > table.unknownCost() || cost + largest >= 2U * table.unknownCost()) return;
-    std::uint8_t const number =
-        numberOf({word.rowOffset, static_cast<std::uint8_t>(cost), word.cost, static_cast<std::uint8_t>(largest)});
-    bundles_[byte] = bundle;
-    innerWords_[byte] = first + static_cast<std::uint32_t>(inside);
-    numbers_[byte] = number;
+    plain_[byte] = {bundle, first, arc.count};
+    Kind const kind{words.front().word.rowOffset, arc.enters(), largestBounded(words, table)};
+    if (!innerOf(kind, byte, kind, cache, table).follows) return;
+    numbers_[byte] = numberOf(kind);
+    learnInners(byte, cache, table);
+}
+
+/// What a path takes for @p byte of @p kind behind a character of the kind @p before.
+PlainRuns::Inner PlainRuns::innerOf(Kind const& before, unsigned char byte, Kind const& kind, BundleCache const& cache,
+                                    SearchTable const& table) const {
+    Words const words(cache.cells() + plain_[byte].firstWord, plain_[byte].wordCount);
+    unsigned char const* const costs = table.costs(before.rowOffset);
+    auto const key = [&](BundleCell const& cell) { return costs[cell.word.column] << 8 | cell.word.cost; };
+    auto const best = std::min_element(words.begin(), words.end(),
+                                       [&](BundleCell const& a, BundleCell const& b) { return key(a) < key(b); });
+    std::uint8_t const cost = costs[best->word.column];
+    unsigned const paid = cost + before.largest;
+    unsigned const unknown = table.unknownCost();
+    bool const follows = cost <= unknown && paid < 2 * unknown && paid <= unknown + kind.largest;
+    return {plain_[byte].firstWord + static_cast<std::uint32_t>(best - words.begin()), cost, best->word.cost, follows};
+}
+
+/// Notes what is taken for @p byte, and what behind it.
+void PlainRuns::learnInners(unsigned char byte, BundleCache const& cache, SearchTable const& table) {
+    inners_.resize((kFirstKind + kinds_.size()) * kBytes);
+    for (std::size_t number = kFirstKind; number != kFirstKind + kinds_.size(); ++number)
+        inners_[number * kBytes + byte] = innerOf(kinds_[number - kFirstKind], byte, kindOf(byte), cache, table);
+    for (unsigned other = 1; other != kBytes; ++other) {
+        auto const behind = static_cast<unsigned char>(other);
+        if (isPlain(numbers_[behind]))
+            inners_[std::size_t{numbers_[byte]} * kBytes + behind] =
+                innerOf(kindOf(byte), behind, kindOf(behind), cache, table);
+    }
 }
 
 std::uint8_t PlainRuns::numberOf(Kind const& kind) {
