@@ -25,19 +25,24 @@ std::string randomForm(Random& random) {
 }
 
 /// Latin letters as lexicons have them: a word that begins a stretch of them, which any word may stand before, and
-/// one that goes on.
+/// one that goes on. The second letter may have words of its own.
 void makeLettersPlain(World& world, Random& random) {
     world.plainLetters = true;
     std::vector<Record> records;
     for (unsigned pid = 4; pid <= 5; ++pid)
         for (unsigned n = random.below(3) + (5 - pid); n > 0; --n) records.push_back({pid, random.below(3), 0});
+    std::vector<Record> ofSecond = records;
+    bool const isOfAnotherKind = random.below(2) == 0;
+    if (isOfAnotherKind) ofSecond.assign(1 + random.below(2), {6, random.below(3), 0});
     bool const inAll = random.below(8) == 0;
     for (std::size_t i = 0; i < world.dictionaries.size(); ++i) {
         WordTable& words = world.dictionaries[i];
         std::erase_if(words, [](auto const& entry) { return isLetter(entry.first.front()); });
         if (i != 0 && !inAll) continue;
-        for (Record& record : records) record.dictionary = static_cast<int>(i);
-        words["A"] = words["B"] = records;
+        for (std::vector<Record>* const some : {&records, &ofSecond})
+            for (Record& record : *some) record.dictionary = static_cast<int>(i);
+        words["A"] = records;
+        words["B"] = ofSecond;
         if (random.below(4) == 0) words["B"].front().cost = random.below(3);
     }
     auto const at = [&](unsigned left, unsigned right) -> std::uint8_t& {
@@ -47,6 +52,7 @@ void makeLettersPlain(World& world, Random& random) {
     bool const goesOnOnly = random.below(2) == 0;
     for (unsigned id = 1; id <= kIds; ++id) {
         if (at(id, 4) == 255) at(id, 4) = static_cast<std::uint8_t>(random.below(4));
+        if (isOfAnotherKind && at(id, 6) == 255) at(id, 6) = static_cast<std::uint8_t>(random.below(4));
         if (goesOnOnly) at(id, 5) = id == 4 ? static_cast<std::uint8_t>(random.below(3)) : std::uint8_t{255};
         at(id, 3) = unknown;
         at(3, id) = goesOnOnly && id == 5 ? std::uint8_t{255} : unknown;
@@ -84,7 +90,7 @@ void World::shareRow() { std::copy_n(&costs[3 * kIds], kIds, &costs[4 * kIds]); 
 std::string Random::latin(unsigned most) {
     std::string text;
     for (unsigned n = 1 + below(most); n > 0; --n)
-        text.push_back(below(4) == 0 ? kAlphabet[below(sizeof kAlphabet)] : below(8) == 0 ? 'B' : 'A');
+        text.push_back(below(4) == 0 ? kAlphabet[below(sizeof kAlphabet)] : below(4) == 0 ? 'B' : 'A');
     return text;
 }
 
