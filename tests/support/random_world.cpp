@@ -48,11 +48,14 @@ void makeLettersPlain(World& world, Random& random) {
     auto const at = [&](unsigned left, unsigned right) -> std::uint8_t& {
         return world.costs[(left - 1) * kIds + right - 1];
     };
-    auto const unknown = static_cast<std::uint8_t>(random.below(3) == 0 ? 254 : 1 + random.below(4));
+    auto const unknown = static_cast<std::uint8_t>(random.below(3) == 0 ? 254 : 1 + random.below(6));
+    bool const isTight = unknown != 254 && random.below(2) == 0;  // unknown words are hardly worse than letters
     bool const goesOnOnly = random.below(2) == 0;
     for (unsigned id = 1; id <= kIds; ++id) {
         if (at(id, 4) == 255) at(id, 4) = static_cast<std::uint8_t>(random.below(4));
         if (isOfAnotherKind && at(id, 6) == 255) at(id, 6) = static_cast<std::uint8_t>(random.below(4));
+        for (unsigned const letter : {4U, 6U})
+            if (isTight) at(id, letter) = static_cast<std::uint8_t>(random.below(2U * unknown + 1));
         if (goesOnOnly) at(id, 5) = id == 4 ? static_cast<std::uint8_t>(random.below(3)) : std::uint8_t{255};
         at(id, 3) = unknown;
         at(3, id) = goesOnOnly && id == 5 ? std::uint8_t{255} : unknown;
