@@ -113,6 +113,61 @@ TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
         });
 }
 
+/// The paths alone; all candidates of a long text would be too many to compare.
+std::vector<Word> pathOf(ReferenceLattice const& lattice) {
+    std::vector<Word> path;
+    for (int i = lattice.best; i != -1; i = lattice.nodes[static_cast<std::size_t>(i)].next)
+        path.push_back(wordOf(lattice.nodes[static_cast<std::size_t>(i)]));
+    return path;
+}
+
+std::vector<Word> pathOf(Sentence const& sentence, DicSet const& dics) {
+    std::vector<Word> path;
+    std::size_t start = 0;
+    for (LatticeNode const* node : bestPath(sentence)) {
+        path.push_back(wordOf(start, *node, dics));
+        start += node->length;
+    }
+    return path;
+}
+
+/// A world of letters, each with a word of its own, in which unknown words are hardly worse.
+World lettersHardlyBetterThanUnknownWords(Random& random) {
+    World world;
+    world.dictionaries.resize(1);
+    unsigned id = 4;
+    for (char const* form : {"A", "B", "C", "\xA0", "\x81\x41"}) world.dictionaries[0][form] = {{id++, 0, 0}};
+    unsigned const unknown = 1 + random.below(8);
+    world.costs.assign(std::size_t{kIds} * kIds, 0);
+    for (unsigned right = 0; right < kIds; ++right) {
+        unsigned const most = 1 + random.below(2 * unknown);
+        for (unsigned left = 0; left < kIds; ++left)
+            world.costs[left * kIds + right] =
+                static_cast<std::uint8_t>(left == 2 || right == 2 ? unknown : random.below(most + 1));
+    }
+    for (unsigned column = 0; column < kIds; ++column) world.columns.push_back(static_cast<std::uint16_t>(column));
+    return world;
+}
+
+TEST(LatticeProperty, UnknownWordsAreTakenAmongLetters) {
+    for (unsigned seed = 1; seed <= 3000; ++seed) {
+        Random random(seed);
+        World const world = lettersHardlyBetterThanUnknownWords(random);
+        Attached const attached(world);
+        Lattice lattice(0);
+        for (unsigned t = 0; t < 8; ++t) {
+            std::string text;
+            for (unsigned n = 2 + random.below(8); n > 0; --n) text += "AAABBBCCC\xA0\x81"[random.below(11)];
+            Sentence sentence;
+            sentence.text = text;
+            lattice.build(sentence, attached.table.get(), attached.dics);
+            ASSERT_EQ(pathOf(sentence, attached.dics),
+                      pathOf(referenceSearch(text, world.dictionaries, world.costFunction())))
+                << "seed " << seed << ", text " << testing::PrintToString(text);
+        }
+    }
+}
+
 /// Lengths of the words of an unread path, of which the first one's column must be told.
 std::vector<std::size_t> unreadLengths(Lattice const& lattice, Sentence const& sentence) {
     std::vector<std::size_t> lengths;
@@ -167,24 +222,6 @@ TEST(LatticeProperty, GroupsAgreeWithTheReferenceOnRandomWorlds) {
             }
         }
     }
-}
-
-/// The paths alone; all candidates of a long text would be too many to compare.
-std::vector<Word> pathOf(ReferenceLattice const& lattice) {
-    std::vector<Word> path;
-    for (int i = lattice.best; i != -1; i = lattice.nodes[static_cast<std::size_t>(i)].next)
-        path.push_back(wordOf(lattice.nodes[static_cast<std::size_t>(i)]));
-    return path;
-}
-
-std::vector<Word> pathOf(Sentence const& sentence, DicSet const& dics) {
-    std::vector<Word> path;
-    std::size_t start = 0;
-    for (LatticeNode const* node : bestPath(sentence)) {
-        path.push_back(wordOf(start, *node, dics));
-        start += node->length;
-    }
-    return path;
 }
 
 // Sums of long texts outgrow what the search keeps of a word, and words as long as
