@@ -131,12 +131,13 @@ std::vector<Word> pathOf(Sentence const& sentence, DicSet const& dics) {
     return path;
 }
 
-/// A world of letters, each with a word of its own, in which unknown words are hardly worse.
+/// A world of letters, each with a word, in which unknown words are hardly worse.
 World lettersHardlyBetterThanUnknownWords(Random& random) {
     World world;
     world.dictionaries.resize(1);
     unsigned id = 4;
     for (char const* form : {"A", "B", "C", "\xA0", "\x81\x41"}) world.dictionaries[0][form] = {{id++, 0, 0}};
+    world.dictionaries[0]["CCCCC"] = {{6, 0, 0}};  // so C begins longer forms
     unsigned const unknown = 1 + random.below(8);
     world.costs.assign(std::size_t{kIds} * kIds, 0);
     for (unsigned right = 0; right < kIds; ++right) {
