@@ -131,42 +131,61 @@ std::vector<Word> pathOf(Sentence const& sentence, DicSet const& dics) {
     return path;
 }
 
-/// A world of letters, each with a word, in which unknown words are hardly worse.
-World lettersHardlyBetterThanUnknownWords(Random& random) {
+/// A world of letters, each with a word; C begins a longer form, too. @p cost tells a connection's cost by left and
+/// right id, but before and behind unknown words.
+template <class Cost>
+World worldOfLetters(unsigned unknown, Cost&& cost) {
     World world;
     world.dictionaries.resize(1);
     unsigned id = 4;
     for (char const* form : {"A", "B", "C", "\xA0", "\x81\x41"}) world.dictionaries[0][form] = {{id++, 0, 0}};
-    world.dictionaries[0]["CCCCC"] = {{6, 0, 0}};  // so C begins longer forms
-    unsigned const unknown = 1 + random.below(8);
-    world.costs.assign(std::size_t{kIds} * kIds, 0);
-    for (unsigned right = 0; right < kIds; ++right) {
-        unsigned const most = 1 + random.below(2 * unknown);
-        for (unsigned left = 0; left < kIds; ++left)
-            world.costs[left * kIds + right] =
-                static_cast<std::uint8_t>(left == 2 || right == 2 ? unknown : random.below(most + 1));
-    }
+    world.dictionaries[0]["CCCCC"] = {{6, 0, 0}};
+    for (unsigned left = 1; left <= kIds; ++left)
+        for (unsigned right = 1; right <= kIds; ++right)
+            world.costs.push_back(static_cast<std::uint8_t>(left == 3 || right == 3 ? unknown : cost(left, right)));
     for (unsigned column = 0; column < kIds; ++column) world.columns.push_back(static_cast<std::uint16_t>(column));
     return world;
 }
 
+void expectReferencePath(World const& world, Attached const& attached, Lattice& lattice, std::string const& text) {
+    Sentence sentence;
+    sentence.text = text;
+    lattice.build(sentence, attached.table.get(), attached.dics);
+    ASSERT_EQ(pathOf(sentence, attached.dics), pathOf(referenceSearch(text, world.dictionaries, world.costFunction())))
+        << "text " << testing::PrintToString(text);
+}
+
 TEST(LatticeProperty, UnknownWordsAreTakenAmongLetters) {
     for (unsigned seed = 1; seed <= 3000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
         Random random(seed);
-        World const world = lettersHardlyBetterThanUnknownWords(random);
+        unsigned const unknown = 1 + random.below(8);
+        std::array<unsigned, kIds> most{};
+        for (unsigned& of : most) of = 1 + random.below(2 * unknown);
+        World const world =
+            worldOfLetters(unknown, [&](unsigned, unsigned right) { return random.below(most[right - 1] + 1); });
         Attached const attached(world);
         Lattice lattice(0);
         for (unsigned t = 0; t < 8; ++t) {
             std::string text;
             for (unsigned n = 2 + random.below(8); n > 0; --n) text += "AAABBBCCC\xA0\x81"[random.below(11)];
-            Sentence sentence;
-            sentence.text = text;
-            lattice.build(sentence, attached.table.get(), attached.dics);
-            ASSERT_EQ(pathOf(sentence, attached.dics),
-                      pathOf(referenceSearch(text, world.dictionaries, world.costFunction())))
-                << "seed " << seed << ", text " << testing::PrintToString(text);
+            expectReferencePath(world, attached, lattice, text);
+            if (HasFatalFailure()) return;
         }
     }
+}
+
+// Two unknown words instead of A and B, since A is dear behind C and B before the last word, though each of the two
+// letters would go on in a stretch of its own, and B behind A.
+TEST(LatticeProperty, UnknownWordsAreTakenForLettersOfTwoKinds) {
+    World const world = worldOfLetters(4, [](unsigned left, unsigned right) {
+        if (right == 4) return left == 6 ? 6U : 1U;
+        if (right == 5) return 1U;
+        return left == 5 && right == 7 ? 6U : 0U;
+    });
+    Attached const attached(world);
+    Lattice lattice(0);
+    expectReferencePath(world, attached, lattice, "CAB\xA0");
 }
 
 /// Lengths of the words of an unread path, of which the first one's column must be told.
