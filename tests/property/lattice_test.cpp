@@ -170,7 +170,7 @@ TEST(LatticeProperty, UnknownWordsAreTakenAmongLetters) {
             std::string text;
             for (unsigned n = 2 + random.below(8); n > 0; --n) text += "AAABBBCCC\xA0\x81"[random.below(11)];
             expectReferencePath(world, attached, lattice, text);
-            if (HasFatalFailure()) return;
+            if (testing::Test::HasFatalFailure()) return;
         }
     }
 }
