@@ -159,26 +159,21 @@ bool BestPathSearch::chooseRun(std::size_t p) {
     Place const& place = places_[p];
     std::size_t const end = p + place.run;
     PlainRuns::Kind const& last = plain_.kindOf(text_[end - 1]);
-    std::uint32_t const low = bounds_[end].low;
     std::uint64_t best = followersOf(places_[end]).best(table_.costs(last.rowOffset));
     if (best >= bounds_[end].sure) [[unlikely]]
         best = chooseSlowly(end, last.rowOffset);
     if (best >= std::uint64_t{kMostSum} << kSumShift) return false;
-    std::uint32_t const unknown = table_.unknownCost();
     std::uint32_t const lastSum = baseSum_ + sumOf(best);
-    if (lastSum + last.largest >= low + 2 * unknown) return false;
+    if (lastSum + last.largest >= bounds_[end].low + 2U * table_.unknownCost()) return false;
     RunCosts inner;
-    std::uint32_t behind = low;  // the least sum at the second character
     if (place.run > 1) {
-        // Of each character unknown words have at least its sum but for what they have less at the last one.
-        std::uint32_t const lastLow = std::min(lastSum, low + unknown);
         inner = std::bit_cast<RunCosts>(places_[end - 1].words);
-        behind = lastLow + inner.conn - plain_.innerOf(text_[p], text_[p + 1]).cost;
-        std::fill(bounds_.begin() + p + 2, bounds_.begin() + end, Bound{lastLow, lastLow});
+        std::uint32_t const behind = lastSum + inner.conn - plain_.innerOf(text_[p], text_[p + 1]).cost;
         bounds_[p + 1] = {behind, behind};
+        std::fill(bounds_.begin() + p + 2, bounds_.begin() + end, Bound{lastSum, lastSum});
     }
-    std::uint64_t const all = (best & ~kNumberMask) + (std::uint64_t{inner.conn} << kSumShift) +
-                              (std::uint64_t{inner.word} << kWordShift);
+    std::uint64_t const all =
+        (best & ~kNumberMask) + (std::uint64_t{inner.conn} << kSumShift) + (std::uint64_t{inner.word} << kWordShift);
     Next const next = static_cast<Next>(best & kNumberMask) << 16 | sumOf(all);
     BundleCell const* const words = cache_.cells() + place.words;
     BundleCell::Arc const arc = words[-1].arc;
@@ -189,8 +184,9 @@ bool BestPathSearch::chooseRun(std::size_t p) {
         packed[number] = all + (std::uint64_t{words[number].word.cost} << kWordShift | number);
         next_[place.firstWord + number] = next;
     }
+    // Unknown words have more, here and inside the run.
     std::uint32_t const sum = lastSum + inner.conn;
-    bounds_[p] = {std::min(sum, behind + unknown), std::min(sum + place.leastColumn, behind + 2 * unknown)};
+    bounds_[p] = {sum, sum + place.leastColumn};
     bounds_[p].sure = sureBelow(bounds_[p].low);
     if (bounds_[p].low >= rebaseAt_) [[unlikely]]
         rebase(p);

@@ -50,13 +50,13 @@ void PlainRuns::learn(unsigned char byte, std::uint32_t bundle, BundleCache& cac
     if (!areOfOneRow(words)) return;
     plain_[byte] = {bundle, first, arc.count};
     Kind const kind{words.front().word.rowOffset, arc.enters(), largestBounded(words, table)};
-    if (!innerOf(kind, byte, kind, cache, table).follows) return;
+    if (!innerOf(kind, byte, cache, table).follows) return;
     numbers_[byte] = numberOf(kind);
     learnInners(byte, cache, table);
 }
 
-/// What a path takes for @p byte of @p kind behind a character of the kind @p before.
-PlainRuns::Inner PlainRuns::innerOf(Kind const& before, unsigned char byte, Kind const& kind, BundleCache const& cache,
+/// What a path takes for @p byte behind a character of the kind @p before.
+PlainRuns::Inner PlainRuns::innerOf(Kind const& before, unsigned char byte, BundleCache const& cache,
                                     SearchTable const& table) const {
     Words const words(cache.cells() + plain_[byte].firstWord, plain_[byte].wordCount);
     unsigned char const* const costs = table.costs(before.rowOffset);
@@ -64,9 +64,7 @@ PlainRuns::Inner PlainRuns::innerOf(Kind const& before, unsigned char byte, Kind
     auto const best = std::min_element(words.begin(), words.end(),
                                        [&](BundleCell const& a, BundleCell const& b) { return key(a) < key(b); });
     std::uint8_t const cost = costs[best->word.column];
-    unsigned const paid = cost + before.largest;
-    unsigned const unknown = table.unknownCost();
-    bool const follows = cost <= unknown && paid < 2 * unknown && paid <= unknown + kind.largest;
+    bool const follows = cost + before.largest < 2 * table.unknownCost();
     return {plain_[byte].firstWord + static_cast<std::uint32_t>(best - words.begin()), cost, best->word.cost, follows};
 }
 
@@ -74,12 +72,11 @@ PlainRuns::Inner PlainRuns::innerOf(Kind const& before, unsigned char byte, Kind
 void PlainRuns::learnInners(unsigned char byte, BundleCache const& cache, SearchTable const& table) {
     inners_.resize((kFirstKind + kinds_.size()) * kBytes);
     for (std::size_t number = kFirstKind; number != kFirstKind + kinds_.size(); ++number)
-        inners_[number * kBytes + byte] = innerOf(kinds_[number - kFirstKind], byte, kindOf(byte), cache, table);
+        inners_[number * kBytes + byte] = innerOf(kinds_[number - kFirstKind], byte, cache, table);
     for (unsigned other = 1; other != kBytes; ++other) {
         auto const behind = static_cast<unsigned char>(other);
         if (isPlain(numbers_[behind]))
-            inners_[std::size_t{numbers_[byte]} * kBytes + behind] =
-                innerOf(kindOf(byte), behind, kindOf(behind), cache, table);
+            inners_[std::size_t{numbers_[byte]} * kBytes + behind] = innerOf(kindOf(byte), behind, cache, table);
     }
 }
 

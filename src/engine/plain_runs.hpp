@@ -26,10 +26,9 @@ class DicSet;
 /// the words at place i, which have it in common, u(i) that of an unknown word there, U what stands before
 /// and behind an unknown word, C(i) the connection cost from i to the character behind it, M(i) the largest cost of a
 /// column of i that every row may stand before: no unknown word is taken at place i when
-/// c(i) + M(i) < 2 U + min(c(i + 1), u(i + 1)). When that is so
-/// at i + 1, it is so at i, since c(i) = C(i) + c(i + 1): if c(i + 1) is the smaller one, by C(i) + M(i) < 2 U,
-/// else by C(i) + M(i) <= U + M(i + 1), since u(i + 1) = U + min(c(i + 2), u(i + 2)). Where one of the two does not
-/// hold, or C(i) > U, a run ends. So c(i) - min(c(i), u(i)) is never larger than at the last character.
+/// c(i) + M(i) < 2 U + min(c(i + 1), u(i + 1)) = U + u(i). Unknown words stand before others, too, so M(i) >= U, and
+/// then c(i) < u(i). When that is so at i + 1, it is so at i where C(i) + M(i) < 2 U, since c(i) = C(i) + c(i + 1).
+/// Where C(i) + M(i) is not less, a run ends.
 class PlainRuns {
 public:
     /// What a path takes behind a plain character.
@@ -82,8 +81,7 @@ private:
     };
 
     std::uint8_t numberOf(Kind const& kind);
-    Inner innerOf(Kind const& before, unsigned char byte, Kind const& kind, BundleCache const& cache,
-                  SearchTable const& table) const;
+    Inner innerOf(Kind const& before, unsigned char byte, BundleCache const& cache, SearchTable const& table) const;
     void learnInners(unsigned char byte, BundleCache const& cache, SearchTable const& table);
 
     std::array<std::uint8_t, 256> numbers_{};

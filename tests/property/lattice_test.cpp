@@ -175,20 +175,6 @@ TEST(LatticeProperty, UnknownWordsAreTakenAmongLetters) {
     }
 }
 
-// Two unknown words instead of A and B, since A is dear behind C and B before the last word, though each of the two
-// letters would go on in a stretch of its own, and B behind A.
-TEST(LatticeProperty, UnknownWordsAreTakenForLettersOfTwoKinds) {
-    World const world = worldOfLetters(4, [](unsigned left, unsigned right) {
-        if (right == 4) return left == 6 ? 6U : 1U;
-        if (right == 5) return 1U;
-        return left == 5 && right == 7 ? 6U : 0U;
-    });
-    Attached const attached(world);
-    Lattice lattice(0);
-    for (char const* text : {"AB", "CAB\xA0"})  // the first one makes the letters known
-        expectReferencePath(world, attached, lattice, text);
-}
-
 /// Lengths of the words of an unread path, of which the first one's column must be told.
 std::vector<std::size_t> unreadLengths(Lattice const& lattice, Sentence const& sentence) {
     std::vector<std::size_t> lengths;
