@@ -32,7 +32,8 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
         if (divideWords)
             deliverMrph(out, makeMrph(text, node, context), joiner, divideWords);
         else
-            joiner.append(MrphDic(node->record).pid(), {text, node->length}, InPlace{text, node, context});
+            joiner.append(context.reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length},
+                          InPlace{text, node, context});
         text += node->length;
     }
     joiner.finish();
@@ -44,12 +45,12 @@ bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& contex
     char const* text = sentence.text.data();
     if (sentence.unread)
         context.lattice.visitUnread(sentence, [&](std::uint16_t column, std::uint32_t length, auto const& record) {
-            std::uint32_t const pid = context.reduce.mayBeMember(column) ? MrphDic(record()).pid() : 0;
-            joiner.append(pid, {text, length}, length);
+            joiner.append(context.reduce.membershipOf(column, [&] { return MrphDic(record()).pid(); }), {text, length},
+                          length);
             text += length;
         });
     for (LatticeNode const* node = sentence.bestStart; node != nullptr; node = node->next) {
-        joiner.append(MrphDic(node->record).pid(), {text, node->length}, node->length);
+        joiner.append(context.reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length}, node->length);
         text += node->length;
     }
     joiner.finish();

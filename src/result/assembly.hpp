@@ -34,7 +34,7 @@ inline void deliverMrph(std::vector<Mrph>& out, Mrph&& m, RunJoiner& joiner, boo
         joiner.finish();
         MrphAccess::divideAndPush(m, out);
     } else {
-        joiner.append(m.getPid(), MrphAccess::form(m), std::move(m));
+        joiner.append(joiner.rules().membershipOf(m.getPid()), MrphAccess::form(m), std::move(m));
     }
 }
 

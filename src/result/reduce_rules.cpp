@@ -131,10 +131,13 @@ void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
 
 void ReduceRules::bindColumns(ConnTable const& table) {
     if (boundTable_ == table.serial()) return;
-    memberColumns_.assign(table.cols(), 0);
-    auto const end = static_cast<std::uint32_t>(std::min<std::size_t>(ids_.size(), table.idCount() + std::size_t{1}));
-    for (std::uint32_t pid = 1; pid < end; ++pid)
-        if (ruleOf(pid) != kNone) memberColumns_[table.column(static_cast<std::uint16_t>(pid))] = 1;
+    constexpr std::uint16_t kNobody = 0x200;
+    columnMemberships_.assign(table.cols(), kNobody);
+    for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid) {
+        std::uint16_t& told = columnMemberships_[table.column(static_cast<std::uint16_t>(pid))];
+        Membership const membership = membershipOf(pid);
+        told = told == kNobody || told == membership ? membership : kUntold;
+    }
     boundTable_ = table.serial();
 }
 

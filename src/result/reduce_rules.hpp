@@ -43,18 +43,25 @@ public:
     /// Resolves the rules for the ids of @p pos; cheap when nothing changed.
     void bind(PosTables const& pos, Settings const& settings);
 
-    /// Finds the columns of @p table that members have, after bind(); cheap when nothing changed.
+    /// Finds the memberships that columns of @p table tell, after bind(); cheap when nothing changed.
     void bindColumns(ConnTable const& table);
 
-    /// True when a morpheme with @p column of the table of bindColumns() may be a member of a rule.
-    bool mayBeMember(std::uint16_t column) const noexcept { return memberColumns_[column] != 0; }
-    /// Number of the rule (from 1) that @p pid is a member of, kNone for none:
-    /// the first rule of the file whose mode is on and whose class fits.
-    std::uint8_t ruleOf(std::uint32_t pid) const noexcept {
-        return pid < ids_.size() ? static_cast<std::uint8_t>(ids_[pid] & ~kFollows) : kNone;
+    /// What a morpheme is to the rules: the number of the rule (from 1) that it is a member of and whether it may
+    /// follow another member directly; kNone when it is of none.
+    using Membership = std::uint8_t;
+    /// Its rule is the first one of the file whose mode is on and whose class fits.
+    Membership membershipOf(std::uint32_t pid) const noexcept { return pid < ids_.size() ? ids_[pid] : kNone; }
+    /// That of a morpheme with @p column of the table of bindColumns(); pid() is asked for where the column does not
+    /// tell.
+    template <class Pid>
+    Membership membershipOf(std::uint16_t column, Pid&& pid) const {
+        std::uint16_t const told = columnMemberships_[column];
+        return told == kUntold ? membershipOf(pid()) : static_cast<Membership>(told);
     }
-    /// True when a morpheme of @p pid may follow another member directly.
-    bool mayFollow(std::uint32_t pid) const noexcept { return (ids_[pid] & kFollows) != 0; }
+    static std::uint8_t ruleOf(Membership membership) noexcept {
+        return static_cast<std::uint8_t>(membership & ~kFollows);
+    }
+    static bool mayFollow(Membership membership) noexcept { return (membership & kFollows) != 0; }
     /// True when a morpheme of @p form joins between two members of rule @p number.
     bool mayBeInner(std::uint8_t number, std::string_view form) const noexcept {
         return !rules_[number - 1U].inner.empty() && isInner(number, form);
@@ -63,19 +70,20 @@ public:
 
 private:
     static constexpr std::uint8_t kFollows = 0x80;
+    static constexpr std::uint16_t kUntold = 0x100;
     static constexpr std::size_t kMaxRules = 0x7F;
 
     bool isInner(std::uint8_t number, std::string_view form) const noexcept;
 
     std::string path_;
     std::vector<ReduceRule> rules_;
-    std::vector<std::uint8_t> ids_;          // by id: rule number, and kFollows
+    std::vector<Membership> ids_;            // by id: rule number, and kFollows
     std::vector<std::uint16_t> joinedPids_;  // by rule
-    std::vector<std::uint8_t> memberColumns_;
+    std::vector<std::uint16_t> columnMemberships_;
     // What the bindings were made from.
     std::uint64_t boundRevision_ = 0;
     int boundModes_[3] = {-1, -1, -1};
-    std::uint64_t boundTable_ = 0;  // for memberColumns_; 0: they are not made
+    std::uint64_t boundTable_ = 0;  // for columnMemberships_; 0: they are not made
 };
 
 /// Takes the morphemes of one sentence in order and appends an Item for each to a
@@ -89,12 +97,12 @@ class RunAppender {
 public:
     RunAppender(ReduceRules const& rules, std::vector<Item>& out) : rules_(rules), out_(out) {}
 
-    /// Appends the item made of @p value for a morpheme of @p pid whose form is @p form.
+    /// Appends the item made of @p value for a morpheme whose form is @p form.
     template <class Value>
-    void append(std::uint32_t pid, std::string_view form, Value&& value) {
-        std::uint8_t const rule = rules_.ruleOf(pid);
+    void append(ReduceRules::Membership membership, std::string_view form, Value&& value) {
+        std::uint8_t const rule = ReduceRules::ruleOf(membership);
         while (rule_ != ReduceRules::kNone) {
-            if (rule == rule_ && (hasInner_ || rules_.mayFollow(pid))) {
+            if (rule == rule_ && (hasInner_ || ReduceRules::mayFollow(membership))) {
                 hasInner_ = false;
                 Join::append(out_, runStart_, std::forward<Value>(value));
                 runEnd_ = out_.size();
@@ -116,6 +124,7 @@ public:
         finish();
         out_.push_back(std::move(item));
     }
+    ReduceRules const& rules() const noexcept { return rules_; }
     void finish() {
         while (rule_ != ReduceRules::kNone) close();
     }

@@ -98,6 +98,13 @@ LineText::Range LineText::addUtf8(std::string_view line) {
                 at.offset += 2;
                 continue;
             }
+        } else if ((w & 0x80808080U) == 0 && end - at.in >= 4) {
+            std::memcpy(at.out, at.in, 4);
+            for (std::uint32_t i = 0; i != 4; ++i) at.offset[i] = position + i;
+            at.in += 4;
+            at.out += 4;
+            at.offset += 4;
+            continue;
         } else if ((w & 0x80U) == 0) {
             *at.out++ = *at.in++;
             *at.offset++ = position;
