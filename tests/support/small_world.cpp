@@ -40,6 +40,11 @@ SmallWorld& SmallWorld::cost(unsigned left, unsigned right, std::uint8_t value) 
     return *this;
 }
 
+SmallWorld& SmallWorld::shareColumns() {
+    sharesColumns_ = true;
+    return *this;
+}
+
 SmallWorld& SmallWorld::line(std::string line) {
     lines_.push_back(std::move(line));
     return *this;
@@ -58,6 +63,14 @@ ConnTableContent SmallWorld::connTable() const {
     content.columnIndex = content.rowIndex;
     content.rows = content.cols = static_cast<std::uint16_t>(names_.size());
     content.matrix = costs_;
+    auto const areEqual = [&](std::size_t a, std::size_t b) {
+        for (std::size_t row = 0; row < names_.size(); ++row)
+            if (costs_[row * names_.size() + a] != costs_[row * names_.size() + b]) return false;
+        return true;
+    };
+    for (std::size_t id = names_.size(); sharesColumns_ && id-- > 0;)
+        for (std::size_t other = id; other-- > 0;)
+            if (areEqual(id, other)) content.columnIndex[id] = static_cast<std::uint16_t>(other);
     return content;
 }
 

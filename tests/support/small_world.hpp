@@ -32,12 +32,14 @@ public:
     /// Connection cost of ids left, right (from 1 on); 0 unless set.
     SmallWorld& cost(std::function<std::uint8_t(unsigned left, unsigned right)> function);
     SmallWorld& cost(unsigned left, unsigned right, std::uint8_t value);
+    /// Lets ids of equal costs have one column in common, as a lexicon's table does.
+    SmallWorld& shareColumns();
     /// One dictionary source line.
     SmallWorld& line(std::string line);
     SmallWorld& linesUtf8(std::initializer_list<std::string_view> lines);
 
     std::vector<std::string> const& names() const noexcept { return names_; }
-    /// One row and one column per id.
+    /// One row and one column per id, unless columns are shared.
     ConnTableContent connTable() const;
     /// The source text, each line ended by LF.
     std::string source() const;
@@ -52,6 +54,7 @@ private:
     std::vector<std::string> names_{"BOS", "EOS", "UNK"};
     std::vector<std::uint8_t> costs_ = std::vector<std::uint8_t>(9, 0);
     std::vector<std::string> lines_;
+    bool sharesColumns_ = false;
 };
 
 }  // namespace TAVO::test

@@ -23,7 +23,7 @@ SmallWorld letters() {
 }
 
 struct Rules : ResultWorld {
-    explicit Rules(char const* rulesUtf8) : ResultWorld(letters()) {
+    explicit Rules(char const* rulesUtf8, SmallWorld const& world = letters()) : ResultWorld(world) {
         context.reduce.load(folder.write("reduce.rules", toSjis(rulesUtf8)).c_str());
     }
     /// "form/part of speech" of each morpheme.
@@ -69,8 +69,10 @@ TEST(ReduceRules, JoinsRunsOfAClass) {
         {"Number = : inner=xy\nSymbol =", "1xy2x3", "1/Number:Digit xy/記号:Symbol 2x3/Number:Digit"},
         {"; nothing\n# here\n\n  Number  =  名詞:そ  :  inner=,  \n", "12", "12/Number:Digit"},  // unlisted name
     };
-    for (auto const& [rules, text, expected] : cases)
+    for (auto const& [rules, text, expected] : cases) {
         EXPECT_EQ(Rules(rules).of(text), expected) << rules << " on " << text;
+        EXPECT_EQ(Rules(rules, letters().shareColumns()).of(text), expected) << rules << " on " << text;
+    }
 }
 
 TEST(ReduceRules, EachModeSwitchesItsRules) {
