@@ -129,8 +129,7 @@ void BestPathSearch::addPaths() {
     for (std::uint32_t number = 0; number != places_[0].wordCount; ++number) {
         paths_.startPath();
         if (behind_.packed[number] >= kDeadEnd) continue;
-        paths_.endPath(
-            walk(number, [&](std::size_t p, BlockPaths::Word const& word) { return paths_.add(p, word); }));
+        paths_.endPath(walk(number, [&](std::size_t p, BlockPaths::Word const& word) { return paths_.add(p, word); }));
     }
 }
 

@@ -91,9 +91,7 @@ public:
     /// Calls visit(column, length, record) for each word of the path; record() is slow.
     template <class Visit>
     void visitPath(std::size_t number, Visit&& visit) const;
-    std::uint16_t firstColumn(std::size_t number) const noexcept {
-        return pathWords_[found_[number].begin].column;
-    }
+    std::uint16_t firstColumn(std::size_t number) const noexcept { return pathWords_[found_[number].begin].column; }
     /// Gives the memory of exceptionally long paths back.
     void forgetPaths() noexcept;
     /// True while @p table and @p dics are those of the last search.
@@ -237,7 +235,9 @@ private:
     void startBehindBlock();
     void addPaths();
     void addFound(bool hasPath);
-    std::uint16_t columnOf(BlockPaths::Word const& word) const noexcept { return cache_.cells()[word.cell].word.column; }
+    std::uint16_t columnOf(BlockPaths::Word const& word) const noexcept {
+        return cache_.cells()[word.cell].word.column;
+    }
     template <class Give>
     std::uint32_t walk(std::uint32_t number, Give&& give) const;
     template <class Give>
