@@ -56,7 +56,7 @@ bool BlockAnalyser::addLine(Line const& line, BlockReport& report, OutBuffer& ou
     if (alone_ || text.size() > kMostTogether || std::memchr(text.data(), '\r', text.size()) != nullptr) return false;
     if (!lines_.empty() && text.data() + text.size() > lines_.front().text.data() + kMostTogether)
         writeLines(report, out);
-    if (lines_.empty()) text_.startLines(text.data());
+    if (lines_.empty()) text_.startLines(text);
     std::size_t const invalidBytes = text_.invalidBytes();
     LineText::Range const sjis = encoding_ == Encoding::Sjis ? text_.addSjis(text) : text_.addUtf8(text);
     lines_.push_back({text, line.carriageReturn, sjis, text_.invalidBytes() - invalidBytes});

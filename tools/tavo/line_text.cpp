@@ -44,8 +44,8 @@ struct LineText::Cursor {
     }
 };
 
-void LineText::startLines(char const* first) noexcept {
-    original_ = {first, 0};
+void LineText::startLines(std::string_view first) noexcept {
+    original_ = first.substr(0, 0);
     sjis_ = {};
     utf8_ = false;
     invalidBytes_ = 0;

@@ -39,18 +39,18 @@ public:
     /// this text is used. kPaddingBytes bytes behind it must be readable, the
     /// first of them no UTF-8 continuation byte.
     void assignUtf8(std::string_view line) {
-        startLines(line.data());
+        startLines(line);
         addUtf8(line);
     }
     /// Takes Shift_JIS bytes as they are.
     void assignSjis(std::string_view line) noexcept {
-        startLines(line.data());
+        startLines(line);
         addSjis(line);
     }
 
-    /// Becomes a text of several lines, of which the first one starts at @p first. Each line is as one alone; between
+    /// Becomes a text of several lines, of which @p first will be added first. Each line is as one alone; between
     /// two of them stands a line break.
-    void startLines(char const* first) noexcept;
+    void startLines(std::string_view first) noexcept;
     /// Bytes [begin, end) of sjis().
     struct Range {
         std::size_t begin, end;
