@@ -24,6 +24,10 @@ struct TAVO_HIDDEN Tavo::Impl {
 
     // Stages of an analysis.
     int analyzeText(std::string_view text, bool nBest);
+    /// True when more is wanted than best paths.
+    bool needsAllPaths(bool nBest) const;
+    /// True when line breaks inside sentences are taken out.
+    bool deletesLineBreaks() const;
     /// True when sentences are searched one at a time, since more is asked for than best paths of texts as given.
     bool searchesAlone(bool nBest) const;
     void analyzeLine(std::string_view piece, bool nBest);
@@ -36,7 +40,7 @@ struct TAVO_HIDDEN Tavo::Impl {
     StretchFinder stretchFinder() const;
     /// Takes tags and comments out of the sentence; false when its mark-up is malformed.
     bool readMarks(Sentence& sentence);
-    /// Builds all paths when more than the best one is wanted.
+    /// Searches a sentence alone.
     void buildLattice(Sentence& sentence, bool nBest);
     void setBeginCost(Sentence& sentence, bool forced) const;
     void setErrorSentence(std::size_t index);

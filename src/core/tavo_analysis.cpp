@@ -43,11 +43,17 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     return static_cast<int>(errorSentences.size());
 }
 
-bool Tavo::Impl::searchesAlone(bool nBest) const {
+bool Tavo::Impl::needsAllPaths(bool nBest) const {
     Settings const& settings = context.settings;
-    bool const allPaths = nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
-    return allPaths || mayHaveMarks() ||
-           (settings.mode(Mode::DeleteCRLF) == 1 && settings.mode(Mode::DelimitCRLF) == 0);
+    return nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
+}
+
+bool Tavo::Impl::deletesLineBreaks() const {
+    return context.settings.mode(Mode::DeleteCRLF) == 1 && context.settings.mode(Mode::DelimitCRLF) == 0;
+}
+
+bool Tavo::Impl::searchesAlone(bool nBest) const {
+    return needsAllPaths(nBest) || mayHaveMarks() || deletesLineBreaks();
 }
 
 void Tavo::Impl::addToGroup(std::string_view piece) {
@@ -88,7 +94,7 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     Sentence sentence;
     sentence.given = piece;
     sentence.text = piece;
-    if (context.settings.mode(Mode::DeleteCRLF) == 1 && context.settings.mode(Mode::DelimitCRLF) == 0) {
+    if (deletesLineBreaks()) {
         sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
         sentence.text = *sentence.ownedText;
     }
@@ -113,13 +119,14 @@ bool Tavo::Impl::readMarks(Sentence& sentence) {
 }
 
 void Tavo::Impl::readPaths() {
+    if (firstOfGroup == context.sentences.size()) return;
     for (; firstOfGroup != context.sentences.size(); ++firstOfGroup)
         context.lattice.read(context.sentences[firstOfGroup]);
+    context.lattice.forgetPaths();
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
-    Settings const& settings = context.settings;
-    bool const allPaths = nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
+    bool const allPaths = needsAllPaths(nBest);
     LatticeConstraints constraints;
     if (sentence.marks) {
         constraints = constraintsOf(sentence, context);

@@ -92,7 +92,7 @@ public:
     template <class Visit>
     void visitPath(std::size_t number, Visit&& visit) const;
     std::uint16_t firstColumn(std::size_t number) const noexcept { return pathWords_[found_[number].begin].column; }
-    /// Gives the memory of exceptionally long paths back.
+    /// Gives the memory of exceptionally long paths back, when none will be read any more.
     void forgetPaths() noexcept;
     /// True while @p table and @p dics are those of the last search.
     bool isAttached(ConnTable const& table, DicSet const& dics) const { return table_.isAttached(table, dics); }
@@ -295,7 +295,7 @@ private:
     // The group at work.
     std::span<std::string_view const> texts_;
     unsigned char const* memory_ = nullptr;  // where it starts
-    RawBuffer<Found> found_;                 // by text; those behind the one at work are to come
+    RawBuffer<Found> found_;                 // by text, those before the one at work
     RawBuffer<Chosen> pathWords_;
 
     // The sentence at work, and where its blocks begin.

@@ -21,7 +21,7 @@ void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet co
 void Lattice::clear() noexcept {
     pool_.clear();
     candidates_.clear();
-    search_.forgetPaths();
+    forgetPaths();
 }
 
 bool Lattice::belongTogether(std::string_view first, std::string_view next) const noexcept {

@@ -57,6 +57,8 @@ public:
     bool belongTogether(std::string_view first, std::string_view next) const noexcept;
     /// Adds the nodes of @p sentence's path if it is unread. Throws bad_alloc, after which it still is.
     void read(Sentence& sentence);
+    /// Gives the memory of exceptionally long paths back; to be called when none is unread.
+    void forgetPaths() noexcept { search_.forgetPaths(); }
     /// Calls visit(column, length, record) for each word of @p sentence's unread path, which stays unread; record()
     /// finds the word's record, which takes time.
     template <class Visit>

@@ -38,7 +38,7 @@ struct World {
     /// By id: where the table has its column; empty: one behind the other. Far apart in some worlds, so that a place's
     /// costs lie in many cache lines.
     std::vector<std::uint16_t> columns;
-    /// No longer form begins with a letter, and letters have alike words, of ids 4 and 5.
+    /// No longer form begins with a letter. Letters have alike words, of ids 4 and 5, or the second one some of id 6.
     bool plainLetters = false;
 
     /// Lets id 5 stand before others as id 4 does.

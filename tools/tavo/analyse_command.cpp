@@ -132,9 +132,6 @@ ExitStatus analyse(AnalyseOptions& options) {
 
     TAVO::Tavo prototype;
     openLexicon(prototype, options.lexicon);
-    // A line is a text whatever an init file says, and none of it is left out.
-    prototype.setDelimitCRLFMode(0);
-    prototype.setDeleteCRLFMode(0);
     // The N best are those of a line, not of its sentences.
     if (options.output.nBest != 0) prototype.clearDelimiterString();
     if (options.tagged) prototype.setTaggedInputMode(1);

@@ -95,10 +95,10 @@ void BlockAnalyser::writeAlone(Line const& line, BlockReport& report, OutBuffer&
 }
 
 void BlockAnalyser::delimitLines(bool delimit) {
-    if (delimitsLines_ == delimit) return;
-    analyser_.setDelimitCRLFMode(delimit ? 1 : 0);
-    analyser_.setDeleteCRLFMode(delimit ? 1 : 0);
-    delimitsLines_ = delimit;
+    int const mode = delimit ? 1 : 0;
+    if (analyser_.getDelimitCRLFMode() == mode && analyser_.getDeleteCRLFMode() == mode) return;
+    analyser_.setDelimitCRLFMode(mode);
+    analyser_.setDeleteCRLFMode(mode);
 }
 
 void BlockAnalyser::convert(std::string_view piece) {

@@ -67,7 +67,7 @@ private:
     /// Analyses and writes those added.
     void writeLines(BlockReport& report, OutBuffer& out);
     void writeAlone(Line const& line, BlockReport& report, OutBuffer& out);
-    /// Lets line breaks end sentences, or be text.
+    /// Lets line breaks end sentences, or be text, whatever an init file says; none is left out.
     void delimitLines(bool delimit);
     void convert(std::string_view piece);
     /// The text of the last analysis, without mark-up.
@@ -84,7 +84,6 @@ private:
     std::unique_ptr<LineWriter> writer_;
     bool tagged_;
     bool alone_;  // each line
-    bool delimitsLines_ = false;
     std::vector<Line> lines_;
     LineText text_;
     TaggedLine taggedLine_;
