@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Exception classes and error codes of the library.
 #ifndef TAVO_ERROR_HPP
 #define TAVO_ERROR_HPP

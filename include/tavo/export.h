@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Marks what the shared library exports; everything else stays hidden. Inside an
    exported class TAVO_HIDDEN takes out what only the library itself calls. */
 #ifndef TAVO_EXPORT_H

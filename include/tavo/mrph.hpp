@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // TAVO::Mrph: one morpheme of an analysed sentence.
 #ifndef TAVO_MRPH_HPP
 #define TAVO_MRPH_HPP

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /// The flat interface: plain C functions over opaque handles, one for nearly
 /// every method of TAVO::Tavo and TAVO::Mrph. Compiles as C99 and as C++.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // TAVO::Tavo: the analyser.
 #ifndef TAVO_TAVO_HPP
 #define TAVO_TAVO_HPP

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /// Whole texts in one call, as flat arrays: an addition to <tavo/tavo.h> for
 /// language bindings, where one call per value would cost more than the
 /// analysis. The conventions of <tavo/tavo.h> hold.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Version of the library; the build reads it from here. */
 #ifndef TAVO_VERSION_H
 #define TAVO_VERSION_H

@@ -4,6 +4,7 @@
 #include "import_charset.hpp"
 #include "import_fit.hpp"
 #include "import_lexicon.hpp"
+#include "import_notice.hpp"
 #include "import_pairs.hpp"
 #include "import_report.hpp"
 #include "import_search.hpp"
@@ -34,6 +35,7 @@ struct Options {
     std::size_t drawn = 3000;
     double maxTable = 46;  ///< megabytes of matrix
     bool source = false;
+    std::vector<std::string> notices;
 };
 
 /// Names of stages on standard error, when a person watches.
@@ -83,7 +85,7 @@ Tables buildTablesWithin(double maxBytes, Lexicon const& lexicon, FormIndex cons
 
 void writeLexicon(Options const& options, std::vector<std::string> const& lines,
                   std::vector<DictionaryPart> const& parts, std::string const& table, Tables const& tables,
-                  bool shortUnits) {
+                  bool shortUnits, std::string const& notice) {
     fs::path const out = fs::absolute(options.out);
     fs::create_directories(out);
     for (std::size_t part = 0; part < parts.size(); ++part) {
@@ -99,6 +101,8 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     // What an earlier import left here would be taken for a part of this one.
     for (std::size_t part = parts.size(); fs::remove(out / dictionaryName(part)); ++part) {
     }
+    fs::remove(out / kNoticeName);
+    if (!notice.empty()) writeFile(out / kNoticeName, notice);
     writeFile(out / "ConnTable", table);
     writeFile(out / tool::kWordClassesName, tables.classes.text());
     writeFile(out / "reduce.rules", reduceRuleText(tables.names, shortUnits));
@@ -113,6 +117,9 @@ void importMecab(Options const& options) {
     Lexicon lexicon = readLexicon(options.folder, options.charset, options.layoutGiven ? &options.layout : nullptr);
     addUnknownWords(lexicon, readCharMap(lexicon.folder / "char.def"));
     FormIndex const index(lexicon);
+    std::vector<fs::path> notices(options.notices.begin(), options.notices.end());
+    if (notices.empty()) notices = findNotices(lexicon.folder);
+    std::string const notice = noticeText(notices);
 
     progress.stage("Fitting costs");
     std::vector<std::string> const sentences =
@@ -131,7 +138,7 @@ void importMecab(Options const& options) {
     std::vector<std::string> const lines = sourceLines(lexicon, tables);
     std::vector<DictionaryPart> const parts = compileDictionaries(tables.names, lines);
     std::string const connTable = connTableBytes(tables);
-    writeLexicon(options, lines, parts, connTable, tables, lexicon.shortUnits);
+    writeLexicon(options, lines, parts, connTable, tables, lexicon.shortUnits, notice);
 
     ReportFacts facts;
     facts.fittedOn = fittedOn;
@@ -141,6 +148,7 @@ void importMecab(Options const& options) {
     facts.tableBytes = connTable.size();
     facts.perByte = shifts.perByte;
     facts.table = table;
+    for (fs::path const& file : notices) facts.notices += (facts.notices.empty() ? "" : ", ") + file.string();
     std::string const report = reportText(lexicon, tables, agreement, facts);
     writeFile(fs::path(options.out) / "report.txt", report);
     std::fputs(report.c_str(), stdout);
@@ -166,6 +174,13 @@ CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<
     mecab->add_option("--charset", options.charset, "Encoding of the source (default: as its dicrc says)");
     mecab->add_option("--data-dir", options.dataFolder, "Folder that tavo.init names (default: OUTDIR)");
     mecab->add_flag("--source", options.source, "Write the dictionary's source text too, SysDic.txt");
+    mecab
+        ->add_option("--notice", options.notices,
+                     "Copyright and licence of the source, copied to COPYING (default: the source folder's, or those "
+                     "of its package). May be repeated")
+        ->type_name("FILE")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     mecab->add_option("--step", options.table.step, "Source cost of one unit of a connection cost")
         ->check(CLI::Range(1.0, 1000.0))
         ->capture_default_str();

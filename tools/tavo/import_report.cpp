@@ -113,6 +113,7 @@ std::string reportText(Lexicon const& lexicon, Tables const& tables, Agreement c
     LeftOut const& leftOut = lexicon.leftOut;
     std::uint64_t const lost = leftOut.noForm.count + leftOut.noCode.count + leftOut.duplicates.count;
     line("source", lexicon.folder.string() + " (" + lexicon.charset + ")");
+    line("notices in COPYING", facts.notices.empty() ? "none found; name a file with --notice" : facts.notices);
     line("entries read", number(lexicon.entriesRead));
     line("entries written", number(lexicon.entriesRead - lost));
     loss("entries left out, form not in code page 932", leftOut.noCode);

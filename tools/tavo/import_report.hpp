@@ -36,6 +36,7 @@ struct ReportFacts {
     std::vector<std::uint64_t> dictionaryBytes;  ///< per part
     std::uint64_t tableBytes = 0;
     double perByte = 0;
+    std::string notices;  ///< files of the source's notices
     TableOptions table;
 };
 
