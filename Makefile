@@ -2,11 +2,13 @@
 #
 # Variables: LEXICON=DIR another MeCab-format lexicon; PREFIX=DIR where to
 # install; TEXT=FILE what the benchmark reads; SECONDS=N how long each fuzz
-# target runs; CXX=clang++ another compiler, with a build folder of its own.
+# target runs; CXX=clang++ another compiler, with a build folder of its own;
+# SETUP=: installs no packages.
 
 LEXICON ?= /usr/share/mecab/dic/ipadic
 PREFIX ?= /usr/local
 JOBS ?= $(shell nproc)
+SETUP ?= scripts/setup
 SECONDS ?= 60
 TEXT ?=
 GOLD ?=
@@ -29,10 +31,12 @@ CONFIGURE_FLAGS += -DTAVO_WERROR=$(if $(CI),ON,OFF)
 say = @printf '\n== %s\n' "$(1)"
 # Test results are printed in full when a test fails.
 CTEST := ctest --output-on-failure --no-tests=error -j $(JOBS)
+# The loader's list of libraries; a user who may not write it has LD_LIBRARY_PATH.
+LDCONFIG := [ -n "$$DESTDIR" ] || [ "$$(id -u)" != 0 ] || ! command -v ldconfig >/dev/null || ldconfig
 
 .DEFAULT_GOAL := help
 .PHONY: help demo test fuzz build lexicon bench accuracy lint tidy format install \
-        sanitize test-asan test-tsan
+        sanitize test-asan test-tsan uninstall clean
 
 help:
 	@echo 'make demo       install what is needed, build, make the lexicon, analyse some sentences'
@@ -42,27 +46,31 @@ help:
 	@echo 'make build      program $(BUILD)/bin/tavo, library $(BUILD)/lib/libtavo.so; CXX=clang++ for another compiler'
 	@echo 'make lexicon    the default lexicon in $(BUILD)/share/tavo; LEXICON=DIR for another source'
 	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
+	@echo 'make uninstall  takes that away again; what was added beside it stays'
+	@echo 'make clean      removes the build folders, the lexicon with them'
 	@echo 'make bench      speed of the pieces and of the program; TEXT=FILE for a text of your own'
 	@echo 'make accuracy   word F1 against another analyser and against gold; TEXT=FILE GOLD=FILE.conllu LEXICONS=...'
 	@echo 'make lint       format, layers, shellcheck, cppcheck, clang-tidy'
 	@echo 'make tidy       the same with clang-tidy file by file, following paths, which takes many minutes'
 	@echo 'make format     reformat all C++ files'
+	@echo
+	@echo 'Debian packages that are missing (file packages) are named, then installed; SETUP=: installs none.'
 
 demo: lexicon
 	@BUILD=$(BUILD) scripts/demo
 
 build:
-	@scripts/setup
+	@$(SETUP)
 	$(call say,compile program and library in $(BUILD))
 	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS) --target tavo_program tavo
 
 lexicon: build
 	$(call say,lexicon from $(LEXICON) in $(BUILD)/share/tavo)
-	@scripts/make-lexicon $(BUILD) $(LEXICON)
+	@scripts/make-lexicon '$(BUILD)' '$(LEXICON)'
 
 test: lexicon
-	@scripts/setup test
+	@$(SETUP) test
 	$(call say,tests (release))
 	@cmake --build $(BUILD) -j $(JOBS)
 	@$(CTEST) --test-dir $(BUILD)
@@ -74,21 +82,21 @@ sanitize:
 	$(call say,all tests passed under the sanitizers)
 
 test-asan: lexicon
-	@scripts/setup test
+	@$(SETUP) test
 	$(call say,tests under the address and undefined behaviour sanitizers)
 	@cmake --preset asan-ubsan $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build --preset asan-ubsan -j $(JOBS)
 	@$(CTEST) --test-dir build-asan
 
 test-tsan: lexicon
-	@scripts/setup test
+	@$(SETUP) test
 	$(call say,tests with threads under the thread sanitizer)
 	@cmake --preset tsan $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build --preset tsan -j $(JOBS) --target tavo_thread_tests tavo_program tavo_make_conn_table
 	@$(CTEST) --test-dir build-tsan -L threads
 
 fuzz:
-	@scripts/setup fuzz
+	@$(SETUP) fuzz
 	$(call say,fuzz targets ($(SECONDS) seconds each))
 	@cmake --preset fuzz >/dev/null
 	@cmake --build --preset fuzz -j $(JOBS) --target tavo_fuzz_targets
@@ -96,12 +104,20 @@ fuzz:
 
 install: lexicon
 	$(call say,install below $(PREFIX))
-	@cmake -B $(BUILD) -DCMAKE_INSTALL_PREFIX=$(abspath $(PREFIX)) >/dev/null
+	@cmake -B $(BUILD) -DCMAKE_INSTALL_PREFIX="$$(realpath -m -- '$(PREFIX)')" >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS) --target tavo_program tavo
 	@cmake --install $(BUILD)
+	@$(LDCONFIG)
+
+uninstall:
+	@scripts/uninstall "$$DESTDIR$$(realpath -m -- '$(PREFIX)')"
+	@$(LDCONFIG)
+
+clean:
+	rm -rf '$(BUILD)' build-asan build-tsan build-fuzz
 
 bench: lexicon
-	@scripts/setup bench
+	@$(SETUP) bench
 	$(call say,speed of the pieces)
 	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) -DTAVO_BUILD_BENCH=ON >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS) --target tavo_benches
@@ -110,19 +126,19 @@ bench: lexicon
 	@scripts/bench-whole.py --tavo $(BUILD)/bin/tavo --library $(BUILD)/bin/tavo_bench_library $(TEXT)
 
 accuracy: lexicon
-	@scripts/setup accuracy
+	@$(SETUP) accuracy
 	@BUILD=$(BUILD) GOLD='$(GOLD)' LEXICONS='$(LEXICONS)' scripts/accuracy $(TEXT)
 
 lint:
-	@scripts/setup lint
+	@$(SETUP) lint
 	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
 	@BUILD=$(BUILD) JOBS=$(JOBS) scripts/lint
 
 tidy:
-	@scripts/setup lint
+	@$(SETUP) lint
 	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
 	@BUILD=$(BUILD) JOBS=$(JOBS) scripts/lint --clang
 
 format:
-	@scripts/setup lint
+	@$(SETUP) lint
 	@git ls-files '*.cpp' '*.hpp' '*.h' '*.c' | xargs clang-format -i

@@ -1,5 +1,5 @@
 # What `cmake --install` lays down: program, library, headers, the CMake package
-# and the pkg-config file, and the lexicon where one was made.
+# and the pkg-config file, the lexicon where one was made, and the licence.
 include(CMakePackageConfigHelpers)
 
 set(TAVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/tavo)
@@ -36,3 +36,16 @@ install(CODE "
     string(REPLACE \"${PROJECT_BINARY_DIR}/share/tavo\" \"\${folder}\" text \"\${text}\")
     file(WRITE \"\$ENV{DESTDIR}\${folder}/tavo.init\" \"\${text}\")
   endif()")
+
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# What lies below the prefix, for scripts/uninstall: names relative to it, so that the tree may
+# be moved. Comes last.
+install(CODE "
+  set(names \"\")
+  foreach(file IN LISTS CMAKE_INSTALL_MANIFEST_FILES)
+    file(RELATIVE_PATH name \"\${CMAKE_INSTALL_PREFIX}\" \"\${file}\")
+    string(APPEND names \"\${name}\\n\")
+  endforeach()
+  set(list \"${CMAKE_INSTALL_DATADIR}/tavo/installed.txt\")
+  file(WRITE \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/\${list}\" \"\${names}\${list}\\n\")")

@@ -1,5 +1,6 @@
 #include "lexicon.hpp"
 
+#include "data_dir.hpp"
 #include "tool_error.hpp"
 
 #include "config/init_file.hpp"
@@ -128,7 +129,7 @@ std::vector<fs::path> lexiconFolders() {
     std::error_code failed;
     fs::path const program = fs::read_symlink("/proc/self/exe", failed);
     if (!failed) folders.push_back(program.parent_path().parent_path() / "share" / "tavo");
-    if (folders.empty() || folders.back() != TAVO_DATA_DIR) folders.emplace_back(TAVO_DATA_DIR);
+    if (folders.empty() || folders.back() != kDataDir) folders.emplace_back(kDataDir);
     return folders;
 }
 
