@@ -166,8 +166,9 @@ public:
     int getDicIndex(char const* path) const;
     char const* getDicPath(int index) const;
     char const* getSrcPath(int index) const;
-    /// Takes a dictionary, or all, off the list and drops results: another analyser
-    /// may rebuild it from now on.
+    /// Takes a dictionary, or all, off the list and drops results; morphemes fetched
+    /// before are no longer valid: another analyser may rebuild the dictionary from now on,
+    /// and it may leave memory to make room for others.
     void offDic(int index);
     void offDic(char const* path);
     void offDic();
@@ -177,7 +178,9 @@ public:
     void touchDic();
     /// Rebuilds a dictionary from its source when that is newer. 0 nothing to
     /// do, 1 rebuilt, 2 used by another analyser, 3 no source path, 4 source
-    /// unreadable, 5 source refused, 6 a file step failed.
+    /// unreadable, 5 source refused, 6 a file step failed. Should the old file be
+    /// unusable, too, after a 6, the analyser is not ready until the dictionary is taken
+    /// off and added again.
     int updateDic(int index);
     int updateDic(char const* path);
     /// The words of a dictionary whose reading equals @p reading.

@@ -51,7 +51,7 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// Frees the results and everything they point at.
     void dropInput() noexcept;
 
-    /// Throws tavo_not_ready without connection table or dictionary.
+    /// Throws tavo_not_ready without connection table or dictionary, or when a dictionary lost its file.
     void requireReady() const;
     /// The sentence, or null when the last input had none at all; throws
     /// range_error with @p what for a bad index.

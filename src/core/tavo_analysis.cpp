@@ -57,6 +57,7 @@ bool Tavo::Impl::searchesAlone(bool nBest) const {
 }
 
 void Tavo::Impl::addToGroup(std::string_view piece) {
+    requireReady();
     std::vector<Sentence>& sentences = context.sentences;
     if (firstOfGroup != sentences.size() && !context.lattice.belongTogether(sentences[firstOfGroup].text, piece)) {
         analyzeGroup();
@@ -126,6 +127,7 @@ void Tavo::Impl::readPaths() {
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
+    requireReady();
     bool const allPaths = needsAllPaths(nBest);
     LatticeConstraints constraints;
     if (sentence.marks) {
@@ -163,6 +165,9 @@ void Tavo::Impl::setErrorSentence(std::size_t index) {
 void Tavo::Impl::requireReady() const {
     if (context.connTable == nullptr) throw tavo_not_ready("No ConnTable: Need to call setConnTablePath()");
     if (context.dics.entries().empty()) throw tavo_not_ready("No Dictionary: Need to call addDicPath()");
+    for (DicEntry const& entry : context.dics.entries())
+        if (entry.dic->trie() == nullptr)
+            throw tavo_not_ready("Dictionary not loaded: " + entry.path + ": Need to call offDic() and addDicPath()");
 }
 
 Sentence const* Tavo::Impl::sentence(int index, char const* what) const {

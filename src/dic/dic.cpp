@@ -49,6 +49,7 @@ void Dic::release() {
     header_ = nameOffsets_ = namePool_ = nullptr;
     namePoolBytes_ = 0;
     trie_.reset();
+    serial_ = nextSerial();
     image_.release();
 }
 

@@ -28,12 +28,13 @@ public:
     /// illegal_format, invalid_dictionary_version, invalid_dictionary_char_type.
     Dic(bool memoryMapped, char const* path);
 
-    /// Differs from that of every other table and dictionary, and changes with takeBack().
+    /// Differs from that of every other table and dictionary, and changes with release() and takeBack().
     std::uint64_t serial() const noexcept { return serial_; }
     bool hasHeader() const noexcept { return header_ != nullptr; }
     /// Null without header.
     DicTrie const* trie() const noexcept { return trie_.get(); }
     std::string const& path() const noexcept { return image_.path(); }
+    bool memoryMapped() const noexcept { return image_.memoryMapped(); }
     unsigned charType() const noexcept;
     std::uint32_t nameStamp() const noexcept;
     std::uint16_t nameCount() const noexcept;
@@ -43,8 +44,9 @@ public:
     /// True when @p record lies inside the image.
     bool contains(unsigned char const* record) const noexcept;
 
-    /// Gives the mapping up so that the file can be moved; finds nothing until
-    /// takeBack(), which maps the path again and derives everything anew.
+    /// Gives the mapping up so that the file can be moved; has no trie until
+    /// takeBack(), which maps the path again and derives everything anew. What was
+    /// read before is gone: whoever remembers it tells that by the serial.
     void release();
     void takeBack();
 

@@ -14,15 +14,20 @@
 namespace TAVO {
 namespace {
 
-/// The pooled dictionary of @p path, loaded when missing. The lock is held.
+/// The pooled dictionary of @p path, loaded when missing, and anew when a rebuild
+/// left it without its file and nobody uses it. The lock is held.
 Dic const* pooledDic(std::string const& path, bool memoryMapped) {
     SharedPools& pools = sharedPools();
     if (auto const found = pools.DIC_POOL.find(path); found != pools.DIC_POOL.end()) {
         Dic const* const dic = found->second.get();
-        if (pools.DIC_USED[dic] < 0) throw busy_dictionary(path);
-        return dic;
+        int const users = pools.DIC_USED[dic];
+        if (users < 0) throw busy_dictionary(path);
+        if (dic->trie() != nullptr) return dic;
+        if (users > 0) throw illegal_format(path);
+        pools.DIC_USED.erase(dic);
+        pools.DIC_POOL.erase(found);
     }
-    auto loaded = std::make_unique<Dic const>(memoryMapped, path.c_str());
+    std::unique_ptr<Dic const> loaded = pools.loadDic(memoryMapped, path);
     if (loaded->trie() == nullptr) throw illegal_format(path);
     Dic const* const dic = loaded.get();
     pools.DIC_USED.emplace(dic, 0);

@@ -111,7 +111,8 @@ bool replaceFile(std::string const& path, TemporaryFile& made) {
     return replaced;
 }
 
-/// Without its file a dictionary finds nothing; the next rebuild may cure that.
+/// Without its file a dictionary has no trie, and its analyser is not ready; the
+/// next rebuild may cure that, and so does taking it off and adding it again.
 void takeBackIfPossible(Dic& dic) {
     try {
         dic.takeBack();
@@ -123,7 +124,7 @@ void takeBackIfPossible(Dic& dic) {
 /// The dictionary now at @p path, null when it cannot be used.
 std::unique_ptr<Dic const> loadReplacement(std::string const& path, bool memoryMapped) {
     try {
-        auto dic = std::make_unique<Dic const>(memoryMapped, path.c_str());
+        std::unique_ptr<Dic const> dic = sharedPools().loadDic(memoryMapped, path);
         return dic->trie() != nullptr ? std::move(dic) : nullptr;
     } catch (std::bad_alloc const&) {
         throw;

@@ -116,6 +116,8 @@ void* mmapFailed() noexcept;
 /// Opens (POSIX flags and mode) and registers; -1 when the open fails, -2 when
 /// all slots are taken. Descriptor 0 marks a free slot and is never given out.
 int MmapOpen(char const* path, int flags, int mode);
+/// True when all slots are taken.
+bool MmapIsFull() noexcept;
 /// Maps the whole file; @p hint and @p length are ignored. On failure the slot
 /// is freed and the descriptor, still open, is the caller's to close.
 void* Mmap(void* hint, std::size_t length, int protection, int flags, int descriptor);

@@ -57,6 +57,8 @@ int MmapOpen(char const* path, int flags, int mode) {
     return descriptor;
 }
 
+bool MmapIsFull() noexcept { return slotOf(0) == nullptr; }
+
 void* Mmap(void* /*hint*/, std::size_t /*length*/, int protection, int flags, int descriptor) {
     Slot* const slot = descriptor > 0 ? slotOf(descriptor) : nullptr;
     if (slot == nullptr) return MAP_FAILED;

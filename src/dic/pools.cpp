@@ -1,5 +1,7 @@
 #include "dic/pools.hpp"
 
+#include "dic/file_access.hpp"
+
 #include <stdexcept>
 
 namespace TAVO {
@@ -26,6 +28,18 @@ void SharedPools::dispose() {
         HasCS = false;
     }
     CriticalSection.reset();
+}
+
+std::unique_ptr<Dic const> SharedPools::loadDic(bool memoryMapped, std::string const& path) {
+    if (memoryMapped && MmapIsFull()) {
+        std::erase_if(DIC_POOL, [this](auto const& pooled) {
+            auto const used = DIC_USED.find(pooled.second.get());
+            if (used->second != 0 || !pooled.second->memoryMapped()) return false;
+            DIC_USED.erase(used);
+            return true;
+        });
+    }
+    return std::make_unique<Dic const>(memoryMapped, path.c_str());
 }
 
 ConnTable const* SharedPools::connTable(char const* path) {

@@ -12,8 +12,7 @@
 
 namespace TAVO {
 
-/// Everything shared by the analysers of a process. Names in capitals are the
-/// ones this system has always used for them.
+/// Everything shared by the analysers of a process.
 struct SharedPools {
     std::map<std::string, std::unique_ptr<Dic const>> DIC_POOL;
     /// Number of analysers that use a pooled dictionary; -1 while one rebuilds it.
@@ -28,6 +27,9 @@ struct SharedPools {
     void readyForThread();
     /// Frees everything pooled, then the lock.
     void dispose();
+    /// Loads a dictionary that is not pooled yet. Once all places for mapped files are
+    /// taken, the mapped dictionaries that nobody uses leave the pool. The lock is held.
+    std::unique_ptr<Dic const> loadDic(bool memoryMapped, std::string const& path);
     /// The pooled table of @p path, loaded when missing. Takes the lock.
     ConnTable const* connTable(char const* path);
 };

@@ -135,6 +135,31 @@ TEST_F(Limits, OfMappedFiles) {
     EXPECT_EQ(tavo_.getDicCount(), 257);
 }
 
+TEST_F(Limits, OfMappedFilesOneAfterAnother) {
+    attach(true);
+    fs::create_directory(dir_.file("more"));
+    for (int i = 0; i < 2 * static_cast<int>(kMappingSlots); ++i) {
+        std::string const name = dir_.file("more/" + std::to_string(i));
+        fs::create_hard_link(paths_.dic, name);
+        tavo_.addDicPath(name.c_str(), true);
+        tavo_.offDic(name.c_str());
+    }
+    EXPECT_LE(sharedPools().DIC_POOL.size(), kMappingSlots);
+    EXPECT_EQ(sharedPools().DIC_POOL.size(), sharedPools().DIC_USED.size());
+    EXPECT_EQ(formatted("a", "%w/%c"), "a/40");
+    // A rebuild needs a place of its own where the old dictionary was read.
+    tavo_.offDic();
+    sharedPools().dispose();
+    tavo_.setConnTablePath(paths_.connTable.c_str());
+    tavo_.addDicPath(paths_.dic.c_str(), false);
+    tavo_.offDic(0);
+    tavo_.addDicPath(paths_.dicSpec().c_str(), true);
+    for (int i = 0; i < static_cast<int>(kMappingSlots); ++i)
+        Tavo().addDicPath(dir_.file("more/" + std::to_string(i)).c_str(), true);
+    fs::last_write_time(paths_.source, fs::last_write_time(paths_.dic) + std::chrono::seconds(2));
+    EXPECT_EQ(tavo_.updateDic(0), 1);
+}
+
 TEST_F(Limits, OfAttachedDictionaries) {
     attach();
     world_.line("b,N,3");

@@ -105,6 +105,45 @@ TEST_F(Misuse, ADetachedDictionaryMayBeRebuiltByAnother) {
     EXPECT_EQ(answer(other), "abc:V");
 }
 
+TEST_F(Misuse, ADictionaryThatCanNeitherBeRebuiltNorTakenBack) {
+    std::string const text = "abc", before = "ab:N c:N", good = readFile(paths_.dic);
+    std::string const gone = "TAVO_NOT_READY: Dictionary not loaded: " + paths_.dic +
+                             ": Need to call offDic() and addDicPath()";
+    sharedPools().dispose();
+    Tavo tavo, other;
+    paths_.attachTo(tavo, true);
+    other.setConnTablePath(paths_.connTable.c_str());
+    for (int i = 0; i < 3; ++i) tavo.analyze(text);
+    EXPECT_EQ(answer(tavo), before) << "its records are in the caches of the search";
+    makeNewer();
+    fs::create_directories(paths_.dic + "_bak/x");
+    auto const old = fs::last_write_time(paths_.dic);
+    fs::rename(dir_.write("empty", ""), paths_.dic);
+    fs::last_write_time(paths_.dic, old);
+    EXPECT_EQ(tavo.updateDic(0), 6);
+
+    EXPECT_FALSE(static_cast<bool>(tavo));
+    std::vector<Mrph> words;
+    EXPECT_EQ(thrown([&] { tavo.getResult(words, 0); }), kGone);
+    EXPECT_EQ(thrown([&] { tavo.analyze(text); }), gone);
+    EXPECT_EQ(thrown([&] { tavo.getResult(words, 0); }), gone);
+    EXPECT_EQ(thrown([&] { tavo.analyzeNBest(text); }), gone);
+    tavo.setTaggedInputMode(1);
+    EXPECT_EQ(thrown([&] { tavo.analyze(text); }), gone);
+    tavo.setTaggedInputMode(0);
+    EXPECT_EQ(thrown([&] { Tavo(tavo).analyze(text); }), gone);
+
+    fs::rename(dir_.write("good", good), paths_.dic);
+    EXPECT_EQ(thrown([&] { other.addDicPath(paths_.dic.c_str(), true); }), "ILLEGAL_FORMAT: " + paths_.dic)
+        << "still in use";
+    tavo.offDic(0);
+    for (Tavo* const cured : {&tavo, &other}) {
+        cured->addDicPath(paths_.dic.c_str(), true);
+        cured->analyze(text);
+        EXPECT_EQ(answer(*cured), before);
+    }
+}
+
 TEST_F(Misuse, AfterAnAnalysisThatFailed) {
     std::string const text = "abc", none = "b";
     tavo_.analyze(text);

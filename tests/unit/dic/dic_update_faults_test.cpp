@@ -188,6 +188,31 @@ TEST_P(DicUpdateFaults, TheReadingIndexGoesWithTheMapping) {
     for (ReadingWord const* word : set.findByRead("", 0)) EXPECT_TRUE(set.entries()[0].dic->contains(word->record));
 }
 
+TEST_P(DicUpdateFaults, WhatCannotBeTakenBackIsAnotherDictionary) {
+    DicSet set;
+    prepare(set);
+    std::uint64_t const serial = set.entries()[0].dic->serial();
+    {
+        // The rename fails, and so does every step of taking the mapping back.
+        bool renamed = false;
+        Faults const faults([&](int, FileStep step, std::size_t&) {
+            renamed = renamed || step == FileStep::kRename;
+            return renamed ? EIO : 0;
+        });
+        EXPECT_EQ(set.updateDic(0, world_.names()), 6);
+    }
+    EXPECT_EQ(finds(set, "word"), !GetParam()) << "only a mapping is given up";
+    EXPECT_EQ(set.entries()[0].dic->serial() == serial, !GetParam());
+    DicSet other;
+    if (GetParam()) {
+        EXPECT_THROW(other.addDicPath(paths_.dic.c_str(), true, nullptr), illegal_format) << "while it is used";
+    }
+    set.offDic(0);
+    other.addDicPath(paths_.dicSpec().c_str(), GetParam(), nullptr);
+    EXPECT_TRUE(finds(other, "word"));
+    expectNextTryWorks(other);
+}
+
 /// Another file that takes the path while it is being loaded.
 TEST_P(DicUpdateFaults, AFileSwappedWhileItIsLoadedIsReadAtItsOwnLength) {
     for (std::string const& other : {new_, old_.substr(0, old_.size() - 40)}) {
