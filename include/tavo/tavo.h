@@ -16,7 +16,8 @@
 ///   -10002  the buffer is too small
 ///   -10003  a file cannot be opened; a dictionary is not in the list
 ///   -10004  a file is damaged or of another kind
-///   -10005  an unknown part of speech
+///   -10005  kept for parts of speech; no function gives it: a name that the connection
+///           table lacks has id 0, in tags and comment rules the unknown word's
 ///   -10006  a dictionary is being rebuilt
 ///   -10007  an index is at or above the count
 ///   -10008  a request that the object's state does not allow

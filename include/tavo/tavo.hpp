@@ -187,19 +187,21 @@ public:
     void getByRead(std::vector<Mrph>& result, char const* reading, int index);
     void getByRead(std::vector<Mrph>& result, char const* reading, char const* path);
 
-    // Analysis. The text is not copied: it must stay valid and unchanged until
-    // the results have been fetched and are no longer used.
+    // Analysis. A text that the caller keeps is not copied: it must stay valid and
+    // unchanged until the results have been fetched and are no longer used. A
+    // temporary or a literal becomes the analyser's own, until it takes the next one.
 
     /// Analyses @p length bytes. Returns the number of sentences that failed.
     int analyze(char const* text, int length);
     int analyze(std::string const& text);
-    int analyze(std::string&& text) = delete;  // would die before its results
+    int analyze(std::string&& text);
 
     /// The same, so that getResultNBest() can give more than the best analysis; a
     /// line of more than 8192 bytes throws too_long_string (the sentences before
     /// it stay).
     int analyzeNBest(char const* text, int length);
     int analyzeNBest(std::string const& text);
+    int analyzeNBest(std::string&& text);
 
     unsigned int getSentenceCount() const;
     std::string getSentence(int sentence) const;

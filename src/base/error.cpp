@@ -1,5 +1,7 @@
 #include <tavo/error.hpp>
 
+#include "base/bad_allocation.hpp"
+
 #include <new>
 #include <utility>
 
@@ -53,7 +55,9 @@ int currentExceptionCode(std::string& what) {
     try {
         throw;
     } catch (std::bad_alloc const& e) {
-        return answer(ERROR_BAD_ALLOC, e);
+        answer(ERROR_BAD_ALLOC, e);
+        if (what.starts_with("std::")) what = BadAllocation::kText;  // the standard library's own
+        return ERROR_BAD_ALLOC;
     } catch (std::invalid_argument const& e) {
         return answer(ERROR_INVALID_ARGUMENT, e);
     } catch (std::range_error const& e) {

@@ -2,12 +2,13 @@
 #ifndef TAVO_BASE_RAW_BUFFER_HPP
 #define TAVO_BASE_RAW_BUFFER_HPP
 
+#include "base/bad_allocation.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -53,7 +54,7 @@ public:
         static_assert(alignof(T) <= alignof(std::max_align_t));
         shrink(0);
         data_ = static_cast<T*>(std::calloc(size, sizeof(T)));
-        if (data_ == nullptr && size != 0) throw std::bad_alloc();
+        if (data_ == nullptr && size != 0) throw BadAllocation();
         size_ = capacity_ = size;
     }
     void reserve(std::size_t capacity) {
@@ -91,7 +92,7 @@ private:
     void grow(std::size_t least) {
         constexpr std::size_t kFirst = 64;
         constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T);
-        if (least > kMost) throw std::bad_alloc();
+        if (least > kMost) throw BadAllocation();
         std::size_t const capacity = std::min(kMost, std::max({least, capacity_ + capacity_ / 2, kFirst}));
         data_ = static_cast<T*>(moveTo(capacity * sizeof(T)));
         capacity_ = capacity;
@@ -100,7 +101,7 @@ private:
     void* moveTo(std::size_t sizeBytes) {
         constexpr bool kOrdinary = alignof(T) <= alignof(std::max_align_t);  // else realloc() would not align them
         void* const moved = kOrdinary ? std::realloc(data_, sizeBytes) : std::aligned_alloc(alignof(T), sizeBytes);
-        if (moved == nullptr) throw std::bad_alloc();
+        if (moved == nullptr) throw BadAllocation();
         if (kOrdinary) return moved;
         if (size_ != 0) std::memcpy(moved, data_, size_ * sizeof(T));
         std::free(data_);

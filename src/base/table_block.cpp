@@ -1,6 +1,6 @@
 #include "base/table_block.hpp"
 
-#include <new>
+#include "base/bad_allocation.hpp"
 
 #include <sys/mman.h>
 
@@ -17,12 +17,12 @@ TableBlock makeTableBlock(std::size_t sizeBytes) {
     std::size_t const hugePages = (sizeBytes + kHugePageBytes - kLeastFilled) / kHugePageBytes;
     if (hugePages == 0) {
         TableBlock block(static_cast<unsigned char*>(std::malloc(sizeBytes)));
-        if (!block) throw std::bad_alloc();
+        if (!block) throw BadAllocation();
         return block;
     }
     std::size_t const pages = (sizeBytes + kHugePageBytes - 1) / kHugePageBytes;
     TableBlock block(static_cast<unsigned char*>(std::aligned_alloc(kHugePageBytes, pages * kHugePageBytes)));
-    if (!block) throw std::bad_alloc();
+    if (!block) throw BadAllocation();
 #ifdef MADV_HUGEPAGE
     // An advice: a system that does not take it gives ordinary pages.
     static_cast<void>(::madvise(block.get(), hugePages * kHugePageBytes, MADV_HUGEPAGE));

@@ -24,6 +24,8 @@ struct TAVO_HIDDEN Tavo::Impl {
 
     // Stages of an analysis.
     int analyzeText(std::string_view text, bool nBest);
+    /// The same with a text that nobody else keeps.
+    int analyzeOwn(std::string&& text, bool nBest);
     /// True when more is wanted than best paths.
     bool needsAllPaths(bool nBest) const;
     /// True when line breaks inside sentences are taken out.
@@ -64,6 +66,7 @@ struct TAVO_HIDDEN Tavo::Impl {
     void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);
 
     AnalyzerContext context;
+    std::string ownText;           // the last text that was given away; results may point into it
     std::size_t firstOfGroup = 0;  // whose paths may be unread
     bool hasResult = false;
     // The error state may be set by const operations.

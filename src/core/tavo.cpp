@@ -1,4 +1,5 @@
 // Lifecycle, readiness, error state and dictionaries of the analyser.
+#include "base/bad_allocation.hpp"
 #include "core/impl.hpp"
 #include "dic/pools.hpp"
 #include "result/mrph_access.hpp"
@@ -17,9 +18,11 @@ std::uint32_t checkedCapacity(int nodeCapacity) {
 
 }  // namespace
 
-Tavo::Tavo(int nodeCapacity) : impl_(std::make_unique<Impl>(checkedCapacity(nodeCapacity))) {
+Tavo::Tavo(int nodeCapacity) try : impl_(std::make_unique<Impl>(checkedCapacity(nodeCapacity))) {
     PoolLock const lock;
     ++sharedPools().ObjectCount;
+} catch (std::bad_alloc const&) {
+    throw BadAllocation();
 }
 
 Tavo::Tavo(Tavo const& other) : Tavo(0) { impl_->copyFrom(*other.impl_); }

@@ -8,6 +8,7 @@
 
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace TAVO {
 
@@ -17,6 +18,13 @@ int Tavo::analyze(char const* text, int length) {
 }
 
 int Tavo::analyze(std::string const& text) { return impl_->analyzeText(text, false); }
+int Tavo::analyze(std::string&& text) { return impl_->analyzeOwn(std::move(text), false); }
+
+int Tavo::Impl::analyzeOwn(std::string&& text, bool nBest) {
+    dropInput();
+    ownText = std::move(text);
+    return analyzeText(ownText, nBest);
+}
 
 void Tavo::Impl::dropInput() noexcept {
     hasResult = false;

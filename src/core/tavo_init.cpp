@@ -87,6 +87,7 @@ void Tavo::Impl::applyInitFile(Tavo& tavo, std::string const& path) {
             context.settings.delimiters = delimiters->second;
     }
     applyStrings(context.settings, values);
+    if (values.contains("ExtCombine")) hasResult = false;
     applyCombines(tavo, context.settings, values);
 
     bool const memoryMapped = context.settings.mode(Mode::MemoryMapped) == 1;

@@ -24,6 +24,7 @@ int Tavo::analyzeNBest(char const* text, int length) {
 }
 
 int Tavo::analyzeNBest(std::string const& text) { return impl_->analyzeText(text, true); }
+int Tavo::analyzeNBest(std::string&& text) { return impl_->analyzeOwn(std::move(text), true); }
 
 void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, int sentence, int n) {
     std::vector<PathCost> costs;

@@ -53,7 +53,8 @@ void Tavo::setReduceCharMode(int mode) { impl_->setMode(Mode::ReduceChar, mode);
 int Tavo::getReduceCharMode() const { return impl_->context.settings.mode(Mode::ReduceChar); }
 
 void Tavo::setProsodicInfoCombineMode(int mode, std::string filler) {
-    // The misspelt name is kept as is.
+    impl_->hasResult = false;
+    // Callers compare this text, misspelt name included.
     if (mode < 0 || mode > 2) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::setProsodicInfoCobineMode()");
     impl_->context.settings.prosodicInfoCombine = mode;
     impl_->context.settings.prosodicInfoFiller = std::move(filler);
@@ -63,6 +64,7 @@ int Tavo::getProsodicInfoCombineMode() const { return impl_->context.settings.pr
 char const* Tavo::getProsodicInfoFiller() const { return impl_->context.settings.prosodicInfoFiller.c_str(); }
 
 void Tavo::setExtCombineMode(int index, int mode, std::string filler) {
+    impl_->hasResult = false;
     if (index < 0) throw std::range_error("RANGE_ERROR: Tavo::setExtCombineMode()");
     if (mode < 0 || mode > 2) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::setExtCombineMode()");
     impl_->context.settings.extCombine[index] = mode;

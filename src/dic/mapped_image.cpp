@@ -2,10 +2,10 @@
 
 #include <tavo/error.hpp>
 
+#include "base/bad_allocation.hpp"
 #include "dic/file_access.hpp"
 
 #include <limits>
-#include <new>
 #include <stdexcept>
 
 namespace TAVO {
@@ -59,7 +59,7 @@ void MappedImage::map(std::string const& notFoundText) {
     if (view == mmapFailed()) {
         FileClose(descriptor_);
         descriptor_ = -1;
-        throw std::bad_alloc();
+        throw BadAllocation();
     }
     image_ = static_cast<unsigned char const*>(view);
     // Of the file that was mapped: the path may have got another since it was measured.
@@ -82,7 +82,7 @@ void MappedImage::read() {
         if (FileRead(handle, &more, 1) != 0) got = -1;
     } catch (std::bad_alloc const&) {
         FileClose(handle);
-        throw;
+        throw BadAllocation();
     }
     FileClose(handle);
     if (got != static_cast<std::int64_t>(length_)) throw illegal_format(path_);

@@ -76,8 +76,8 @@ std::string CommentRules::setCommentRule(RuleValues const& values) {
         if (!isAttribute(key)) return "Unknown Tag:" + key;
         if (key == "PartOfSP")
             rule.partOfSP = text;
-        else
-            setAttribute(rule.info, key, text);
+        else if (!setAttribute(rule.info, key, text))
+            return key + ": extension fields are Data0 to Data" + std::to_string(kMaxExtField);
     }
     for (std::string const* text : {string, begin, end})
         if (text != nullptr && text->empty()) return "Empty Comment:" + *text;

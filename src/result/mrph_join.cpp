@@ -136,8 +136,6 @@ MrphCover partCover(Mrph const& m, int index, Mrph const& sub) {
     cover.ext.assign(ext.begin(), ext.end());
     cover.additionalInfo = sub.getAdditionalInfo();
     cover.prosodicInfo = sub.getProsodicInfo();
-    cover.grammarType = sub.getGrammarType();
-    cover.prosodicType = sub.getProsodicType();
     return cover;
 }
 
@@ -221,10 +219,12 @@ void MrphAccess::divideAndPush(Mrph const& m, std::vector<Mrph>& out) {
         Mrph part = fromRecord(text, static_cast<unsigned int>(span.size()), sub.dic_, m.owner_);
         part.partCount_ = 1;
         part.dicIndex_ = sub.dicIndex_;
+        MrphCover& cover = confirmCover(part) = partCover(m, i, sub);
         if (localIndex == 0) {
             part.node_ = sub.node_;
+            cover.grammarType = sub.getGrammarType();  // of the boundary, which lies before the first part
+            cover.prosodicType = sub.getProsodicType();
         }
-        confirmCover(part) = partCover(m, i, sub);
         if (!inSentence) {
             part.rawFormLength_ = m.rawFormLength_;
             setForm(part, std::string(span));

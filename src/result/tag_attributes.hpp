@@ -35,7 +35,7 @@ std::string encodeEntities(std::string_view text);
 /// True for the keys that setAttribute() takes, and for "PartOfSP".
 bool isAttribute(std::string_view key) noexcept;
 /// Stores the value of an attribute other than "PartOfSP"; false for a key that
-/// is none.
+/// is none, and for an extension field beyond kMaxExtField.
 bool setAttribute(TagInfo& info, std::string_view key, std::string value);
 /// The id of a part of speech as attributes name it: 0 for an empty name, the
 /// unknown word's id for a name that is not in the table.

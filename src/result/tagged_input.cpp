@@ -62,8 +62,8 @@ private:
         // Text is all that a word holds, and only a boundary holds nothing.
         if (word_ || (tag.selfClosing && !isBoundary)) return false;
         if (tag.name == "word") {
-            word_ = TaggedWord{position(), 0, readInfo(tag)};
-            return true;
+            word_ = TaggedWord{position(), 0, {}};
+            return readInfo(tag, word_->info);
         }
         if (tag.name == "multiword") return openMultiword(tag);
         if (tag.name == "annotation") return takeAnnotation(tag);
@@ -86,17 +86,21 @@ private:
 
     bool openMultiword(Tag const& tag) {
         if (multiword_) return false;
-        multiword_ = Multiword{position(), 0, readInfo(tag).additionalInfo};
-        return true;
+        TagInfo info;
+        bool const sound = readInfo(tag, info);
+        multiword_ = Multiword{position(), 0, std::move(info.additionalInfo)};
+        return sound;
     }
 
     bool takeAnnotation(Tag const& tag) {
         std::optional<Tag> const end = scanner_.annotationEnd();
         if (!end) return false;
         read_ = end->end;
+        TagInfo info;
+        bool const sound = readInfo(tag, info);
         marks().annotations.push_back(
-            {position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)), readInfo(tag), tag.end});
-        return true;
+            {position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)), std::move(info), tag.end});
+        return sound;
     }
 
     bool takeBoundary(Tag const& tag) {
@@ -127,16 +131,17 @@ private:
         }
     }
 
-    TagInfo readInfo(Tag const& tag) const {
-        TagInfo info;
+    /// False for an extension field that cannot be.
+    bool readInfo(Tag const& tag, TagInfo& info) const {
+        bool sound = true;
         info.position = position();
         eachAttribute(tag, [&](std::string const& key, std::string& value) {
             if (key == "PartOfSP")
                 info.pid = attributePid(pos_, value);
-            else
-                setAttribute(info, key, std::move(value));
+            else if (!setAttribute(info, key, std::move(value)))
+                sound = sound && !isAttribute(key);  // unknown attributes are skipped
         });
-        return info;
+        return sound;
     }
 
     std::string_view line_;

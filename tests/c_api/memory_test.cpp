@@ -2,6 +2,7 @@
 #include "c_api/flat_world.hpp"
 
 #include <tavo/tavo_bulk.h>
+#include <cstring>
 
 #include <chrono>
 #include <cstdlib>
@@ -153,6 +154,21 @@ TEST_F(OutOfMemory, OfAMorphemeAndItsErrors) {
             return made == nullptr ? -10000 : tavo_free(made);
         },
         [](int code) { EXPECT_EQ(code, -10000); });
+}
+
+TEST_F(OutOfMemory, ReadsTheSameWhereAnAnalyserIsMade) {
+    for (int allowed = 0; allowed < 3; ++allowed) {
+        allocationsLeft = allowed;
+        fail = Fail::AllFromThere;
+        char const* text = "nothing thrown";
+        try {
+            TAVO::Tavo made;
+        } catch (std::bad_alloc const& error) {
+            text = std::strcmp(error.what(), "bad allocation") == 0 ? "as promised" : "another text";
+        }
+        fail = Fail::None;
+        EXPECT_STREQ(text, "as promised") << allowed;
+    }
 }
 
 }  // namespace

@@ -61,6 +61,10 @@ TEST_F(Misuse, BetweenAnalysisAndResult) {
     attach(bare, added_);
     Table<char const*, std::function<void(Tavo&)>, std::string, std::string> const cases{
         {"a mode", [](Tavo& t) { t.setDivideWordMode(1); }, kGone, "a:N b:N c:N"},
+        {"how infos join", [](Tavo& t) { t.setProsodicInfoCombineMode(1, ""); }, kGone, before},
+        {"how fields join", [](Tavo& t) { t.setExtCombineMode(0, 1, ""); }, kGone, before},
+        {"no such join", [](Tavo& t) { EXPECT_ANY_THROW(t.setProsodicInfoCombineMode(3, "")); }, kGone, before},
+        {"no such field", [](Tavo& t) { EXPECT_ANY_THROW(t.setExtCombineMode(-1, 0, "")); }, kGone, before},
         {"a list", [](Tavo& t) { t.setMajorPartOfSPPath(nullptr); }, kGone, before},
         {"delimiters", [](Tavo& t) { t.setDelimiterString({"b"}); }, before, "ab:N | c:N"},
         {"refused rules", [&](Tavo& t) { EXPECT_ANY_THROW(t.setReduceRulePath(bad.c_str())); }, before, before},
@@ -107,8 +111,8 @@ TEST_F(Misuse, ADetachedDictionaryMayBeRebuiltByAnother) {
 
 TEST_F(Misuse, ADictionaryThatCanNeitherBeRebuiltNorTakenBack) {
     std::string const text = "abc", before = "ab:N c:N", good = readFile(paths_.dic);
-    std::string const gone = "TAVO_NOT_READY: Dictionary not loaded: " + paths_.dic +
-                             ": Need to call offDic() and addDicPath()";
+    std::string const gone =
+        "TAVO_NOT_READY: Dictionary not loaded: " + paths_.dic + ": Need to call offDic() and addDicPath()";
     sharedPools().dispose();
     Tavo tavo, other;
     paths_.attachTo(tavo, true);

@@ -105,6 +105,33 @@ TEST_F(Analyzer, SplitsSentencesAndServesTheirTexts) {
     EXPECT_EQ(forms(tavo, 7), "");
 }
 
+TEST_F(Analyzer, KeepsTextsThatNobodyElseKeeps) {
+    std::string longer;
+    for (int i = 0; i < 40; ++i) longer += "ab ";
+    std::string const longForms = [&] {
+        Tavo tavo;
+        attach(tavo);
+        tavo.analyze(longer);
+        return forms(tavo, 0);
+    }();
+    Table<char const*, std::function<int(Tavo&)>, std::string> const cases{
+        {"literal", [](Tavo& t) { return t.analyze("abc"); }, "ab c"},
+        {"short temporary", [](Tavo& t) { return t.analyze(std::string("abc")); }, "ab c"},
+        {"long temporary", [&](Tavo& t) { return t.analyze(longer + ""); }, longForms},
+        {"n-best literal", [](Tavo& t) { return t.analyzeNBest("abc"); }, "ab c"},
+        {"n-best short temporary", [](Tavo& t) { return t.analyzeNBest(std::string("abc")); }, "ab c"},
+        {"n-best long temporary", [&](Tavo& t) { return t.analyzeNBest(longer + ""); }, longForms},
+    };
+    Tavo tavo;
+    attach(tavo);
+    for (auto const& [name, analyzeIt, expected] : cases) {
+        EXPECT_EQ(analyzeIt(tavo), 0) << name;
+        std::vector<std::string> const others(100, std::string(longer.size(), 'z'));  // take what was freed
+        EXPECT_EQ(forms(tavo, 0), expected) << name;
+        EXPECT_EQ(analyze(tavo, tavo.getSentencePtrWithoutNullEnd(0)), 0) << name << ": again, from its own text";
+    }
+}
+
 TEST_F(Analyzer, RecordsSentencesWithoutAPath) {
     // No text may begin with the unknown word.
     SmallWorld world;
@@ -200,7 +227,8 @@ TEST_F(Analyzer, RefusesADictionaryOfOtherNames) {
 
 TEST(Errors, CodesAndPrefixes) {
     Table<std::function<void()>, int, char const*, char const*> const cases{
-        {[] { throw std::bad_alloc(); }, -10000, "ERROR_BAD_ALLOC", "std::bad_alloc"},
+        {[] { throw std::bad_alloc(); }, -10000, "ERROR_BAD_ALLOC", "bad allocation"},
+        {[] { throw std::bad_array_new_length(); }, -10000, "ERROR_BAD_ALLOC", "bad allocation"},
         {[] { throw std::invalid_argument("x"); }, -10001, "ERROR_INVALID_ARGUMENT", "x"},
         {[] { throw file_not_found("abc"); }, -10003, "ERROR_FILE_NOT_OPEN", "FILE_NOT_OPEN: abc"},
         {[] { throw illegal_format("abc"); }, -10004, "ERROR_ILLEGAL_FORMAT", "ILLEGAL_FORMAT: abc"},

@@ -213,6 +213,19 @@ TEST_P(DicUpdateFaults, WhatCannotBeTakenBackIsAnotherDictionary) {
     expectNextTryWorks(other);
 }
 
+TEST_P(DicUpdateFaults, AMappingThatCannotBeHadReadsAsItsContractSays) {
+    DicSet set;
+    writeFile(paths_.dic, old_);
+    Faults const faults([](int, FileStep step, std::size_t&) { return step == FileStep::kMap ? ENOMEM : 0; });
+    std::string text = "nothing thrown";
+    try {
+        set.addDicPath(paths_.dic.c_str(), GetParam(), nullptr);
+    } catch (std::bad_alloc const& error) {
+        text = error.what();
+    }
+    EXPECT_EQ(text, GetParam() ? "bad allocation" : "nothing thrown");
+}
+
 /// Another file that takes the path while it is being loaded.
 TEST_P(DicUpdateFaults, AFileSwappedWhileItIsLoadedIsReadAtItsOwnLength) {
     for (std::string const& other : {new_, old_.substr(0, old_.size() - 40)}) {

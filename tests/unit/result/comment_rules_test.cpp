@@ -41,6 +41,9 @@ TEST(CommentRules, BadRulesAreRefusedWithTheirLine) {
         {"# comment\n\nString=x\n\n; more\nString=y\nBad=1\n", ":7:Unknown Tag:Bad"},
         {"[rule]\nString=x\n[rule]\nBegin=y\n", ":4:Mismatch Begin and End"},
         {"String=x\nString=y\nEnd=z", ":3:Mismatch Begin and End"},
+        {"String=x\nData256=y\n", ":2:Data256: extension fields are Data0 to Data255"},
+        {"String=x\nData-1=y\n", ":2:Data-1: extension fields are Data0 to Data255"},
+        {"String=x\nData255=y\n", "nothing thrown"},
         {"", "nothing thrown"},
         {"# only comments\n:before\nno pair\n", "nothing thrown"},
         {"String=x\nPartOfSP=Noun\nStdForm=s\nReadPron=r\nRead=r\nPron=p\nLVRead=l\nGroup=g\nAdditionalInfo=a\n"
