@@ -79,7 +79,7 @@ def run_file(path, options):
     steps = parse(pathlib.Path(path).read_bytes())
     failures = 0
     with tempfile.TemporaryDirectory() as folder:
-        environment = {"PATH": f"{os.path.dirname(options.tavo)}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8",
+        environment = {"PATH": f"{os.path.dirname(options.tavo)}:{os.environ['PATH']}", "LC_ALL": "C",
                        "TAVO_PATH": f"{folder}/lexicon", "WORLD": str(WORLD), "HOME": folder,
                        "MAKE_CONN_TABLE": options.make_conn_table, "INSTALLED": options.data_dir}
         environment.update({k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")})

@@ -50,7 +50,7 @@ mkdir "$folder/lexicon"
 PKG_CONFIG_PATH=$pc "$cc" -std=c99 -Wall -Wextra -Werror "$example/analyze.c" -o "$folder/analyze" \
     $(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs tavo)
 libdir=$(PKG_CONFIG_PATH=$pc pkg-config --variable=libdir tavo)
-echo すもももの | iconv -t cp932 | LD_LIBRARY_PATH=$libdir "$folder/analyze" "$folder/lexicon" | iconv -f cp932 >"$folder/out"
+echo すもももの | iconv -f utf-8 -t cp932 | LD_LIBRARY_PATH=$libdir "$folder/analyze" "$folder/lexicon" | iconv -f cp932 -t utf-8 >"$folder/out"
 grep -q '^すもも .*名詞.*スモモ$' "$folder/out"
 test "$(wc -l <"$folder/out")" -eq 3
 PYTHONPATH=$here/../../bindings/python TAVO_LIBRARY=$libdir/libtavo.so TAVO_PATH=$folder/lexicon \
