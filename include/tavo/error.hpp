@@ -104,7 +104,7 @@ public:
     ~too_long_string() override;
 };
 
-/// Text prefix "UNKNOWN_SETTING:" (no blank, kept as is).
+/// Text prefix "UNKNOWN_SETTING:" (no blank behind it: callers compare this text).
 class TAVO_EXPORT unknown_setting : public std::runtime_error {
 public:
     explicit unknown_setting(std::string argument);
@@ -113,7 +113,7 @@ public:
     ~unknown_setting() override;
 };
 
-/// Text prefix "INVALID_DIC_VERSION:" (no blank, kept as is).
+/// Text prefix "INVALID_DIC_VERSION:" (no blank behind it: callers compare this text).
 class TAVO_EXPORT invalid_dictionary_version : public std::runtime_error {
 public:
     explicit invalid_dictionary_version(std::string argument);
@@ -122,7 +122,7 @@ public:
     ~invalid_dictionary_version() override;
 };
 
-/// Text prefix "INVALID_DIC_CHAR_TYPE:" (no blank, kept as is).
+/// Text prefix "INVALID_DIC_CHAR_TYPE:" (no blank behind it: callers compare this text).
 class TAVO_EXPORT invalid_dictionary_char_type : public std::runtime_error {
 public:
     explicit invalid_dictionary_char_type(std::string argument);

@@ -172,7 +172,7 @@ public:
     void offDic(int index);
     void offDic(char const* path);
     void offDic();
-    /// Checks its argument and does nothing else; kept for stability.
+    /// Checks its argument; has no other effect.
     void touchDic(int index);
     void touchDic(char const* path);
     void touchDic();

@@ -36,7 +36,7 @@ int tavo_getEndPron(tavo_mrph_t* mrph, int flag, char* buffer, int size) {
     return wholeText(mrph, __func__, &Mrph::getEndPron, flag, {buffer, size});
 }
 int tavo_getEndLVRead(tavo_mrph_t* mrph, int flag, char* buffer, int size) {
-    // The first name lacks "get"; kept as is.
+    // Callers compare the texts; the one with the first name lacks "get".
     return wholeText(mrph, {"tavo_EndLVRead", __func__}, &Mrph::getEndLVRead, flag, {buffer, size});
 }
 

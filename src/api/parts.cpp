@@ -28,7 +28,7 @@ int tavo_getPartEndForm(tavo_mrph_t* mrph, int part, char* buffer, int size) {
     return partText<std::string>(mrph, __func__, &Mrph::getPartEndForm, part, {buffer, size});
 }
 int tavo_getPartEndStdForm(tavo_mrph_t* mrph, int part, char* buffer, int size) {
-    // The misspelt name is kept as is.
+    // Callers compare the texts, misspelt name included.
     return partText<std::string>(mrph, {__func__, "tavo_getPatEndStdForm"}, &Mrph::getPartEndStdForm, part,
                                  {buffer, size});
 }

@@ -244,7 +244,7 @@ unsigned int Tavo::getSentenceLength(int sentence) const {
 }
 
 char const* Tavo::getSentencePtrWithoutNullEnd(int sentence) const {
-    // This text and the next have no colon after the error word; kept as is.
+    // Callers compare this text and the next, which have no colon after the error word.
     Sentence const* const found = impl_->sentence(sentence, "RANGE_ERROR Tavo::getSentencePtrWithoutNullEnd()");
     return found == nullptr ? "" : found->text.data();
 }
@@ -260,7 +260,7 @@ std::string Tavo::getAnalyzedText(int sentence) const {
             return std::string(found->text);
         case 3:
             return std::string(found->given);
-        // The misspelt name is kept as is.
+        // Callers compare this text, misspelt name included.
         default:
             throw std::logic_error("LOGIC_ERROR: Tavo::getAnalyedText(): Illegal Output Convert Mode");
     }

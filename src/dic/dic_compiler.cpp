@@ -87,7 +87,7 @@ bool DicCompiler::compile(ByteSink const& sink, bool verbose) {
     if (verbose) std::cerr << "Done\n";
     TrieBuilder builder;
     if (!builder.init(TrieBuilder::kDefaultCells, TrieBuilder::kDefaultLeafBytes)) {
-        return fail(verbose, "Error: Not Enouph Memory fo TrieBuilder");  // kept as is
+        return fail(verbose, "Error: Not Enouph Memory fo TrieBuilder");  // callers compare this text
     }
     if (!builder.build(keys, verbose)) {
         error_ = builder.error();

@@ -77,7 +77,7 @@ void DicSet::addDicPath(char const* pathSpec, bool memoryMapped, ConnTable const
     }
     added.dic = pooledDic(added.path, memoryMapped);
     if (added.dic->charType() != Dic::kShiftJis) {
-        throw not_adaptable(added.path + ": Missmatch Char Type");  // kept as is
+        throw not_adaptable(added.path + ": Missmatch Char Type");  // callers compare this text
     }
     if (table != nullptr && !checkAdaptable(*table, *added.dic)) {
         throw not_adaptable(table->path() + ": " + added.path);

@@ -151,7 +151,7 @@ bool SourceRecord::setPartOfSP(Field const& field, std::string& error) {
     names.erase(names.begin());
     partNames = std::move(names);
     if (!partNames.empty() && partNames.size() != partCount) {
-        return refuse(error, "Error: Missmatch the number of PartOfSPs");  // kept as is
+        return refuse(error, "Error: Missmatch the number of PartOfSPs");  // callers compare this text
     }
     return true;
 }
@@ -162,7 +162,7 @@ bool SourceRecord::setCost(Field const& field, std::string& error) {
         case Number::Malformed:
             return refuse(error, "Error: Illegal Mrph Cost: [" + field.text + "]");
         case Number::TooLarge:
-            return refuse(error, "Error: Overflaw Mrph Cost: [" + field.text + "]");  // kept as is
+            return refuse(error, "Error: Overflaw Mrph Cost: [" + field.text + "]");  // callers compare this text
         case Number::Fine:
             break;
     }
@@ -173,7 +173,7 @@ bool SourceRecord::setCost(Field const& field, std::string& error) {
 bool SourceRecord::setReadPron(Field const& field, std::string& error) {
     readPron = field.text;
     if (!readPron.empty() && !partForm.empty() && field.separators.size() != partCount - 1) {
-        return refuse(error, "Error: Missmatch Word and Read");  // kept as is
+        return refuse(error, "Error: Missmatch Word and Read");  // callers compare this text
     }
     return true;
 }
@@ -181,7 +181,7 @@ bool SourceRecord::setReadPron(Field const& field, std::string& error) {
 bool SourceRecord::setStdForm(Field const& field, std::string& error) {
     stdForm = field.text;
     if (!stdForm.empty() && !partForm.empty() && field.separators.size() > partCount - 1) {
-        return refuse(error, "Error: Missmatch Word and StdForm");  // kept as is
+        return refuse(error, "Error: Missmatch Word and StdForm");  // callers compare this text
     }
     return true;
 }
