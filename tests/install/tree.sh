@@ -32,12 +32,12 @@ if [ -f "$build/share/tavo/SysDic" ]; then
 fi
 
 # Moved, and with files of others beside it.
-mv "$prefix" "$folder/moved"
-prefix=$folder/moved
+mv "$prefix" "$folder/moved 日本"
+prefix="$folder/moved 日本"
 echo mine >"$prefix/share/tavo/my.dic"
 echo mine >"$prefix/bin/other"
 (cd "$prefix" && find . ! -type d) | sort >"$folder/before"
-"$source/scripts/uninstall" "$prefix"
+make -s -C "$source" uninstall DESTDIR="$folder" PREFIX='/moved 日本'
 (cd "$prefix" && find . ! -type d) | sort >"$folder/after"
 printf './bin/other\n./share/tavo/my.dic\n' | cmp - "$folder/after"
 [ "$(wc -l <"$folder/before")" -gt 15 ] || complain "next to nothing was installed"
