@@ -53,15 +53,13 @@ ExitStatus dicCommand(int argc, char** argv) {
                      "Tell whether a new word is in the best analysis of the sentence, and what it lacks; "
                      "exit status 1 when none is. May be repeated")
         ->type_name("SENTENCE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);  // so that FILE may stand behind it
     build
         ->add_option("-d,--dic", options.lexicon,
                      "Dictionary of the lexicon, for --like and --must-win (default: SysDic beside the connection "
                      "table). May be repeated")
         ->type_name("DIC")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);  // so that FILE may stand behind it
     addEncodingOption(*build, options.encoding);
     build->callback([&] { action = buildDictionary; });
 

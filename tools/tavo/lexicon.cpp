@@ -105,8 +105,7 @@ void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
                    "Dictionary, used before those of the lexicon; with its source for rebuilding: DIC,SRC. "
                    "May be repeated")
         ->type_name("DIC[,SRC]")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);  // so that FILE may stand behind it
     app.add_option("-c,--conn", options.connTable, "Connection table; then only the dictionaries of -d are used")
         ->type_name("FILE");
 }
