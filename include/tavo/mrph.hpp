@@ -57,6 +57,9 @@ public:
     int getCost() const;
     /// Part-of-speech name of getPid(); empty without analyser.
     char const* getPartOfSP() const;
+    /// The same name as users are shown it, without what only the analyser reads: the
+    /// class number and the features of imported lexicons ("A:B:Undef:Kana-2": "A:B").
+    std::string getDisplayPartOfSP() const;
     /// True when the part of speech is marked as undefined word.
     bool isUndef() const;
     /// True for an annotation of tagged input.
@@ -146,6 +149,7 @@ public:
     void getPartPid(std::vector<unsigned short>& pids) const;
     char const* getPartOfSP(int index) const;
     void getPartOfSP(std::vector<char const*>& names) const;
+    std::string getDisplayPartOfSP(int index) const;
     int getPartCost(int index) const;
     void getPartCost(std::vector<int>& costs) const;
     char const* getPartWordCooc(int index) const;

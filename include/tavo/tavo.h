@@ -280,6 +280,9 @@ TAVO_EXPORT int tavo_getEndLVRead(tavo_mrph_t* mrph, int flag, char* buffer, int
 /// Name and id of the part of speech.
 TAVO_EXPORT int tavo_getPartOfSP(tavo_mrph_t* mrph, char* buffer, int size);
 TAVO_EXPORT int tavo_getPid(tavo_mrph_t* mrph);
+/// The name as users are shown it: without the class number and the features that
+/// only the analyser reads ("A:B:Undef:Kana-2" is "A:B").
+TAVO_EXPORT int tavo_getDisplayPartOfSP(tavo_mrph_t* mrph, char* buffer, int size);
 /// Word cost.
 TAVO_EXPORT int tavo_getCost(tavo_mrph_t* mrph);
 /// The three category lists as text: the numbers of each in brackets, joined by
@@ -338,6 +341,7 @@ TAVO_EXPORT int tavo_getPartEndRead(tavo_mrph_t* mrph, int part, char* buffer, i
 TAVO_EXPORT int tavo_getPartEndPron(tavo_mrph_t* mrph, int part, char* buffer, int size);
 TAVO_EXPORT int tavo_getPartEndLVRead(tavo_mrph_t* mrph, int part, char* buffer, int size);
 TAVO_EXPORT int tavo_getPartPartOfSP(tavo_mrph_t* mrph, int part, char* buffer, int size);
+TAVO_EXPORT int tavo_getPartDisplayPartOfSP(tavo_mrph_t* mrph, int part, char* buffer, int size);
 TAVO_EXPORT int tavo_getPartPid(tavo_mrph_t* mrph, int part);
 TAVO_EXPORT int tavo_getPartCost(tavo_mrph_t* mrph, int part);
 TAVO_EXPORT int tavo_getPartCategory(tavo_mrph_t* mrph, int part, char* buffer, int size);

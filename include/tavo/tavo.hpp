@@ -152,6 +152,8 @@ public:
     unsigned short getPid(std::string const& name) const;
     /// The name of an id; empty beyond getPidMax().
     std::string getPartOfSP(unsigned short pid) const;
+    /// The same as users are shown it (Mrph::getDisplayPartOfSP).
+    std::string getDisplayPartOfSP(unsigned short pid) const;
     /// The largest part-of-speech id; 0 without connection table.
     unsigned short getPidMax() const;
 

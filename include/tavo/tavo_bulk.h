@@ -17,18 +17,19 @@
 extern "C" {
 #endif
 
-#define TAVO_BULK_VERSION 1
+#define TAVO_BULK_VERSION 2
 
-/// What to deliver: any sum of these. Each of the first seven asks for a text of
+/// What to deliver: any sum of these. Each of the first eight asks for a text of
 /// every morpheme.
 enum {
-    TAVO_BULK_FORM = 0x01,        ///< the form; empty where it is the text at start
-    TAVO_BULK_PART_OF_SP = 0x02,  ///< the part of speech
-    TAVO_BULK_STD_FORM = 0x04,    ///< the standard form; empty where it is the form
-    TAVO_BULK_READ = 0x08,        ///< the reading, without part separators
-    TAVO_BULK_PRON = 0x10,        ///< the pronunciation, without part separators
-    TAVO_BULK_GROUP = 0x20,       ///< the group
-    TAVO_BULK_INFO = 0x40,        ///< the additional information
+    TAVO_BULK_FORM = 0x01,                ///< the form; empty where it is the text at start
+    TAVO_BULK_PART_OF_SP = 0x02,          ///< the part of speech
+    TAVO_BULK_STD_FORM = 0x04,            ///< the standard form; empty where it is the form
+    TAVO_BULK_READ = 0x08,                ///< the reading, without part separators
+    TAVO_BULK_PRON = 0x10,                ///< the pronunciation, without part separators
+    TAVO_BULK_GROUP = 0x20,               ///< the group
+    TAVO_BULK_INFO = 0x40,                ///< the additional information
+    TAVO_BULK_DISPLAY_PART_OF_SP = 0x80,  ///< the part of speech as tavo_getDisplayPartOfSP
     /// Lengths and starts count characters, not bytes.
     TAVO_BULK_CHARACTERS = 0x100,
     /// Starts are positions in the text as analysed: the texts of its sentences,

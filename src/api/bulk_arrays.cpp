@@ -12,8 +12,9 @@
 namespace TAVO::api {
 namespace {
 
-constexpr unsigned kTextFields[] = {TAVO_BULK_FORM, TAVO_BULK_PART_OF_SP, TAVO_BULK_STD_FORM, TAVO_BULK_READ,
-                                    TAVO_BULK_PRON, TAVO_BULK_GROUP,      TAVO_BULK_INFO};
+constexpr unsigned kTextFields[] = {
+    TAVO_BULK_FORM, TAVO_BULK_PART_OF_SP, TAVO_BULK_STD_FORM, TAVO_BULK_READ,
+    TAVO_BULK_PRON, TAVO_BULK_GROUP,      TAVO_BULK_INFO,     TAVO_BULK_DISPLAY_PART_OF_SP};
 
 /// True when the morpheme's texts but its form are those of its record, and the
 /// record outlives the text: those made for tags do not.
@@ -130,12 +131,11 @@ void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionC
 
 void BulkArrays::addMorpheme(Mrph const& mrph, std::uint32_t start, std::uint32_t length) {
     unsigned short const pid = mrph.getPid();
-    bool const unknown = pid == ConnTable::kUnknownId || mrph.isUndef();
     start_.push_back(start);
     length_.push_back(length);
     cost_.push_back(mrph.getCost());
     pid_.push_back(pid);
-    flags_.push_back(static_cast<std::uint8_t>((unknown ? TAVO_BULK_UNKNOWN : 0) |
+    flags_.push_back(static_cast<std::uint8_t>((MrphAccess::isUnknown(mrph) ? TAVO_BULK_UNKNOWN : 0) |
                                                (mrph.isAnnotation() ? TAVO_BULK_ANNOTATION : 0)));
     if (!textFields_.empty()) addTexts(mrph);
 }
@@ -161,6 +161,8 @@ std::uint32_t BulkArrays::textOf(Mrph const& mrph, unsigned field) {
                        : strings_.add(MrphAccess::form(mrph));
         case TAVO_BULK_PART_OF_SP:
             return strings_.add(mrph.getPartOfSP());
+        case TAVO_BULK_DISPLAY_PART_OF_SP:
+            return strings_.add(mrph.getDisplayPartOfSP());
         case TAVO_BULK_STD_FORM:
             return *MrphAccess::stdFormPtr(mrph) == '\0' ? 0 : strings_.add(mrph.getStdForm(true));
         case TAVO_BULK_READ:

@@ -51,6 +51,9 @@ int tavo_isAnnotation(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::isAnnotat
 int tavo_getPartOfSP(tavo_mrph_t* mrph, char* buffer, int size) {
     return storedText(mrph, __func__, &Mrph::getPartOfSP, {buffer, size});
 }
+int tavo_getDisplayPartOfSP(tavo_mrph_t* mrph, char* buffer, int size) {
+    return textOf(mrph, __func__, true, {buffer, size}, [](Mrph& object) { return object.getDisplayPartOfSP(); });
+}
 int tavo_getGroup(tavo_mrph_t* mrph, char* buffer, int size) {
     return storedText(mrph, __func__, &Mrph::getGroup, {buffer, size});
 }

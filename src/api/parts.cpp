@@ -44,6 +44,9 @@ int tavo_getPartEndLVRead(tavo_mrph_t* mrph, int part, char* buffer, int size) {
 int tavo_getPartPartOfSP(tavo_mrph_t* mrph, int part, char* buffer, int size) {
     return partText<char const*>(mrph, __func__, &Mrph::getPartOfSP, part, {buffer, size});
 }
+int tavo_getPartDisplayPartOfSP(tavo_mrph_t* mrph, int part, char* buffer, int size) {
+    return partText<std::string>(mrph, __func__, &Mrph::getDisplayPartOfSP, part, {buffer, size});
+}
 int tavo_getPartGroup(tavo_mrph_t* mrph, int part, char* buffer, int size) {
     return partText<char const*>(mrph, __func__, &Mrph::getPartGroup, part, {buffer, size});
 }

@@ -4,6 +4,7 @@
 #include "base/text.hpp"
 
 #include <algorithm>
+#include <iterator>
 
 namespace TAVO {
 namespace {
@@ -20,7 +21,33 @@ bool satisfies(std::set<std::string> const& pattern, PosName const& name) {
     });
 }
 
+/// Features that an imported lexicon has beside those of its source.
+constexpr std::string_view kInternalFeatures[] = {"Undef",    "Inside", "Katakana", "Kana", "Kanji",
+                                                  "Alphabet", "Number", "Symbol",   "Roman"};
+
 }  // namespace
+
+std::string_view withoutClass(std::string_view name) noexcept {
+    // Neither "-" nor a digit can be the second byte of a character.
+    std::size_t const lastOther = name.find_last_not_of("0123456789");
+    bool const hasClass =
+        lastOther != std::string_view::npos && lastOther > 0 && lastOther + 1 < name.size() && name[lastOther] == '-';
+    return hasClass ? name.substr(0, lastOther) : name;
+}
+
+std::string displayPosName(std::string_view name) {
+    name = withoutClass(name);
+    PosName parts;
+    std::size_t const end = splitPosName(name, parts);
+    std::string shown(parts.head);
+    for (std::string_view const feature : parts.features) {
+        if (std::find(std::begin(kInternalFeatures), std::end(kInternalFeatures), feature) ==
+            std::end(kInternalFeatures))
+            shown.append(":").append(feature);
+    }
+    shown += name.substr(end);
+    return shown == "Undef" ? kUnknownWordName : shown;
+}
 
 bool PosName::hasFeature(std::string_view word) const noexcept {
     return std::find(features.begin(), features.end(), word) != features.end();

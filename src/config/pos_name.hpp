@@ -25,6 +25,18 @@ struct PosName {
 /// or "/" stands behind which nothing counts; name.size() without one.
 std::size_t splitPosName(std::string_view name, PosName& out);
 
+/// @p name without the class number that tells parts of speech of one name and
+/// different costs apart: "A:B-12" is "A:B".
+std::string_view withoutClass(std::string_view name) noexcept;
+
+/// What users see of a name: no class number, and no features that only the analyser
+/// reads ("Undef", "Inside" and the classes of characters). The head stays; a bare
+/// "Undef" is kUnknownWordName.
+std::string displayPosName(std::string_view name);
+
+/// "unknown word", Shift_JIS.
+inline constexpr char kUnknownWordName[] = "\x96\xA2\x92\x6D\x8C\xEA";
+
 /// Patterns by head; a pattern is its set of features ("-X" forbids X).
 class PatternList {
 public:

@@ -164,6 +164,7 @@ char const* Tavo::getReduceRulePath() const { return impl_->context.reduce.path(
 
 unsigned short Tavo::getPid(std::string const& name) const { return impl_->context.pos.getPid(name); }
 std::string Tavo::getPartOfSP(unsigned short pid) const { return impl_->context.pos.name(pid); }
+std::string Tavo::getDisplayPartOfSP(unsigned short pid) const { return displayPosName(getPartOfSP(pid)); }
 unsigned short Tavo::getPidMax() const { return impl_->context.pos.getPidMax(); }
 
 }  // namespace TAVO

@@ -112,6 +112,8 @@ int Mrph::getCost() const {
 
 char const* Mrph::getPartOfSP() const { return owner_ != nullptr ? owner_->pos.name(getPid()) : ""; }
 
+std::string Mrph::getDisplayPartOfSP() const { return displayPosName(getPartOfSP()); }
+
 bool Mrph::isUndef() const { return owner_ != nullptr && owner_->pos.isUndef(getPid()); }
 
 bool Mrph::isAnnotation() const { return dic_ == kAnnotationRecord.data(); }

@@ -41,6 +41,8 @@ struct MrphAccess {
     /// The span of the analysed text that the morpheme covers.
     static std::string_view rawForm(Mrph const& m) noexcept { return {m.rawForm_, m.rawFormLength_}; }
     static unsigned int partCount(Mrph const& m) noexcept { return m.partCount_; }
+    /// True when the morpheme is in no dictionary, or one character of an unknown word.
+    static bool isUnknown(Mrph const& m) { return m.getPid() == ConnTable::kUnknownId || m.isUndef(); }
     /// Place of the record's dictionary in the analyser's list; -1 unless known.
     static int dicIndex(Mrph const& m) noexcept { return m.dicIndex_; }
     static void setDicIndex(Mrph& m, int index) noexcept { m.dicIndex_ = index; }

@@ -214,6 +214,10 @@ char const* Mrph::getPartOfSP(int index) const {
     unsigned short const pid = ofPart(*this, index, "RANGE_ERROR: Mrph::getPartOfSP()", leafPid);
     return owner_ != nullptr ? owner_->pos.name(pid) : "";
 }
+std::string Mrph::getDisplayPartOfSP(int index) const {
+    unsigned short const pid = ofPart(*this, index, "RANGE_ERROR: Mrph::getDisplayPartOfSP()", leafPid);
+    return owner_ != nullptr ? displayPosName(owner_->pos.name(pid)) : std::string();
+}
 void Mrph::getPartOfSP(std::vector<char const*>& names) const { fillParts(*this, names, &Mrph::getPartOfSP); }
 
 int Mrph::getPartCost(int index) const {

@@ -11,7 +11,7 @@ namespace TAVO::test {
 namespace {
 
 constexpr unsigned kTexts = TAVO_BULK_FORM | TAVO_BULK_PART_OF_SP | TAVO_BULK_STD_FORM | TAVO_BULK_READ |
-                            TAVO_BULK_PRON | TAVO_BULK_GROUP | TAVO_BULK_INFO;
+                            TAVO_BULK_PRON | TAVO_BULK_GROUP | TAVO_BULK_INFO | TAVO_BULK_DISPLAY_PART_OF_SP;
 
 class BulkFunctions : public FlatWorld {
 protected:
@@ -48,16 +48,16 @@ TEST_F(BulkFunctions, DeliverWhatTheMorphemesSay) {
     std::string const given = "abcdz";
     ASSERT_EQ(bulkOf({given, "", "dd"}, kTexts), 3) << tavo_getErrorWhat(tavo);
     ASSERT_EQ(bulk.morphemeCount, 5U);
-    ASSERT_EQ(bulk.fieldCount, 7U);
+    ASSERT_EQ(bulk.fieldCount, 8U);
     EXPECT_EQ(places(), "0+3 3+1 4+1 ||0+1 1+1 |");
     EXPECT_EQ((std::vector<std::uint32_t>(bulk.rowLength, bulk.rowLength + 3)), (std::vector<std::uint32_t>{5, 0, 2}));
     std::string first, unknown;
-    for (std::size_t field = 0; field < 7; ++field) {
+    for (std::size_t field = 0; field < 8; ++field) {
         first += text(field, 0) + ",";
         unknown += text(field, 2) + ",";
     }
-    EXPECT_EQ(toUtf8(first), ",Noun,ABC,えいびし,えいびーし,grp,,");
-    EXPECT_EQ(unknown, ",Undef,,,,,,");
+    EXPECT_EQ(toUtf8(first), ",Noun,ABC,えいびし,えいびーし,grp,,Noun,");
+    EXPECT_EQ(toUtf8(unknown), ",Undef,,,,,,未知語,");
     EXPECT_EQ(bulk.fields[3 * 5 + 1], bulk.fields[3 * 5 + 4]) << "texts of one record stand once";
 
     // Analysing ends the arrays.

@@ -12,9 +12,11 @@ namespace TAVO::test {
 /// Texts are ASCII but for readings, so that forms can be counted on sight.
 inline SmallWorld flatWords() {
     SmallWorld world;
-    world.namesUtf8({"Begin", "End", "Undef", "Noun", "Verb", "Tail"}).cost([](unsigned, unsigned) { return 10; });
-    world.linesUtf8(
-        {"ab-c,Noun-Verb-Tail,12,えい(び|びー)/し,AB/C,w1,g1,grp,1:2,,7,pros,x0,x1", "d,Noun,5,でぃ", "d,Verb,6,でぃ"});
+    world.namesUtf8({"Begin", "End", "Undef", "Noun", "Verb", "Tail:Kana-2"}).cost([](unsigned, unsigned) {
+        return 10;
+    });
+    world.linesUtf8({"ab-c,Noun-Verb-Tail:Kana\\-2,12,えい(び|びー)/し,AB/C,w1,g1,grp,1:2,,7,pros,x0,x1",
+                     "d,Noun,5,でぃ", "d,Verb,6,でぃ"});
     return world;
 }
 

@@ -89,6 +89,7 @@ TEST_F(TextFunctions, WholeMorphemeWithFlag) {
 TEST_F(TextFunctions, WholeMorphemeStored) {
     Table<char const*, int (*)(tavo_mrph_t*, char*, int), char const*> const cases{
         {"tavo_getPartOfSP", tavo_getPartOfSP, "Noun"},
+        {"tavo_getDisplayPartOfSP", tavo_getDisplayPartOfSP, "Noun"},
         {"tavo_getCategory", tavo_getCategory, "[1,2][][7]"},
         {"tavo_getGroup", tavo_getGroup, "grp"},
         {"tavo_getGroupCooc", tavo_getGroupCooc, "g1"},
@@ -100,6 +101,9 @@ TEST_F(TextFunctions, WholeMorphemeStored) {
     };
     tavo_mrph_t* const mrph = compound();
     for (auto const& [name, call, text] : cases) expectProtocol(ofMrph(name, mrph), std::bind_front(call, mrph), text);
+    std::string const unknown = "z";
+    tavo_mrph_t* const z = analyze(unknown).array[0];
+    expectProtocol(ofMrph("tavo_getDisplayPartOfSP", z), std::bind_front(tavo_getDisplayPartOfSP, z), toSjis("未知語"));
 }
 
 TEST_F(TextFunctions, ByIndexOfPartOrField) {
@@ -116,7 +120,8 @@ TEST_F(TextFunctions, ByIndexOfPartOrField) {
         {"tavo_getPartPron", tavo_getPartPron, "えいびー", "し", "getPartPron"},
         {"tavo_getPartEndPron", tavo_getPartEndPron, "えいびー", "し", "getPartEndPron"},
         {"tavo_getPartReadPron", tavo_getPartReadPron, "えい(び|びー)", "し", "getPartReadPron"},
-        {"tavo_getPartPartOfSP", tavo_getPartPartOfSP, "Verb", "Tail", "getPartOfSP"},
+        {"tavo_getPartPartOfSP", tavo_getPartPartOfSP, "Verb", "Tail:Kana-2", "getPartOfSP"},
+        {"tavo_getPartDisplayPartOfSP", tavo_getPartDisplayPartOfSP, "Verb", "Tail", "getDisplayPartOfSP"},
         {"tavo_getPartCategory", tavo_getPartCategory, "[1,2][][7]", "[1,2][][7]", "getPartCategory"},
         {"tavo_getPartGroup", tavo_getPartGroup, "grp", "grp", "getPartGroup"},
         {"tavo_getPartGroupCooc", tavo_getPartGroupCooc, "g1", "g1", "getPartGroupCooc"},
@@ -152,7 +157,7 @@ TEST_F(TextFunctions, PartFieldsAndFormats) {
     expectInvalid(whole, tavo_format(mrph, "", nullptr, nullptr, 0));
 
     Function const part = ofMrph("tavo_formatPart", mrph);
-    expectProtocol(part, std::bind_front(tavo_formatPart, mrph, 1, "%w:%h", ""), "c:Tail");
+    expectProtocol(part, std::bind_front(tavo_formatPart, mrph, 1, "%w:%h", ""), "c:Tail:Kana-2");
     expectInvalid(part, tavo_formatPart(mrph, -1, "", "", nullptr, 0));
     expectInvalid(part, tavo_formatPart(mrph, 0, nullptr, "", nullptr, 0));
     EXPECT_EQ(tavo_formatPart(mrph, 2, "", "", nullptr, 0), -10007);

@@ -12,7 +12,7 @@ def run(lexicon, *arguments, data=b"", **environment):
 
 def test_columns_are_the_default(lexicon):
     done = run(lexicon, data="食べ\n\nx".encode())
-    assert done.stdout.decode() == "食べ\t動詞\tタベ\tタベー\t食べる\t12\nEOS\nEOS\nx\tUndef\t\t\tx\t255\nEOS\n"
+    assert done.stdout.decode() == "食べ\t動詞\tタベ\tタベー\t食べる\t12\t\nEOS\nEOS\nx\t未知語\t\t\tx\t255\t未知語\nEOS\n"
 
 
 @pytest.mark.parametrize(

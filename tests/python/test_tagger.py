@@ -52,7 +52,7 @@ def test_random_texts_come_back_whole(tagger):
 def test_a_word_that_no_dictionary_has_is_unknown(tagger):
     known, unknown = tagger("もx")
     assert (known.unknown, unknown.unknown) == (False, True)
-    assert (unknown.pos, unknown.reading, unknown.base, unknown.cost) == ("Undef", "", "x", 255)
+    assert (unknown.pos, unknown.reading, unknown.base, unknown.cost) == ("未知語", "", "x", 255)
 
 
 def test_results_are_sequences(tagger):

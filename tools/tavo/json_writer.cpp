@@ -64,20 +64,18 @@ void appendJsonString(OutBuffer& out, std::string_view text) {
 class JsonWriter final : public LineWriter {
 public:
     JsonWriter(OutputOptions const& options, TAVO::Tavo const& analyser)
-        : encoding_(options.encoding),
-          ranked_(options.nBest != 0),
-          names_(analyser, {Encoding::Utf8, options.showClasses, ':'}) {}
+        : LineWriter(options), encoding_(options.encoding), names_(analyser, Encoding::Utf8, options.showClasses) {}
 
     void beginLine(std::string_view line, OutBuffer& out) override {
         out.append("{\"text\":");
         appendRead(out, line);
-        if (ranked_) out.append(",\"analyses\":[");
+        if (isRanked()) out.append(",\"analyses\":[");
     }
 
     void beginAnalysis(Rank const& rank, OutBuffer& out) override {
         byte_ = character_ = 0;
         first_ = true;
-        if (!ranked_) return out.append(",\"morphemes\":[");
+        if (!isRanked()) return out.append(",\"morphemes\":[");
         out.append(rank.number == 1 ? "{\"rank\":" : ",{\"rank\":");
         appendNumber(out, rank.number);
         cost(out, ",\"connection_cost\":", rank, &TAVO::PathCost::connection);
@@ -90,9 +88,9 @@ public:
             analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); }, [] {});
     }
 
-    void endAnalysis(bool, OutBuffer& out) override { out.append(ranked_ ? "]}" : "]"); }
+    void endAnalysis(bool, OutBuffer& out) override { out.append(isRanked() ? "]}" : "]"); }
 
-    void endLine(OutBuffer& out) override { out.append(ranked_ ? "]}\n" : "}\n"); }
+    void endLine(OutBuffer& out) override { out.append(isRanked() ? "]}\n" : "}\n"); }
 
 private:
     void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
@@ -108,8 +106,7 @@ private:
         // In Shift_JIS, characters are counted after conversion.
         std::size_t const characters = countCharacters(text.isUtf8() ? word : std::string_view(sjisToUtf8(word)));
         position(out, ",\"char_start\":", ",\"char_end\":", character_, beside ? 0 : characters);
-        bool const unknown =
-            token.morpheme == nullptr || token.morpheme->isUndef() || token.morpheme->getPid() == kUnknownId;
+        bool const unknown = token.morpheme == nullptr || TAVO::MrphAccess::isUnknown(*token.morpheme);
         out.append(unknown ? ",\"unknown\":true}" : ",\"unknown\":false}");
     }
 
@@ -159,10 +156,7 @@ private:
         appendNumber(out, at);
     }
 
-    static constexpr unsigned short kUnknownId = 3;
-
     Encoding encoding_;
-    bool ranked_;
     PosNames names_;
     std::size_t byte_ = 0, character_ = 0;  // where in the line the next word starts
     bool first_ = true;

@@ -4,6 +4,8 @@
 
 #include "encoding.hpp"
 
+#include "config/pos_name.hpp"
+
 #include <tavo/tavo.hpp>
 
 #include <string>
@@ -12,35 +14,34 @@
 
 namespace tool {
 
-/// @p name without the class number that tells parts of speech of one name and
-/// different costs apart: "A:B-12" is shown as "A:B".
-std::string_view withoutClass(std::string_view name) noexcept;
+using TAVO::withoutClass;
 
 /// Converts each name once.
 class PosNames {
 public:
-    struct Style {
-        Encoding encoding = Encoding::Utf8;
-        bool showClass = false;
-        char separator = ':';  ///< what ":" is shown as
-    };
-    /// @p analyser must outlive this and keep its connection table.
-    PosNames(TAVO::Tavo const& analyser, Style style) : analyser_(analyser), style_(style) {}
+    /// @p analyser must outlive this and keep its connection table. @p whole: names as the
+    /// connection table has them, with class number and the features of the analyser.
+    PosNames(TAVO::Tavo const& analyser, Encoding encoding, bool whole)
+        : analyser_(analyser), encoding_(encoding), whole_(whole) {}
 
-    std::string const& name(unsigned short pid) {
-        if (pid >= names_.size() || !names_[pid].known) load(pid);
-        return names_[pid].text;
-    }
+    std::string const& name(unsigned short pid) { return at(pid).text; }
+    /// The name up to the first ":", "-" or "/".
+    std::string const& head(unsigned short pid) { return at(pid).head; }
 
 private:
     struct Name {
-        std::string text;
+        std::string text, head;
         bool known = false;
     };
+    Name const& at(unsigned short pid) {
+        if (pid >= names_.size() || !names_[pid].known) load(pid);
+        return names_[pid];
+    }
     void load(unsigned short pid);
 
     TAVO::Tavo const& analyser_;
-    Style style_;
+    Encoding encoding_;
+    bool whole_;
     std::vector<Name> names_;
 };
 

@@ -8,9 +8,12 @@ import sys
 from . import Result, Tagger, TavoError, __version__
 
 
+_UNKNOWN = "未知語"
+
+
 def columns(result: Result) -> str:
     """A line for each morpheme, then EOS."""
-    lines = ["\t".join((m.surface, m.pos, m.reading, m.pronunciation, m.base, str(m.cost))) for m in result]
+    lines = ["\t".join((m.surface, m.pos, m.reading, m.pronunciation, m.base, str(m.cost), _UNKNOWN * m.unknown)) for m in result]
     return "\n".join([*lines, "EOS"])
 
 
@@ -18,7 +21,8 @@ def parsed(arguments):
     parser = argparse.ArgumentParser(prog="python3 -m tavo", description=__doc__)
     parser.add_argument("files", nargs="*", metavar="FILE", help="UTF-8 text; standard input without, or for -")
     parser.add_argument("-O", "--output", choices=["columns", "wakati"], default="columns",
-                        help="columns: surface, part of speech, reading, pronunciation, base form, cost (default); "
+                        help="columns: surface, part of speech, reading, pronunciation, base form, cost, "
+                        f"and {_UNKNOWN} for unknown words (default); "
                         "wakati: surfaces separated by blanks, without those that are blanks themselves")  # fmt: skip
     parser.add_argument("-i", "--init", help="init file, or folder of a lexicon")
     parser.add_argument("--version", action="version", version=f"tavo {__version__}")

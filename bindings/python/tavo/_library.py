@@ -8,9 +8,9 @@ from ctypes import POINTER, c_char_p, c_int, c_size_t, c_uint, c_void_p
 
 _PACKAGE = pathlib.Path(__file__).resolve().parent
 #: Of include/tavo/tavo_bulk.h, as declared below.
-_BULK_VERSION = 1
+_BULK_VERSION = 2
 
-PART_OF_SP, STD_FORM, READ, PRON = 0x02, 0x04, 0x08, 0x10
+STD_FORM, READ, PRON, PART_OF_SP = 0x04, 0x08, 0x10, 0x80  # as it is displayed
 FORM, CHARACTERS, ANALYZED = 0x01, 0x100, 0x200
 UNKNOWN, ANNOTATION = 0x1, 0x2
 

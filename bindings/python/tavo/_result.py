@@ -2,10 +2,9 @@
 
 import ctypes
 import operator
-import re
 from array import array
 from collections.abc import Sequence
-from functools import lru_cache, partial
+from functools import partial
 from itertools import compress
 from typing import Dict, List, NamedTuple, Optional
 
@@ -17,7 +16,7 @@ class Morpheme(NamedTuple):
     """One morpheme. Positions are code points of the result's text."""
 
     surface: str
-    pos: str
+    pos: str  #: without the class number and features that only the analyser reads
     reading: str
     pronunciation: str
     base: str
@@ -26,16 +25,6 @@ class Morpheme(NamedTuple):
     end: int
     unknown: bool  #: in no dictionary
     annotation: bool  #: a note of tagged input, which covers no text
-
-
-#: What tells parts of speech of one name and different costs apart.
-_POS_CLASS = re.compile(r"(?<=.)-[0-9]+$")
-
-
-@lru_cache(maxsize=None)
-def _pos_name(name: str) -> str:
-    """The name without its class number; there are as many as the table has."""
-    return _POS_CLASS.sub("", name)
 
 
 _new_morpheme = partial(tuple.__new__, Morpheme)
@@ -68,7 +57,7 @@ class Block:
         self.cost = _column(bulk.cost, count, "i")
         self.flags = _column(bulk.flags, count, "B")
         fields = _column(bulk.fields, count * bulk.field_count, "I")
-        asked = [bit for bit in (library.FORM, library.PART_OF_SP, library.STD_FORM, library.READ, library.PRON)
+        asked = [bit for bit in (library.FORM, library.STD_FORM, library.READ, library.PRON, library.PART_OF_SP)
                  if what & bit]  # fmt: skip
         self.fields = {bit: fields[i * count : (i + 1) * count] for i, bit in enumerate(asked)}
         self._bytes = ctypes.string_at(bulk.strings, bulk.string_bytes) if bulk.string_bytes else b"\0"
@@ -98,7 +87,7 @@ class Block:
                 for bit in (library.PART_OF_SP, library.READ, library.PRON, library.STD_FORM)
             )
             self._columns = [
-                list(map(_pos_name, pos)), read, pron, base, self.cost.tolist(), starts,
+                pos, read, pron, base, self.cost.tolist(), starts,
                 list(map(operator.add, starts, self.length.tolist())),
                 [flag & library.UNKNOWN != 0 for flag in flags],
                 [flag & library.ANNOTATION != 0 for flag in flags],

@@ -34,6 +34,25 @@ TEST(PosName, HeadEndsAtAnySeparatorAndFeaturesFollowColonsOnly) {
     }
 }
 
+TEST(PosName, IsDisplayedWithoutWhatOnlyTheAnalyserReads) {
+    Table<char const*, char const*> const cases{
+        {"Noun", "Noun"},
+        {"Noun:Proper-12", "Noun:Proper"},
+        {"Noun:Proper:Undef:Katakana-2", "Noun:Proper"},
+        {"Noun:Undef:Number:Inside", "Noun"},
+        {"Noun:Numbers:Kanji:x", "Noun:Numbers:x"},
+        {"Alphabet:Undef", "Alphabet"},  // the head is the lexicon's own
+        {"Noun:a-Undef-3", "Noun:a-Undef"},
+        {"Noun/Kana", "Noun/Kana"},
+        {"Undef", kUnknownWordName},
+        {"Undef:Symbol-1", kUnknownWordName},
+        {"\x83\x5C:\x81\x7C:Kana", "\x83\x5C:\x81\x7C"},  // second bytes that look like marks
+        {"-1", "-1"},
+        {"", ""},
+    };
+    for (auto const& [name, shown] : cases) EXPECT_EQ(displayPosName(name), shown) << name;
+}
+
 TEST(PatternList, MatchesByHeadThenFeatures) {
     Table<char const*, char const*, bool> const cases{
         {"Noun", "Noun:Proper", true},  {"Noun:Proper", "Noun:Proper:Place", true},
