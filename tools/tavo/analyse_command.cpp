@@ -40,7 +40,7 @@ constexpr char kExamples[] =
     "Examples:\n"
     "  echo すもももももももものうち | tavo     each word with part of speech and reading\n"
     "  tavo -O wakati novel.txt               words separated by blanks, for search and statistics\n"
-    "  tavo -O mecab < novel.txt              word, tab, fields; EOS ends a line\n"
+    "  tavo -O mecab < novel.txt              MeCab's format: word, tab, fields as CSV\n"
     "  tavo -O json novel.txt | jq .          one object a line, with positions\n"
     "  tavo -F '%w[%k] ' --eos '\\n' a.txt     your own format: each word and its reading\n"
     "  tavo -n 5 -O json a.txt                the five best analyses of each line\n"
@@ -73,13 +73,17 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
               "tavo (default), wakati, mecab, json or tagged (input for --tagged)");
     app.add_option("-F,--format", output.format,
                    "Format of each word: %w word, %h part of speech, %k reading, %p pronunciation, %s base form, "
-                   "%c cost, %10w padded to 10 columns, \\n \\t \\\\ \\%")
+                   "%u whether it is unknown, %c cost, %10w padded to 10 columns, \\n \\t \\\\ \\%")
         ->type_name("FORMAT");
-    app.add_option("--eos", output.eos, "Text behind each sentence (forms tavo and mecab); knows \\n and \\t")
+    app.add_option("--eos", output.eos,
+                   "Text behind each sentence (forms tavo and mecab; default EOS, none with -F); knows \\n and \\t")
         ->type_name("TEXT");
     app.add_option("--null", output.nullString, "Text for an empty value (forms tavo and mecab)")->type_name("TEXT");
-    app.add_flag("--classes", output.showClasses, "Show the cost class of a part of speech (NAME-2)");
-    app.add_option("-n,--nbest", output.nBest, "The N best analyses of each line; json then tells rank and costs")
+    app.add_flag("--classes", output.showClasses,
+                 "Parts of speech as the dictionaries name them, with cost class and features (A:B:Undef-2); forms "
+                 "tavo and json");
+    app.add_option("-n,--nbest", output.nBest,
+                   "The N best analyses of each line, an empty line behind them; json tells rank and costs instead")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->type_name("N");
     addEncodingOption(app, output.encoding);
@@ -96,6 +100,8 @@ void check(OutputOptions& output) {
         throw ToolError(ExitStatus::Usage, "-F is a form of its own: leave -O out");
     if (!styled && (output.eos || output.nullString))
         throw ToolError(ExitStatus::Usage, "--eos and --null go with the forms tavo and mecab only");
+    if (output.showClasses && output.kind != OutputKind::Tavo && output.kind != OutputKind::Json)
+        throw ToolError(ExitStatus::Usage, "--classes goes with the forms tavo and json only");
     if (output.eos) output.eos = TAVO::decodeEscapes(*output.eos);
     if (output.nullString) output.nullString = TAVO::decodeEscapes(*output.nullString);
 }

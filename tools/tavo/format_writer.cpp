@@ -56,17 +56,32 @@ std::vector<Piece> compile(std::string const& format, Encoding encoding) {
     return pieces;
 }
 
+/// The program's own format: the library's default, with a column that tells unknown
+/// words. Blanks at the end of its line are left out.
+constexpr char kLibraryFormat[] = "%10w %20h %k\\n";
+constexpr char kOwnFormat[] = "%10w %20h %k %u";
+
+/// The text of --eos; else that of the init file; else none behind a format of the user's
+/// own, unless several analyses of a line have to be told apart.
+std::string endOfSentence(OutputOptions const& options, TAVO::Tavo const& analyser, bool ownFormat) {
+    if (options.eos) return *options.eos;
+    std::string const set = fromSjis(analyser.getEOS(), options.encoding);
+    return set.empty() && (ownFormat || options.nBest != 0) ? "EOS\n" : set;
+}
+
 class FormatWriter final : public LineWriter {
 public:
     FormatWriter(OutputOptions const& options, TAVO::Tavo const& analyser)
-        : encoding_(options.encoding),
-          names_(analyser, {options.encoding, options.showClasses, ':'}),
-          eos_(options.eos.value_or(fromSjis(analyser.getEOS(), encoding_))),
+        : LineWriter(options),
+          encoding_(options.encoding),
+          ownFormat_(!options.format && analyser.getOutputFormat() == std::string_view(kLibraryFormat)),
+          names_(analyser, encoding_, options.showClasses),
+          eos_(endOfSentence(options, analyser, ownFormat_)),
           nullString_(options.nullString.value_or(fromSjis(analyser.getNullString(), encoding_))),
-          pieces_(compile(options.format.value_or(fromSjis(analyser.getOutputFormat(), encoding_)), encoding_)) {
-        // Something must stand between the analyses of a line.
-        if (options.nBest != 0 && !options.eos && eos_.empty()) eos_ = "EOS\n";
-    }
+          unknownWord_(fromSjis(TAVO::kUnknownWordName, encoding_)),
+          pieces_(compile(
+              ownFormat_ ? kOwnFormat : options.format.value_or(fromSjis(analyser.getOutputFormat(), encoding_)),
+              encoding_)) {}
 
     void beginAnalysis(Rank const&, OutBuffer&) override { empty_ = true; }
 
@@ -86,6 +101,7 @@ public:
 
 private:
     void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
+        std::size_t const tokenStart = out.size();
         for (Piece const& piece : pieces_) {
             out.append(piece.literal);
             if (!piece.hasDirective) continue;
@@ -94,6 +110,10 @@ private:
             if (out.size() == start) out.append(nullString_);
             pad(out, start, static_cast<std::size_t>(piece.directive.width));
         }
+        if (!ownFormat_) return;
+        std::string_view const line = out.view().substr(tokenStart);
+        out.finish(line.data() + line.find_last_not_of(' ') + 1);
+        out.append('\n');
     }
 
     void writeDirective(TAVO::Directive const& directive, LineText const& text, Token const& token, OutBuffer& out) {
@@ -103,6 +123,12 @@ private:
                 return out.append(text.slice(token.begin, token.end));
             case 'h':
                 if (token.morpheme != nullptr) out.append(names_.name(token.morpheme->getPid()));
+                return;
+            case 'H':
+                if (token.morpheme != nullptr) out.append(names_.head(token.morpheme->getPid()));
+                return;
+            case 'u':
+                if (token.morpheme == nullptr || TAVO::MrphAccess::isUnknown(*token.morpheme)) out.append(unknownWord_);
                 return;
             default:
                 break;
@@ -125,8 +151,9 @@ private:
     }
 
     Encoding encoding_;
+    bool ownFormat_;
     PosNames names_;
-    std::string eos_, nullString_;
+    std::string eos_, nullString_, unknownWord_;
     std::vector<Piece> pieces_;
     bool empty_ = true;
     std::string value_;

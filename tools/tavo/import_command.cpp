@@ -85,7 +85,7 @@ Tables buildTablesWithin(double maxBytes, Lexicon const& lexicon, FormIndex cons
 
 void writeLexicon(Options const& options, std::vector<std::string> const& lines,
                   std::vector<DictionaryPart> const& parts, std::string const& table, Tables const& tables,
-                  bool shortUnits, std::string const& notice) {
+                  Lexicon const& lexicon, std::string const& notice) {
     fs::path const out = fs::absolute(options.out);
     fs::create_directories(out);
     for (std::size_t part = 0; part < parts.size(); ++part) {
@@ -105,7 +105,8 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     if (!notice.empty()) writeFile(out / kNoticeName, notice);
     writeFile(out / "ConnTable", table);
     writeFile(out / tool::kWordClassesName, tables.classes.text());
-    writeFile(out / "reduce.rules", reduceRuleText(tables.names, shortUnits));
+    writeFile(out / tool::kMecabFieldsName, lexicon.fields.text());
+    writeFile(out / "reduce.rules", reduceRuleText(tables.names, lexicon.shortUnits));
     writeFile(out / "number.list", numberListText(tables.names));
     writeFile(out / "tavo.init", initFileText(options.dataFolder.empty() ? out : fs::path(options.dataFolder),
                                               parts.size(), options.source));
@@ -138,7 +139,7 @@ void importMecab(Options const& options) {
     std::vector<std::string> const lines = sourceLines(lexicon, tables);
     std::vector<DictionaryPart> const parts = compileDictionaries(tables.names, lines);
     std::string const connTable = connTableBytes(tables);
-    writeLexicon(options, lines, parts, connTable, tables, lexicon.shortUnits, notice);
+    writeLexicon(options, lines, parts, connTable, tables, lexicon, notice);
 
     ReportFacts facts;
     facts.fittedOn = fittedOn;

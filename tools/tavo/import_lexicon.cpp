@@ -1,5 +1,6 @@
 #include "import_lexicon.hpp"
 
+#include "encoding.hpp"
 #include "import_charset.hpp"
 
 #include "base/text.hpp"
@@ -154,6 +155,21 @@ struct Reader {
         cost = static_cast<std::int32_t>(parseNumber(fields[3], -32768, 32767, file, line, "cost"));
     }
 
+    std::vector<std::string> posFields() const {
+        auto const first = fields.begin() + 4;
+        return {first, first + std::min<std::ptrdiff_t>(fields.end() - first, std::max(layout.posFields, 0))};
+    }
+    /// Of a lexicon whose words have @p features fields.
+    void describeFields(std::size_t features) {
+        auto const present = [&](int index) { return index < static_cast<int>(features) ? index : -1; };
+        lexicon.fields.count = features;
+        lexicon.fields.posCount =
+            std::clamp<std::size_t>(static_cast<std::size_t>(std::max(layout.posFields, 1)), 1, features);
+        lexicon.fields.base = present(layout.base);
+        lexicon.fields.reading = present(layout.reading);
+        lexicon.fields.pron = present(layout.pron);
+    }
+
     std::string name(fs::path const& file, std::size_t line) {
         std::string const utf8 = joinName(fields, 4, static_cast<std::size_t>(layout.posFields));
         std::string result;
@@ -193,7 +209,10 @@ struct Reader {
         // letters are words, it lets them join too.
         std::string const feature = classFeature(fields[0]);
         bool const taken = feature != ":Alphabet" || lexicon.shortUnits;
-        word.name = lexicon.names.add(name(file, number) + (taken ? feature : ""));
+        std::string const partOfSpeech = name(file, number) + (taken ? feature : "");
+        std::uint32_t const namesBefore = lexicon.names.size();
+        word.name = lexicon.names.add(partOfSpeech);
+        if (lexicon.names.size() != namesBefore) lexicon.nameFields(partOfSpeech, posFields(), false);
         word.base = field(layout.base);
         if (word.base == word.form) word.base = {};
         word.reading = field(layout.reading);
@@ -208,6 +227,7 @@ struct Reader {
         ids(file, number, entry.row, entry.col, entry.cost);
         entry.category = fields[0];
         entry.name = name(file, number);
+        entry.fields.assign(fields.begin() + 4, fields.end());
         lexicon.templates.push_back(entry);
     }
 };
@@ -270,6 +290,10 @@ std::uint32_t StringPool::add(std::string_view text) {
     std::uint32_t const index = size() - 1;
     index_.emplace(strings_.back(), index);
     return index;
+}
+
+void Lexicon::nameFields(std::string_view name, std::vector<std::string> values, bool unknown) {
+    fields.partsOfSpeech.emplace(tool::sjisToUtf8(name), tool::MecabFields::PartOfSpeech{std::move(values), unknown});
 }
 
 std::string_view Lexicon::keep(std::string_view text) {
@@ -344,6 +368,7 @@ Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, 
             std::size_t const features = featureCount(file, text);
             lexicon.shortUnits = features >= kShortUnitFeatures;
             if (layout == nullptr) reader.layout = layoutFor(features);
+            reader.describeFields(features);
             featuresKnown = true;
         }
         forEachLine(text, [&](std::string_view line, std::size_t number) { reader.csvLine(file, line, number); });

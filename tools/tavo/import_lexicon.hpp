@@ -3,6 +3,8 @@
 #ifndef TAVO_TOOLS_IMPORT_LEXICON_HPP
 #define TAVO_TOOLS_IMPORT_LEXICON_HPP
 
+#include "mecab_fields.hpp"
+
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -61,6 +63,7 @@ struct UnknownTemplate {
     std::uint32_t row = 0, col = 0;
     std::int32_t cost = 0;
     std::string name;
+    std::vector<std::string> fields;  ///< those behind the four fixed ones, UTF-8
 };
 
 /// Where the fields behind the four fixed ones stand; -1: the source has no such field.
@@ -110,6 +113,7 @@ struct Lexicon {
     std::filesystem::path folder;
     std::uint64_t entriesRead = 0;
     StringPool names;
+    tool::MecabFields fields;  ///< those that the names were made of
     std::vector<Word> words;
     std::vector<UnknownTemplate> templates;
     Matrix matrix;
@@ -119,6 +123,8 @@ struct Lexicon {
     double costFactor = 800;                       ///< source cost of a factor e in probability
     LeftOut leftOut;
 
+    /// Tells the fields (UTF-8) that a name was made of, unless it has some.
+    void nameFields(std::string_view name, std::vector<std::string> values, bool unknown);
     /// Keeps a copy of @p text for the lexicon's life.
     std::string_view keep(std::string_view text);
 

@@ -112,6 +112,7 @@ private:
         std::string const mark = classWord(entry.category);
         std::string const name = entry.name + ":Undef" + (mark.empty() ? "" : ":" + mark);
         chain.names.push_back(lexicon_.names.add(name));
+        lexicon_.nameFields(name, entry.fields, true);
         unsigned const levels = category.group ? 2 : std::clamp(category.length, 1U, kMaxLevels);
         if (levels > 1) chain.levels[0].first = newRow(entry.row);
         for (unsigned level = 1; level < levels; ++level) {
@@ -119,6 +120,7 @@ private:
             std::uint32_t const row = !last ? newRow(entry.row) : category.group ? chain.levels[0].first : entry.row;
             chain.levels.emplace_back(row, newColumn());
             chain.names.push_back(lexicon_.names.add(name + ":Inside"));
+            lexicon_.nameFields(name + ":Inside", entry.fields, true);
             allowed_.emplace_back(chain.levels[level - 1].first, chain.levels[level].second);
         }
         if (category.group) allowed_.emplace_back(chain.levels[1].first, chain.levels[1].second);

@@ -4,12 +4,14 @@ namespace tool {
 
 void LineWriter::beginLine(std::string_view, OutBuffer&) {}
 void LineWriter::beginAnalysis(Rank const&, OutBuffer&) {}
-void LineWriter::endLine(OutBuffer&) {}
+void LineWriter::endLine(OutBuffer& out) {
+    if (ranked_) out.append('\n');
+}
 
 std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::Tavo const& analyser) {
     switch (options.kind) {
         case OutputKind::Wakati:
-            return makeWakatiWriter();
+            return makeWakatiWriter(options);
         case OutputKind::Mecab:
             return makeMecabWriter(options, analyser);
         case OutputKind::Json:

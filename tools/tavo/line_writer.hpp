@@ -42,7 +42,7 @@ struct Rank {
 /// endAnalysis; endLine. One per thread.
 class LineWriter {
 public:
-    LineWriter() = default;
+    explicit LineWriter(OutputOptions const& options) noexcept : ranked_(options.nBest != 0) {}
     LineWriter(LineWriter const&) = delete;
     LineWriter& operator=(LineWriter const&) = delete;
     virtual ~LineWriter() = default;
@@ -52,14 +52,21 @@ public:
     virtual void writePiece(Analysis const& analysis, OutBuffer& out) = 0;
     /// @p carriageReturn: the line ended with CR LF, not with LF.
     virtual void endAnalysis(bool carriageReturn, OutBuffer& out) = 0;
+    /// An empty line behind the N best analyses of a line.
     virtual void endLine(OutBuffer& out);
+
+protected:
+    bool isRanked() const noexcept { return ranked_; }
+
+private:
+    bool ranked_;
 };
 
 /// @p analyser gives settings and names and must outlive the writer.
 std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 
 // The forms one by one.
-std::unique_ptr<LineWriter> makeWakatiWriter();
+std::unique_ptr<LineWriter> makeWakatiWriter(OutputOptions const& options);
 std::unique_ptr<LineWriter> makeFormatWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 std::unique_ptr<LineWriter> makeMecabWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 std::unique_ptr<LineWriter> makeTaggedWriter(OutputOptions const& options);

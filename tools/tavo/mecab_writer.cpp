@@ -1,20 +1,34 @@
-// Word, tab, fields joined with commas: part of speech level by level, base
-// form, reading, pronunciation. A line EOS ends each input line.
+// MeCab's format: word, tab, the lexicon's fields as CSV. A line EOS ends each input line.
 #include "line_writer.hpp"
-#include "pos_names.hpp"
+#include "mecab_fields.hpp"
 #include "token.hpp"
 #include "value_text.hpp"
+
+#include "config/pos_name.hpp"
+
+#include <filesystem>
+#include <utility>
 
 namespace tool {
 
 namespace {
 
+/// Words of these alone are no words in this format.
+constexpr char kBlanks[] = " \t\n\v";
+
 class MecabWriter final : public LineWriter {
 public:
     MecabWriter(OutputOptions const& options, TAVO::Tavo const& analyser)
-        : names_(analyser, {options.encoding, options.showClasses, ','}),
+        : LineWriter(options),
+          analyser_(analyser),
+          encoding_(options.encoding),
           eos_(options.eos.value_or("EOS\n")),
-          missing_(options.nullString.value_or("*")) {}
+          missing_(csvField(options.nullString.value_or("*"))),
+          rows_(analyser.getPidMax() + std::size_t{1}) {
+        auto const folder = std::filesystem::path(analyser.getConnTablePath()).parent_path();
+        if (!fields_.read((folder / kMecabFieldsName).string())) fields_ = fieldsOfNames();
+        withoutAnalysis_.tail = joined({}, fields_.unknownCount) + "\n";
+    }
 
     void writePiece(Analysis const& analysis, OutBuffer& out) override {
         forEachToken(
@@ -24,30 +38,106 @@ public:
     void endAnalysis(bool, OutBuffer& out) override { out.append(eos_); }
 
 private:
+    enum class Value { Base, Reading, Pron };
+    /// What stands behind the tab for a part of speech.
+    struct Row {
+        struct Piece {
+            std::string before;  // in the user's encoding
+            Value value;
+        };
+        std::vector<Piece> pieces;
+        std::string tail;  // with the line's end; empty: not made yet
+    };
+
+    MecabFields fieldsOfNames() const {
+        std::vector<std::string> names;
+        for (unsigned pid = 1; pid < rows_.size(); ++pid)
+            names.push_back(displayName(static_cast<unsigned short>(pid)));
+        return MecabFields::ofNames(names);
+    }
+    std::string displayName(unsigned short pid) const { return sjisToUtf8(analyser_.getDisplayPartOfSP(pid)); }
+
     void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
-        out.append(text.slice(token.begin, token.end));
+        std::string_view const word = text.slice(token.begin, token.end);
+        if (word.find_first_not_of(kBlanks) == std::string_view::npos) return;
+        out.append(word);
         out.append('\t');
-        if (token.morpheme == nullptr) {
-            out.append(missing_);
-        } else {
-            TAVO::Mrph const& m = *token.morpheme;
-            std::string const& name = names_.name(m.getPid());
-            out.append(name.empty() ? missing_ : name);
-            field(m.getStdForm(true), text, token, out);
-            field(m.getRead(true), text, token, out);
-            field(m.getPron(true), text, token, out);
+        Row const& row = token.morpheme == nullptr ? withoutAnalysis_ : rowOf(*token.morpheme);
+        for (Row::Piece const& piece : row.pieces) {
+            out.append(piece.before);
+            writeValue(valueOf(*token.morpheme, piece.value), text, token, out);
         }
-        out.append('\n');
+        out.append(row.tail);
     }
 
-    void field(std::string const& value, LineText const& text, Token const& token, OutBuffer& out) {
-        out.append(',');
+    static std::string valueOf(TAVO::Mrph const& m, Value value) {
+        if (value == Value::Base) return m.getStdForm(true);
+        return value == Value::Reading ? m.getRead(true) : m.getPron(true);
+    }
+
+    void writeValue(std::string const& value, LineText const& text, Token const& token, OutBuffer& out) {
         if (value.empty()) return out.append(missing_);
+        std::size_t const start = out.size();
         appendValue(out, value, token, text);
+        std::string_view const written = out.view().substr(start);
+        if (written.find_first_of(",\"") == std::string_view::npos) return;
+        std::string const quoted = csvField(written);
+        out.finish(out.view().data() + start);
+        out.append(quoted);
     }
 
-    PosNames names_;
+    Row const& rowOf(TAVO::Mrph const& m) {
+        Row& row = rows_[m.getPid() < rows_.size() ? m.getPid() : 0];
+        if (row.tail.empty()) row = rowOf(m.getPid(), TAVO::MrphAccess::isUnknown(m));
+        return row;
+    }
+
+    Row rowOf(unsigned short pid, bool unknown) const {
+        auto const known = fields_.partsOfSpeech.find(sjisToUtf8(TAVO::withoutClass(analyser_.getPartOfSP(pid))));
+        bool const told = known != fields_.partsOfSpeech.end();
+        std::vector<std::string> const pos = told ? known->second.fields : MecabFields::levels(displayName(pid));
+        Row row;
+        if (told ? known->second.unknown : unknown) {
+            row.tail = joined(pos, told ? pos.size() : fields_.unknownCount) + "\n";
+            return row;
+        }
+        std::string before;
+        for (std::size_t i = 0; i != fields_.count; ++i) {
+            if (i != 0) before += ',';
+            int const field = static_cast<int>(i);
+            if (field == fields_.base || field == fields_.reading || field == fields_.pron) {
+                Value const value = field == fields_.base   ? Value::Base
+                                    : field == fields_.pron ? Value::Pron
+                                                            : Value::Reading;
+                row.pieces.push_back({std::exchange(before, {}), value});
+            } else {
+                before += fieldAt(pos, i);
+            }
+        }
+        row.tail = before + "\n";
+        return row;
+    }
+
+    std::string joined(std::vector<std::string> const& values, std::size_t count) const {
+        std::string result;
+        for (std::size_t i = 0; i != count; ++i) result += (i == 0 ? "" : ",") + fieldAt(values, i);
+        return result;
+    }
+
+    /// Field @p index of the part of speech @p pos in the user's encoding.
+    std::string fieldAt(std::vector<std::string> const& pos, std::size_t index) const {
+        bool const missing = index >= pos.size() || pos[index].empty() || pos[index] == "*";
+        if (missing) return missing_;
+        return csvField(encoding_ == Encoding::Utf8 ? pos[index]
+                                                    : argumentToSjis(pos[index], Encoding::Utf8, kMecabFieldsName));
+    }
+
+    TAVO::Tavo const& analyser_;
+    Encoding encoding_;
     std::string eos_, missing_;
+    MecabFields fields_;
+    std::vector<Row> rows_;  // by part-of-speech id
+    Row withoutAnalysis_;
     std::vector<TAVO::Mrph> morphemes_;
 };
 

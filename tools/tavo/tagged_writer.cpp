@@ -55,7 +55,7 @@ private:
 
 class TaggedWriter final : public LineWriter {
 public:
-    explicit TaggedWriter(Encoding encoding) : encoding_(encoding) {}
+    explicit TaggedWriter(OutputOptions const& options) : LineWriter(options), encoding_(options.encoding) {}
 
     void writePiece(Analysis const& analysis, OutBuffer& out) override {
         TAVO::Tavo& analyser = analysis.analyser;
@@ -101,7 +101,7 @@ private:
 }  // namespace
 
 std::unique_ptr<LineWriter> makeTaggedWriter(OutputOptions const& options) {
-    return std::make_unique<TaggedWriter>(options.encoding);
+    return std::make_unique<TaggedWriter>(options);
 }
 
 }  // namespace tool

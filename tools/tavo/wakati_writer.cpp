@@ -12,7 +12,12 @@ bool isBlank(std::string_view word) noexcept { return word.find_first_not_of(' '
 
 class WakatiWriter final : public LineWriter {
 public:
-    void beginAnalysis(Rank const&, OutBuffer&) override { first_ = true; }
+    using LineWriter::LineWriter;
+
+    void beginAnalysis(Rank const& rank, OutBuffer&) override {
+        first_ = true;
+        best_ = rank.number == 1;
+    }
 
     void writePiece(Analysis const& analysis, OutBuffer& out) override {
         LineText const& text = analysis.text;
@@ -37,17 +42,23 @@ public:
         out.finish(to);
     }
 
-    void endAnalysis(bool carriageReturn, OutBuffer& out) override { out.append(carriageReturn ? "\r\n" : "\n"); }
+    void endAnalysis(bool carriageReturn, OutBuffer& out) override {
+        // An empty line behind the best analysis would end those of this input.
+        if (best_ || !first_) out.append(carriageReturn ? "\r\n" : "\n");
+    }
 
 private:
     static constexpr std::size_t kCopyBytes = kPaddingBytes;
 
-    bool first_ = true;
+    bool first_ = true;  // no word was written yet
+    bool best_ = true;
     TokenScratch scratch_;
 };
 
 }  // namespace
 
-std::unique_ptr<LineWriter> makeWakatiWriter() { return std::make_unique<WakatiWriter>(); }
+std::unique_ptr<LineWriter> makeWakatiWriter(OutputOptions const& options) {
+    return std::make_unique<WakatiWriter>(options);
+}
 
 }  // namespace tool
