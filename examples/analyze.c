@@ -23,7 +23,13 @@ int main(int argc, char** argv) {
         int i, length = (int)strcspn(line, "\n");
         if (tavo_analyze(tavo, line, length) < 0) return failed(tavo);
         if (tavo_getResult(tavo, &result, 0) < 0) return failed(tavo);
-        for (i = 0; i < result.count; ++i) tavo_output(result.array[i], stdout, "%10w %20h %k\\n", "", 0);
+        for (i = 0; i < result.count; ++i) {
+            char partOfSP[256];
+            tavo_getDisplayPartOfSP(result.array[i], partOfSP, sizeof partOfSP);
+            tavo_output(result.array[i], stdout, "%10w ", "", 0);
+            printf("%-20s ", partOfSP);
+            tavo_output(result.array[i], stdout, "%k\\n", "", 0);
+        }
     }
     return tavo_free(tavo);
 }
