@@ -28,7 +28,8 @@ int main(int argc, char** argv) {
             tavo_getDisplayPartOfSP(result.array[i], partOfSP, sizeof partOfSP);
             tavo_output(result.array[i], stdout, "%10w ", "", 0);
             printf("%-20s ", partOfSP);
-            tavo_output(result.array[i], stdout, "%k\\n", "", 0);
+            tavo_output(result.array[i], stdout, "%k", "", 0);
+            puts(tavo_isUndef(result.array[i]) == 1 ? " (unknown)" : "");
         }
     }
     return tavo_free(tavo);

@@ -59,7 +59,8 @@ constexpr char kExamples[] =
     "\n"
     "The lexicon is looked for in the folder TAVO_PATH, beside the program, and in the\n"
     "installed data folder. Whatever a line holds comes back unchanged: characters\n"
-    "that dictionaries cannot hold and bytes that are not UTF-8 included.\n"
+    "that dictionaries cannot hold and bytes that are not UTF-8 included. Only blanks are\n"
+    "left out, by -O wakati and -O mecab.\n"
     "Exit status: 0 all went well, 1 something about the data failed, 2 wrong usage.";
 
 void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
