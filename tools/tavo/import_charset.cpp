@@ -22,15 +22,16 @@ public:
     Iconv& operator=(Iconv const&) = delete;
 
     bool valid() const noexcept { return handle_ != reinterpret_cast<iconv_t>(-1); }
-    /// Returns the number of bytes written, or -1; moves @p in behind what was read.
-    std::ptrdiff_t convert(char const*& in, std::size_t& inLeft, char* out, std::size_t outSize) {
+    /// Appends what fits one buffer to @p out and moves @p in behind what was read; false at what is no text.
+    bool convert(char const*& in, std::size_t& inLeft, std::string& out) {
+        std::array<char, 1 << 16> buffer;
         char* input = const_cast<char*>(in);
-        char* output = out;
-        std::size_t outLeft = outSize;
-        std::size_t const result = iconv(handle_, &input, &inLeft, &output, &outLeft);
+        char* output = buffer.data();
+        std::size_t outLeft = buffer.size();
+        bool const all = iconv(handle_, &input, &inLeft, &output, &outLeft) != static_cast<std::size_t>(-1);
         in = input;
-        bool const full = result == static_cast<std::size_t>(-1) && errno == E2BIG;
-        return result == static_cast<std::size_t>(-1) && !full ? -1 : output - out;
+        out.append(buffer.data(), output);
+        return all || errno == E2BIG;
     }
 
 private:
@@ -47,21 +48,15 @@ std::string systemName(std::string const& charset) {
 
 }  // namespace
 
-std::string toUtf8(std::string_view bytes, std::string const& charset) {
+std::size_t appendUtf8(std::string& out, std::string_view bytes, std::string const& charset) {
     Iconv iconv("UTF-8", systemName(charset).c_str());
     if (!iconv.valid()) throw std::runtime_error("unknown encoding \"" + charset + "\"");
-    std::string result;
-    result.reserve(bytes.size() * 3 / 2);
-    std::array<char, 1 << 16> buffer{};
+    out.reserve(out.size() + bytes.size() * 3 / 2);
     char const* in = bytes.data();
     std::size_t left = bytes.size();
-    while (left > 0) {
-        std::ptrdiff_t const written = iconv.convert(in, left, buffer.data(), buffer.size());
-        if (written < 0)
-            throw std::runtime_error("byte " + std::to_string(bytes.size() - left) + " is not " + charset + " text");
-        result.append(buffer.data(), static_cast<std::size_t>(written));
+    while (left > 0 && iconv.convert(in, left, out)) {
     }
-    return result;
+    return bytes.size() - left;
 }
 
 std::uint32_t nextCodePoint(std::string_view utf8, std::size_t& pos) noexcept {

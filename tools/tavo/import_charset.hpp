@@ -9,10 +9,10 @@
 
 namespace TAVO::importer {
 
-/// @p bytes, written in encoding @p charset (a name as in a lexicon's dicrc), as
-/// UTF-8. Throws std::runtime_error with the byte offset for bytes that are not
-/// text in that encoding, and for an encoding that the system does not know.
-std::string toUtf8(std::string_view bytes, std::string const& charset);
+/// Appends @p bytes, written in encoding @p charset (a name as in a lexicon's
+/// dicrc), in UTF-8. Returns how many were text in that encoding. Throws
+/// std::runtime_error for an encoding that the system does not know.
+std::size_t appendUtf8(std::string& out, std::string_view bytes, std::string const& charset);
 
 /// Decodes the character at @p pos of @p utf8 and moves pos behind it. A byte
 /// that starts no character gives 0xFFFD and moves by one.

@@ -1,6 +1,6 @@
 #include "import_lexicon.hpp"
 
-#include "encoding.hpp"
+#include "encoding_guess.hpp"
 #include "import_charset.hpp"
 
 #include "base/text.hpp"
@@ -8,16 +8,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 
 namespace TAVO::importer {
 namespace fs = std::filesystem;
 namespace {
-
-[[noreturn]] void fail(fs::path const& file, std::size_t line, std::string const& cause) {
-    throw ImportError(file.string() + ":" + std::to_string(line) + ": " + cause);
-}
 
 long long parseNumber(std::string_view text, long long low, long long high, fs::path const& file, std::size_t line,
                       char const* what) {
@@ -32,19 +27,6 @@ long long parseNumber(std::string_view text, long long low, long long high, fs::
     return value;
 }
 
-template <class Visit>
-void forEachLine(std::string_view text, Visit&& visit) {
-    std::size_t number = 0;
-    for (std::size_t pos = 0; pos < text.size();) {
-        std::size_t end = text.find('\n', pos);
-        if (end == std::string_view::npos) end = text.size();
-        std::string_view line = text.substr(pos, end - pos);
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        visit(line, ++number);
-        pos = end + 1;
-    }
-}
-
 /// Encoding and cost factor, from dicrc.
 void readSettings(Lexicon& lexicon) {
     fs::path const file = lexicon.folder / "dicrc";
@@ -56,18 +38,6 @@ void readSettings(Lexicon& lexicon) {
         if (key == "cost-factor")
             lexicon.costFactor = static_cast<double>(parseNumber(value, 1, 32767, file, number, "cost-factor"));
     });
-    if (lexicon.charset.empty())
-        throw ImportError(file.string() + ": no config-charset line; name the encoding with --charset");
-}
-
-std::string readText(fs::path const& file, std::string const& charset) {
-    try {
-        return toUtf8(readFile(file), charset);
-    } catch (ImportError const&) {
-        throw;
-    } catch (std::runtime_error const& error) {
-        throw ImportError(file.string() + ": " + error.what() + "; name another encoding with --charset");
-    }
 }
 
 /// Reads numbers from a file of any size through one buffer.
@@ -146,6 +116,7 @@ struct Reader {
     Cp932 const& cp932;
     std::vector<std::string> fields;
     std::string scratch;
+    FieldCheck check;
 
     void ids(fs::path const& file, std::size_t line, std::uint32_t& row, std::uint32_t& col, std::int32_t& cost) {
         if (fields.size() < 5) fail(file, line, "fewer than 5 fields");
@@ -193,6 +164,7 @@ struct Reader {
         if (line.empty()) return;
         splitCsv(line, fields);
         ++lexicon.entriesRead;
+        check.add(fields);
         Word word;
         ids(file, number, word.row, word.col, word.cost);
         if (fields[0].empty()) {
@@ -232,8 +204,6 @@ struct Reader {
     }
 };
 
-constexpr std::size_t kShortUnitFeatures = 17;
-
 /// Latin of either width, Greek, Cyrillic.
 bool isLetter(std::uint32_t c) {
     auto const within = [&](std::uint32_t low, std::uint32_t high) { return c >= low && c <= high; };
@@ -251,13 +221,6 @@ std::size_t featureCount(fs::path const& file, std::string_view text) {
 }
 
 }  // namespace
-
-FieldLayout layoutFor(std::size_t features) noexcept {
-    if (features >= 26) return {6, 10, 20, 9};
-    if (features >= kShortUnitFeatures) return {6, 10, 9, 9};
-    auto const present = [&](int index) { return static_cast<std::size_t>(index) < features ? index : -1; };
-    return {static_cast<int>(std::min<std::size_t>(features, 6)), present(6), present(7), present(8)};
-}
 
 std::string joinName(std::vector<std::string> const& fields, std::size_t first, std::size_t count) {
     std::string name;
@@ -310,14 +273,6 @@ std::string_view Lexicon::keep(std::string_view text) {
     return std::string_view(block).substr(at);
 }
 
-std::string readFile(fs::path const& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) throw ImportError(path.string() + ": cannot be opened");
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) throw ImportError(path.string() + ": cannot be read");
-    return text;
-}
-
 void splitCsv(std::string_view line, std::vector<std::string>& fields) {
     std::size_t count = 0;
     std::size_t pos = 0;
@@ -348,22 +303,27 @@ Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, 
     Lexicon lexicon;
     lexicon.folder = folder;
     lexicon.charset = charsetOverride;
-    readSettings(lexicon);
-    if (!charsetOverride.empty()) lexicon.charset = charsetOverride;
     std::vector<fs::path> files;
     for (auto const& entry : fs::directory_iterator(folder))
         if (entry.path().extension() == ".csv") files.push_back(entry.path());
     if (files.empty()) throw ImportError(folder.string() + ": holds no *.csv file");
     std::sort(files.begin(), files.end());
+    readSettings(lexicon);
+    if (!charsetOverride.empty()) lexicon.charset = charsetOverride;
+    if (lexicon.charset.empty()) {
+        std::string_view const other = tool::otherEncoding(readFile(files.front()), tool::Encoding::Utf8);
+        throw ImportError((folder / "dicrc").string() + ": no config-charset line; name the encoding: --charset " +
+                          (other.empty() ? "UTF-8" : std::string(other)));
+    }
     lexicon.matrix = readMatrix(folder / "matrix.def");
     lexicon.sourceRows = lexicon.matrix.rows;
     lexicon.sourceCols = lexicon.matrix.cols;
     for (std::uint32_t row = 0; row < lexicon.sourceRows; ++row) lexicon.rowBase.push_back(row);
 
-    Reader reader{lexicon, layout ? *layout : FieldLayout{}, Cp932::table(), {}, {}};
+    Reader reader{lexicon, layout ? *layout : FieldLayout{}, Cp932::table(), {}, {}, {}};
     bool featuresKnown = false;
     for (fs::path const& file : files) {
-        std::string const text = readText(file, lexicon.charset);
+        std::string const text = readText(file, lexicon.charset, &lexicon.leftOut.damaged);
         if (!featuresKnown && !text.empty()) {
             std::size_t const features = featureCount(file, text);
             lexicon.shortUnits = features >= kShortUnitFeatures;
@@ -373,8 +333,10 @@ Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, 
         }
         forEachLine(text, [&](std::string_view line, std::size_t number) { reader.csvLine(file, line, number); });
     }
+    if (std::string const fault = layout ? "" : reader.check.fault(reader.layout); !fault.empty())
+        throw ImportError(folder.string() + ": " + fault);
     fs::path const unk = folder / "unk.def";
-    forEachLine(readText(unk, lexicon.charset),
+    forEachLine(readText(unk, lexicon.charset, nullptr),
                 [&](std::string_view line, std::size_t number) { reader.unknownLine(unk, line, number); });
     return lexicon;
 }

@@ -3,24 +3,19 @@
 #ifndef TAVO_TOOLS_IMPORT_LEXICON_HPP
 #define TAVO_TOOLS_IMPORT_LEXICON_HPP
 
+#include "import_fields.hpp"
+#include "import_text.hpp"
 #include "mecab_fields.hpp"
 
 #include <cstdint>
 #include <deque>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace TAVO::importer {
-
-/// A fault of the lexicon's files; the text begins with "file:line: " or "file: ".
-class ImportError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// Unique strings with stable addresses, numbered from 0.
 class StringPool {
@@ -66,18 +61,6 @@ struct UnknownTemplate {
     std::vector<std::string> fields;  ///< those behind the four fixed ones, UTF-8
 };
 
-/// Where the fields behind the four fixed ones stand; -1: the source has no such field.
-struct FieldLayout {
-    int posFields = 6;
-    int base = 6;
-    int reading = 7;
-    int pron = 8;
-};
-
-/// The layout of a lexicon with @p features fields behind the four fixed ones:
-/// 9 are usual; lexicons of short units have 17, or 26 and more.
-FieldLayout layoutFor(std::size_t features) noexcept;
-
 /// The name of a word's part of speech: @p count fields from @p first on, joined
 /// with ":", those with "*" left out. A "-" or "/" would end a name's features,
 /// so it separates features as well.
@@ -88,20 +71,8 @@ std::string joinName(std::vector<std::string> const& fields, std::size_t first, 
 /// ":Alphabet"; "" for others.
 std::string classFeature(std::string_view form);
 
-/// What an import leaves out for one reason.
-struct Loss {
-    static constexpr std::size_t kMaxExamples = 20;
-
-    std::uint64_t count = 0;
-    std::vector<std::string> examples;  ///< the first ones, UTF-8
-
-    void add(std::string_view example) {
-        ++count;
-        if (examples.size() < kMaxExamples) examples.emplace_back(example);
-    }
-};
-
 struct LeftOut {
+    Loss damaged;     ///< lines that are no text in the source's encoding; the examples are file:line
     Loss noForm;      ///< an empty form; the examples are file:line
     Loss noCode;      ///< a form with a character outside code page 932
     Loss duplicates;  ///< equal in all that a user can see
@@ -135,9 +106,6 @@ private:
 
 /// Reads the folder's *.csv, matrix.def, unk.def and dicrc. Throws ImportError.
 Lexicon readLexicon(std::filesystem::path const& folder, std::string const& charsetOverride, FieldLayout const* layout);
-
-/// The whole file. Throws ImportError when it cannot be read.
-std::string readFile(std::filesystem::path const& path);
 
 /// Splits @p line at commas; a field in double quotes may hold commas, and two
 /// double quotes for one.

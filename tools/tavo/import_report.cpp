@@ -116,6 +116,7 @@ std::string reportText(Lexicon const& lexicon, Tables const& tables, Agreement c
     line("notices in COPYING", facts.notices.empty() ? "none found; name a file with --notice" : facts.notices);
     line("entries read", number(lexicon.entriesRead));
     line("entries written", number(lexicon.entriesRead - lost));
+    loss("lines left out, not " + lexicon.charset + " text", leftOut.damaged);
     loss("entries left out, form not in code page 932", leftOut.noCode);
     loss("entries left out, empty form", leftOut.noForm);
     loss("entries left out, equal in all that can be seen", leftOut.duplicates);
