@@ -1,5 +1,6 @@
 // tavo dic build
 #include "dic_command.hpp"
+#include "encoding_guess.hpp"
 #include "file_io.hpp"
 #include "lexicon.hpp"
 #include "like_word.hpp"
@@ -10,6 +11,7 @@
 #include "tool_error.hpp"
 #include "utf8.hpp"
 
+#include "base/sjis.hpp"
 #include "base/text.hpp"
 #include "dic/conn_table.hpp"
 #include "dic/dic_compiler.hpp"
@@ -25,7 +27,20 @@ namespace {
 
 /// What the library reads as one line when it rebuilds a dictionary from its source.
 constexpr std::size_t kMaxLineBytes = 4095;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// @p form, as written, with its separators as characters.
+std::string withoutParts(std::string_view form) {
+    std::string whole;
+    for (std::size_t at = 0; at < form.size();) {
+        bool const escaped = form[at] == '\\' && at + 1 < form.size();
+        if (escaped) whole += form[at++];
+        if (!escaped && (form[at] == '-' || form[at] == '/')) whole += '\\';
+        std::size_t const width = TAVO::charWidth(form, at);
+        whole += form.substr(at, width);
+        at += width;
+    }
+    return whole;
+}
 
 class SourceCompiler {
 public:
@@ -40,9 +55,12 @@ public:
         for (std::size_t number = 1; !source.empty(); ++number) {
             std::size_t const end = std::min(source.find('\n'), source.size());
             std::string error;
+            source_.clear();
             if (!add(source.substr(0, end), error)) {
                 report(number, error);
                 ++faults;
+            } else if (std::string const warning = dividedWord(); !warning.empty()) {
+                report(number, fromSjis(warning, options_.encoding));
             }
             source.remove_prefix(std::min(end + 1, source.size()));
         }
@@ -75,8 +93,24 @@ private:
         bool const made = !options_.mecabFormat || words_.fromMecab(line_, source_, error);
         if (!options_.mecabFormat) source_ = words_.complete(line_);
         if (made && compiler_.add(source_, error)) return true;
+        if (error == "Error: Illegal Separator" || error == "Error: Missmatch Word and Read")
+            error += R"(: "-" and "/" divide a word into parts; write \- or \/ for the character)";
         error = fromSjis(error, options_.encoding);
         return false;
+    }
+
+    /// A warning about the line added last when it divides its word and nothing else in it tells of parts: lists of
+    /// words have "-" and "/" as characters. Else "".
+    std::string dividedWord() const {
+        std::string ignored;
+        TAVO::SourceRecord record;
+        if (options_.mecabFormat || source_.find_first_of("-/") == std::string::npos || !record.parse(source_, ignored))
+            return {};
+        bool const meant = !record.partNames.empty() || !record.readPron.empty() || !record.stdForm.empty();
+        if (record.partCount == 1 || meant) return {};
+        std::string const parts = std::to_string(record.partCount) + " parts";
+        return "warning: " + record.partForm + " is the word " + record.form + " of " + parts + "; write " +
+               withoutParts(record.partForm) + " to keep the character";
     }
 
     void report(std::size_t number, std::string const& error) const {
@@ -146,7 +180,9 @@ ExitStatus buildDictionary(DicOptions const& options) {
         words.setLike(findLike(lexicon, options.like, options.encoding));
     }
     SourceCompiler source(options, words);
-    std::size_t const faults = source.addAll(readFile(options.input));
+    std::string const text = readFile(options.input);
+    requireEncoding(text, options.input, options.encoding);
+    std::size_t const faults = source.addAll(text);
     if (faults > 0) {
         complain(std::to_string(faults) + (faults == 1 ? " faulty line" : " faulty lines") + "; " + options.output +
                  " was not written");

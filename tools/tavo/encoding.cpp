@@ -39,6 +39,16 @@ char* putSjisAsUtf8(char* to, std::string_view sjis) noexcept {
 
 }  // namespace
 
+std::optional<Encoding> encodingNamed(std::string_view name) {
+    std::string plain;
+    for (char const c : name)
+        if (c != '-' && c != '_') plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    if (plain == "utf8") return Encoding::Utf8;
+    for (std::string_view const known : {"sjis", "shiftjis", "cp932", "ms932", "mskanji", "windows31j", "cswindows31j"})
+        if (plain == known) return Encoding::Sjis;
+    return std::nullopt;
+}
+
 void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis) {
     out.finish(putSjisAsUtf8(out.reserve(kUtf8BytesPerSjisByte * sjis.size()), sjis));
 }

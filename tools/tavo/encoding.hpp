@@ -14,6 +14,13 @@ class OutBuffer;
 
 enum class Encoding { Utf8, Sjis };
 
+/// Comes before UTF-8 text in files of some systems and is no part of it.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// The encoding of a usual @p name such as "UTF-8", "cp932" or "Shift_JIS"; case,
+/// "-" and "_" do not count.
+std::optional<Encoding> encodingNamed(std::string_view name);
+
 /// Appends @p sjis in UTF-8; U+FFFD for a code that has no character.
 void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis);
 std::string sjisToUtf8(std::string_view sjis);
