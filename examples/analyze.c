@@ -28,8 +28,7 @@ int main(int argc, char** argv) {
             tavo_getDisplayPartOfSP(result.array[i], partOfSP, sizeof partOfSP);
             tavo_output(result.array[i], stdout, "%10w ", "", 0);
             printf("%-20s ", partOfSP);
-            tavo_output(result.array[i], stdout, "%k", "", 0);
-            puts(tavo_isUndef(result.array[i]) == 1 ? " (unknown)" : "");
+            tavo_output(result.array[i], stdout, "%k\\n", "", 0);
         }
     }
     return tavo_free(tavo);

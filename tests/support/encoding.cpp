@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 namespace TAVO::test {
-namespace {
 
 std::string convert(std::string_view text, char const* to, char const* from) {
     iconv_t const converter = iconv_open(to, from);
@@ -22,8 +21,6 @@ std::string convert(std::string_view text, char const* to, char const* from) {
     output.resize(output.size() - outLeft);
     return output;
 }
-
-}  // namespace
 
 std::string toSjis(std::string_view utf8) { return convert(utf8, "CP932", "UTF-8"); }
 std::string toUtf8(std::string_view sjis) { return convert(sjis, "UTF-8", "CP932"); }

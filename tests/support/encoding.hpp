@@ -7,7 +7,8 @@
 
 namespace TAVO::test {
 
-/// Throws runtime_error for text that the other side cannot hold.
+/// Between two encodings by their names for iconv. Throws runtime_error for text that the other side cannot hold.
+std::string convert(std::string_view text, char const* to, char const* from);
 std::string toSjis(std::string_view utf8);
 std::string toUtf8(std::string_view sjis);
 

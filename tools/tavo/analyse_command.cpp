@@ -2,6 +2,7 @@
 #include "command_line.hpp"
 #include "commands.hpp"
 #include "comment_file.hpp"
+#include "encoding_guess.hpp"
 #include "file_io.hpp"
 #include "lexicon.hpp"
 #include "line_reader.hpp"
@@ -59,8 +60,8 @@ constexpr char kExamples[] =
     "\n"
     "The lexicon is looked for in the folder TAVO_PATH, beside the program, and in the\n"
     "installed data folder. Whatever a line holds comes back unchanged: characters\n"
-    "that dictionaries cannot hold and bytes that are not UTF-8 included. Only blanks are\n"
-    "left out, by -O wakati and -O mecab.\n"
+    "that dictionaries cannot hold and bytes that are not UTF-8 included; only a byte\n"
+    "order mark at the start of a file is no text. A file in another encoding is named.\n"
     "Exit status: 0 all went well, 1 something about the data failed, 2 wrong usage.";
 
 void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
@@ -128,7 +129,14 @@ void warnOfInvalidBytes(InputReport const& report) {
     if (report.invalidBytes == 0) return;
     complain("warning: " + std::to_string(report.invalidBytes) +
              " bytes are not UTF-8 and came back unchanged; the first in " + shownName(report.firstInvalidFile) +
-             ", line " + std::to_string(report.firstInvalidLine) + " (Shift_JIS text? use --encoding sjis)");
+             ", line " + std::to_string(report.firstInvalidLine));
+}
+
+/// False when a file seems to be in another encoding.
+bool encodingHolds(InputReport const& report, Encoding said) {
+    for (InputReport::OtherEncoding const& other : report.otherEncodings)
+        complain(wrongEncoding(shownName(other.file), other.encoding, said));
+    return report.otherEncodings.empty();
 }
 
 ExitStatus analyse(AnalyseOptions& options) {
@@ -144,11 +152,12 @@ ExitStatus analyse(AnalyseOptions& options) {
     if (options.tagged) prototype.setTaggedInputMode(1);
     if (!options.commentRules.empty()) useCommentRules(prototype, options.commentRules, options.output.encoding);
 
-    LineReader reader(options.files, options.flush == Flush::Line || isInteractive(options));
+    LineReader reader(options.files, options.flush == Flush::Line || isInteractive(options), options.output.encoding);
     InputReport const report = runPipeline(reader, prototype, options.output, options.threads, writeStandardOutput);
     warnOfInvalidBytes(report);
     warnOfLongLines(report);
-    return reader.failed() ? ExitStatus::Data : ExitStatus::Ok;
+    bool const sound = encodingHolds(report, options.output.encoding) && !reader.failed();
+    return sound ? ExitStatus::Ok : ExitStatus::Data;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "block_analyser.hpp"
 
+#include "encoding_guess.hpp"
+
 #include "base/sjis.hpp"
 #include "engine/all_paths.hpp"
 
@@ -32,6 +34,7 @@ BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& o
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     BlockReport report;
+    report.otherEncoding = otherEncoding(block, encoding_);
     while (!block.empty()) {
         void const* const found = std::memchr(block.data(), '\n', block.size());
         bool const complete = found != nullptr;

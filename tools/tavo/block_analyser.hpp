@@ -24,6 +24,7 @@ struct BlockReport {
     std::size_t firstInvalidLine = 0;  // 1-based in the block; 0 when there is none
     std::size_t longLines = 0;         // too long for more than the best analysis
     std::size_t firstLongLine = 0;     // as firstInvalidLine
+    std::string_view otherEncoding;    // that the block seems to be in, as otherEncoding() tells
 
     /// Adds a line with so many bytes that are not text.
     void add(std::size_t invalid) noexcept {

@@ -23,8 +23,15 @@ ExitStatus parseAndRun(CLI::App& app, int argc, char** argv, std::function<ExitS
 }
 
 void addEncodingOption(CLI::App& app, Encoding& encoding) {
-    addChoice(app, "--encoding", encoding, {{"utf8", Encoding::Utf8}, {"sjis", Encoding::Sjis}},
-              "Of input and output: utf8 (default) or sjis, code page 932");
+    auto const choose = [&encoding](std::string const& name) {
+        auto const known = encodingNamed(name);
+        if (!known)
+            throw CLI::ValidationError(name, "is none of utf8, sjis (cp932, shift_jis); convert other text with iconv");
+        encoding = *known;
+    };
+    app.add_option_function<std::string>("--encoding", choose,
+                                         "Of input and output: utf8 (default) or sjis, code page 932")
+        ->type_name("NAME");
 }
 
 }  // namespace tool

@@ -1,5 +1,6 @@
 #include "comment_file.hpp"
 
+#include "encoding_guess.hpp"
 #include "file_io.hpp"
 #include "tool_error.hpp"
 
@@ -51,7 +52,9 @@ std::string asSjis(std::string const& content, std::string const& path, Encoding
 
 void useCommentRules(TAVO::Tavo& analyser, std::string const& path, Encoding encoding) {
     // The library reads Shift_JIS files.
-    TemporaryFile const rules(asSjis(readFile(path), path, encoding));
+    std::string const text = readFile(path);
+    requireEncoding(text, path, encoding);
+    TemporaryFile const rules(asSjis(text, path, encoding));
     try {
         analyser.setCommentRulePath(rules.path().c_str());
     } catch (TAVO::illegal_format const& error) {

@@ -129,7 +129,7 @@ private:
         out.append(key);
         if (sjis.empty()) return out.append("null");
         if (sjis == TAVO::MrphAccess::form(*token.morpheme)) {
-            appendRead(out, text.slice(token.begin, token.end));
+            appendRead(out, ownForm(token, text, scratch_));
         } else {
             appendJsonString(out, sjisToUtf8(sjis));
         }
@@ -160,6 +160,7 @@ private:
     PosNames names_;
     std::size_t byte_ = 0, character_ = 0;  // where in the line the next word starts
     bool first_ = true;
+    std::string scratch_;
     std::vector<TAVO::Mrph> morphemes_;
 };
 

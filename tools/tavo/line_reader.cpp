@@ -29,12 +29,14 @@ void Block::seal(std::size_t size) noexcept {
     std::memset(data_.get() + size_, 0, kPaddingBytes);
 }
 
-LineReader::LineReader(std::vector<std::string> paths, bool eager) : paths_(std::move(paths)), eager_(eager) {}
+LineReader::LineReader(std::vector<std::string> paths, bool eager, Encoding encoding)
+    : paths_(std::move(paths)), eager_(eager), encoding_(encoding) {}
 
 bool LineReader::openNext() {
     while (opened_ < paths_.size()) {
         try {
             file_ = openInput(paths_[opened_++]);
+            atStart_ = true;
             return true;
         } catch (ToolError const& error) {
             complain(error.what());
@@ -59,7 +61,7 @@ std::size_t LineReader::read(Block& block) {
 
 /// True when the block holds lines, false at the end of the file without any.
 bool LineReader::fill(Block& block) {
-    block.size_ = 0;
+    block.begin_ = block.size_ = 0;
     block.file = opened_ - 1;
     block.append(carried_);
     carried_.clear();
@@ -86,7 +88,11 @@ bool LineReader::fill(Block& block) {
 bool LineReader::next(Block& block) {
     for (;;) {
         if (file_.get() < 0 && !openNext()) return false;
-        if (fill(block)) return true;
+        if (!fill(block)) continue;
+        bool const marked = atStart_ && encoding_ == Encoding::Utf8 && block.text().starts_with(kByteOrderMark);
+        atStart_ = false;
+        if (marked) block.begin_ = kByteOrderMark.size();
+        return true;
     }
 }
 

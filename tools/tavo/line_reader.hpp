@@ -2,6 +2,7 @@
 #ifndef TAVO_TOOL_LINE_READER_HPP
 #define TAVO_TOOL_LINE_READER_HPP
 
+#include "encoding.hpp"
 #include "file_io.hpp"
 
 #include <cstddef>
@@ -17,7 +18,7 @@ namespace tool {
 /// line feed. Reused: its buffer grows to the longest line and stays.
 class Block {
 public:
-    std::string_view text() const noexcept { return {data_.get(), size_}; }
+    std::string_view text() const noexcept { return {data_.get() + begin_, size_ - begin_}; }
     /// Index of the file in the list of inputs.
     std::size_t file = 0;
 
@@ -30,6 +31,7 @@ private:
     void seal(std::size_t size) noexcept;
 
     std::unique_ptr<char[]> data_;
+    std::size_t begin_ = 0;  // of the text
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
 };
@@ -40,7 +42,8 @@ public:
     static constexpr std::size_t kBlockBytes = std::size_t{64} * 1024;
 
     /// @p eager: a block is handed out as soon as a read brought whole lines.
-    LineReader(std::vector<std::string> paths, bool eager);
+    /// A byte order mark at the start of a UTF-8 file is dropped.
+    LineReader(std::vector<std::string> paths, bool eager, Encoding encoding = Encoding::Utf8);
 
     /// Fills @p block; false at the end of the last file. A file that cannot be
     /// read is reported on standard error and skipped (see failed()).
@@ -55,6 +58,8 @@ private:
 
     std::vector<std::string> paths_;
     bool eager_;
+    Encoding encoding_;
+    bool atStart_ = false;  // of the open file
     bool failed_ = false;
     std::size_t opened_ = 0;  // files opened so far; the open one is opened_ - 1
     Descriptor file_;

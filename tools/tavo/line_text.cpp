@@ -20,8 +20,9 @@ void storeCode(char* out, std::uint16_t code) noexcept {
 }
 
 /// The kana that @p kana and a combining mark (U+3099 voiced, U+309A
-/// semi-voiced) show together; 0 when they do not combine.
+/// semi-voiced) show together; 0 when they do not combine, as with any other mark.
 char32_t voicedKana(char32_t kana, char32_t mark) noexcept {
+    if (mark != 0x3099 && mark != 0x309A) return 0;
     if (kana == 0x30A6 && mark == 0x3099) return 0x30F4;  // the katakana U; hiragana has no such character here
     char32_t const hiragana = kana >= 0x30A1 && kana <= 0x30F6 ? kana - 0x60 : kana;
     bool const haRow = hiragana >= 0x306F && hiragana <= 0x307B && (hiragana - 0x306F) % 3 == 0;
@@ -47,7 +48,7 @@ struct LineText::Cursor {
 void LineText::startLines(std::string_view first) noexcept {
     original_ = first.substr(0, 0);
     sjis_ = {};
-    utf8_ = false;
+    utf8_ = skips_ = false;
     invalidBytes_ = 0;
 }
 
@@ -140,10 +141,10 @@ void LineText::convertRare(Cursor& at) {
     }
     bool const afterTwoBytes = at.out - line_ >= 2 && at.offset[-1] == position;
     if (isZeroWidth(c.character)) {
+        skips_ = true;
         if (!afterTwoBytes) return;
         at.offset[-1] = position + c.bytes;
         auto const* const last = TAVO::asBytes(at.out) - 2;
-        if (c.character != 0x3099 && c.character != 0x309A) return;
         char32_t const joined = voicedKana(kUnicodeFromCp932[(last[0] & 0x7FU) * 0x100U + last[1]], c.character);
         if (joined != 0) storeCode(at.out - 2, kCp932FromUnicode[joined]);
         return;
@@ -163,6 +164,30 @@ void LineText::convertRare(Cursor& at) {
     at.offset[0] = position;
     at.offset[1] = position + c.bytes;
     at.offset += 2;
+}
+
+std::string_view LineText::analysed(std::size_t begin, std::size_t end, std::string& scratch) const {
+    std::string_view const read = slice(begin, end);
+    if (!skips_) return read;
+    std::string_view rest = read;
+    scratch.clear();
+    char32_t last = 0;
+    std::size_t lastAt = 0;  // of the last character in scratch
+    while (!rest.empty()) {
+        Utf8Char const c = decodeUtf8(rest);
+        if (!c.valid || !isZeroWidth(c.character)) {
+            last = c.valid ? c.character : 0;
+            lastAt = scratch.size();
+            scratch += rest.substr(0, c.bytes);
+        } else if (char32_t const joined = voicedKana(last, c.character); joined != 0) {
+            constexpr std::size_t kKanaBytes = 3;
+            scratch.resize(lastAt + kKanaBytes);
+            putUtf8(scratch.data() + lastAt, joined);
+            last = 0;
+        }
+        rest.remove_prefix(c.bytes);
+    }
+    return scratch.empty() ? read : std::string_view(scratch);
 }
 
 void LineText::assignParts(LineText const& source, std::vector<Part> const& parts) {
@@ -190,6 +215,7 @@ void LineText::assignParts(LineText const& source, std::vector<Part> const& part
     offsets_[size] = static_cast<std::uint32_t>(parts_.size());
     sjis_ = {bytes_.get(), size};
     utf8_ = source.utf8_;
+    skips_ = source.skips_;
     invalidBytes_ = source.invalidBytes_;
     std::size_t const length = parts_.size();
     parts_.append(kPaddingBytes, '\0');

@@ -21,7 +21,7 @@ inline constexpr std::size_t kPaddingBytes = 16;
 /// - A character that code page 932 lacks is analysed as one character that no
 ///   dictionary has.
 /// - A byte that is not UTF-8 is analysed as one control character.
-/// - Variation selectors, joiners and combining marks belong to the character
+/// - Variation selectors, joiners and combining marks are skipped. They belong to the character
 ///   before them (at the start of the text: behind them); kana followed by a
 ///   combining voicing mark are analysed as the one kana that they show.
 /// - A boundary inside a two-byte character lies behind that character.
@@ -79,6 +79,9 @@ public:
     std::string_view slice(std::size_t begin, std::size_t end) const noexcept {
         return original_.substr(begin, end - begin);
     }
+    /// Bytes [begin, end) of original() as dictionaries write them: without the characters that analysis skips, kana
+    /// and their voicing mark as one. Stands in original() or in @p scratch.
+    std::string_view analysed(std::size_t begin, std::size_t end, std::string& scratch) const;
     /// Number of bytes of the line that are not UTF-8.
     std::size_t invalidBytes() const noexcept { return invalidBytes_; }
 
@@ -89,6 +92,7 @@ private:
 
     std::string_view original_, sjis_;
     bool utf8_ = false;
+    bool skips_ = false;  // original() has characters that analysis skips
     std::size_t invalidBytes_ = 0;
     std::string parts_;  // what original() refers to after assignParts
     std::size_t capacity_ = 0;

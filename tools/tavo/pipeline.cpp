@@ -10,19 +10,31 @@
 namespace tool {
 
 void InputCounter::add(std::size_t file, BlockReport const& block) {
-    if (file != file_) lines_ = 0;
+    if (file != file_) endFile();
     file_ = file;
-    if (block.invalidBytes != 0 && report_.invalidBytes == 0) {
-        report_.firstInvalidFile = reader_.path(file);
-        report_.firstInvalidLine = lines_ + block.firstInvalidLine;
-    }
-    report_.invalidBytes += block.invalidBytes;
+    if (block.invalidBytes != 0 && invalidBytes_ == 0) firstInvalidLine_ = lines_ + block.firstInvalidLine;
+    invalidBytes_ += block.invalidBytes;
+    if (otherEncoding_.empty()) otherEncoding_ = block.otherEncoding;
     if (block.longLines != 0 && report_.longLines == 0) {
         report_.firstLongFile = reader_.path(file);
         report_.firstLongLine = lines_ + block.firstLongLine;
     }
     report_.longLines += block.longLines;
     lines_ += block.lines;
+}
+
+void InputCounter::endFile() {
+    if (!otherEncoding_.empty()) {
+        report_.otherEncodings.push_back({reader_.path(file_), otherEncoding_});
+    } else if (invalidBytes_ != 0) {
+        if (report_.invalidBytes == 0) {
+            report_.firstInvalidFile = reader_.path(file_);
+            report_.firstInvalidLine = firstInvalidLine_;
+        }
+        report_.invalidBytes += invalidBytes_;
+    }
+    lines_ = invalidBytes_ = 0;
+    otherEncoding_ = {};
 }
 
 namespace {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -24,6 +25,12 @@ struct InputReport {
     std::size_t longLines = 0;         // too long for more than the best analysis
     std::string firstLongFile;
     std::size_t firstLongLine = 0;
+    /// Files that seem to be in another encoding, and in which. Their bytes are not among the invalid ones.
+    struct OtherEncoding {
+        std::string file;
+        std::string_view encoding;
+    };
+    std::vector<OtherEncoding> otherEncodings;
 };
 
 /// Adds up the reports of blocks, which come in input order.
@@ -31,12 +38,22 @@ class InputCounter {
 public:
     explicit InputCounter(LineReader const& reader) : reader_(reader) {}
     void add(std::size_t file, BlockReport const& block);
-    InputReport const& report() const noexcept { return report_; }
+    /// To be asked for once, behind the last block.
+    InputReport const& report() {
+        endFile();
+        return report_;
+    }
 
 private:
+    void endFile();
+
     LineReader const& reader_;
     std::size_t file_ = 0;
-    std::size_t lines_ = 0;  // of the current file
+    // Of the current file:
+    std::size_t lines_ = 0;
+    std::size_t invalidBytes_ = 0;
+    std::size_t firstInvalidLine_ = 0;
+    std::string_view otherEncoding_;
     InputReport report_;
 };
 

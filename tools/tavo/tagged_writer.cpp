@@ -1,6 +1,7 @@
 // Tagged input again, for correcting by hand and analysing once more.
 #include "line_writer.hpp"
 #include "token.hpp"
+#include "value_text.hpp"
 
 #include "result/tag_attributes.hpp"
 #include "result/tagged_output.hpp"
@@ -34,7 +35,7 @@ public:
     void value(TAVO::Mrph const& m, std::string_view text) override {
         Token const& token = tokens_[next_];
         if (text == TAVO::MrphAccess::form(m))
-            appendEncoded(out_, text_.slice(token.begin, token.end), encoding_);
+            appendEncoded(out_, ownForm(token, text_, scratch_), encoding_);
         else
             appendEncoded(out_, fromSjis(text, encoding_), encoding_);
     }
@@ -46,6 +47,7 @@ public:
     }
 
 private:
+    std::string scratch_;
     LineText const& text_;
     std::vector<Token> const& tokens_;  // one per morpheme
     Encoding encoding_;

@@ -8,15 +8,23 @@
 
 #include "result/mrph_access.hpp"
 
+#include <string>
 #include <string_view>
 
 namespace tool {
 
+/// The word as a base form or a reading that equals it shows it: as it was read, but for characters that analysis
+/// skips.
+inline std::string_view ownForm(Token const& token, LineText const& text, std::string& scratch) {
+    return text.analysed(token.begin, token.end, scratch);
+}
+
 /// Appends @p value, a text of the token's morpheme. A value that is the word
-/// itself is written as it was read, not as it was analysed.
+/// itself is written as ownForm() tells, not as it was analysed.
 inline void appendValue(OutBuffer& out, std::string_view value, Token const& token, LineText const& text) {
     if (value == TAVO::MrphAccess::form(*token.morpheme)) {
-        out.append(text.slice(token.begin, token.end));
+        std::string scratch;
+        out.append(ownForm(token, text, scratch));
     } else if (text.isUtf8()) {
         appendSjisAsUtf8(out, value);
     } else {

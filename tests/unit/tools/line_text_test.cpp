@@ -88,6 +88,22 @@ TEST(LineText, EveryCharacterOfTheCodePageIsAnalysedAsItself) {
     EXPECT_GT(checked, 9000U);
 }
 
+TEST(LineText, WhatAnalysisSkipsIsLeftOut) {
+    Table<std::string, std::string> const table{
+        {"もも", "もも"},
+        {"a\u0301\uFEFFも\u200Bも\uFE0F", "aもも"},
+        {"か\u3099ハ\u309Aウ\u200D\u3099", "がパヴ"},
+        {"か\u3099\u3099ま\u3099は\uFE0F", "がまは"},
+        {"\xFF\u200D👩\u200D👩", "\xFF👩👩"},
+        {"\uFEFF\u200D", "\uFEFF\u200D"},  // nothing else is there
+    };
+    for (auto const& [read, analysed] : table) {
+        PaddedLine const line(read);
+        std::string scratch;
+        EXPECT_EQ(line.text.analysed(0, read.size(), scratch), analysed) << read;
+    }
+}
+
 /// Bytes and characters of every kind.
 std::string randomLine(std::mt19937& random) {
     static std::vector<std::string> const kPieces = {"a",      " ",          "あ",   "表",       "ｱ",    "😀",
@@ -120,6 +136,10 @@ TEST(LineText, WordsJoinedAreTheLineWhereverItIsCut) {
             at = next;
         }
         ASSERT_EQ(joined, line);
+        std::string scratch;
+        std::string_view const shown = text.analysed(0, line.size(), scratch);
+        // Stray bytes may meet where something between them is left out.
+        ASSERT_TRUE(text.invalidBytes() != 0 || PaddedLine(std::string(shown)).text.sjis() == text.sjis());
         // Two-byte characters are whole.
         for (std::size_t at = 0; at < size; at += TAVO::charWidth(text.sjis(), at))
             ASSERT_FALSE(TAVO::isLeadByte(text.sjis()[at]) && TAVO::charWidth(text.sjis(), at) == 1);
