@@ -61,27 +61,28 @@ public:
     // throws invalid_argument outside its range.
 
     /// Reads @p path (lines of key=value) and applies its keys in a fixed
-    /// order; docs/init-file.md lists them. What was applied before an error
-    /// stays.
+    /// order; docs/init-file.md lists them. Without ReduceRule and NumberPartOfSP it takes
+    /// reduce.rules and number.list from beside its connection table, where these exist.
+    /// What was applied before an error stays.
     void setInitFilePath(char const* path);
     char const* getInitFilePath() const;
 
-    void setInputConvertMode(int mode);  ///< 0..2, default 0
+    void setInputConvertMode(int mode);  ///< 0..2, default 0; kept: no effect yet
     int getInputConvertMode() const;
-    void setOutputConvertMode(int mode);  ///< 0..3, default 0
+    void setOutputConvertMode(int mode);  ///< 0..3, default 0; 3: forms as given, 1 and 2 have no effect yet
     int getOutputConvertMode() const;
     /// 1: a line break ends a sentence; default 0. Many short lines in one text take less time than a text each.
     void setDelimitCRLFMode(int mode);
     int getDelimitCRLFMode() const;
     void setDeleteCRLFMode(int mode);  ///< 1: line breaks are removed; default 0
     int getDeleteCRLFMode() const;
-    void setCooccurrenceMode(int mode);  ///< 0..1, default 0
+    void setCooccurrenceMode(int mode);  ///< 0..1, default 0; kept: no scoring yet, all paths are searched
     int getCooccurrenceMode() const;
     void setTaggedInputMode(int mode);  ///< 1: tagged text (docs/tagged-input.md); default 0
     int getTaggedInputMode() const;
-    void setDeleteSlashMode(int mode);  ///< 0..1, default 1
+    void setDeleteSlashMode(int mode);  ///< 0..1, default 1; kept: no effect yet
     int getDeleteSlashMode() const;
-    void setAlphabetCapitalizeMode(int mode);  ///< 0..1, default 0
+    void setAlphabetCapitalizeMode(int mode);  ///< 0..1, default 0; kept: no effect yet
     int getAlphabetCapitalizeMode() const;
     void setDivideWordMode(int mode);  ///< 1: compounds come out as their parts; default 0
     int getDivideWordMode() const;

@@ -2,25 +2,81 @@
 
 #include "base/sjis.hpp"
 #include "base/text.hpp"
+#include "base/utf8.hpp"
 #include "config/line_file.hpp"
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace TAVO {
 
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+char lower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+/// True for a comment like "; encoding: utf-8" or "# -*- coding: UTF8 -*-".
+bool saysUtf8(std::string_view line) {
+    if (!isCommentLine(line)) return false;
+    std::string plain;  // in small letters, without blanks and hyphens
+    for (char const c : line)
+        if (c != ' ' && c != '\t' && c != '-') plain += lower(c);
+    return plain.find("coding:utf8") != npos || plain.find("coding=utf8") != npos;
+}
+
+}  // namespace
+
+InitLines readInitLines(std::string const& path) {
+    InitLines read;
+    LineFile file(path);
+    for (bool isFirst = true; file.next(); isFirst = false) {
+        std::string_view text = file.line();
+        if (isFirst) {
+            bool const hasMark = text.starts_with(kByteOrderMark);
+            if (hasMark) text.remove_prefix(kByteOrderMark.size());
+            read.isUtf8 = hasMark || saysUtf8(text);
+        }
+        if (isCommentLine(text) || strip(text).empty()) continue;
+        InitLine line{file.lineNumber(), {}, {}, file.wasCut()};
+        std::size_t const equals = text.find('=');
+        line.key = strip(text.substr(0, equals));
+        if (equals != npos) line.value = strip(text.substr(equals + 1));
+        read.lines.push_back(std::move(line));
+    }
+    return read;
+}
+
 InitValues readInitFile(std::string const& path) {
     InitValues values;
-    LineFile file(path);
-    while (file.next()) {
-        std::string_view const text = file.line();
-        if (isCommentLine(text)) continue;
-        std::size_t const equals = text.find('=');
-        if (equals == std::string_view::npos) continue;
-        std::string_view const key = strip(text.substr(0, equals));
-        std::string_view const value = strip(text.substr(equals + 1));
-        if (!key.empty() && !value.empty()) values[std::string(key)].emplace_back(value);
+    InitLines const read = readInitLines(path);
+    for (InitLine const& line : read.lines) {
+        if (line.key.empty() || line.value.empty()) continue;
+        std::string value = line.value;
+        if (read.isUtf8 && isTextKey(line.key)) {
+            value.clear();
+            if (appendUtf8AsSjis(value, line.value)) throw unknown_setting(path + ": " + line.key + "=" + line.value);
+        }
+        values[line.key].push_back(std::move(value));
     }
     return values;
+}
+
+bool isTextKey(std::string_view key) noexcept {
+    constexpr std::string_view kTextKeys[] = {"Delimiter",  "OutputFormat",        "EOS",
+                                              "NullString", "ProsodicInfoCombine", "ExtCombine"};
+    return std::find(std::begin(kTextKeys), std::end(kTextKeys), key) != std::end(kTextKeys);
+}
+
+std::string tableCompanion(std::string const& connTablePath, std::string_view key) {
+    for (auto const& [companion, name] : kTableCompanions) {
+        if (companion != key) continue;
+        std::size_t const slash = connTablePath.rfind('/');
+        std::string path = connTablePath.substr(0, slash == npos ? 0 : slash + 1) + name;
+        if (FileLength(path.c_str()) >= 0) return path;
+    }
+    return {};
 }
 
 char escapedByte(char c) noexcept {

@@ -25,6 +25,8 @@ public:
 
     bool next() { return reader_.next(); }
     std::string_view line() const noexcept { return reader_.line(); }
+    std::size_t lineNumber() const noexcept { return reader_.lineNumber(); }
+    bool wasCut() const noexcept { return reader_.wasCut(); }
 
 private:
     int handle_;

@@ -2,10 +2,12 @@
 #include "config/init_file.hpp"
 #include "core/impl.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -66,12 +68,41 @@ void applyStrings(Settings& settings, InitValues const& values) {
     if (std::string const* const value = lastValue(values, "NullString")) settings.nullString = decodeEscapes(*value);
 }
 
-using PathSetter = void (Tavo::*)(char const*);
-constexpr std::pair<char const*, PathSetter> kPathKeys[] = {
-    {"CommentRule", &Tavo::setCommentRulePath},       {"ReduceRule", &Tavo::setReduceRulePath},
-    {"ConvertRule", &Tavo::setConvertRulePath},       {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath},
-    {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath}, {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath},
+struct PathKey {
+    char const* key;
+    void (Tavo::*set)(char const*);
+    char const* (Tavo::*get)() const;
 };
+constexpr PathKey kPathKeys[] = {
+    {"CommentRule", &Tavo::setCommentRulePath, &Tavo::getCommentRulePath},
+    {"ReduceRule", &Tavo::setReduceRulePath, &Tavo::getReduceRulePath},
+    {"ConvertRule", &Tavo::setConvertRulePath, &Tavo::getConvertRulePath},
+    {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath, &Tavo::getPublicPartOfSPPath},
+    {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath, &Tavo::getNumberPartOfSPPath},
+    {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath, &Tavo::getMajorPartOfSPPath},
+};
+
+bool hasCompanion(std::string_view key) {
+    return std::any_of(std::begin(kTableCompanions), std::end(kTableCompanions),
+                       [key](TableCompanion const& companion) { return companion.key == key; });
+}
+
+/// Files that the init file names; those that belong to its connection table are taken
+/// from beside that unless others were set before, but not from beside another table.
+void applyPaths(Tavo& tavo, InitValues const& values, std::string const& table) {
+    std::string const tableBefore = tavo.getConnTablePath();
+    for (auto const& [key, set, get] : kPathKeys) {
+        std::string const* const named = lastValue(values, key);
+        bool const isCompanion = hasCompanion(key);
+        if (named != nullptr) {
+            (tavo.*set)(isCompanion && *named == kNoFile ? nullptr : named->c_str());
+        } else if (std::string const before = (tavo.*get)();
+                   isCompanion && (before.empty() || before == tableCompanion(tableBefore, key))) {
+            std::string const beside = tableCompanion(table, key);
+            if (beside != before) (tavo.*set)(beside.empty() ? nullptr : beside.c_str());
+        }
+    }
+}
 
 }  // namespace
 
@@ -96,10 +127,10 @@ void Tavo::Impl::applyInitFile(Tavo& tavo, std::string const& path) {
         tavo.addDicPath((defaultFolder() + "/SysDic").c_str(), memoryMapped);
     else
         for (std::string const& dic : dics->second) tavo.addDicPath(dic.c_str(), memoryMapped);
-    for (auto const& [key, setter] : kPathKeys)
-        if (std::string const* const value = lastValue(values, key)) (tavo.*setter)(value->c_str());
-    std::string const* const table = lastValue(values, "ConnTable");
-    tavo.setConnTablePath(table == nullptr ? (defaultFolder() + "/ConnTable").c_str() : table->c_str());
+    std::string const* const named = lastValue(values, "ConnTable");
+    std::string const table = named != nullptr ? *named : defaultFolder() + "/ConnTable";
+    applyPaths(tavo, values, table);
+    tavo.setConnTablePath(table.c_str());
 }
 
 void Tavo::Impl::applyMode(InitValues const& values, ModeInfo const& info, std::string const& path) {

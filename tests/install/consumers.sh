@@ -53,6 +53,12 @@ libdir=$(PKG_CONFIG_PATH=$pc pkg-config --variable=libdir tavo)
 echo すもももの | iconv -f utf-8 -t cp932 | LD_LIBRARY_PATH=$libdir "$folder/analyze" "$folder/lexicon" | iconv -f cp932 -t utf-8 >"$folder/out"
 grep -q '^すもも .*名詞.*スモモ$' "$folder/out"
 test "$(wc -l <"$folder/out")" -eq 3
+# Unknown letters are one word where the folder says so.
+printf 'Number =\n' >"$folder/lexicon/reduce.rules"
+printf 'Undef\n' >"$folder/lexicon/number.list"
+echo abc | LD_LIBRARY_PATH=$libdir "$folder/analyze" "$folder/lexicon" >"$folder/out"
+grep -q '^abc ' "$folder/out"
+rm "$folder/lexicon/reduce.rules" "$folder/lexicon/number.list"
 PYTHONPATH=$here/../../bindings/python TAVO_LIBRARY=$libdir/libtavo.so TAVO_PATH=$folder/lexicon \
     /usr/bin/python3 -B "$example/analyze.py" すもももの >"$folder/out"
 grep -q '^  0 すもも	名詞	スモモ$' "$folder/out"

@@ -3,6 +3,7 @@ import multiprocessing
 import pathlib
 import pickle
 import random
+import shutil
 import threading
 
 import pytest
@@ -193,3 +194,25 @@ def test_threads_have_taggers_of_their_own_or_share_one(lexicon):
 def test_the_version_is_the_library_s():
     header = pathlib.Path(__file__).parents[2] / "include" / "tavo" / "version.h"
     assert f'TAVO_VERSION "{tavo.__version__}"' in header.read_text()
+
+
+def test_rule_files_beside_the_connection_table_belong_to_it(lexicon, tmp_path):
+    whole = tmp_path / "whole"
+    shutil.copytree(lexicon, whole)
+    (whole / "reduce.rules").write_text("Number =\n")
+    (whole / "number.list").write_text("Undef\n")
+    init = tmp_path / "own.init"
+    init.write_text(f"Dic={whole}/SysDic\nConnTable={whole}/ConnTable\n")
+    named = dict(dic=whole / "SysDic", conn_table=whole / "ConnTable")
+    for arguments, options in [((whole,), {}), ((init,), {}), ((), named), ((lexicon,), dict(conn_table=whole / "ConnTable"))]:
+        with tavo.Tagger(*arguments, **options) as tagger:
+            assert tagger.split("もabc") == ["も", "abc"], (arguments, options)
+        with tavo.Tagger(*arguments, **options, reduce_rule=None) as tagger:
+            assert tagger.split("もabc") == ["も", "a", "b", "c"], (arguments, options)
+    with tavo.Tagger(whole, conn_table=lexicon / "ConnTable") as tagger:
+        assert tagger.split("もabc") == ["も", "a", "b", "c"]
+    # A folder that was moved since its init file was written.
+    (whole / "tavo.init").write_text(f"Dic={whole}/SysDic\nConnTable={whole}/ConnTable\nDelimitCRLF=1\n")
+    whole.rename(tmp_path / "moved")
+    with tavo.Tagger(tmp_path / "moved") as tagger:
+        assert tagger.split("もabc") == ["も", "abc"]

@@ -59,18 +59,6 @@ std::string sjisToUtf8(std::string_view sjis) {
     return out;
 }
 
-std::optional<std::size_t> appendUtf8AsSjis(std::string& out, std::string_view utf8) {
-    for (std::size_t at = 0; at < utf8.size();) {
-        Utf8Char const c = decodeUtf8(utf8.substr(at));
-        unsigned const code = c.valid && c.character < 0x10000 ? kCp932FromUnicode[c.character] : 0U;
-        if (code == 0 && (c.character != 0 || !c.valid)) return at;
-        out.push_back(static_cast<char>(code & 0xFF));
-        if (code >= 0x100) out.push_back(static_cast<char>(code >> 8));
-        at += c.bytes;
-    }
-    return std::nullopt;
-}
-
 std::string argumentToSjis(std::string_view utf8, Encoding encoding, std::string_view what) {
     if (encoding == Encoding::Sjis) return std::string(utf8);
     std::string sjis;

@@ -3,6 +3,8 @@
 #ifndef TAVO_TOOL_ENCODING_HPP
 #define TAVO_TOOL_ENCODING_HPP
 
+#include "base/utf8.hpp"
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -25,9 +27,7 @@ std::optional<Encoding> encodingNamed(std::string_view name);
 void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis);
 std::string sjisToUtf8(std::string_view sjis);
 
-/// Appends @p utf8 in Shift_JIS. Stops at the first character that code page
-/// 932 lacks, or byte that is not UTF-8, and returns its offset.
-std::optional<std::size_t> appendUtf8AsSjis(std::string& out, std::string_view utf8);
+using TAVO::appendUtf8AsSjis;
 
 /// An argument of the command line in Shift_JIS. Throws ToolError (usage) that
 /// names @p what when code page 932 cannot hold it.

@@ -1,4 +1,4 @@
-// Build step: writes the code page 932 tables of the program as C++ source to
+// Build step: writes the code page 932 tables as C++ source to
 // standard output, from the C library's converter.
 #include <iconv.h>
 
@@ -100,9 +100,9 @@ void print(char const* name, std::vector<std::uint16_t> const& table) {
 }  // namespace
 
 int main() {
-    std::printf("#include \"cp932_tables.hpp\"\n\nnamespace tool {\n");
+    std::printf("#include \"base/cp932_tables.hpp\"\n\nnamespace TAVO {\n");
     print("kCp932FromUnicode", fromUnicode());
     print("kUnicodeFromCp932", toUnicode());
-    std::printf("}  // namespace tool\n");
+    std::printf("}  // namespace TAVO\n");
     return std::fflush(stdout) == 0 ? 0 : 1;
 }

@@ -1,5 +1,7 @@
 #include "lexicon.hpp"
 
+#include "init_check.hpp"
+
 #include "data_dir.hpp"
 #include "tool_error.hpp"
 
@@ -10,6 +12,7 @@
 #include <cstdlib>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 namespace tool {
 
@@ -72,17 +75,37 @@ bool namesItsOwnFolder(fs::path const& initFile) {
     return true;
 }
 
+/// Applies an init file, and tells what is wrong with it by its lines.
+void openInitFile(TAVO::Tavo& analyser, std::string const& path) {
+    InitFindings const found = checkInitFile(path);
+    for (std::string const& warning : found.warnings) complain("warning: " + warning);
+    for (std::string const& error : found.errors)
+        if (&error != &found.errors.back()) complain(error);
+    if (!found.errors.empty()) throw ToolError(ExitStatus::Data, found.errors.back());
+    analyser.setInitFilePath(path.c_str());
+}
+
+/// Uses a connection table with the rule files that lie beside it. Those of which
+/// @p named has the key stay as they are.
+void openTable(TAVO::Tavo& analyser, std::string const& table, TAVO::InitValues const& named = {}) {
+    using Setter = void (TAVO::Tavo::*)(char const*);
+    for (auto const& [key, set] : {std::pair<char const*, Setter>{"ReduceRule", &TAVO::Tavo::setReduceRulePath},
+                                   {"NumberPartOfSP", &TAVO::Tavo::setNumberPartOfSPPath}}) {
+        if (named.contains(key)) continue;
+        std::string const path = TAVO::tableCompanion(table, key);
+        (analyser.*set)(path.empty() ? nullptr : path.c_str());
+    }
+    analyser.setConnTablePath(table.c_str());
+}
+
 /// A lexicon that was moved, or installed elsewhere than it was made, has paths
 /// in its tavo.init that no longer hold: then its files are taken by name.
 void openFolder(TAVO::Tavo& analyser, fs::path const& folder) {
     std::error_code ignored;
-    fs::path const initFile = folder / "tavo.init", reduceRules = folder / "reduce.rules";
-    fs::path const numberList = folder / "number.list";
-    if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return analyser.setInitFilePath(initFile.c_str());
+    fs::path const initFile = folder / "tavo.init";
+    if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return openInitFile(analyser, initFile.string());
     for (std::string const& path : dictionariesIn(folder)) analyser.addDicPath(path.c_str(), true);
-    if (fs::exists(reduceRules, ignored)) analyser.setReduceRulePath(reduceRules.c_str());
-    if (fs::exists(numberList, ignored)) analyser.setNumberPartOfSPPath(numberList.c_str());
-    analyser.setConnTablePath((folder / "ConnTable").c_str());
+    openTable(analyser, (folder / "ConnTable").string());
 }
 
 }  // namespace
@@ -99,7 +122,8 @@ void namingDictionary(std::string const& path, std::function<void()> const& load
 }
 
 void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
-    app.add_option("-i,--init", options.initFile, "Init file with settings, dictionaries and connection table")
+    app.add_option("-i,--init", options.initFile,
+                   "Init file with settings, dictionaries and connection table, or the folder of a lexicon")
         ->type_name("FILE");
     app.add_option("-d,--dic", options.dictionaries,
                    "Dictionary, used before those of the lexicon; with its source for rebuilding: DIC,SRC. "
@@ -137,22 +161,27 @@ void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options) {
         if (options.dictionaries.empty() && options.initFile.empty())
             throw ToolError(ExitStatus::Usage, "-c needs dictionaries: name them with -d or in the init file of -i");
         if (options.initFile.empty()) {
-            analyser.setConnTablePath(options.connTable.c_str());
+            openTable(analyser, options.connTable);
             return addDictionaries(analyser, options);
         }
     }
-    auto const folder = findLexicon();
+    std::error_code ignored;
+    bool const namesFolder = fs::is_directory(options.initFile, ignored);
+    if (namesFolder && !holdsLexicon(options.initFile))
+        throw ToolError(ExitStatus::Data, options.initFile + ": no lexicon: it has no SysDic and ConnTable");
+    auto const folder = namesFolder ? std::optional<fs::path>(options.initFile) : findLexicon();
     if (options.initFile.empty() && !folder) throw noLexicon();
     // The library looks here for what an init file does not name.
     if (folder) setenv(kPathVariable, folder->c_str(), 1);
     addDictionaries(analyser, options);
 
-    if (options.initFile.empty()) {
+    if (options.initFile.empty() || namesFolder) {
         openFolder(analyser, *folder);
     } else {
-        analyser.setInitFilePath(options.initFile.c_str());
+        openInitFile(analyser, options.initFile);
     }
-    if (!options.connTable.empty()) analyser.setConnTablePath(options.connTable.c_str());
+    if (options.connTable.empty()) return;
+    openTable(analyser, options.connTable, namesFolder ? TAVO::InitValues() : TAVO::readInitFile(options.initFile));
 }
 
 }  // namespace tool

@@ -38,13 +38,14 @@ std::vector<std::string> dictionariesIn(std::filesystem::path const& folder);
 
 /// Gives @p analyser its settings, dictionaries and connection table.
 ///
-/// - -c: exactly the dictionaries of -d and this table.
+/// - -c: exactly the dictionaries of -d and this table, with the rule files beside it.
 /// - -i: the init file; dictionaries of -d come before its own. What it leaves
-///   out comes from the first of lexiconFolders() with a lexicon.
+///   out comes from the first of lexiconFolders() with a lexicon. A folder stands for
+///   the lexicon in it.
 /// - else that folder's SysDic and ConnTable, behind those of -d, with the
 ///   settings of its tavo.init when that names this folder's files.
-/// Throws ToolError: usage, or data when there is no lexicon; the exceptions of
-/// the library pass.
+/// Throws ToolError: usage, or data when there is no lexicon or the init file is faulty, by
+/// its lines; the exceptions of the library pass.
 void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options);
 
 }  // namespace tool

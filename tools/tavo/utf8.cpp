@@ -47,24 +47,6 @@ bool contains(Range const (&ranges)[N], char32_t c) noexcept {
 
 }  // namespace
 
-Utf8Char decodeUtf8(std::string_view text) noexcept {
-    constexpr Utf8Char kInvalid{0, 1, false};
-    auto const first = static_cast<unsigned char>(text[0]);
-    if (first < 0x80) return {first, 1, true};
-    unsigned const bytes = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < bytes) return kInvalid;
-    char32_t character = first & (0x7FU >> bytes);
-    for (unsigned i = 1; i < bytes; ++i) {
-        auto const next = static_cast<unsigned char>(text[i]);
-        if ((next & 0xC0U) != 0x80) return kInvalid;
-        character = character << 6 | (next & 0x3FU);
-    }
-    constexpr char32_t kLowest[] = {0, 0, 0x80, 0x800, 0x10000};
-    bool const surrogate = character >= 0xD800 && character <= 0xDFFF;
-    if (character < kLowest[bytes] || character > 0x10FFFF || surrogate) return kInvalid;
-    return {character, static_cast<std::uint8_t>(bytes), true};
-}
-
 std::size_t countCharacters(std::string_view text) noexcept {
     std::size_t count = 0;
     for (; !text.empty(); ++count) text.remove_prefix(decodeUtf8(text).bytes);

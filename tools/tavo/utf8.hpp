@@ -1,22 +1,16 @@
-// Decoding UTF-8.
+// Writing, counting and measuring UTF-8.
 #ifndef TAVO_TOOL_UTF8_HPP
 #define TAVO_TOOL_UTF8_HPP
 
+#include "base/utf8.hpp"
+
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace tool {
 
-struct Utf8Char {
-    char32_t character;  // meaningless when invalid
-    std::uint8_t bytes;  // 1 when invalid
-    bool valid;
-};
-
-/// The character at the start of @p text, which is not empty. Overlong forms,
-/// surrogates and values above U+10FFFF are invalid.
-Utf8Char decodeUtf8(std::string_view text) noexcept;
+using TAVO::decodeUtf8;
+using TAVO::Utf8Char;
 
 /// Writes a character, at most 4 bytes; returns the end.
 inline char* putUtf8(char* to, char32_t c) noexcept {

@@ -1,6 +1,7 @@
 """Gives an analyser its settings, dictionaries and connection table."""
 
 import contextlib
+import itertools
 import os
 import threading
 from ctypes import c_char_p
@@ -51,7 +52,7 @@ def configure(call, init, options: dict) -> None:
     elif "dic" not in options:
         raise TypeError("conn_table needs dic: the dictionaries to use with it")
     if "conn_table" in options:
-        call("tavo_setConnTablePath", os.fsencode(options["conn_table"]))
+        _use_table(call, options["conn_table"])
     for names, convert in ((MODES, int), (PATHS, _path)):
         for name in names.keys() & options.keys():
             call(names[name], convert(options[name]))
@@ -93,12 +94,39 @@ def _read_init(call, init, memory_mapped) -> None:
     if init is not None and init != folder:
         with _default_folder(folder):
             call("tavo_setInitFilePath", os.fsencode(init))
-    elif os.path.isfile(os.path.join(folder, "tavo.init")):
+    elif _names_own_folder(os.path.join(folder, "tavo.init")):
         with _default_folder(folder):
             call("tavo_setInitFilePath", os.fsencode(os.path.join(folder, "tavo.init")))
     else:
-        call("tavo_addDicPath", os.fsencode(os.path.join(folder, "SysDic")), memory_mapped)
-        call("tavo_setConnTablePath", os.fsencode(os.path.join(folder, "ConnTable")))
+        for path in _dictionaries_in(folder):
+            call("tavo_addDicPath", os.fsencode(path), memory_mapped)
+        _use_table(call, os.path.join(folder, "ConnTable"))
+
+
+def _dictionaries_in(folder):
+    """SysDic, and for large lexicons SysDic2 and so on."""
+    names = itertools.chain(["SysDic"], (f"SysDic{part}" for part in itertools.count(2)))
+    return itertools.takewhile(os.path.isfile, (os.path.join(folder, name) for name in names))
+
+
+def _names_own_folder(init: str) -> bool:
+    """False without init file, and when the files it names lie elsewhere: the folder was
+    moved since it was written."""
+    if not os.path.isfile(init):
+        return False
+    with open(init, "rb") as lines:
+        pairs = [line.strip().partition(b"=") for line in lines]
+    named = [value.strip().split(b",")[0] for key, _, value in pairs if key.strip() in (b"Dic", b"ConnTable")]
+    own = os.path.realpath(os.path.dirname(os.fsencode(init)))
+    return all(os.path.realpath(os.path.dirname(path)) == own for path in named if path)
+
+
+def _use_table(call, table) -> None:
+    """Sets the connection table, with the rule files that lie beside it."""
+    for name, setter in (("reduce.rules", PATHS["reduce_rule"]), ("number.list", PATHS["number_pos"])):
+        path = os.path.join(os.path.dirname(os.fspath(table)), name)
+        call(setter, os.fsencode(path) if os.path.isfile(path) else None)
+    call("tavo_setConnTablePath", os.fsencode(table))
 
 
 @contextlib.contextmanager

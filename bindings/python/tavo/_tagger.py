@@ -24,10 +24,11 @@ class Tagger:
     Options, applied after the init file:
       dic          path or paths of dictionaries used before those of the init file
       conn_table   connection table; with dic and without init nothing else is loaded
+                   but reduce.rules and number.list from beside it, where they exist
       delimiter    string or strings that end a sentence
       memory_mapped, delimit_crlf, delete_crlf, delete_slash, alphabet_capitalize,
       alternative, divide_word, reduce_undef, reduce_char, reduce_number: 0 or 1
-      comment_rule, reduce_rule, public_pos, number_pos, major_pos: paths
+      comment_rule, reduce_rule, public_pos, number_pos, major_pos: paths, None for none
     Raises TavoError for errors of the library, FileNotFoundError without lexicon.
 
     A tagger may be shared by threads: it works for one at a time. For parallel

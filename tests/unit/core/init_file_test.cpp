@@ -119,6 +119,61 @@ TEST_F(InitFile, DefaultFilesComeFromTavoPath) {
     EXPECT_EQ(errorOf("", true), "FILE_NOT_OPEN: ./SysDic");
 }
 
+TEST_F(InitFile, TextsMayBeUtf8) {
+    Table<char const*, char const*, std::string> const cases{
+        {"a first line", "; encoding: utf-8\n", toSjis("表\n")},
+        {"another one", "# -*- Coding: UTF8 -*-\r\n", toSjis("表\n")},
+        {"a byte order mark", "\xEF\xBB\xBF", toSjis("表\n")},
+        {"none", "; utf-8, they say\n", "表\n"},
+        {"a second line", ";\n; coding: utf-8\n", "表\n"},
+        {"no comment", "coding: utf-8\n", "表\n"},
+    };
+    for (auto const& [name, start, expected] : cases) {
+        Tavo tavo;
+        apply(tavo, std::string(start) + "EOS=表\\n\nDelimiter=表\\n\nConvertRule=表");
+        EXPECT_EQ(tavo.getEOS(), expected) << name;
+        EXPECT_EQ(tavo.getDelimiterString().at(0), expected.substr(0, expected.size() - 1) + "\\n") << name;
+        EXPECT_STREQ(tavo.getConvertRulePath(), "表") << "paths are bytes";
+    }
+    EXPECT_EQ(errorOf("; coding: utf-8\nEOS=\U0001F600"),
+              "UNKNOWN_SETTING:" + dir_.file("tavo.ini") + ": EOS=\U0001F600");
+}
+
+TEST_F(InitFile, FilesBesideTheConnectionTableBelongToIt) {
+    std::string const beside = dir_.write("reduce.rules", "Number =\n"), list = dir_.write("number.list", "Noun\n");
+    TempDir const elsewhere;
+    std::string const other = elsewhere.write("other.rules", "Symbol =\n");
+    std::string const bare = elsewhere.write("ConnTable", readFile(paths_.connTable));
+    Table<std::string, std::string, std::string> const cases{
+        {"", beside, list},
+        {"ReduceRule=" + other, other, list},
+        {"ReduceRule=none\nNumberPartOfSP=none", "", ""},
+        {"ConnTable=" + bare + "\nDic=" + paths_.dic, "", ""},
+    };
+    Tavo again;
+    for (auto const& [lines, rules, numbers] : cases) {
+        Tavo tavo;
+        bool const namesTable = lines.starts_with("ConnTable");
+        apply(tavo, lines, namesTable);
+        EXPECT_EQ(tavo.getReduceRulePath(), rules) << lines;
+        EXPECT_EQ(tavo.getNumberPartOfSPPath(), numbers) << lines;
+        apply(again, "");
+        apply(again, lines, namesTable);
+        EXPECT_EQ(again.getReduceRulePath(), rules) << lines << ": they go with their table";
+    }
+    Tavo set;
+    set.setReduceRulePath(other.c_str());
+    apply(set, "");
+    EXPECT_EQ(set.getReduceRulePath(), other) << "what was set before stays";
+    set.setReduceRulePath(nullptr);
+    set.setConnTablePath(paths_.connTable.c_str());
+    EXPECT_STREQ(set.getReduceRulePath(), "") << "the setter reads the table alone";
+    setenv("TAVO_PATH", dir_.path().c_str(), 1);
+    Tavo byDefault;
+    apply(byDefault, "", true);
+    EXPECT_EQ(byDefault.getReduceRulePath(), beside);
+}
+
 TEST_F(InitFile, ErrorsKeepWhatWasAppliedBefore) {
     Tavo tavo;
     EXPECT_THROW(tavo.setInitFilePath(nullptr), std::invalid_argument);
