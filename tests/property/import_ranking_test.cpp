@@ -18,10 +18,11 @@ class RandomWorld {
 public:
     explicit RandomWorld(unsigned seed) : random_(seed) {
         std::uint32_t const ids = 2 + pick(4);
-        lexicon.sourceRows = lexicon.sourceCols = lexicon.matrix.rows = lexicon.matrix.cols = ids;
+        lexicon.sourceRows = lexicon.sourceCols = ids;
+        lexicon.matrix = Matrix(ids, ids);
         for (std::uint32_t i = 0; i < ids; ++i) lexicon.rowBase.push_back(i);
         for (std::uint32_t i = 0; i < ids * ids; ++i)
-            lexicon.matrix.cells.push_back(static_cast<std::int16_t>(static_cast<int>(pick(41)) - 20));
+            lexicon.matrix.set(i / ids, i % ids, static_cast<std::int16_t>(static_cast<int>(pick(41)) - 20));
         for (char letter : {'a', 'b', 'c'}) addWord(std::string(1, letter));
         for (unsigned i = 0; i < 14; ++i) {
             std::string form;
@@ -69,8 +70,7 @@ void onRandomWorlds(Check check) {
 }
 
 /// Tables whose bytes are the source's costs.
-Tables exactTables(RandomWorld const& world, FormIndex const& index, double lineTolerance,
-                   PairCounts const& pairs = {}) {
+Tables exactTables(RandomWorld& world, FormIndex const& index, double lineTolerance, PairCounts const& pairs = {}) {
     TableOptions options;
     options.step = 1;
     options.levelTolerance = 0;
@@ -125,7 +125,7 @@ TEST(ImportRanking, ConstantsBetweenLinesMoveIntoTheWords) {
     onRandomWorlds([](RandomWorld& world, FormIndex const& index) {
         Matrix& matrix = world.lexicon.matrix;
         for (std::uint32_t i = 0; i < matrix.cols; ++i)
-            matrix.at(matrix.rows - 1, i) = static_cast<std::int16_t>(matrix.at(1, i) + 7);
+            matrix.set(matrix.rows - 1, i, static_cast<std::int16_t>(matrix.at(1, i) + 7));
         // Rows are used all alike here, so no weights distort the mean.
         Clusters const clusters = findClusters(world.lexicon, {}, 0.5);
         if (matrix.rows > 2) {

@@ -24,8 +24,9 @@ struct Clusters {
 
 /// A line joins the most used line that it resembles so that the mean squared
 /// difference, weighted by use, times its own use stays within @p tolerance
-/// (source cost squared); 0 leaves every line by itself.
-Clusters findClusters(Lexicon const& lexicon, Usage const& usage, double tolerance);
+/// (source cost squared); 0 leaves every line by itself. Puts the matrix into
+/// another order in memory; its costs stay.
+Clusters findClusters(Lexicon& lexicon, Usage const& usage, double tolerance);
 
 }  // namespace TAVO::importer
 

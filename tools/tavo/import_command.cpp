@@ -66,17 +66,17 @@ std::vector<std::string> readSentences(std::string const& path) {
 }
 
 /// Merges more until the matrix fits; @p options tells then how much.
-Tables buildTablesWithin(double maxBytes, Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts,
-                         Usage const& usage, PairCounts const& pairs, TableOptions& options) {
+Tables buildTablesWithin(Lexicon& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
+                         PairCounts const& pairs, TableOptions& options) {
     // Rows and columns bear more merging than levels: measured on short units.
     constexpr double kLeastGrowth = 1.25, kLevelGrowth = 0.3, kUseless = 1e12;
     while (true) {
         Tables tables = buildTables(lexicon, index, shifts, usage, pairs, options);
-        double const excess = static_cast<double>(tables.matrix.size()) / maxBytes;
+        double const excess = static_cast<double>(tables.bytes()) / options.maxBytes;
         if (excess <= 1) return tables;
         if (options.lineTolerance > kUseless)
             throw ImportError("no merging makes the matrix as small as --max-table says; it has " +
-                              std::to_string(tables.matrix.size()) + " bytes");
+                              std::to_string(tables.bytes()) + " bytes");
         double const growth = std::max(kLeastGrowth, excess);
         options.lineTolerance = std::max(1.0, options.lineTolerance) * growth;
         options.levelTolerance = std::max(1.0, options.levelTolerance) * std::pow(growth, kLevelGrowth);
@@ -132,10 +132,12 @@ void importMecab(Options const& options) {
     PairCounts const pairs = countPairs(lexicon, index, sentences);
     Shifts const shifts = fitShifts(lexicon, usage, fit);
     TableOptions table = options.table;
-    Tables const tables = buildTablesWithin(options.maxTable * 1e6, lexicon, index, shifts, usage, pairs, table);
+    table.maxBytes = options.maxTable * 1e6;
+    Tables const tables = buildTablesWithin(lexicon, index, shifts, usage, pairs, table);
     Agreement const agreement = measureAgreement(lexicon, index, shifts, tables, table.step, sentences);
 
     progress.stage("Writing the dictionary");
+    lexicon.matrix = {};
     std::vector<std::string> const lines = sourceLines(lexicon, tables);
     std::vector<DictionaryPart> const parts = compileDictionaries(tables.names, lines);
     std::string const connTable = connTableBytes(tables);

@@ -14,6 +14,7 @@ class Walk {
 public:
     explicit Walk(Lexicon const& lexicon)
         : lexicon_(lexicon), byCol_(lexicon.sourceCols), byRow_(lexicon.sourceRows), rowSums_(lexicon.sourceRows) {
+        for (int cost = INT16_MIN; cost <= INT16_MAX; ++cost) ofConnection_.push_back(probability(cost));
         for (std::uint32_t i = 0; i < lexicon.words.size(); ++i) {
             Word const& word = lexicon.words[i];
             if (word.unknown) continue;
@@ -52,6 +53,9 @@ private:
     static constexpr double kPerByte = 650, kFlatten = 2;
 
     double probability(double cost) const { return std::exp(-cost / (kFlatten * lexicon_.costFactor)); }
+    double connectionProbability(std::int16_t cost) const {
+        return ofConnection_[static_cast<std::size_t>(cost - INT16_MIN)];
+    }
 
     struct Bag {
         std::vector<std::uint32_t> words;
@@ -64,33 +68,61 @@ private:
                            probability(cost + kPerByte * static_cast<double>(lexicon_.words[word].form.size())));
     }
     double uniform() { return static_cast<double>(random_() >> 11) * 0x1.0p-53; }
-    template <class Number>
-    std::size_t pickIndex(std::vector<Number> const& sums) {
-        auto const at = std::upper_bound(sums.begin(), sums.end(), uniform() * static_cast<double>(sums.back()));
+    std::size_t pickIndex(std::vector<double> const& sums) {
+        auto const at = std::upper_bound(sums.begin(), sums.end(), uniform() * sums.back());
         return std::min(static_cast<std::size_t>(at - sums.begin()), sums.size() - 1);
     }
     std::uint32_t pick(Bag const& bag) { return bag.words.empty() ? Lattice::kNone : bag.words[pickIndex(bag.sums)]; }
 
-    std::uint32_t nextColumn(std::uint32_t row, bool notEnd) {
-        std::vector<float>& sums = rowSums_[row];
-        if (sums.empty()) {
-            sums.reserve(lexicon_.sourceCols);
-            double sum = 0;
-            for (std::uint32_t col = 1; col <= lexicon_.sourceCols; ++col) {
-                std::uint32_t const id = col % lexicon_.sourceCols;  // the text's end comes last
-                double const mass = id == 0 ? 1 : byCol_[id].sums.empty() ? 0 : byCol_[id].sums.back();
-                sum += mass == 0 ? 0 : mass * probability(lexicon_.matrix.at(row, id));
-                sums.push_back(static_cast<float>(sum));
-            }
+    /// Adds up the probabilities of the columns behind @p row, from column index @p from (the text's end comes last),
+    /// of which the ones before have the sum @p sum. Calls visit(index, sum) for each until it says no.
+    template <class Visit>
+    void sumColumns(std::uint32_t row, std::uint32_t from, double sum, Visit const& visit) const {
+        for (std::uint32_t at = from; at < lexicon_.sourceCols; ++at) {
+            std::uint32_t const id = at + 1 == lexicon_.sourceCols ? 0 : at + 1;
+            double const mass = id == 0 ? 1 : byCol_[id].sums.empty() ? 0 : byCol_[id].sums.back();
+            sum += mass == 0 ? 0 : mass * connectionProbability(lexicon_.matrix.at(row, id));
+            if (!visit(at, sum)) return;
         }
-        std::size_t at = pickIndex(sums);
-        for (unsigned tries = 0; notEnd && at + 1 == sums.size() && tries < 8; ++tries) at = pickIndex(sums);
-        return static_cast<std::uint32_t>((at + 1) % lexicon_.sourceCols);
+    }
+
+    /// Of the sums of a row every 64th is kept: all of them would take more room than the costs.
+    std::uint32_t pickColumn(std::uint32_t row) {
+        constexpr std::uint32_t kKept = 64;
+        std::vector<double>& sums = rowSums_[row];
+        if (sums.empty()) {
+            double last = 0;
+            sumColumns(row, 0, 0, [&](std::uint32_t at, double sum) {
+                if (at % kKept == 0) sums.push_back(last);
+                last = sum;
+                return true;
+            });
+            sums.push_back(last);
+        }
+        double const wanted = uniform() * static_cast<double>(static_cast<float>(sums.back()));
+        auto const behind = std::upper_bound(sums.begin() + 1, sums.end() - 1, wanted, [](double value, double sum) {
+            return value < static_cast<double>(static_cast<float>(sum));
+        });
+        auto const block = static_cast<std::uint32_t>(behind - sums.begin() - 1);
+        std::uint32_t picked = lexicon_.sourceCols - 1;
+        sumColumns(row, block * kKept, sums[block], [&](std::uint32_t at, double sum) {
+            bool const found = wanted < static_cast<double>(static_cast<float>(sum));
+            if (found) picked = at;
+            return !found;
+        });
+        return picked;
+    }
+
+    std::uint32_t nextColumn(std::uint32_t row, bool notEnd) {
+        std::uint32_t at = pickColumn(row);
+        for (unsigned tries = 0; notEnd && at + 1 == lexicon_.sourceCols && tries < 8; ++tries) at = pickColumn(row);
+        return (at + 1) % lexicon_.sourceCols;
     }
 
     Lexicon const& lexicon_;
     std::vector<Bag> byCol_, byRow_;
-    std::vector<std::vector<float>> rowSums_;  // made when first needed
+    std::vector<double> ofConnection_;          // by cost, from the lowest on
+    std::vector<std::vector<double>> rowSums_;  // made when first needed
     std::mt19937_64 random_{20061};
 };
 
@@ -98,22 +130,25 @@ private:
 /// cost + x[from] - x[to] + x[last] * bytes.
 struct Equation {
     std::uint32_t from, to;
-    double bytes, cost, count;
+    std::int32_t bytes, cost;
+    double count;
 };
 
 /// One equation for all that are equal; a count weighs by its root.
 std::vector<Equation> mergeEqual(std::vector<Equation> edges) {
     auto const key = [](Equation const& e) { return std::tuple(e.from, e.to, e.bytes, e.cost); };
     std::stable_sort(edges.begin(), edges.end(), [&](Equation const& a, Equation const& b) { return key(a) < key(b); });
-    std::vector<Equation> merged;
-    for (Equation const& e : edges) {
-        if (merged.empty() || key(merged.back()) != key(e))
-            merged.push_back(e);
+    std::size_t merged = 0;
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        if (merged == 0 || key(edges[merged - 1]) != key(edges[i]))
+            edges[merged++] = edges[i];
         else
-            merged.back().count += e.count;
+            edges[merged - 1].count += edges[i].count;
     }
-    for (Equation& e : merged) e.count = std::sqrt(e.count);
-    return merged;
+    edges.resize(merged);
+    edges.shrink_to_fit();
+    for (Equation& e : edges) e.count = std::sqrt(e.count);
+    return edges;
 }
 
 class Solver {
@@ -127,7 +162,7 @@ public:
         std::vector<double> weights(equations_.size(), 1), wanted(equations_.size(), options_.target);
         for (unsigned round = 0; round < options_.rounds; ++round) {
             for (std::size_t i = 0; round > 0 && i < equations_.size(); ++i) {
-                double const value = evaluate(equations_[i], x_) + equations_[i].cost;
+                double const value = evaluate(equations_[i], x_) + static_cast<double>(equations_[i].cost);
                 double const bound = std::clamp(value, options_.lowest, options_.highest);
                 weights[i] = value == bound ? 1 : 1 + options_.heavy;
                 wanted[i] = value == bound ? options_.target : (options_.target + options_.heavy * bound) / weights[i];
@@ -244,13 +279,14 @@ Usage countEdges(Lexicon const& lexicon, FormIndex const& index, std::vector<std
 Shifts fitShifts(Lexicon const& lexicon, Usage const& usage, FitOptions const& options) {
     std::uint32_t const end = lexicon.sourceRows;  // the text's end has a shift of its own
     std::vector<Equation> edges;
+    edges.reserve(usage.edges.size());
     ExactEdge const edge{lexicon};
     for (Usage::Edge const& used : usage.edges) {
         std::uint32_t const from = used.left == Lattice::kNone ? 0 : lexicon.rowBase[lexicon.words[used.left].row];
         std::uint32_t const to = used.right == Lattice::kNone ? end : lexicon.rowBase[lexicon.words[used.right].row];
         std::size_t const bytes = used.right == Lattice::kNone ? 0 : lexicon.words[used.right].form.size();
-        edges.push_back({from, to, static_cast<double>(bytes), static_cast<double>(edge(used.left, used.right)),
-                         static_cast<double>(used.weight)});
+        auto const cost = static_cast<std::int32_t>(edge(used.left, used.right));
+        edges.push_back({from, to, static_cast<std::int32_t>(bytes), cost, static_cast<double>(used.weight)});
     }
     std::vector<Equation> const equations = mergeEqual(std::move(edges));
     std::vector<double> const x = Solver(equations, end + 2, options).solve();

@@ -48,8 +48,12 @@ public:
     }
     /// False at the end of the file.
     bool next(long& value) {
-        int c = get();
-        while (c == ' ' || c == '\t' || c == '\r' || c == '\n') c = get();
+        int c = 0;
+        do {
+            line_ += behindBreak_ ? 1 : 0;
+            c = get();
+            behindBreak_ = c == '\n';
+        } while (isBlank(c));
         if (c < 0) return false;
         bool const negative = c == '-';
         if (negative) c = get();
@@ -59,28 +63,30 @@ public:
             value = value * 10 + (c - '0');
             if (value > 10'000'000) fail(path_, line_, "the number is too large");
         }
-        if (c >= 0 && c != ' ' && c != '\t' && c != '\r' && c != '\n') fail(path_, line_, "a number is expected");
+        if (c >= 0 && !isBlank(c)) fail(path_, line_, "a number is expected");
+        behindBreak_ = c == '\n';
         if (negative) value = -value;
         return true;
     }
     std::size_t line() const noexcept { return line_; }
 
 private:
+    static bool isBlank(int c) noexcept { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
     int get() {
-        if (last_ == '\n') ++line_;
-        if (pos_ == size_) {
-            size_ = std::fread(buffer_.data(), 1, buffer_.size(), file_.get());
-            pos_ = 0;
-            if (size_ == 0) return last_ = -1;
+        if (at_ == end_) {
+            at_ = buffer_.data();
+            end_ = at_ + std::fread(buffer_.data(), 1, buffer_.size(), file_.get());
+            if (at_ == end_) return -1;
         }
-        return last_ = static_cast<unsigned char>(buffer_[pos_++]);
+        return static_cast<unsigned char>(*at_++);
     }
 
     fs::path path_;
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
     std::vector<char> buffer_ = std::vector<char>(1 << 20);
-    std::size_t pos_ = 0, size_ = 0, line_ = 1;
-    int last_ = 0;
+    char const *at_ = nullptr, *end_ = nullptr;
+    std::size_t line_ = 1;
+    bool behindBreak_ = false;
 };
 
 Matrix readMatrix(fs::path const& file) {
@@ -88,10 +94,8 @@ Matrix readMatrix(fs::path const& file) {
     long rows = 0, cols = 0;
     if (!reader.next(rows) || !reader.next(cols) || rows < 1 || cols < 1 || rows > 65535 || cols > 65535)
         fail(file, 1, "the first line gives the number of right ids and of left ids, 1..65535 each");
-    Matrix matrix;
-    matrix.rows = static_cast<std::uint32_t>(rows);
-    matrix.cols = static_cast<std::uint32_t>(cols);
-    matrix.cells.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), 0);
+    Matrix matrix(static_cast<std::uint32_t>(rows), static_cast<std::uint32_t>(cols));
+    std::size_t const announced = std::size_t{matrix.rows} * matrix.cols;
     std::size_t seen = 0;
     long right = 0, left = 0, cost = 0;
     while (reader.next(right)) {
@@ -100,12 +104,12 @@ Matrix readMatrix(fs::path const& file) {
             fail(file, reader.line(),
                  "the ids " + std::to_string(right) + " " + std::to_string(left) + " lie outside the matrix");
         if (cost < -32767 || cost > 32767) fail(file, reader.line(), "the cost does not fit 16 bits");
-        matrix.at(static_cast<std::uint32_t>(right), static_cast<std::uint32_t>(left)) =
-            static_cast<std::int16_t>(cost);
+        matrix.set(static_cast<std::uint32_t>(right), static_cast<std::uint32_t>(left),
+                   static_cast<std::int16_t>(cost));
         ++seen;
     }
-    if (seen < matrix.cells.size())
-        throw ImportError(file.string() + ": " + std::to_string(matrix.cells.size()) + " costs are announced, " +
+    if (seen < announced)
+        throw ImportError(file.string() + ": " + std::to_string(announced) + " costs are announced, " +
                           std::to_string(seen) + " given");
     return matrix;
 }
@@ -161,7 +165,6 @@ struct Reader {
     }
 
     void csvLine(fs::path const& file, std::string_view line, std::size_t number) {
-        if (line.empty()) return;
         splitCsv(line, fields);
         ++lexicon.entriesRead;
         check.add(fields);
@@ -193,7 +196,6 @@ struct Reader {
     }
 
     void unknownLine(fs::path const& file, std::string_view line, std::size_t number) {
-        if (line.empty()) return;
         splitCsv(line, fields);
         UnknownTemplate entry;
         ids(file, number, entry.row, entry.col, entry.cost);
@@ -212,11 +214,11 @@ bool isLetter(std::uint32_t c) {
 }
 
 /// The number of fields behind the four fixed ones.
-std::size_t featureCount(fs::path const& file, std::string_view text) {
+std::size_t featureCount(fs::path const& file, std::string_view line, std::size_t number) {
     std::vector<std::string> fields;
-    splitCsv(text.substr(0, text.find('\n')), fields);
+    splitCsv(line, fields);
     std::size_t const features = fields.size() - std::min<std::size_t>(fields.size(), 4);
-    if (features < 1) fail(file, 1, "fewer than 5 fields");
+    if (features < 1) fail(file, number, "fewer than 5 fields");
     return features;
 }
 
@@ -323,21 +325,22 @@ Lexicon readLexicon(fs::path const& folder, std::string const& charsetOverride, 
     Reader reader{lexicon, layout ? *layout : FieldLayout{}, Cp932::table(), {}, {}, {}};
     bool featuresKnown = false;
     for (fs::path const& file : files) {
-        std::string const text = readText(file, lexicon.charset, &lexicon.leftOut.damaged);
-        if (!featuresKnown && !text.empty()) {
-            std::size_t const features = featureCount(file, text);
-            lexicon.shortUnits = features >= kShortUnitFeatures;
-            if (layout == nullptr) reader.layout = layoutFor(features);
-            reader.describeFields(features);
-            featuresKnown = true;
-        }
-        forEachLine(text, [&](std::string_view line, std::size_t number) { reader.csvLine(file, line, number); });
+        readLines(file, lexicon.charset, &lexicon.leftOut.damaged, [&](std::string_view line, std::size_t number) {
+            if (!featuresKnown) {
+                std::size_t const features = featureCount(file, line, number);
+                lexicon.shortUnits = features >= kShortUnitFeatures;
+                if (layout == nullptr) reader.layout = layoutFor(features);
+                reader.describeFields(features);
+                featuresKnown = true;
+            }
+            reader.csvLine(file, line, number);
+        });
     }
     if (std::string const fault = layout ? "" : reader.check.fault(reader.layout); !fault.empty())
         throw ImportError(folder.string() + ": " + fault);
     fs::path const unk = folder / "unk.def";
-    forEachLine(readText(unk, lexicon.charset, nullptr),
-                [&](std::string_view line, std::size_t number) { reader.unknownLine(unk, line, number); });
+    readLines(unk, lexicon.charset, nullptr,
+              [&](std::string_view line, std::size_t number) { reader.unknownLine(unk, line, number); });
     return lexicon;
 }
 

@@ -4,6 +4,7 @@
 #define TAVO_TOOLS_IMPORT_LEXICON_HPP
 
 #include "import_fields.hpp"
+#include "import_matrix.hpp"
 #include "import_text.hpp"
 #include "mecab_fields.hpp"
 
@@ -27,20 +28,6 @@ public:
 private:
     std::deque<std::string> strings_;
     std::unordered_map<std::string_view, std::uint32_t> index_;
-};
-
-/// Connection costs m[right id of the word before][left id of the word behind].
-/// Id 0 is the text's end on both sides.
-struct Matrix {
-    static constexpr std::int16_t kForbidden = INT16_MIN;
-
-    std::uint32_t rows = 0, cols = 0;
-    std::vector<std::int16_t> cells;
-
-    std::int16_t at(std::uint32_t row, std::uint32_t col) const noexcept {
-        return cells[std::size_t{row} * cols + col];
-    }
-    std::int16_t& at(std::uint32_t row, std::uint32_t col) noexcept { return cells[std::size_t{row} * cols + col]; }
 };
 
 struct Word {

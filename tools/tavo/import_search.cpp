@@ -16,15 +16,17 @@ FormIndex::FormIndex(Lexicon const& lexicon) {
         return std::tuple(word.form, word.row, word.col, word.cost, i);
     };
     std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) { return key(a) < key(b); });
+    formOf_.resize(order.size());
     for (std::size_t i = 0; i < order.size(); ++i) {
         Word const& word = lexicon.words[order[i]];
         if (forms_.empty() || forms_.back() != word.form) {
             forms_.push_back(word.form);
             starts_.push_back(static_cast<std::uint32_t>(words_.size()));
-        } else {
-            Word const& before = lexicon.words[order[i - 1]];
-            if (before.row == word.row && before.col == word.col) continue;
         }
+        formOf_[order[i]] = static_cast<std::uint32_t>(forms_.size() - 1);
+        Word const* const before = i == 0 ? nullptr : &lexicon.words[order[i - 1]];
+        bool const same = before != nullptr && before->form == word.form;
+        if (same && before->row == word.row && before->col == word.col) continue;
         words_.push_back(order[i]);
     }
     starts_.push_back(static_cast<std::uint32_t>(words_.size()));

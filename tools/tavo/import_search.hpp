@@ -6,6 +6,7 @@
 #include "import_lexicon.hpp"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,11 @@ public:
     /// Indices of words, form by form in byte order. Of the words of a form with
     /// equal row and column only the cheapest is listed: the others can't win.
     std::vector<std::uint32_t> const& wordsOf() const noexcept { return words_; }
+    /// Those of the form of word @p word.
+    std::span<std::uint32_t const> sameForm(std::uint32_t word) const {
+        std::uint32_t const form = formOf_[word];
+        return std::span(words_).subspan(starts_[form], starts_[form + 1] - starts_[form]);
+    }
 
 private:
     /// The first two bytes of @p text as a number that sorts as they do.
@@ -37,6 +43,7 @@ private:
     std::vector<std::uint32_t> firstOf_;   // by first two bytes: the first form that begins so, or later ones
     std::vector<std::uint32_t> starts_;    // into words_, one more than forms_
     std::vector<std::uint32_t> words_;
+    std::vector<std::uint32_t> formOf_;  // per word of the lexicon, into forms_
 };
 
 struct Node {

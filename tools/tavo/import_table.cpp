@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
 #include <map>
 #include <numeric>
 #include <tuple>
-#include <unordered_map>
 
 namespace TAVO::importer {
 namespace {
@@ -66,8 +66,8 @@ private:
 
 class Builder {
 public:
-    Builder(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
-            PairCounts const& pairs, TableOptions const& options)
+    Builder(Lexicon& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage, PairCounts const& pairs,
+            TableOptions const& options)
         : lexicon_(lexicon),
           index_(index),
           shifts_(shifts),
@@ -84,7 +84,7 @@ public:
         makeIds();
         nameIds();
         describeClasses();
-        fillMatrix();
+        nameLines();
         mergeEqual();
         return std::move(tables_);
     }
@@ -160,11 +160,9 @@ private:
             if (fresh) ids_.push_back({word.name, row, column, 0, 0});
             return place->second;
         };
-        std::unordered_map<std::string_view, std::vector<std::uint32_t>> winners;
-        for (std::uint32_t const i : index_.wordsOf()) winners[lexicon_.words[i].form].push_back(i);
         for (std::uint32_t i = 0; i < lexicon_.words.size(); ++i) {
             Word const* cheapest = &lexicon_.words[i];
-            for (std::uint32_t const winner : winners[cheapest->form]) {
+            for (std::uint32_t const winner : index_.sameForm(i)) {
                 Word const& other = lexicon_.words[winner];
                 if (competesAlike(other, *cheapest) && wordPart(other) < wordPart(*cheapest)) cheapest = &other;
             }
@@ -248,8 +246,10 @@ private:
     }
 
     /// Row and column per id, still with one row per right id in use and one column per level.
-    void fillMatrix() {
-        std::vector<std::uint32_t> lineOf(lexicon_.matrix.rows, kNoIndex), rows{0};
+    void nameLines() {
+        std::vector<std::uint32_t> lineOf(lexicon_.matrix.rows, kNoIndex);
+        std::vector<std::uint32_t>& rows = rows_;
+        rows = {0};
         lineOf[0] = 0;
         for (std::uint32_t const i : order_) {
             std::uint32_t& line = lineOf[ids_[i].row];
@@ -268,43 +268,39 @@ private:
             columnOf_.push_back(ids_[i].column);
             rowUse_[rowOf_.back()] += ids_[i].asLeft;
         }
-        tables_.columns = static_cast<std::uint32_t>(columns_.size());
-        tables_.matrix.reserve(rows.size() * columns_.size());
-        for (std::uint32_t const row : rows)
-            for (Column const& column : columns_) tables_.matrix.push_back(cell(row, column));
     }
 
     /// Keeps one of equal rows and columns. Rows that a search asks for most stand first, and
     /// columns that it asks for together stand together, so that it reads from few places. A search asks for
     /// the costs of all neighbours in a text, of which few are on a good path.
     void mergeEqual() {
-        std::vector<std::uint8_t>& matrix = tables_.matrix;
-        std::uint32_t const wide = tables_.columns;
-        Distinct rows(rowOf_, rowUse_.size(), [&](std::uint32_t row) {
-            return std::string(reinterpret_cast<char const*>(&matrix[std::size_t{row} * wide]), wide);
-        });
+        std::vector<Digest> rowDigests(rows_.size()), columnDigests(columns_.size());
+        std::vector<std::uint8_t> line(columns_.size());
+        for (std::size_t row = 0; row < rows_.size(); ++row) {
+            for (std::size_t column = 0; column < columns_.size(); ++column)
+                line[column] = cell(rows_[row], columns_[column]);
+            for (std::uint8_t const byte : line) rowDigests[row].add(byte);
+            for (std::size_t column = 0; column < columns_.size(); ++column) columnDigests[column].add(line[column]);
+        }
+        Distinct rows(rowOf_, rowDigests), columns(columnOf_, columnDigests);
+        tables_.rows = static_cast<std::uint32_t>(rows.kept.size());
+        tables_.columns = static_cast<std::uint32_t>(columns.kept.size());
+        if (columns.kept.size() > 65535)
+            throw ImportError("the matrix has more than 65535 columns; raise --step or --merge");
+        if (static_cast<double>(tables_.bytes()) > options_.maxBytes) return;
+
         std::vector<double> use(rowUse_.size(), 0);
         for (std::uint32_t row = 0; row < rowUse_.size(); ++row)
             if (rows.same[row] != kNoIndex) use[rows.same[row]] += rowUse_[row];
         rows.sort([&](std::uint32_t a, std::uint32_t b) { return use[a] > use[b]; });
-        Distinct columns(columnOf_, columns_.size(), [&](std::uint32_t column) {
-            std::string text;
-            for (std::uint32_t const row : rows.kept)
-                text += static_cast<char>(matrix[std::size_t{row} * wide + column]);
-            return text;
-        });
         std::vector<std::uint32_t> const ranks = rankTogether(columns.same);
         columns.sort([&](std::uint32_t a, std::uint32_t b) { return ranks[a] < ranks[b]; });
-        if (columns.kept.size() > 65535)
-            throw ImportError("the matrix has more than 65535 columns; raise --step or --merge");
-        std::vector<std::uint8_t> small;
+        tables_.matrix.reserve(tables_.bytes());
         for (std::uint32_t const row : rows.kept)
-            for (std::uint32_t const column : columns.kept) small.push_back(matrix[std::size_t{row} * wide + column]);
-        matrix = std::move(small);
+            for (std::uint32_t const column : columns.kept)
+                tables_.matrix.push_back(cell(rows_[row], columns_[column]));
         tables_.rowOf = rows.places(rowOf_);
         tables_.columnOf = columns.places(columnOf_);
-        tables_.rows = static_cast<std::uint32_t>(rows.kept.size());
-        tables_.columns = static_cast<std::uint32_t>(columns.kept.size());
     }
 
     /// When each column is first asked for, group after group; @p same tells which one stands for it.
@@ -319,19 +315,28 @@ private:
         return ranks;
     }
 
+    /// 128 bits of a line, for the line: two that differ never meet in practice, and the whole matrix of a large
+    /// lexicon would take more room than all the rest.
+    struct Digest {
+        std::uint64_t a = 0, b = 0;
+        void add(std::uint8_t byte) noexcept {
+            a = (a + byte + 1) * 0x9E3779B97F4A7C15;
+            b = ((b ^ b >> 29) + byte + 1) * 0xD6E8FEB86659FD93;
+        }
+        auto operator<=>(Digest const&) const = default;
+    };
     /// Rows or columns without repetitions.
     struct Distinct {
         std::vector<std::uint32_t> kept;  ///< the first of each set of equal lines
         std::vector<std::uint32_t> same;  ///< per line the one kept for it; kNoIndex: it is not in use
 
-        /// Of the lines 0 to @p count - 1 those that @p lineOf names.
-        template <class Text>
-        Distinct(std::vector<std::uint32_t> const& lineOf, std::size_t count, Text const& text)
-            : same(count, kNoIndex) {
-            std::unordered_map<std::string, std::uint32_t> seen;
+        /// Of the lines those that @p lineOf names.
+        Distinct(std::vector<std::uint32_t> const& lineOf, std::vector<Digest> const& digests)
+            : same(digests.size(), kNoIndex) {
+            std::map<Digest, std::uint32_t> seen;
             for (std::uint32_t const line : lineOf) {
                 if (same[line] != kNoIndex) continue;
-                auto const [first, fresh] = seen.emplace(text(line), line);
+                auto const [first, fresh] = seen.emplace(digests[line], line);
                 same[line] = first->second;
                 if (fresh) kept.push_back(line);
             }
@@ -363,14 +368,15 @@ private:
     std::vector<Id> ids_;
     std::vector<std::uint32_t> order_;  // of ids_, in final order
     std::vector<std::uint32_t> wordId_;
-    std::vector<std::uint32_t> rowOf_, columnOf_;  // per final id
+    std::vector<std::uint32_t> rows_;              // of the source, of which columns_ are the columns
+    std::vector<std::uint32_t> rowOf_, columnOf_;  // per final id, into these
     std::vector<double> rowUse_;
     Tables tables_;
 };
 
 }  // namespace
 
-Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
+Tables buildTables(Lexicon& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
                    PairCounts const& pairs, TableOptions const& options) {
     return Builder(lexicon, index, shifts, usage, pairs, options).build();
 }

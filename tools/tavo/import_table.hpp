@@ -19,6 +19,7 @@ struct TableOptions {
     double step = 130;           ///< source cost of one unit of a byte
     double levelTolerance = 10;  ///< how much weighted error merges two neighbouring cost levels
     double lineTolerance = 3e4;  ///< and two rows or columns that are alike
+    double maxBytes = 46e6;      ///< of the matrix
 };
 
 /// What the connection table and the records hold. Ids run from 1; the vectors
@@ -29,7 +30,8 @@ struct Tables {
     std::vector<std::string> names;
     std::vector<std::uint16_t> rowOf, columnOf;
     std::uint32_t rows = 0, columns = 0;
-    std::vector<std::uint8_t> matrix;
+    std::vector<std::uint8_t> matrix;  ///< empty when it would be larger than TableOptions say
+    std::size_t bytes() const noexcept { return std::size_t{rows} * columns; }  ///< of the matrix
 
     std::vector<std::uint16_t> idOfWord;   ///< per word of the lexicon
     std::vector<std::uint8_t> costOfWord;  ///< word-cost byte
@@ -43,7 +45,7 @@ struct Tables {
 /// @p usage weighs what is merged, @p pairs orders the matrix: rows that a search asks for
 /// most stand first, columns that it asks for together stand together. Throws ImportError when the ids do not fit 16
 /// bits.
-Tables buildTables(Lexicon const& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
+Tables buildTables(Lexicon& lexicon, FormIndex const& index, Shifts const& shifts, Usage const& usage,
                    PairCounts const& pairs, TableOptions const& options);
 
 /// Tavo's own cost of an edge, for the search: the connection byte first, the

@@ -23,6 +23,8 @@ std::string readFile(fs::path const& path) {
 
 namespace {
 
+using Visit = std::function<void(std::string_view line, std::size_t number)>;
+
 std::size_t convert(std::string& text, std::string_view bytes, std::string const& charset, fs::path const& file) {
     try {
         return appendUtf8(text, bytes, charset);
@@ -31,35 +33,76 @@ std::size_t convert(std::string& text, std::string_view bytes, std::string const
     }
 }
 
+/// Converts a file piece by piece, each of whole lines.
+class LineConverter {
+public:
+    LineConverter(fs::path const& file, std::string const& charset, Loss* damaged)
+        : file_(file), charset_(charset), damaged_(damaged) {}
+
+    void piece(std::string_view bytes, Visit const& visit) {
+        text_.clear();
+        for (std::string_view rest = bytes; !rest.empty();) {
+            std::size_t const fault = convert(text_, rest, charset_, file_);
+            if (fault == rest.size()) break;
+            std::size_t const begin = rest.rfind('\n', fault) + 1;
+            // The line becomes an empty one, which keeps the numbers of the others.
+            text_.resize(text_.rfind('\n') + 1);
+            report(lines_ + 1 + static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n')),
+                   fault - begin + 1);
+            rest.remove_prefix(std::min(rest.find('\n', fault), rest.size()));
+        }
+        std::size_t const before = lines_;
+        forEachLine(text_, [&](std::string_view line, std::size_t number) {
+            lines_ = before + number;
+            if (!line.empty()) visit(line, lines_);
+        });
+    }
+
+    void finish() const {
+        if (faults_ * 20 > lines_) failAtFirst();
+    }
+
+private:
+    void report(std::size_t line, std::size_t byte) {
+        if (faults_++ == 0) {
+            firstLine_ = line;
+            firstByte_ = byte;
+        }
+        if (damaged_ == nullptr) failAtFirst();
+        damaged_->add(file_.filename().string() + ":" + std::to_string(line));
+    }
+    [[noreturn]] void failAtFirst() const {
+        fail(file_, firstLine_,
+             "byte " + std::to_string(firstByte_) + " is not " + charset_ +
+                 " text; mend the line, or name another encoding with --charset");
+    }
+
+    fs::path const& file_;
+    std::string const& charset_;
+    Loss* damaged_;
+    std::string text_;
+    std::size_t lines_ = 0, faults_ = 0, firstLine_ = 0, firstByte_ = 0;
+};
+
 }  // namespace
 
-std::string readText(fs::path const& file, std::string const& charset, Loss* damaged) {
-    std::string const bytes = readFile(file);
-    auto const linesIn = [](std::string_view text) {
-        return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    };
-    std::size_t const bearable = damaged == nullptr ? 0 : linesIn(bytes) / 20;
-    std::string text;
-    std::string_view rest = bytes;
-    std::size_t line = 1, faults = 0, firstFault = 0, firstByte = 0;
-    while (!rest.empty()) {
-        std::size_t const fault = convert(text, rest, charset, file);
-        if (fault == rest.size()) break;
-        std::size_t const begin = rest.rfind('\n', fault) + 1, end = std::min(rest.find('\n', fault), rest.size());
-        line += linesIn(rest.substr(0, fault));
-        if (faults++ == 0) {
-            firstFault = line;
-            firstByte = fault - begin + 1;
-        }
-        if (faults > bearable)
-            fail(file, firstFault,
-                 "byte " + std::to_string(firstByte) + " is not " + charset +
-                     " text; mend the line, or name another encoding with --charset");
-        damaged->add(file.filename().string() + ":" + std::to_string(line));
-        text.resize(text.rfind('\n') + 1);
-        rest.remove_prefix(end);
+void readLines(fs::path const& file, std::string const& charset, Loss* damaged, Visit const& visit) {
+    constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
+    std::ifstream in(file, std::ios::binary);
+    if (!in) throw ImportError(file.string() + ": cannot be opened");
+    LineConverter converter(file, charset, damaged);
+    std::string bytes;
+    while (in) {
+        std::size_t const kept = bytes.size();
+        bytes.resize(kept + kPieceBytes);
+        in.read(bytes.data() + kept, kPieceBytes);
+        bytes.resize(kept + static_cast<std::size_t>(in.gcount()));
+        std::size_t const end = in ? bytes.rfind('\n') + 1 : bytes.size();
+        converter.piece(std::string_view(bytes).substr(0, end), visit);
+        bytes.erase(0, end);
     }
-    return text;
+    if (in.bad()) throw ImportError(file.string() + ": cannot be read");
+    converter.finish();
 }
 
 }  // namespace TAVO::importer

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -37,9 +38,11 @@ struct Loss {
 /// The whole file. Throws ImportError when it cannot be read.
 std::string readFile(std::filesystem::path const& path);
 
-/// The file's text in UTF-8. A line that is no text in encoding @p charset becomes an empty line and is counted in
-/// @p damaged as "name:line"; where one line in twenty is none, or @p damaged is null, the first one is an error.
-std::string readText(std::filesystem::path const& file, std::string const& charset, Loss* damaged);
+/// Calls visit(line, number) for each line of a file of any size, in UTF-8 and without its end; numbers count from 1.
+/// A line that is no text in encoding @p charset is left out and counted in @p damaged as "name:line". Where more than
+/// one line in twenty is none, or @p damaged is null, the first one is an error.
+void readLines(std::filesystem::path const& file, std::string const& charset, Loss* damaged,
+               std::function<void(std::string_view line, std::size_t number)> const& visit);
 
 /// Calls visit(line, number) for each line, without its end; numbers count from 1.
 template <class Visit>

@@ -101,7 +101,7 @@ public:
         }
         for (UnknownTemplate const& entry : lexicon.templates)
             if (cheapest.at(entry.category) == &entry) plan(entry, map.categories.at(entry.category));
-        extendMatrix();
+        lexicon_.matrix.extend(rowsLike_, newColumns_, allowed_);
     }
 
     std::vector<Chain> const& chains() const noexcept { return chains_; }
@@ -133,20 +133,6 @@ private:
         return lexicon_.sourceRows + static_cast<std::uint32_t>(rowsLike_.size()) - 1;
     }
     std::uint32_t newColumn() { return lexicon_.sourceCols + newColumns_++; }
-
-    void extendMatrix() {
-        Matrix& old = lexicon_.matrix;
-        Matrix wide;
-        wide.rows = old.rows + static_cast<std::uint32_t>(rowsLike_.size());
-        wide.cols = old.cols + newColumns_;
-        wide.cells.assign(std::size_t{wide.rows} * wide.cols, Matrix::kForbidden);
-        for (std::uint32_t row = 0; row < wide.rows; ++row) {
-            std::uint32_t const from = row < old.rows ? row : rowsLike_[row - old.rows];
-            std::copy_n(&old.cells[std::size_t{from} * old.cols], old.cols, &wide.cells[std::size_t{row} * wide.cols]);
-        }
-        for (auto const& [row, col] : allowed_) wide.at(row, col) = 0;
-        old = std::move(wide);
-    }
 
     Lexicon& lexicon_;
     std::vector<Chain> chains_;

@@ -79,6 +79,29 @@ TEST(ImportLexicon, SplitsQuotedFields) {
     }
 }
 
+/// Longer than what is read at once, with lines of every kind at its borders.
+TEST(ImportText, LinesOfLongFilesKeepTheirNumbers) {
+    TempDir const folder;
+    std::string text;
+    std::vector<std::pair<std::size_t, std::string>> expected, found;
+    std::vector<std::string> damaged;
+    for (std::size_t number = 1; number <= 40'000; ++number) {
+        bool const damage = number % 9001 == 0, empty = number % 7 == 0;
+        std::string const line = empty ? "" : "山" + std::string(number % 150, 'x') + std::to_string(number);
+        text += line + (damage ? "\xE3\x81" : "") + (number % 3 == 0 ? "\r\n" : "\n");
+        if (damage) damaged.push_back("long.csv:" + std::to_string(number));
+        if (!damage && !empty) expected.emplace_back(number, line);
+    }
+    ASSERT_GT(text.size(), std::size_t{2} << 20);
+    text += "last";
+    expected.emplace_back(40'001, "last");
+    Loss loss;
+    readLines(folder.write("long.csv", text), "UTF-8", &loss,
+              [&](std::string_view line, std::size_t number) { found.emplace_back(number, line); });
+    EXPECT_TRUE(found == expected);
+    EXPECT_EQ(loss.examples, damaged);
+}
+
 TEST(ImportCharset, EveryCodeComesBack) {
     for (auto const& [code, point] : Cp932::table().all()) EXPECT_EQ(Cp932::table().code(point), code);
     EXPECT_GT(Cp932::table().all().size(), 7000U);
