@@ -68,12 +68,12 @@ void applyStrings(Settings& settings, InitValues const& values) {
     if (std::string const* const value = lastValue(values, "NullString")) settings.nullString = decodeEscapes(*value);
 }
 
-struct PathKey {
+struct FileKey {
     char const* key;
     void (Tavo::*set)(char const*);
     char const* (Tavo::*get)() const;
 };
-constexpr PathKey kPathKeys[] = {
+constexpr FileKey kFileKeys[] = {
     {"CommentRule", &Tavo::setCommentRulePath, &Tavo::getCommentRulePath},
     {"ReduceRule", &Tavo::setReduceRulePath, &Tavo::getReduceRulePath},
     {"ConvertRule", &Tavo::setConvertRulePath, &Tavo::getConvertRulePath},
@@ -91,7 +91,7 @@ bool hasCompanion(std::string_view key) {
 /// from beside that unless others were set before, but not from beside another table.
 void applyPaths(Tavo& tavo, InitValues const& values, std::string const& table) {
     std::string const tableBefore = tavo.getConnTablePath();
-    for (auto const& [key, set, get] : kPathKeys) {
+    for (auto const& [key, set, get] : kFileKeys) {
         std::string const* const named = lastValue(values, key);
         bool const isCompanion = hasCompanion(key);
         if (named != nullptr) {

@@ -24,6 +24,7 @@ std::vector<std::uint32_t> byUse(std::vector<double> const& use) {
 std::vector<float> weightsOf(std::vector<double> const& use, std::vector<std::uint32_t> const& order) {
     double const total = std::accumulate(use.begin(), use.end(), 0.0);
     std::vector<float> weights;
+    weights.reserve(order.size());
     for (std::uint32_t const position : order) weights.push_back(static_cast<float>(use[position] / total));
     return weights;
 }

@@ -262,10 +262,10 @@ void Lexicon::nameFields(std::string_view name, std::vector<std::string> values,
 }
 
 std::string_view Lexicon::keep(std::string_view text) {
-    constexpr std::size_t kBlock = 1 << 20;
+    constexpr std::size_t kStorageBytes = 1 << 20;
     if (text.size() > room_) {
         storage_.emplace_back();
-        room_ = std::max(kBlock, text.size());
+        room_ = std::max(kStorageBytes, text.size());
         storage_.back().reserve(room_);
     }
     std::string& block = storage_.back();

@@ -323,7 +323,8 @@ private:
             a = (a + byte + 1) * 0x9E3779B97F4A7C15;
             b = ((b ^ b >> 29) + byte + 1) * 0xD6E8FEB86659FD93;
         }
-        auto operator<=>(Digest const&) const = default;
+        bool operator==(Digest const&) const = default;
+        bool operator<(Digest const& other) const noexcept { return a != other.a ? a < other.a : b < other.b; }
     };
     /// Rows or columns without repetitions.
     struct Distinct {

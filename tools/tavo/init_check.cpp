@@ -32,6 +32,7 @@ bool isIn(std::string_view const (&keys)[N], std::string_view key) {
 
 std::vector<std::string_view> allKeys() {
     std::vector<std::string_view> keys;
+    keys.reserve(std::size(TAVO::kModes));
     for (TAVO::ModeInfo const& mode : TAVO::kModes) keys.emplace_back(mode.key);
     keys.insert(keys.end(), std::begin(kTexts), std::end(kTexts));
     keys.insert(keys.end(), std::begin(kRepeated), std::end(kRepeated));
