@@ -55,14 +55,14 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     // Everything that can fail comes first.
     Settings settings = other.context.settings;
     PosTables pos = other.context.pos;
-    ReduceRules reduce = other.context.reduce;
-    CommentRules comments = other.context.comments;
+    ReduceRules reduceRules = other.reduce;
+    CommentRules commentRules = other.comments;
     DicSet dics = other.context.dics;
     dropInput();
     context.settings = std::move(settings);
     context.pos = std::move(pos);
-    context.reduce = std::move(reduce);
-    context.comments = std::move(comments);
+    reduce = std::move(reduceRules);
+    comments = std::move(commentRules);
     context.dics = std::move(dics);
     context.connTable = other.context.connTable;
 }
@@ -116,7 +116,8 @@ int Tavo::updateDic(int index) {
     // A rebuild frees the old image, and a failed file step (6) or a lack of memory
     // may have moved it: results of the last analysis point into it.
     try {
-        int const code = impl_->context.dics.updateDic(index, impl_->context.pos.listedNames());
+        int const code = impl_->context.dics.updateDic(index, impl_->context.pos.listedNames(),
+                                                        impl_->context.connTable);
         if (code == 1 || code == 6) impl_->dropInput();
         return code;
     } catch (std::bad_alloc const&) {

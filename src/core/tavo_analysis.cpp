@@ -1,10 +1,10 @@
 // From a text to its results.
 #include "core/impl.hpp"
-#include "engine/intake.hpp"
 #include "result/assembly.hpp"
-#include "result/marked_sentence.hpp"
+#include "result/markup_constraints.hpp"
 #include "result/mrph_access.hpp"
 #include "result/tagged_input.hpp"
+#include "split/sentence_splitter.hpp"
 
 #include <ostream>
 #include <stdexcept>
@@ -33,7 +33,6 @@ void Tavo::Impl::dropInput() noexcept {
     context.lattice.clear();
     context.allPaths.clear();
     context.madeRecords.clear();
-    firstOfGroup = 0;
 }
 
 int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
@@ -43,10 +42,13 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     if (searchesAlone(nBest)) {
         splitText(
             text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); },
-            stretchFinder());
+            uncutSpanFinder());
     } else {
-        splitText(text, context.settings, [this](std::string_view piece) { addToGroup(piece); });
-        analyzeGroup();
+        splitText(text, context.settings, [this](std::string_view piece) {
+            Sentence& sentence = context.sentences.emplace_back();
+            sentence.given = sentence.text = piece;
+        });
+        analyzeTogether();
     }
     return static_cast<int>(errorSentences.size());
 }
@@ -61,40 +63,30 @@ bool Tavo::Impl::deletesLineBreaks() const {
 }
 
 bool Tavo::Impl::searchesAlone(bool nBest) const {
-    return needsAllPaths(nBest) || mayHaveMarks() || deletesLineBreaks();
+    return needsAllPaths(nBest) || mayHaveMarkup() || deletesLineBreaks();
 }
 
-void Tavo::Impl::addToGroup(std::string_view piece) {
-    requireReady();
+void Tavo::Impl::analyzeTogether() {
     std::vector<Sentence>& sentences = context.sentences;
-    if (firstOfGroup != sentences.size() && !context.lattice.belongTogether(sentences[firstOfGroup].text, piece)) {
-        analyzeGroup();
-        readPaths();
-    }
-    Sentence& sentence = sentences.emplace_back();
-    sentence.given = piece;
-    sentence.text = piece;
-}
-
-void Tavo::Impl::analyzeGroup() {
-    std::vector<Sentence>& sentences = context.sentences;
+    if (sentences.empty()) return;
     try {
-        context.lattice.search(std::span(sentences).subspan(firstOfGroup), context.connTable, context.dics);
+        requireReady();
+        context.lattice.search(sentences, context.connTable, context.dics);
     } catch (...) {
-        sentences.resize(firstOfGroup);
+        sentences.clear();
         throw;
     }
-    for (std::size_t i = firstOfGroup; i != sentences.size(); ++i) {
+    for (std::size_t i = 0; i != sentences.size(); ++i) {
         setBeginCost(sentences[i], false);
-        if (!sentences[i].hasPath()) setErrorSentence(i);
+        if (!sentences[i].path.exists()) setErrorSentence(i);
     }
 }
 
-StretchFinder Tavo::Impl::stretchFinder() const {
-    if (!mayHaveMarks()) return nullptr;
+SpanFinder Tavo::Impl::uncutSpanFinder() const {
+    if (!mayHaveMarkup()) return nullptr;
     if (context.settings.mode(Mode::TaggedInput) == 1)
-        return [this](std::string_view line) { return taggedStretches(line, context.comments); };
-    return [this](std::string_view line) { return commentStretches(line, context.comments); };
+        return [this](std::string_view line) { return taggedSpans(line, comments); };
+    return [this](std::string_view line) { return commentSpans(line, comments); };
 }
 
 void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
@@ -107,38 +99,29 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
         sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
         sentence.text = *sentence.ownedText;
     }
-    bool complete = readMarks(sentence);
+    bool complete = readMarkup(sentence);
     if (complete) {
         buildLattice(sentence, nBest);
-        complete = sentence.hasPath() || sentence.text.empty();
+        complete = sentence.path.exists() || sentence.text.empty();
     }
     context.sentences.push_back(std::move(sentence));
     if (!complete) setErrorSentence(context.sentences.size() - 1);
 }
 
-bool Tavo::Impl::mayHaveMarks() const {
-    return context.settings.mode(Mode::TaggedInput) == 1 || !context.comments.empty();
-}
+bool Tavo::Impl::mayHaveMarkup() const { return context.settings.mode(Mode::TaggedInput) == 1 || !comments.empty(); }
 
-bool Tavo::Impl::readMarks(Sentence& sentence) {
-    if (!mayHaveMarks()) return true;
+bool Tavo::Impl::readMarkup(Sentence& sentence) {
+    if (!mayHaveMarkup()) return true;
     requireReady();
-    context.comments.setCommentPartOfSP(context.pos);
-    return takeMarks(sentence, context);
-}
-
-void Tavo::Impl::readPaths() {
-    if (firstOfGroup == context.sentences.size()) return;
-    for (; firstOfGroup != context.sentences.size(); ++firstOfGroup)
-        context.lattice.read(context.sentences[firstOfGroup]);
-    context.lattice.forgetPaths();
+    comments.setCommentPartOfSP(context.pos);
+    return takeMarkup(sentence, context, comments);
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     requireReady();
     bool const allPaths = needsAllPaths(nBest);
     LatticeConstraints constraints;
-    if (sentence.marks) {
+    if (sentence.markup) {
         constraints = constraintsOf(sentence, context);
         if (allPaths)
             context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes(), constraints);
@@ -153,8 +136,8 @@ void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
 }
 
 void Tavo::Impl::setBeginCost(Sentence& sentence, bool forced) const {
-    if (!sentence.hasPath()) return;
-    std::uint16_t const column = sentence.unread ? context.lattice.firstUnread(sentence) : sentence.bestStart->column;
+    if (!sentence.path.exists()) return;
+    std::uint16_t const column = sentence.path.firstColumn();
     std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
     sentence.beginCost = LatticeConstraints::connection(context.connTable->rowStart(beginRow)[column], forced);
 }
@@ -162,12 +145,11 @@ void Tavo::Impl::setBeginCost(Sentence& sentence, bool forced) const {
 void Tavo::Impl::setErrorSentence(std::size_t index) {
     Sentence& sentence = context.sentences[index];
     errorSentences.push_back(static_cast<unsigned int>(index));
-    sentence.bestStart = nullptr;
-    sentence.unread = false;
+    sentence.path = {};
     sentence.failed = true;
     sentence.text = sentence.given;
     sentence.ownedText.reset();
-    sentence.marks.reset();
+    sentence.markup.reset();
 }
 
 void Tavo::Impl::requireReady() const {
@@ -195,7 +177,6 @@ void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
     if (sentence >= 0) out.clear();
     Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getResult()");
     if (found == nullptr) return;
-    impl_->readPaths();
     impl_->assemble(out, bestPath(*found), *found);
 }
 
@@ -204,11 +185,10 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
     Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getLengths()");
     if (found == nullptr) return;
     AnalyzerContext& context = impl_->context;
-    context.reduce.bind(context.pos, context.settings);
-    if (found->unread && !context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPaths();
-    if (found->unread) context.reduce.bindColumns(*context.connTable);
-    if (appendLengths(lengths, context, *found)) return;
-    impl_->readPaths();
+    impl_->reduce.bind(context.pos, context.settings);
+    if (!context.lattice.isAttached(*context.connTable, context.dics)) found->path.first();
+    if (found->path.isPending()) impl_->reduce.bindColumns(*context.connTable);
+    if (appendLengths(lengths, context, impl_->reduce, *found)) return;
     std::vector<Mrph> morphemes;
     impl_->assemble(morphemes, bestPath(*found), *found);
     for (Mrph const& morpheme : morphemes)
@@ -217,8 +197,8 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
 }
 
 void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found) {
-    context.reduce.bind(context.pos, context.settings);
-    getMrphArray(out, path, context, found);
+    reduce.bind(context.pos, context.settings);
+    getMrphArray(out, path, context, reduce, found);
 }
 
 std::ostream& Tavo::output(std::ostream& os, int sentence) {

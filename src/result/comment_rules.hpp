@@ -1,10 +1,10 @@
-// Comment rules: stretches of the input that are no language, and the morpheme
+// Comment rules: spans of the input that are no language, and the morpheme
 // that each becomes.
 #ifndef TAVO_RESULT_COMMENT_RULES_HPP
 #define TAVO_RESULT_COMMENT_RULES_HPP
 
 #include "config/pos_tables.hpp"
-#include "engine/sentence_marks.hpp"
+#include "split/sentence_markup.hpp"
 
 #include <array>
 #include <cstddef>
@@ -46,7 +46,7 @@ public:
     /// Resolves the rules' part-of-speech names; cheap when nothing changed.
     void setCommentPartOfSP(PosTables const& pos);
 
-    /// The comments of @p text, in order: the earliest one, at one place the
+    /// The comments of @p text, in order: the earliest one, at one position the
     /// longest, then the earlier rule. A comment whose end string is missing
     /// reaches to the end of the text. They refer to these rules.
     std::vector<Comment> find(std::string_view text) const;

@@ -38,7 +38,7 @@ struct BlockReport {
 /// @p limit bytes, which end between two characters.
 std::size_t pieceLength(std::string_view line, std::size_t limit, Encoding encoding) noexcept;
 
-/// An analyser with its output form. One thread uses it at a time.
+/// An analyser with its output format. One thread uses it at a time.
 class BlockAnalyser {
 public:
     /// Longer lines are analysed in pieces of at most this many bytes, which is
@@ -71,7 +71,7 @@ private:
     /// Lets line breaks end sentences, or be text, whatever an init file says; none is left out.
     void delimitLines(bool delimit);
     void convert(std::string_view piece);
-    /// The text of the last analysis, without mark-up.
+    /// The text of the last analysis, without markup.
     LineText const& shownText();
     Sentences allSentences() const;
     void beginLine(std::string_view line, OutBuffer& out);

@@ -11,6 +11,9 @@
 #include "import_table.hpp"
 #include "import_unknown.hpp"
 #include "import_write.hpp"
+#include "index_file.hpp"
+
+#include "dic/index/index_pool.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -74,13 +77,21 @@ Tables buildTablesWithin(Lexicon& lexicon, FormIndex const& index, Shifts const&
         Tables tables = buildTables(lexicon, index, shifts, usage, pairs, options);
         double const excess = static_cast<double>(tables.bytes()) / options.maxBytes;
         if (excess <= 1) return tables;
-        if (options.lineTolerance > kUseless)
+        if (options.contextTolerance > kUseless)
             throw ImportError("no merging makes the matrix as small as --max-table says; it has " +
                               std::to_string(tables.bytes()) + " bytes");
         double const growth = std::max(kLeastGrowth, excess);
-        options.lineTolerance = std::max(1.0, options.lineTolerance) * growth;
+        options.contextTolerance = std::max(1.0, options.contextTolerance) * growth;
         options.levelTolerance = std::max(1.0, options.levelTolerance) * std::pow(growth, kLevelGrowth);
     }
+}
+
+/// Of the connection table and the @p parts dictionaries in folder @p out.
+void writeIndexes(fs::path const& out, std::size_t parts) {
+    std::vector<std::string> dictionaries;
+    for (std::size_t part = 0; part < parts; ++part) dictionaries.push_back(out / dictionaryName(part));
+    tool::writeConnIndex(out / "ConnTable");
+    tool::writeDicIndexes(out / "ConnTable", dictionaries);
 }
 
 void writeLexicon(Options const& options, std::vector<std::string> const& lines,
@@ -100,10 +111,12 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     }
     // What an earlier import left here would be taken for a part of this one.
     for (std::size_t part = parts.size(); fs::remove(out / dictionaryName(part)); ++part) {
+        fs::remove(TAVO::indexPath(out / dictionaryName(part)));
     }
     fs::remove(out / kNoticeName);
     if (!notice.empty()) writeFile(out / kNoticeName, notice);
     writeFile(out / "ConnTable", table);
+    writeIndexes(out, parts.size());
     writeFile(out / tool::kWordClassesName, tables.classes.text());
     writeFile(out / tool::kMecabFieldsName, lexicon.fields.text());
     writeFile(out / "reduce.rules", reduceRuleText(tables.names, lexicon.shortUnits));
@@ -191,7 +204,7 @@ CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
     mecab
-        ->add_option("--merge-lines", options.table.lineTolerance,
+        ->add_option("--merge-contexts,--merge-lines", options.table.contextTolerance,
                      "Error, in source cost squared, at which rows or columns merge; 0: equal ones do")
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
