@@ -28,6 +28,10 @@ inline std::uint32_t loadU32(unsigned char const* p) noexcept {
            static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
 }
 
+inline std::uint64_t loadU64(unsigned char const* p) noexcept {
+    return loadU32(p) | static_cast<std::uint64_t>(loadU32(p + 4)) << 32;
+}
+
 inline void appendU16(std::string& out, std::uint32_t value) {
     out.push_back(static_cast<char>(value & 0xFF));
     out.push_back(static_cast<char>(value >> 8 & 0xFF));
@@ -36,6 +40,11 @@ inline void appendU16(std::string& out, std::uint32_t value) {
 inline void appendU32(std::string& out, std::uint32_t value) {
     appendU16(out, value & 0xFFFF);
     appendU16(out, value >> 16);
+}
+
+inline void appendU64(std::string& out, std::uint64_t value) {
+    appendU32(out, static_cast<std::uint32_t>(value));
+    appendU32(out, static_cast<std::uint32_t>(value >> 32));
 }
 
 inline unsigned char const* asBytes(char const* p) noexcept { return reinterpret_cast<unsigned char const*>(p); }

@@ -33,9 +33,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// True when sentences are searched one at a time, since more is asked for than best paths of texts as given.
     bool searchesAlone(bool nBest) const;
     void analyzeLine(std::string_view piece, bool nBest);
-    /// Adds a sentence to the group at work, which is analysed first if it cannot take it.
-    void addToGroup(std::string_view piece);
-    void analyzeGroup();
+    /// Searches all sentences, which have neither marks nor line breaks to take out.
+    void analyzeTogether();
     /// True when a text may hold tags or comments.
     bool mayHaveMarks() const;
     /// Finds what delimiters must not cut; empty when nothing is.
@@ -46,8 +45,6 @@ struct TAVO_HIDDEN Tavo::Impl {
     void buildLattice(Sentence& sentence, bool nBest);
     void setBeginCost(Sentence& sentence, bool forced) const;
     void setErrorSentence(std::size_t index);
-    /// Makes the nodes of paths that are not made yet.
-    void readPaths();
     /// Turns a path of @p found into morphemes.
     void assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found);
     /// Frees the results and everything they point at.
@@ -67,7 +64,6 @@ struct TAVO_HIDDEN Tavo::Impl {
 
     AnalyzerContext context;
     std::string ownText;           // the last text that was given away; results may point into it
-    std::size_t firstOfGroup = 0;  // whose paths may be unread
     bool hasResult = false;
     // The error state may be set by const operations.
     mutable int errorCode = 0;

@@ -33,7 +33,6 @@ void Tavo::Impl::dropInput() noexcept {
     context.lattice.clear();
     context.allPaths.clear();
     context.madeRecords.clear();
-    firstOfGroup = 0;
 }
 
 int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
@@ -45,8 +44,11 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
             text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); },
             stretchFinder());
     } else {
-        splitText(text, context.settings, [this](std::string_view piece) { addToGroup(piece); });
-        analyzeGroup();
+        splitText(text, context.settings, [this](std::string_view piece) {
+            Sentence& sentence = context.sentences.emplace_back();
+            sentence.given = sentence.text = piece;
+        });
+        analyzeTogether();
     }
     return static_cast<int>(errorSentences.size());
 }
@@ -64,29 +66,19 @@ bool Tavo::Impl::searchesAlone(bool nBest) const {
     return needsAllPaths(nBest) || mayHaveMarks() || deletesLineBreaks();
 }
 
-void Tavo::Impl::addToGroup(std::string_view piece) {
-    requireReady();
+void Tavo::Impl::analyzeTogether() {
     std::vector<Sentence>& sentences = context.sentences;
-    if (firstOfGroup != sentences.size() && !context.lattice.belongTogether(sentences[firstOfGroup].text, piece)) {
-        analyzeGroup();
-        readPaths();
-    }
-    Sentence& sentence = sentences.emplace_back();
-    sentence.given = piece;
-    sentence.text = piece;
-}
-
-void Tavo::Impl::analyzeGroup() {
-    std::vector<Sentence>& sentences = context.sentences;
+    if (sentences.empty()) return;
     try {
-        context.lattice.search(std::span(sentences).subspan(firstOfGroup), context.connTable, context.dics);
+        requireReady();
+        context.lattice.search(sentences, context.connTable, context.dics);
     } catch (...) {
-        sentences.resize(firstOfGroup);
+        sentences.clear();
         throw;
     }
-    for (std::size_t i = firstOfGroup; i != sentences.size(); ++i) {
+    for (std::size_t i = 0; i != sentences.size(); ++i) {
         setBeginCost(sentences[i], false);
-        if (!sentences[i].hasPath()) setErrorSentence(i);
+        if (!sentences[i].path.exists()) setErrorSentence(i);
     }
 }
 
@@ -110,7 +102,7 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     bool complete = readMarks(sentence);
     if (complete) {
         buildLattice(sentence, nBest);
-        complete = sentence.hasPath() || sentence.text.empty();
+        complete = sentence.path.exists() || sentence.text.empty();
     }
     context.sentences.push_back(std::move(sentence));
     if (!complete) setErrorSentence(context.sentences.size() - 1);
@@ -125,13 +117,6 @@ bool Tavo::Impl::readMarks(Sentence& sentence) {
     requireReady();
     context.comments.setCommentPartOfSP(context.pos);
     return takeMarks(sentence, context);
-}
-
-void Tavo::Impl::readPaths() {
-    if (firstOfGroup == context.sentences.size()) return;
-    for (; firstOfGroup != context.sentences.size(); ++firstOfGroup)
-        context.lattice.read(context.sentences[firstOfGroup]);
-    context.lattice.forgetPaths();
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
@@ -153,8 +138,8 @@ void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
 }
 
 void Tavo::Impl::setBeginCost(Sentence& sentence, bool forced) const {
-    if (!sentence.hasPath()) return;
-    std::uint16_t const column = sentence.unread ? context.lattice.firstUnread(sentence) : sentence.bestStart->column;
+    if (!sentence.path.exists()) return;
+    std::uint16_t const column = sentence.path.firstColumn();
     std::uint32_t const beginRow = context.connTable->row(ConnTable::kBeginId);
     sentence.beginCost = LatticeConstraints::connection(context.connTable->rowStart(beginRow)[column], forced);
 }
@@ -162,8 +147,7 @@ void Tavo::Impl::setBeginCost(Sentence& sentence, bool forced) const {
 void Tavo::Impl::setErrorSentence(std::size_t index) {
     Sentence& sentence = context.sentences[index];
     errorSentences.push_back(static_cast<unsigned int>(index));
-    sentence.bestStart = nullptr;
-    sentence.unread = false;
+    sentence.path = {};
     sentence.failed = true;
     sentence.text = sentence.given;
     sentence.ownedText.reset();
@@ -195,7 +179,6 @@ void Tavo::getResult(std::vector<Mrph>& out, int sentence) {
     if (sentence >= 0) out.clear();
     Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getResult()");
     if (found == nullptr) return;
-    impl_->readPaths();
     impl_->assemble(out, bestPath(*found), *found);
 }
 
@@ -205,10 +188,9 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
     if (found == nullptr) return;
     AnalyzerContext& context = impl_->context;
     context.reduce.bind(context.pos, context.settings);
-    if (found->unread && !context.lattice.isAttached(*context.connTable, context.dics)) impl_->readPaths();
-    if (found->unread) context.reduce.bindColumns(*context.connTable);
+    if (!context.lattice.isAttached(*context.connTable, context.dics)) found->path.first();
+    if (found->path.isPending()) context.reduce.bindColumns(*context.connTable);
     if (appendLengths(lengths, context, *found)) return;
-    impl_->readPaths();
     std::vector<Mrph> morphemes;
     impl_->assemble(morphemes, bestPath(*found), *found);
     for (Mrph const& morpheme : morphemes)

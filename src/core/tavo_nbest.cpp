@@ -1,6 +1,6 @@
 // The N best analyses of a sentence.
 #include "core/impl.hpp"
-#include "engine/nbest.hpp"
+#include "engine/nbest/nbest.hpp"
 
 #include <stdexcept>
 #include <utility>
@@ -11,7 +11,7 @@ namespace {
 PathCost costOf(PathKey key) noexcept { return {connSumOf(key), wordSumOf(key)}; }
 
 PathCost bestCost(Sentence const& sentence) noexcept {
-    LatticeNode const* const start = sentence.bestStart;
+    LatticeNode const* const start = sentence.path.first();
     return start == nullptr ? PathCost{0, 0} : PathCost{start->connSum + sentence.beginCost, start->wordSum};
 }
 
@@ -40,11 +40,10 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
     if (static_cast<std::size_t>(sentence) >= context.sentences.size()) throw std::range_error(kRangeError);
     if (n == 0) return;
     impl_->requireReady();
-    impl_->readPaths();
     Sentence const& found = context.sentences[static_cast<std::size_t>(sentence)];
 
     // Without edges, or without any path, there is one analysis.
-    if (n == 1 || found.bestStart == nullptr || found.startEdgeList == Sentence::kNoEdges) {
+    if (n == 1 || !found.path.exists() || found.startEdgeList == Sentence::kNoEdges) {
         std::vector<std::vector<Mrph>> best(1);
         impl_->assemble(best.front(), bestPath(found), found);
         results = std::move(best);

@@ -7,7 +7,6 @@
 #include "dic/file_access.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace TAVO {
@@ -31,16 +30,6 @@ ConnTable::ConnTable(bool flag, char const* path)
     parse(read());
 }
 
-/// Bytes by which the rows of the file at @p handle grow when each starts with a cache line; 0 when there are none.
-std::size_t ConnTable::readRoom(int handle) {
-    std::array<unsigned char, 4> sizes{};
-    if (FileSeek(handle, 0, 0) != 0 || FileRead(handle, sizes.data(), 2) != 2) return 0;
-    std::int64_t const position = kHeaderBytes + std::int64_t{4} * loadU16(sizes.data());
-    if (FileSeek(handle, position, 0) != position || FileRead(handle, sizes.data(), 4) != 4) return 0;
-    std::uint16_t const cols = loadU16(sizes.data() + 2);
-    return std::size_t{loadU16(sizes.data())} * (strideOf(cols) - cols) + kLineBytes;
-}
-
 /// Reads the whole file; its size.
 std::size_t ConnTable::read() {
     int const handle = FileOpenShared(path_.c_str());
@@ -49,11 +38,9 @@ std::size_t ConnTable::read() {
     std::int64_t got = -1;
     try {
         size = FileSeek(handle, 0, 2);
-        std::size_t const room = readRoom(handle);
         if (size > 0 && FileSeek(handle, 0, 0) == 0) {
-            block_ = makeTableBlock(room + static_cast<std::size_t>(size));
-            bytes_ = block_.get() + room;
-            got = FileRead(handle, bytes_, static_cast<std::size_t>(size));
+            bytes_ = makeTableBlock(static_cast<std::size_t>(size));
+            got = FileRead(handle, bytes_.get(), static_cast<std::size_t>(size));
         }
     } catch (std::bad_alloc const&) {
         FileClose(handle);
@@ -65,7 +52,8 @@ std::size_t ConnTable::read() {
 }
 
 void ConnTable::parse(std::size_t sizeBytes) {
-    unsigned char const* const bytes = bytes_;
+    sizeBytes_ = sizeBytes;
+    unsigned char const* const bytes = bytes_.get();
     if (sizeBytes < kHeaderBytes) throw illegal_format(path_);
     idCount_ = loadU16(bytes);
     nameStamp_ = loadU32(bytes + 2);
@@ -83,20 +71,7 @@ void ConnTable::parse(std::size_t sizeBytes) {
     nameOffsets_ = bytes + offsetsPosition;
     namePool_ = bytes + poolPosition;
     checkNames(sizeBytes - poolPosition);
-    bounds_ = ConnBounds(bytes + matrixPosition, rows_, cols_);
-    spreadRows(matrixPosition);
-}
-
-/// Moves the rows, which stand one behind the other, towards the beginning of the block, so that each starts with a
-/// cache line: the last one ends where it did or a little before. What stands before them is no longer needed.
-void ConnTable::spreadRows(std::size_t matrixPosition) {
-    unsigned char* const rows = bytes_ + matrixPosition;
-    std::size_t const growth = std::size_t{rows_} * (stride() - cols_);
-    if (growth + kLineBytes > static_cast<std::size_t>(bytes_ - block_.get())) throw illegal_format(path_);
-    auto const misaligned = (reinterpret_cast<std::uintptr_t>(rows) - growth) % kLineBytes;
-    unsigned char* const matrix = rows - growth - misaligned;
-    for (std::size_t row = 0; row != rows_; ++row) std::memmove(matrix + row * stride(), rows + row * cols_, cols_);
-    matrix_ = matrix;
+    matrix_ = bytes + matrixPosition;
 }
 
 /// Every name begins in the pool and ends in it: at or before its last NUL.

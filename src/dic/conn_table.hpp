@@ -4,11 +4,11 @@
 
 #include "base/serial.hpp"
 #include "base/table_block.hpp"
-#include "dic/conn_bounds.hpp"
 
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -26,7 +26,6 @@ class ConnTable {
 public:
     static constexpr std::size_t kHeaderBytes = 10;  // behind it the row indexes
     static constexpr std::uint8_t kForbidden = 255;
-    static constexpr std::uint32_t kLineBytes = 64;  ///< of a cache line
     static constexpr std::uint16_t kBeginId = 1, kEndId = 2, kUnknownId = 3;
 
     /// Loads @p path. Throws invalid_argument for null, file_not_found, and
@@ -35,6 +34,8 @@ public:
     ConnTable(bool flag, char const* path);
 
     std::string const& path() const noexcept { return path_; }
+    /// The whole file as it was read.
+    std::span<unsigned char const> bytes() const noexcept { return {bytes_.get(), sizeBytes_}; }
     /// Differs from that of every other table and dictionary.
     std::uint64_t serial() const noexcept { return serial_; }
     std::uint16_t idCount() const noexcept { return idCount_; }
@@ -44,15 +45,11 @@ public:
     /// Row index of a left id / column index of a right id, ids 1..idCount().
     std::uint16_t row(std::uint16_t id) const noexcept { return rowIndex_[id - 1U]; }
     std::uint16_t column(std::uint16_t id) const noexcept { return columnIndex_[id - 1U]; }
-    unsigned char const* rowStart(std::uint32_t row) const noexcept { return matrix_ + std::size_t{row} * stride(); }
-    /// From one row to the next, in bytes. Every row starts with a cache line of its own.
-    std::uint32_t stride() const noexcept { return strideOf(cols_); }
+    unsigned char const* rowStart(std::uint32_t row) const noexcept { return matrix_ + std::size_t{row} * cols_; }
     /// Cost of id @p left directly before id @p right; 255 forbids. Ids 1..idCount().
     std::uint8_t cost(std::uint16_t left, std::uint16_t right) const noexcept {
         return rowStart(row(left))[column(right)];
     }
-
-    ConnBounds const& bounds() const noexcept { return bounds_; }
 
     /// Name of an id; empty for 0 and above idCount().
     char const* getName(std::uint32_t id) const noexcept;
@@ -61,29 +58,22 @@ public:
     std::uint16_t getId(std::string_view name) const;
 
 private:
-    static std::uint32_t strideOf(std::uint16_t cols) noexcept {
-        return (cols + kLineBytes - 1) / kLineBytes * kLineBytes;
-    }
-    static std::size_t readRoom(int handle);
     std::size_t read();
     void parse(std::size_t sizeBytes);
-    void spreadRows(std::size_t matrixPosition);
     void checkNames(std::size_t poolBytes) const;
     void makeIndex() const;
 
     std::uint64_t serial_ = nextSerial();
     [[maybe_unused]] bool flag_;
     std::string path_;
+    std::size_t sizeBytes_ = 0;
     std::uint16_t idCount_ = 0;
     std::uint32_t nameStamp_ = 0;
     std::vector<std::uint16_t> rowIndex_;
     std::vector<std::uint16_t> columnIndex_;
     std::uint16_t rows_ = 0;
     std::uint16_t cols_ = 0;
-    ConnBounds bounds_;
-    /// The whole file behind some room; matrix and names stand in it.
-    TableBlock block_;
-    unsigned char* bytes_ = nullptr;  ///< of the file
+    TableBlock bytes_;  ///< the whole file
     unsigned char const* matrix_ = nullptr;
     unsigned char const* nameOffsets_ = nullptr;  ///< 4 bytes an id
     unsigned char const* namePool_ = nullptr;     ///< behind them, to the end of the file

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace TAVO {
@@ -35,6 +36,10 @@ public:
     DicTrie const* trie() const noexcept { return trie_.get(); }
     std::string const& path() const noexcept { return image_.path(); }
     bool memoryMapped() const noexcept { return image_.memoryMapped(); }
+    /// The whole file; empty while released.
+    std::span<unsigned char const> bytes() const noexcept {
+        return {image_.data(), image_.data() != nullptr ? image_.sizeBytes() : 0};
+    }
     unsigned charType() const noexcept;
     std::uint32_t nameStamp() const noexcept;
     std::uint16_t nameCount() const noexcept;

@@ -57,7 +57,9 @@ public:
     void touchDic(int index) const;
     void touchDic(char const* path) const;
     /// @p names: the part-of-speech names from id 1 on. Result codes 0..6.
-    int updateDic(int index, std::vector<std::string> const& names);
+    /// The search index for @p table, if that is not null, is made before the new dictionary takes the old one's place,
+    /// and its file, if there is one, written anew.
+    int updateDic(int index, std::vector<std::string> const& names, ConnTable const* table = nullptr);
     /// The words whose reading equals @p reading, in the index's order; they
     /// live until the entry is removed or rebuilt.
     std::vector<ReadingWord const*> findByRead(char const* reading, int index);

@@ -123,6 +123,10 @@ public:
     RecordChain chainAt(std::size_t position) const noexcept {
         return position <= leafBytes_ ? RecordChain(leaf_ + position, leaf_ + leafBytes_) : RecordChain();
     }
+    /// Where @p chain, which was found here, stands in the leaf area, in bytes.
+    std::uint32_t positionOf(RecordChain const& chain) const noexcept {
+        return static_cast<std::uint32_t>(chain.head() - leaf_);
+    }
     RecordChain chainOf(std::uint32_t endCell) const noexcept { return chainAt(std::size_t{endCell & kValueMask} * 4); }
 
     /// The rest of a key that is alone in its branch. Its bytes lie inside the

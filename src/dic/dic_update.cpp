@@ -134,14 +134,16 @@ std::unique_ptr<Dic const> loadReplacement(std::string const& path, bool memoryM
 }
 
 /// Steps from the compiled temporary file to the entry's new dictionary.
-UpdateResult exchangeDictionary(DicEntry& entry, TemporaryFile& made, RebuildMark& mark) {
+UpdateResult exchangeDictionary(DicEntry& entry, TemporaryFile& made, RebuildMark& mark, ConnTable const* table) {
     // Loaded dictionaries are constant to everybody but their only user here.
     Dic& old = const_cast<Dic&>(*entry.dic);
+    std::uint64_t const oldSerial = old.serial();
     entry.readingIndex.reset();  // refers to the mapping, which may come back elsewhere
     old.release();
     std::unique_ptr<Dic const> replacement;
     try {
         if (replaceFile(entry.path, made)) replacement = loadReplacement(entry.path, entry.memoryMapped);
+        if (replacement != nullptr && table != nullptr) sharedPools().indexes.renew(*replacement, *table);
         if (replacement != nullptr) mark.moveTo(replacement.get());
     } catch (...) {
         takeBackIfPossible(old);
@@ -152,13 +154,14 @@ UpdateResult exchangeDictionary(DicEntry& entry, TemporaryFile& made, RebuildMar
         return kFileStepFailed;
     }
     entry.dic = replacement.get();
+    sharedPools().indexes.forget(oldSerial);
     sharedPools().DIC_POOL[entry.path] = std::move(replacement);  // frees the old one
     return kRebuilt;
 }
 
 }  // namespace
 
-int DicSet::updateDic(int index, std::vector<std::string> const& names) {
+int DicSet::updateDic(int index, std::vector<std::string> const& names, ConnTable const* table) {
     DicEntry& updated = entry(index, "updateDic");
     std::optional<FileTime> const compiledTime = modificationTime(updated.path);
     if (!compiledTime) throw file_not_found(updated.path);
@@ -177,7 +180,7 @@ int DicSet::updateDic(int index, std::vector<std::string> const& names) {
     // On disk before it takes the old file's name, so that a crash of the machine
     // leaves one of the two whole.
     if (!compiler.compile(made.handle(), false) || FileFlush(made.handle()) != 0) return kRefused;
-    return exchangeDictionary(updated, made, mark);
+    return exchangeDictionary(updated, made, mark, table);
 }
 
 }  // namespace TAVO

@@ -25,6 +25,7 @@ void SharedPools::dispose() {
         DIC_POOL.clear();
         DIC_USED.clear();
         CONN_TABLE_POOL.clear();
+        indexes.clear();
         HasCS = false;
     }
     CriticalSection.reset();

@@ -4,6 +4,7 @@
 
 #include "dic/conn_table.hpp"
 #include "dic/dic.hpp"
+#include "dic/index/index_pool.hpp"
 
 #include <map>
 #include <memory>
@@ -18,6 +19,7 @@ struct SharedPools {
     /// Number of analysers that use a pooled dictionary; -1 while one rebuilds it.
     std::map<Dic const*, int> DIC_USED;
     std::map<std::string, std::unique_ptr<ConnTable const>> CONN_TABLE_POOL;
+    IndexPool indexes;
     unsigned int ObjectCount = 0;
     /// The lock over all of the above; absent until readyForThread().
     std::unique_ptr<std::recursive_mutex> CriticalSection;

@@ -2,11 +2,10 @@
 
 #include "dic/conn_table.hpp"
 #include "dic/dic_set.hpp"
-#include "engine/constrained_search.hpp"
+#include "engine/exact/exact_search.hpp"
 
 #include <tavo/error.hpp>
 
-#include <functional>
 #include <string>
 
 namespace TAVO {
@@ -20,67 +19,39 @@ void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet co
 
 void Lattice::clear() noexcept {
     pool_.clear();
+    paths_.clear();
     candidates_.clear();
-    forgetPaths();
-}
-
-bool Lattice::belongTogether(std::string_view first, std::string_view next) const noexcept {
-    constexpr std::size_t kMostBytes = 16384;  // paths wait in the caches
-    return !search_.isLong(first.size()) && !search_.isLong(next.size()) && std::less<>()(first.data(), next.data()) &&
-           static_cast<std::size_t>(next.data() + next.size() - first.data()) <= kMostBytes;
 }
 
 void Lattice::search(std::span<Sentence> sentences, ConnTable const* table, DicSet const& dics) {
     texts_.clear();
     for (Sentence& sentence : sentences) {
         checkSearchable(sentence, table, dics);
-        sentence.bestStart = nullptr;
-        sentence.unread = false;
+        sentence.path = {};
         if (!sentence.text.empty()) texts_.push_back(sentence.text);
     }
     if (texts_.empty()) return;
-    results_.resize(texts_.size());
-    search_.search(texts_, *table, dics, results_);
-    std::uint32_t number = 0;
+    state_.indexes.attach(*table, dics);
+    paths_.setTable(*table);
+    found_.assign(texts_.size(), {});
+    if (state_.indexes.isUsable()) fast_.search(texts_, *table, dics, found_);
+    LatticeConstraints const none;
+    auto found = found_.begin();
     for (Sentence& sentence : sentences) {
         if (sentence.text.empty()) continue;
-        BestPathSearch::Result const result = results_[number];
-        sentence.unread = result == BestPathSearch::Result::kFound;
-        sentence.unreadNumber = number++;
-        if (result != BestPathSearch::Result::kTooFar) continue;
-        LatticeConstraints const none;
-        ConstrainedSearch(pool_, *table, none).build(sentence, dics);
+        sentence.path = *found++;
+        if (!sentence.path.exists())
+            sentence.path = LazyPath(ExactSearch(pool_, *table, none).build(sentence.text, dics));
     }
-}
-
-void Lattice::read(Sentence& sentence) {
-    if (!sentence.unread) return;
-    LatticeNode const* first = nullptr;
-    LatticeNode const** link = &first;
-    search_.readPath(sentence.unreadNumber, [&](BestPathSearch::PathWord const& word) {
-        pool_.beginPosition();
-        LatticeNode& node = pool_.make();
-        node.record = word.record;
-        node.next = nullptr;
-        node.length = word.length;
-        node.column = word.column;
-        node.flags = LatticeNode::kFirstAtPosition | LatticeNode::kAlone;
-        node.wordSum = word.wordSum;
-        node.connSum = word.connSum;
-        *link = &node;
-        link = &node.next;
-    });
-    sentence.bestStart = first;
-    sentence.unread = false;
 }
 
 void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints) {
     checkSearchable(sentence, table, dics);
-    ConstrainedSearch search(pool_, *table, constraints);
-    search.build(sentence, dics);
-    if (sentence.bestStart != nullptr || constraints.spans.empty()) return;
+    ExactSearch search(pool_, *table, constraints);
+    sentence.path = LazyPath(search.build(sentence.text, dics));
+    if (sentence.path.exists() || constraints.spans.empty()) return;
     constraints.forced = true;
-    search.build(sentence, dics);
+    sentence.path = LazyPath(search.build(sentence.text, dics));
 }
 
 std::span<LatticeNode const> Lattice::candidates(LatticeNode const* node, std::string_view text, std::size_t start,
@@ -92,7 +63,7 @@ std::span<LatticeNode const> Lattice::candidates(LatticeNode const* node, std::s
 
 std::vector<LatticeNode const*> bestPath(Sentence const& sentence) {
     std::vector<LatticeNode const*> path;
-    for (LatticeNode const* node = sentence.bestStart; node != nullptr; node = node->next) path.push_back(node);
+    for (LatticeNode const* node = sentence.path.first(); node != nullptr; node = node->next) path.push_back(node);
     return path;
 }
 

@@ -2,7 +2,7 @@
 #ifndef TAVO_ENGINE_SENTENCE_HPP
 #define TAVO_ENGINE_SENTENCE_HPP
 
-#include "engine/lattice_node.hpp"
+#include "engine/path_store.hpp"
 #include "engine/sentence_marks.hpp"
 
 #include <cstdint>
@@ -23,17 +23,13 @@ struct Sentence {
     /// Holds the analysed text where it differs from the given one; its
     /// characters never move, since morphemes point at them.
     std::unique_ptr<std::string> ownedText;
-    /// The chosen first node; null when the sentence has no result, or its path is unread.
-    LatticeNode const* bestStart = nullptr;
-    /// There is a best path, of which only the Lattice knows as yet.
-    bool unread = false;
-    std::uint32_t unreadNumber = 0;  ///< among those that were searched together
-    bool hasPath() const noexcept { return unread || bestStart != nullptr; }
+    /// The best path; none when the sentence has no result.
+    LazyPath path;
     /// Of an all-paths lattice: the first of the sentence's edge lists, and its
     /// last one, which leads to the words that may begin the sentence.
     std::uint32_t firstEdgeList = 0;
     std::uint32_t startEdgeList = kNoEdges;
-    /// The connection cost from the beginning of the text to bestStart.
+    /// The connection cost from the beginning of the text to the path's first word.
     std::uint8_t beginCost = 0;
     bool failed = false;
     /// What mark-up and comment rules say; null when they say nothing.

@@ -42,16 +42,16 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
 bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, Sentence const& sentence) {
     if (sentence.marks || context.settings.mode(Mode::DivideWord) == 1) return false;
     LengthJoiner joiner(context.reduce, out);
-    char const* text = sentence.text.data();
-    if (sentence.unread)
-        context.lattice.visitUnread(sentence, [&](std::uint16_t column, std::uint32_t length, auto const& record) {
-            joiner.append(context.reduce.membershipOf(column, [&] { return MrphDic(record()).pid(); }), {text, length},
-                          length);
-            text += length;
+    if (sentence.path.isPending()) {
+        sentence.path.visitPending([&](PendingWord const& word) {
+            joiner.append(context.reduce.membershipOf(word), {word.text, word.length}, word.length);
         });
-    for (LatticeNode const* node = sentence.bestStart; node != nullptr; node = node->next) {
-        joiner.append(context.reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length}, node->length);
-        text += node->length;
+    } else {
+        char const* text = sentence.text.data();
+        for (LatticeNode const* node = sentence.path.first(); node != nullptr; node = node->next) {
+            joiner.append(context.reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length}, node->length);
+            text += node->length;
+        }
     }
     joiner.finish();
     return true;

@@ -5,7 +5,7 @@
 #include "config/pos_tables.hpp"
 #include "config/settings.hpp"
 #include "dic/dic_set.hpp"
-#include "engine/all_paths.hpp"
+#include "engine/nbest/all_paths.hpp"
 #include "engine/lattice.hpp"
 #include "engine/sentence.hpp"
 #include "result/comment_rules.hpp"

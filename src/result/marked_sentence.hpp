@@ -3,7 +3,7 @@
 #ifndef TAVO_RESULT_MARKED_SENTENCE_HPP
 #define TAVO_RESULT_MARKED_SENTENCE_HPP
 
-#include "engine/lattice_constraints.hpp"
+#include "engine/exact/lattice_constraints.hpp"
 #include "result/context.hpp"
 
 #include <vector>

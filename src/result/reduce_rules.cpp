@@ -129,16 +129,35 @@ void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
     std::copy(std::begin(modes), std::end(modes), boundModes_);
 }
 
+namespace {
+
+std::uint32_t pairOf(std::uint32_t column, std::uint32_t row) noexcept { return column << 16 | row; }
+
+}  // namespace
+
 void ReduceRules::bindColumns(ConnTable const& table) {
     if (boundTable_ == table.serial()) return;
     constexpr std::uint16_t kNobody = 0x200;
     columnMemberships_.assign(table.cols(), kNobody);
-    for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid) {
-        std::uint16_t& told = columnMemberships_[table.column(static_cast<std::uint16_t>(pid))];
-        Membership const membership = membershipOf(pid);
+    pairMemberships_.clear();
+    auto const take = [](std::uint16_t& told, Membership membership) {
         told = told == kNobody || told == membership ? membership : kUntold;
+    };
+    for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid)
+        take(columnMemberships_[table.column(static_cast<std::uint16_t>(pid))], membershipOf(pid));
+    for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid) {
+        std::uint16_t const column = table.column(static_cast<std::uint16_t>(pid));
+        if (columnMemberships_[column] != kUntold) continue;
+        std::uint32_t const pair = pairOf(column, table.row(static_cast<std::uint16_t>(pid)));
+        take(pairMemberships_.try_emplace(pair, kNobody).first->second, membershipOf(pid));
     }
     boundTable_ = table.serial();
+}
+
+ReduceRules::Membership ReduceRules::membershipOfPair(PendingWord const& word) const {
+    auto const found = pairMemberships_.find(pairOf(word.column, word.row()));
+    if (found != pairMemberships_.end() && found->second != kUntold) return static_cast<Membership>(found->second);
+    return membershipOf(MrphDic(word.record()).pid());
 }
 
 bool ReduceRules::isInner(std::uint8_t number, std::string_view form) const noexcept {

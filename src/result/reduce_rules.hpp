@@ -4,6 +4,7 @@
 
 #include "config/pos_tables.hpp"
 #include "config/settings.hpp"
+#include "engine/path_store.hpp"
 
 #include <tavo/mrph.hpp>
 
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -51,12 +53,11 @@ public:
     using Membership = std::uint8_t;
     /// Its rule is the first one of the file whose mode is on and whose class fits.
     Membership membershipOf(std::uint32_t pid) const noexcept { return pid < ids_.size() ? ids_[pid] : kNone; }
-    /// That of a morpheme with @p column of the table of bindColumns(); pid() is asked for where the column does not
-    /// tell.
-    template <class Pid>
-    Membership membershipOf(std::uint16_t column, Pid&& pid) const {
-        std::uint16_t const told = columnMemberships_[column];
-        return told == kUntold ? membershipOf(pid()) : static_cast<Membership>(told);
+    /// That of @p word, whose column and row are those of the table of bindColumns(). Its record is read where these do
+    /// not tell.
+    Membership membershipOf(PendingWord const& word) const {
+        std::uint16_t const told = columnMemberships_[word.column];
+        return told == kUntold ? membershipOfPair(word) : static_cast<Membership>(told);
     }
     static std::uint8_t ruleOf(Membership membership) noexcept {
         return static_cast<std::uint8_t>(membership & ~kFollows);
@@ -74,12 +75,14 @@ private:
     static constexpr std::size_t kMaxRules = 0x7F;
 
     bool isInner(std::uint8_t number, std::string_view form) const noexcept;
+    Membership membershipOfPair(PendingWord const& word) const;
 
     std::string path_;
     std::vector<ReduceRule> rules_;
     std::vector<Membership> ids_;            // by id: rule number, and kFollows
     std::vector<std::uint16_t> joinedPids_;  // by rule
     std::vector<std::uint16_t> columnMemberships_;
+    std::unordered_map<std::uint32_t, std::uint16_t> pairMemberships_;  // by column and row, where the column is not enough
     // What the bindings were made from.
     std::uint64_t boundRevision_ = 0;
     int boundModes_[3] = {-1, -1, -1};
@@ -100,6 +103,24 @@ public:
     /// Appends the item made of @p value for a morpheme whose form is @p form.
     template <class Value>
     void append(ReduceRules::Membership membership, std::string_view form, Value&& value) {
+        if (rule_ == ReduceRules::kNone && membership == ReduceRules::kNone)
+            out_.emplace_back(std::forward<Value>(value));
+        else
+            appendToRun(membership, form, std::forward<Value>(value));
+    }
+    /// Appends an item that no run may cross.
+    void appendAlone(Item&& item) {
+        finish();
+        out_.push_back(std::move(item));
+    }
+    ReduceRules const& rules() const noexcept { return rules_; }
+    void finish() {
+        while (rule_ != ReduceRules::kNone) close();
+    }
+
+private:
+    template <class Value>
+    void appendToRun(ReduceRules::Membership membership, std::string_view form, Value&& value) {
         std::uint8_t const rule = ReduceRules::ruleOf(membership);
         while (rule_ != ReduceRules::kNone) {
             if (rule == rule_ && (hasInner_ || ReduceRules::mayFollow(membership))) {
@@ -119,17 +140,6 @@ public:
         out_.emplace_back(std::forward<Value>(value));
         if (rule != ReduceRules::kNone) start(rule);
     }
-    /// Appends an item that no run may cross.
-    void appendAlone(Item&& item) {
-        finish();
-        out_.push_back(std::move(item));
-    }
-    ReduceRules const& rules() const noexcept { return rules_; }
-    void finish() {
-        while (rule_ != ReduceRules::kNone) close();
-    }
-
-private:
     /// Opens a run of @p rule with the last item.
     void start(std::uint8_t rule) {
         rule_ = rule;

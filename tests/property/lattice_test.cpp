@@ -1,8 +1,8 @@
 // The lattice against the slow reference search, on random small worlds.
 #include "engine/lattice.hpp"
 
-#include "engine/all_paths.hpp"
-#include "engine/lattice_constraints.hpp"
+#include "engine/nbest/all_paths.hpp"
+#include "engine/exact/lattice_constraints.hpp"
 
 #include "base/sjis.hpp"
 #include "dic/conn_table.hpp"

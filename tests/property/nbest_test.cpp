@@ -1,6 +1,6 @@
 // The N-best search against the literal queue and against all paths, on random
 // small worlds.
-#include "engine/nbest.hpp"
+#include "engine/nbest/nbest.hpp"
 
 #include "engine/lattice.hpp"
 #include "support/random_world.hpp"

@@ -4,12 +4,13 @@
 #include "comment_file.hpp"
 #include "encoding_guess.hpp"
 #include "file_io.hpp"
+#include "index_file.hpp"
 #include "lexicon.hpp"
 #include "line_reader.hpp"
 #include "pipeline.hpp"
 
 #include "config/init_file.hpp"
-#include "engine/all_paths.hpp"
+#include "engine/nbest/all_paths.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -154,6 +155,7 @@ ExitStatus analyse(AnalyseOptions& options) {
 
     LineReader reader(options.files, options.flush == Flush::Line || isInteractive(options), options.output.encoding);
     InputReport const report = runPipeline(reader, prototype, options.output, options.threads, writeStandardOutput);
+    warnOfRefusedIndexes();
     warnOfInvalidBytes(report);
     warnOfLongLines(report);
     bool const sound = encodingHolds(report, options.output.encoding) && !reader.failed();

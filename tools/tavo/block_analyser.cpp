@@ -3,7 +3,7 @@
 #include "encoding_guess.hpp"
 
 #include "base/sjis.hpp"
-#include "engine/all_paths.hpp"
+#include "engine/nbest/all_paths.hpp"
 
 #include <cstring>
 #include <utility>

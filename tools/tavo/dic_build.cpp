@@ -2,6 +2,7 @@
 #include "dic_command.hpp"
 #include "encoding_guess.hpp"
 #include "file_io.hpp"
+#include "index_file.hpp"
 #include "lexicon.hpp"
 #include "like_word.hpp"
 #include "must_win.hpp"
@@ -194,6 +195,7 @@ ExitStatus buildDictionary(DicOptions const& options) {
     if (!file.stream()) throw fileError(options.output, errno != 0 ? errno : EIO);
     if (!compiled) throw ToolError(ExitStatus::Data, options.output + ": " + source.compiler().error());
     file.commit();
+    writeDicIndexes(options.connTable, {options.output});
     return judgeSentences(options, words);
 }
 

@@ -1,6 +1,7 @@
 // tavo dic check
 #include "dic_command.hpp"
 #include "file_io.hpp"
+#include "index_file.hpp"
 #include "lexicon.hpp"
 #include "out_buffer.hpp"
 
@@ -36,10 +37,18 @@ ExitStatus checkDictionary(DicOptions const& options) {
     if (options.connTable.empty()) return sound ? ExitStatus::Ok : ExitStatus::Data;
     sound = report(options.connTable, TAVO::checkConnTable(readFile(options.connTable))) && sound;
     if (!sound) return ExitStatus::Data;
-    if (TAVO::checkAdaptable(TAVO::ConnTable(false, options.connTable.c_str()), TAVO::Dic(true, options.input.c_str())))
-        return ExitStatus::Ok;
-    report(options.input, {"its parts of speech are not those of " + options.connTable});
-    return ExitStatus::Data;
+    if (!TAVO::checkAdaptable(TAVO::ConnTable(false, options.connTable.c_str()),
+                              TAVO::Dic(true, options.input.c_str()))) {
+        report(options.input, {"its parts of speech are not those of " + options.connTable});
+        return ExitStatus::Data;
+    }
+    for (std::string const& fault :
+         {faultOfConnIndex(options.connTable), faultOfIndex(options.connTable, options.input)}) {
+        if (fault.empty()) continue;
+        writeStandardOutput(fault + "\n");
+        sound = false;
+    }
+    return sound ? ExitStatus::Ok : ExitStatus::Data;
 }
 
 }  // namespace tool

@@ -1,8 +1,9 @@
-// tavo dic: build, dump, check.
+// tavo dic: build, dump, check, index.
 #include "dic_command.hpp"
 
 #include "command_line.hpp"
 #include "commands.hpp"
+#include "index_file.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -25,6 +26,12 @@ constexpr char kBuildFooter[] =
     "  tavo dic build user.csv --mecab -c ConnTable -o my.dic\n"
     "All faults of the source are reported at once, each with its line. Without any,\n"
     "the dictionary takes its place; else an older one there stays as it was.";
+
+ExitStatus indexDictionaries(DicOptions const& options) {
+    writeConnIndex(options.connTable);
+    writeDicIndexes(options.connTable, options.lexicon);
+    return ExitStatus::Ok;
+}
 
 }  // namespace
 
@@ -73,6 +80,13 @@ ExitStatus dicCommand(int argc, char** argv) {
     check->add_option("-c,--conn", options.connTable, "Connection table that it is used with: checked too")
         ->type_name("FILE");
     check->callback([&] { action = checkDictionary; });
+
+    CLI::App* const index = app.add_subcommand("index", "Writes the search indexes that start an analysis at once");
+    index->add_option("DIC", options.lexicon, "Dictionaries (default: none, the connection table alone)")->type_name("");
+    index->add_option("-c,--conn", options.connTable, "Connection table that they are used with")
+        ->required()
+        ->type_name("FILE");
+    index->callback([&] { action = indexDictionaries; });
 
     return parseAndRun(app, argc, argv, [&] { return action(options); });
 }

@@ -11,6 +11,9 @@
 #include "import_table.hpp"
 #include "import_unknown.hpp"
 #include "import_write.hpp"
+#include "index_file.hpp"
+
+#include "dic/index/index_pool.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -83,6 +86,14 @@ Tables buildTablesWithin(Lexicon& lexicon, FormIndex const& index, Shifts const&
     }
 }
 
+/// Of the connection table and the @p parts dictionaries in folder @p out.
+void writeIndexes(fs::path const& out, std::size_t parts) {
+    std::vector<std::string> dictionaries;
+    for (std::size_t part = 0; part < parts; ++part) dictionaries.push_back(out / dictionaryName(part));
+    tool::writeConnIndex(out / "ConnTable");
+    tool::writeDicIndexes(out / "ConnTable", dictionaries);
+}
+
 void writeLexicon(Options const& options, std::vector<std::string> const& lines,
                   std::vector<DictionaryPart> const& parts, std::string const& table, Tables const& tables,
                   Lexicon const& lexicon, std::string const& notice) {
@@ -100,10 +111,12 @@ void writeLexicon(Options const& options, std::vector<std::string> const& lines,
     }
     // What an earlier import left here would be taken for a part of this one.
     for (std::size_t part = parts.size(); fs::remove(out / dictionaryName(part)); ++part) {
+        fs::remove(TAVO::indexPath(out / dictionaryName(part)));
     }
     fs::remove(out / kNoticeName);
     if (!notice.empty()) writeFile(out / kNoticeName, notice);
     writeFile(out / "ConnTable", table);
+    writeIndexes(out, parts.size());
     writeFile(out / tool::kWordClassesName, tables.classes.text());
     writeFile(out / tool::kMecabFieldsName, lexicon.fields.text());
     writeFile(out / "reduce.rules", reduceRuleText(tables.names, lexicon.shortUnits));

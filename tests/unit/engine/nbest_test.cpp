@@ -1,5 +1,5 @@
 // Texts that tie everywhere: exact order without the 2^k partial paths.
-#include "engine/nbest.hpp"
+#include "engine/nbest/nbest.hpp"
 
 #include "engine/lattice.hpp"
 #include "support/random_world.hpp"

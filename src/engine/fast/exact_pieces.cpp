@@ -1,0 +1,130 @@
+#include "engine/fast/exact_pieces.hpp"
+
+#include "base/bytes.hpp"
+#include "dic/conn_table.hpp"
+#include "engine/special_records.hpp"
+
+#include <algorithm>
+
+namespace TAVO {
+
+using namespace CharacterFlag;
+
+void ExactPieces::begin(std::string_view text, std::size_t first, std::size_t end, ConnTable const& table,
+                        DicSet const& dics) {
+    text_ = text;
+    first_ = first;
+    end_ = end;
+    table_ = &table;
+    dics_ = &dics;
+    if (state_.pieces.empty()) return;
+    state_.pieces.clear();
+    pool_->clear();
+}
+
+ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
+    std::size_t begin = at;
+    std::size_t const blockBegin = std::max(first_, state_.layout.begin());
+    for (std::size_t end = at + 1;; ++end) {
+        if (end > last) end = end_;
+        if (end != end_ && !(isSeam(end) && check_.passesForUnknown(end, last))) continue;
+        for (;; --begin) {
+            if (begin != first_ && !isSeam(begin)) {
+                if (begin == blockBegin) return Result::kNoSeam;
+                continue;
+            }
+            if (!build(begin, end)) break;  // a word reaches over the end
+            if (begin == first_) {
+                state_.pieces.push_back({begin, end, {exact_->first(ConnTable::kBeginId)}});
+                return piece().starts.front() != nullptr ? Result::kWhole : Result::kImpossible;
+            }
+            state_.pieces.push_back({begin, end, {}});
+            if (setSums(begin)) return Result::kPiece;
+            state_.pieces.pop_back();
+            if (begin == blockBegin) return Result::kNoSeam;
+        }
+    }
+}
+
+/// True when no word that begins before @p place, at a character or inside one, ends behind it; but for words that begin
+/// inside one and go on with whole characters, which the exact search meets.
+bool ExactPieces::isSeam(std::size_t place) const noexcept {
+    unsigned const before = state_.text.flags(place - 1);
+    if ((before & (kHighByte | kHighTrail)) != 0) return false;
+    std::size_t const reach = std::min<std::size_t>(place - first_, DicIndex::kMostCharacters);
+    for (std::size_t from = place - reach; from != place; ++from)
+        if (crosses(from, place)) return false;
+    return true;
+}
+
+bool ExactPieces::crosses(std::size_t from, std::size_t place) const noexcept {
+    if ((state_.text.flags(from) & kBroken) != 0) return true;
+    for (std::size_t i = 0; i != state_.indexes.count(); ++i) {
+        CandidateList const list = state_.indexes.dic(i).list(state_.text.list(i, from));
+        if ((list.flags() & CandidateList::kBeyond) != 0) return true;
+        for (unsigned word = 0; word != list.count(); ++word)
+            if (from + list.lengths()[word] > place) return true;
+    }
+    return false;
+}
+
+/// Pieces that the new one takes in are gone with it.
+bool ExactPieces::build(std::size_t begin, std::size_t end) {
+    if (pool_ == nullptr) pool_ = std::make_unique<NodePool>(0);
+    exact_ = std::make_unique<ExactSearch>(*pool_, *table_, none_);
+    std::vector<ExactSearch::Follower> followers;
+    if (end != end_) {
+        std::vector<std::uint32_t> wordSums;
+        ties_.relativeWordSums(end, wordSums);
+        std::size_t const slot = state_.layout.firstSlot(end);
+        for (std::size_t i = 0; i != wordSums.size(); ++i) {
+            std::uint16_t const sum = state_.layout.sums()[slot + i];
+            followers.push_back({state_.layout.columns()[slot + i],
+                                 sum == CandidateLayout::kNoSum ? kNoPath : pathKey(sum, wordSums[i])});
+        }
+    }
+    return exact_->buildPiece(text_, {offset(begin), offset(end)}, followers, *dics_);
+}
+
+/// Takes the exact sums of the words at @p begin over. False when one that the fast search leaves out there could be
+/// chosen by a word before it.
+bool ExactPieces::setSums(std::size_t begin) {
+    CandidateLayout& layout = state_.layout;
+    ExactPiece& piece = state_.pieces.back();
+    std::vector<LatticeNode const*> nodes;
+    std::uint32_t least = 0xFFFFFFFF;
+    for (unsigned i = 0; i != layout.count(begin); ++i) {
+        nodes.push_back(nodeOf(begin, i));
+        if (nodes.back() != nullptr) least = std::min(least, nodes.back()->connSum);
+    }
+    std::uint16_t* const sums = layout.sums() + layout.firstSlot(begin);
+    for (std::size_t i = 0; i != nodes.size(); ++i)
+        sums[i] = nodes[i] == nullptr
+                      ? CandidateLayout::kNoSum
+                      : static_cast<std::uint16_t>(std::min<std::uint32_t>(nodes[i]->connSum - least,
+                                                                           CandidateLayout::kNoSum));
+    std::uint32_t const bound = check_.bound(begin);
+    if (bound == UnknownCheck::kNone) return false;
+    for (LatticeNode const& node : exact_->starts(offset(begin)))
+        if (std::find(nodes.begin(), nodes.end(), &node) == nodes.end() && node.record == kUnknownRecord.data() &&
+            node.connSum + state_.indexes.conn().unknownCost() <= least + bound)
+            return false;
+    piece.starts = std::move(nodes);
+    return true;
+}
+
+LatticeNode const* ExactPieces::nodeOf(std::size_t place, unsigned number) const {
+    Candidate const candidate = state_.candidate({place, number});
+    std::size_t const begin = offset(place);
+    std::size_t const length = offset(place + candidate.length) - begin;
+    unsigned char const* record = kUnknownRecord.data();
+    if (candidate.dic != Candidate::kUnknown)
+        record = state_.indexes.record(
+            candidate.dic, asBytes(text_.data()) + begin, length,
+            state_.indexes.dic(candidate.dic).list(candidate.list).rankInSurface(candidate.index));
+    for (LatticeNode const& node : exact_->starts(begin))
+        if (node.record == record && node.length == length) return &node;
+    return nullptr;
+}
+
+}  // namespace TAVO

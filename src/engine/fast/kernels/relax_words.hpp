@@ -1,0 +1,100 @@
+// The loop that every kernel runs, over eight lanes of its own.
+#ifndef TAVO_ENGINE_FAST_KERNELS_RELAX_WORDS_HPP
+#define TAVO_ENGINE_FAST_KERNELS_RELAX_WORDS_HPP
+
+#include "engine/fast/relaxation.hpp"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace TAVO {
+
+// A kernel's Eight has:
+//   Eight::after(matrixRow, columns, sums)  eight sums plus the costs of the row in these columns, kNoSum where a cost is 255;
+//   least(a, b)            the smaller sums of two;
+//   minimum()              the smallest sum;
+//   equal(value)           a bit for each of the eight lanes, the first one lowest, that is value;
+//   store(to)              the eight sums.
+// A forced inline keeps all of it in the function with the kernel's target.
+
+inline constexpr std::size_t kLanesOfKernel = 8;
+
+/// The best of more candidates than two vectors hold. A template, so that each kernel has one for its target.
+template <class Eight>
+[[gnu::noinline]] unsigned relaxMany(Relaxation const& block, std::size_t end, unsigned char const* row, std::uint16_t& least) {
+    std::size_t const first = block.firstSlots[end];
+    std::size_t const count = block.counts[end];
+    std::array<std::uint16_t, 256> sums;
+    least = Relaxation::kNoSum;
+    unsigned best = 0;
+    unsigned ties = 0;
+    for (std::size_t i = 0; i != count; ++i) {
+        unsigned const cost = row[block.columns[first + i]];
+        unsigned const sum = cost == 255 ? unsigned{Relaxation::kNoSum}
+                                         : std::min<unsigned>(Relaxation::kNoSum, block.sums[first + i] + cost);
+        sums[i] = static_cast<std::uint16_t>(sum);
+        if (sum < least) {
+            least = static_cast<std::uint16_t>(sum);
+            best = static_cast<unsigned>(i);
+            ties = 0;
+        } else if (sum == least) {
+            ++ties;
+        }
+    }
+    if (ties == 0 || least == Relaxation::kNoSum) return best;
+    return block.ties->breakTie(end, {sums.data(), count}, least);
+}
+
+/// A tie between the lanes of one or two vectors.
+template <class Eight>
+[[gnu::noinline, gnu::cold]] unsigned relaxTie(Relaxation const& block, std::size_t end, std::uint16_t const* sums,
+                                               std::uint16_t least) {
+    return block.ties->breakTie(end, {sums, block.counts[end]}, least);
+}
+
+template <class Eight>
+[[gnu::always_inline]] inline void relaxWords(Relaxation const& block, std::size_t begin, std::size_t end) {
+    Relaxation const b = block;  // so that no store is taken for a change of it
+    for (std::size_t word = end; word-- > begin;) {
+        std::size_t const place = b.ends[word];
+        std::size_t const first = b.firstSlots[place];
+        std::size_t const count = b.counts[place];
+        unsigned char const* const row = b.matrix + b.rows[word] * b.stride;
+        Eight const low = Eight::after(row, b.columns + first, b.sums + first);
+        unsigned least, best;
+        if (count <= kLanesOfKernel) [[likely]] {
+            least = low.minimum();
+            unsigned const equal = low.equal(least);
+            best = static_cast<unsigned>(std::countr_zero(equal));
+            if ((equal & (equal - 1)) != 0 && least != Relaxation::kNoSum) [[unlikely]] {
+                alignas(16) std::array<std::uint16_t, 8> sums;
+                low.store(sums.data());
+                best = relaxTie<Eight>(block, place, sums.data(), static_cast<std::uint16_t>(least));
+            }
+        } else if (count <= 2 * kLanesOfKernel) {
+            Eight const high = Eight::after(row, b.columns + first + 8, b.sums + first + 8);
+            least = Eight::least(low, high).minimum();
+            unsigned const equal = low.equal(least) | high.equal(least) << 8;
+            best = static_cast<unsigned>(std::countr_zero(equal));
+            if ((equal & (equal - 1)) != 0 && least != Relaxation::kNoSum) [[unlikely]] {
+                alignas(16) std::array<std::uint16_t, 16> sums;
+                low.store(sums.data());
+                high.store(sums.data() + 8);
+                best = relaxTie<Eight>(block, place, sums.data(), static_cast<std::uint16_t>(least));
+            }
+        } else {
+            std::uint16_t sum;
+            best = relaxMany<Eight>(block, place, row, sum);
+            least = sum;
+        }
+        b.sums[b.slots[word]] = static_cast<std::uint16_t>(least);
+        b.next[word] = static_cast<std::uint8_t>(best);
+    }
+}
+
+}  // namespace TAVO
+
+#endif

@@ -1,0 +1,73 @@
+// What the stages of the fast search share about the sentences at work.
+#ifndef TAVO_ENGINE_FAST_SEARCH_STATE_HPP
+#define TAVO_ENGINE_FAST_SEARCH_STATE_HPP
+
+#include "engine/fast/candidate_layout.hpp"
+#include "engine/fast/search_indexes.hpp"
+#include "engine/fast/text_places.hpp"
+#include "engine/lattice_node.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace TAVO {
+
+/// The places [begin, end) of a sentence that the exact search went through.
+struct ExactPiece {
+    std::size_t begin, end;
+    /// By candidate at begin: the node of its word, null for none; at the beginning of a sentence one alone, the first
+    /// node of the best path.
+    std::vector<LatticeNode const*> starts;
+};
+
+/// A candidate at a place.
+struct PlacedCandidate {
+    std::size_t place;
+    unsigned number;
+
+    bool operator==(PlacedCandidate const&) const = default;
+};
+
+struct SearchState {
+    SearchIndexes indexes;
+    TextPlaces text;
+    ChosenPlaces chosen;
+    CandidateLayout layout;
+    std::vector<ExactPiece> pieces;  ///< of the sentence at work
+
+    Candidate candidate(PlacedCandidate at) const noexcept {
+        return CandidateLayout::candidate(text, indexes, chosen, at.place, at.number);
+    }
+    /// Length, column, dictionary and place in a list of @p at, from the block's arrays where it is in the block: a path
+    /// has many words, and their lists are far away by then.
+    Candidate word(PlacedCandidate at) const noexcept {
+        if (indexes.count() != 1 || !layout.covers(at.place) ||
+            (text.flags(at.place) & CharacterFlag::kUnknown) != 0) [[unlikely]]
+            return candidate(at);
+        return {text.list(0, at.place),
+                static_cast<std::uint8_t>(at.number),
+                0,
+                static_cast<std::uint8_t>(layout.lengthOf(at.place, at.number, chosen)),
+                0,
+                layout.columns()[layout.firstSlot(at.place) + at.number],
+                0};
+    }
+    /// What @p at, which is @p candidate, chose.
+    PlacedCandidate following(PlacedCandidate at, Candidate const& candidate) const noexcept {
+        return {at.place + candidate.length, chosen.next[chosen.firstWord[at.place] + at.number]};
+    }
+    /// The piece that begins at @p place; null for none.
+    ExactPiece const* pieceAt(std::size_t place) const noexcept {
+        for (ExactPiece const& piece : pieces)
+            if (piece.begin == place) return &piece;
+        return nullptr;
+    }
+    /// The step from @p at to the next candidate that is known by its number: over a word, or over an exact piece.
+    /// Adds the word costs on the way to @p wordSum.
+    PlacedCandidate step(PlacedCandidate at, std::int64_t& wordSum) const noexcept;
+};
+
+}  // namespace TAVO
+
+#endif

@@ -1,0 +1,113 @@
+#include "engine/fast/unknown_check.hpp"
+
+#include "base/bytes.hpp"
+#include "dic/dic_set.hpp"
+
+#include <algorithm>
+
+namespace TAVO {
+
+using namespace CharacterFlag;
+
+bool UnknownCheck::passesLook(std::size_t p, std::size_t last) const {
+    std::uint32_t const leftOut = lowLeftOut(p, last);
+    if (leftOut >= kNone) return true;
+    // Costs of bounded columns are U at most.
+    if (layout_.isBounded(p) && low(p) < CandidateLayout::kNoSum && low(p) < unknownCost_ + leftOut) return true;
+    return bound(p) < 2 * unknownCost_ + leftOut;
+}
+
+bool UnknownCheck::passesForUnknown(std::size_t p, std::size_t last) const {
+    ConnIndex const& conn = state_.indexes.conn();
+    std::size_t const first = layout_.firstSlot(p);
+    std::uint32_t least = kNone;
+    for (std::size_t slot = first; slot != first + layout_.count(p); ++slot)
+        if (conn.isOpenToUnknown(layout_.columns()[slot]) && layout_.sums()[slot] != CandidateLayout::kNoSum)
+            least = std::min<std::uint32_t>(least, layout_.sums()[slot]);
+    return least < unknownCost_ + lowLeftOut(p, last);
+}
+
+std::uint32_t UnknownCheck::bound(std::size_t p) const noexcept {
+    ConnIndex const& conn = state_.indexes.conn();
+    std::size_t const first = layout_.firstSlot(p);
+    std::uint32_t least = kNone;
+    for (std::size_t slot = first; slot != first + layout_.count(p); ++slot) {
+        std::uint32_t const most = conn.columnMost(layout_.columns()[slot]);
+        std::uint32_t const sum = layout_.sums()[slot];
+        if (most != ConnIndex::kUnbounded && sum != CandidateLayout::kNoSum) least = std::min(least, sum + most);
+    }
+    return least;
+}
+
+/// True when in some surface the trail byte of @p p may stand, as a character, before the character behind @p p.
+bool UnknownCheck::mayContinue(std::size_t p) const noexcept {
+    auto const byte = static_cast<unsigned char>(text_.code(p) & 0xFF);
+    for (std::size_t i = 0; i != state_.indexes.count(); ++i)
+        if (state_.indexes.dic(i).mayStandBefore(byte, text_.code(p + 1))) return true;
+    return false;
+}
+
+/// A lower bound of L(q) at the places q at which what is left out at @p p comes back to known words; kNone where
+/// nothing is left out.
+std::uint32_t UnknownCheck::lowLeftOut(std::size_t p, std::size_t last) const {
+    unsigned const flags = text_.flags(p);
+    if (text_.isEnd(p)) return kNone;
+    std::uint32_t least = (flags & kUnknown) != 0 ? kNone : low(p + 1);
+    if ((flags & kDouble) != 0) return std::min(least, lowInside(p, last));
+    if ((flags & kHighByte) == 0 || text_.isEnd(p + 1)) return least;
+    // An unknown word of two bytes takes in the next character or its first byte.
+    if (p + 2 > last) return 0;
+    if ((text_.flags(p + 1) & kDouble) != 0) return std::min(least, lowInside(p + 1, last));
+    std::uint32_t const behind = bound(p + 2);
+    std::uint32_t const leaving = text_.isEnd(p + 2) ? kNone : behind - std::min(behind, unknownCost_);
+    return std::min({least, low(p + 2), leaving});
+}
+
+/// The same for what starts at the trail byte of @p p: the chain of words of one and two bytes that stay inside
+/// characters, each of which may also come back at the end of the character that it has come to.
+std::uint32_t UnknownCheck::lowInside(std::size_t p, std::size_t last) const {
+    std::uint32_t least = kNone;
+    for (std::size_t q = p;; ++q) {
+        if (q + 2 > last && !text_.isEnd(q + 1)) return 0;
+        std::uint32_t const toKnown = (text_.flags(q) & kTrailSurface) != 0 ? 0 : unknownCost_;
+        if (!mayBeTrail(text_.code(q) & 0xFFU) && state_.indexes.leavesUntwinned()) return 0;
+        least = std::min(least, low(q + 1) + toKnown);
+        if (text_.isEnd(q + 1)) return least;
+        if ((text_.flags(q) & kTrailContinues) != 0 && mayContinue(q))
+            for (std::size_t from = p; from <= q; ++from) least = std::min(least, lowOfWordsInside(from, last));
+        if ((text_.flags(q) & kHighTrail) == 0) return least;
+        bool const isPair = mayPair(q);
+        if ((text_.flags(q + 1) & kDouble) == 0) {
+            // The pair ends with the next character, behind which a surface may go on.
+            if (isPair && state_.indexes.leavesUntwinned()) return 0;
+            if (isPair)
+                for (std::size_t from = p; from <= q; ++from) least = std::min(least, lowOfWordsInside(from, last));
+            return std::min(least, low(q + 2));
+        }
+        if (!isPair) {
+            // Only an unknown word goes on, for U, to where by 1 nothing has A(q + 1) - U or less.
+            std::uint32_t const behind = bound(q + 1);
+            return std::min(least, behind - std::min(behind, unknownCost_));
+        }
+    }
+}
+
+/// L at the ends of the dictionaries' words that start at the trail byte of @p p, where these are between characters.
+[[gnu::cold]] std::uint32_t UnknownCheck::lowOfWordsInside(std::size_t p, std::size_t last) const {
+    std::uint32_t const begin = text_.offset(p) + 1;
+    std::uint32_t least = kNone;
+    for (DicEntry const& entry : dics_->entries())
+        entry.dic->trie()->prefixSearch(asBytes(sentence_.data()) + begin, sentence_.size() - begin,
+                                        [&](std::size_t length, RecordChain) {
+                                            std::size_t q = p + 1;
+                                            while (q <= last && text_.offset(q) < begin + length) ++q;
+                                            if (q > last)
+                                                least = 0;
+                                            else if (text_.offset(q) == begin + length)
+                                                least = std::min(least, state_.indexes.leavesUntwinned() ? 0 : low(q));
+                                            return least != 0;
+                                        });
+    return least;
+}
+
+}  // namespace TAVO

@@ -1,0 +1,92 @@
+// The proof that the unknown words which the fast search leaves out are on no best path.
+#ifndef TAVO_ENGINE_FAST_UNKNOWN_CHECK_HPP
+#define TAVO_ENGINE_FAST_UNKNOWN_CHECK_HPP
+
+#include "engine/fast/search_state.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace TAVO {
+
+class DicSet;
+
+/// The fast search makes an unknown word only of a character that is no surface with a bounded word. It leaves out all
+/// other unknown words and, with them, every word that begins inside a character, since only an unknown word ends
+/// there. A place passes when no word but an unknown one that ends there would choose one of these.
+///
+/// Let U be what an unknown word costs after every word and before every word that it may stand before; S(w) the least
+/// sum from a word w that starts at a place p to the end of the sentence; L(p) the least S there; A(p) the least S(w) +
+/// (largest cost of w's column), over words w of bounded columns: whatever ends at p gets A(p) or less.
+///
+/// 1. A word x that is left out at p is chosen by nobody when U + S(x) > A(p), as each word pays U before it.
+/// 2. Going from the end of the sentence to its beginning, let 1 hold behind p. Then an unknown word that ends at q has
+///    at least min(U + L(q), A(q) + 1): it chooses a known word for U, or one that is left out for more than A(q) - U.
+/// 3. Each place has a bounded word w of one character, and A(p) <= (largest cost of w's column) + A(q) <= U + A(q), q
+///    being the place behind p. So of 2 only U + L(q) matters, and 1 holds at p when A(p) < 2U + L(q) for each q at
+///    which a chain of words that are left out may come back to known ones.
+/// 4. A safe character has a word with (largest cost of its column) + (largest of its row) < 2U, which is A(p) < 2U +
+///    L(q) for the place q behind it. Words inside such a character matter only where they lead farther.
+///
+/// Example: U = 254. あ (of 82 A0) is a word, A(p) is 300 and L(q) is 120: an unknown word in its place would cost the
+/// word before it 254 + 254 + 120 = 628 or more, which is above 300.
+class UnknownCheck {
+public:
+    UnknownCheck(SearchState const& state) : state_(state), text_(state.text), layout_(state.layout) {}
+
+    /// The sentence at work and its dictionaries.
+    void begin(std::string_view sentence, DicSet const& dics) noexcept {
+        sentence_ = sentence;
+        dics_ = &dics;
+        unknownCost_ = state_.indexes.conn().unknownCost();
+    }
+    /// True when place @p p passes. Sums of places up to @p last are known.
+    bool passes(std::size_t p, std::size_t last) const { return !needsLook(p) || passesLook(p, last); }
+    /// True when an unknown word that ends at @p p would choose a known word as well.
+    bool passesForUnknown(std::size_t p, std::size_t last) const;
+    /// A(p), kNone where no word is bounded.
+    std::uint32_t bound(std::size_t p) const noexcept;
+    static constexpr std::uint32_t kNone = 0x100000;
+
+private:
+    std::uint32_t low(std::size_t p) const noexcept { return layout_.leastSum(p); }
+    bool passesLook(std::size_t p, std::size_t last) const;
+    bool needsLook(std::size_t p) const noexcept;
+    bool mayPair(std::size_t p) const noexcept;
+    bool mayContinue(std::size_t p) const noexcept;
+    std::uint32_t lowLeftOut(std::size_t p, std::size_t last) const;
+    std::uint32_t lowInside(std::size_t p, std::size_t last) const;
+    std::uint32_t lowOfWordsInside(std::size_t p, std::size_t last) const;
+
+    SearchState const& state_;
+    TextPlaces const& text_;
+    CandidateLayout const& layout_;
+    std::string_view sentence_;
+    DicSet const* dics_ = nullptr;
+    std::uint32_t unknownCost_ = 0;
+};
+
+/// A safe character of two bytes needs a look only where words inside it may lead beyond its end.
+inline bool UnknownCheck::needsLook(std::size_t p) const noexcept {
+    using namespace CharacterFlag;
+    unsigned const flags = text_.flags(p);
+    if ((flags & (kSafe | kDouble)) != (kSafe | kDouble)) return true;
+    unsigned const behind = text_.flags(p + 1);
+    if ((behind & kEnd) != 0) return false;
+    if ((flags & kHighTrail) != 0 && (mayPair(p) || (behind & (kDouble | kSafe)) == 0)) return true;
+    return (flags & kTrailContinues) != 0 && mayContinue(p);
+}
+
+/// True when the trail byte of @p p and the first byte behind it are a character of some surface.
+inline bool UnknownCheck::mayPair(std::size_t p) const noexcept {
+    unsigned const next = text_.code(p + 1);
+    auto const pair = static_cast<CharacterCode>((text_.code(p) & 0xFFU) << 8 | (next > 0xFF ? next >> 8 : next));
+    for (std::size_t i = 0; i != state_.indexes.count(); ++i)
+        if (state_.indexes.dic(i).hasPair(pair)) return true;
+    return false;
+}
+
+}  // namespace TAVO
+
+#endif
