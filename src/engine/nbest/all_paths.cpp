@@ -83,13 +83,15 @@ private:
                  Follower const& follower) {
         if (follower.key == kNoPath) return;
         PathKey const key = follower.key + wordCost;
-        paths_.keys_.push_back(key);
-        paths_.edgesOf_.push_back(follower.list);
+        std::uint16_t const column = table_.column(id);
+        paths_.keys_.push(key);
+        paths_.edgesOf_.push(follower.list);
+        paths_.columns_.push(column);
         LatticeNode& node = pool_.make();
         node.record = record;
         node.next = follower.node;
         node.length = length;
-        node.column = table_.column(id);
+        node.column = column;
         node.flags = pool_.position().size() == 1 ? LatticeNode::kFirstAtPosition : std::uint16_t{0};
         node.wordSum = wordSumOf(key);
         node.connSum = connSumOf(key);
@@ -105,6 +107,7 @@ private:
 void AllPaths::clear() noexcept {
     keys_.clear();
     edgesOf_.clear();
+    columns_.clear();
     lists_.clear();
     costs_.clear();
 }
@@ -153,19 +156,24 @@ std::uint32_t AllPaths::edgesAfter(std::size_t end, std::uint16_t id, ConnTable 
 std::uint32_t AllPaths::makeList(Starts const& starts, std::uint32_t row, ConnTable const& table) {
     if (lists_.size() >= kNone - 1) throw std::bad_alloc();
     EdgeList list{kNoPath, costs_.size(), starts.firstNode, starts.nodeCount, kNone, row, starts.lists};
-    unsigned char const* const costs = table.rowStart(row);
+    costs_.resizeForOverwrite(list.firstCost + list.nodeCount);
+    unsigned char const* const costOf = table.rowStart(row);
+    std::uint8_t* const costs = costs_.end() - list.nodeCount;
+    std::uint16_t const* const columns = columns_.begin() + list.firstNode;
+    PathKey const* const keys = keys_.begin() + list.firstNode;
     for (std::uint32_t i = 0; i < list.nodeCount; ++i) {
-        std::uint8_t const cost = LatticeConstraints::connection(costs[starts.nodes[i].column], starts.forced);
-        costs_.push_back(cost);
+        std::uint8_t cost = costOf[columns[i]];
+        if (starts.forced) cost = LatticeConstraints::connection(cost, true);
+        costs[i] = cost;
         if (cost == ConnTable::kForbidden) continue;
         // Only a smaller key replaces the kept one: among complete ties the word
         // made first stays.
-        PathKey const key = keys_[list.firstNode + i] + pathKey(cost, 0);
+        PathKey const key = keys[i] + pathKey(cost, 0);
         if (key >= list.bestKey) continue;
         list.bestKey = key;
         list.bestNode = list.firstNode + i;
     }
-    lists_.push_back(list);
+    lists_.push(list);
     return static_cast<std::uint32_t>(lists_.size() - 1);
 }
 

@@ -3,6 +3,7 @@
 #ifndef TAVO_ENGINE_NBEST_ALL_PATHS_HPP
 #define TAVO_ENGINE_NBEST_ALL_PATHS_HPP
 
+#include "base/raw_buffer.hpp"
 #include "dic/conn_table.hpp"
 #include "engine/node_pool.hpp"
 #include "engine/path_key.hpp"
@@ -100,10 +101,12 @@ private:
     std::uint32_t edgesAfter(std::size_t end, std::uint16_t id, ConnTable const& table);
     std::uint32_t makeList(Starts const& starts, std::uint32_t row, ConnTable const& table);
 
-    std::vector<PathKey> keys_;           // by node
-    std::vector<std::uint32_t> edgesOf_;  // by node
-    std::vector<EdgeList> lists_;
-    std::vector<std::uint8_t> costs_;
+    // By node.
+    RawBuffer<PathKey> keys_;
+    RawBuffer<std::uint32_t> edgesOf_;
+    RawBuffer<std::uint16_t> columns_;  // of the connection matrix
+    RawBuffer<EdgeList> lists_;
+    RawBuffer<std::uint8_t> costs_;
     std::vector<Starts> starts_;  // by position of the sentence at work
 };
 

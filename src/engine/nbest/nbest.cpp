@@ -35,7 +35,7 @@ void NBest::search() {
 void NBest::takeKey(PathKey key, Round round) {
     for (Round next; !round.empty(); round.swap(next), next.clear()) {
         if (round.size() >= missing()) {
-            TiedPaths tied(lattice_, firstList_, startList_, tree_);
+            TiedPaths tied(lattice_, firstList_, tree_);
             tied.find(round, missing(), [&](std::uint32_t step) { found_.push_back({step, key}); });
             return;
         }

@@ -5,20 +5,42 @@
 
 namespace TAVO {
 
-TiedPaths::TiedPaths(AllPaths const& lattice, std::uint32_t firstList, std::uint32_t lastList, PathTree& tree)
-    : lattice_(lattice), firstList_(firstList), tree_(tree) {
-    words_.reserve(lastList - firstList + std::size_t{1});
-    // A list's words have lists made before it.
-    for (std::uint32_t index = firstList; index <= lastList; ++index) {
-        EdgeList const& list = lattice_.list(index);
+template <class Visit>
+void TiedPaths::eachTight(EdgeList const& list, Visit&& visit) const {
+    lattice_.eachEdge(list, [&](std::uint32_t node, PathKey edgeKey) {
+        if (edgeKey == list.bestKey) visit(node);
+    });
+}
+
+void TiedPaths::countWords(std::vector<PathTree::Step> const& starts) {
+    // A list's words have lists made before it: first all lists that are needed,
+    // from the last one back, then their counts in the other direction.
+    words_.clear();
+    auto const need = [&](std::uint32_t node) {
+        std::uint32_t const list = lattice_.edgesOf(node);
+        if (list != AllPaths::kNone) words_[list - firstList_].most = 1;
+    };
+    std::uint32_t end = firstList_;
+    for (PathTree::Step const& start : starts) {
+        std::uint32_t const list = lattice_.edgesOf(start.node);
+        if (list != AllPaths::kNone) end = std::max(end, list + 1);
+    }
+    words_.resize(end - firstList_);
+    for (PathTree::Step const& start : starts) need(start.node);
+    std::vector<std::uint32_t> needed;
+    for (std::uint32_t i = end - firstList_; i-- != 0;) {
+        if (words_[i].most == 0) continue;
+        needed.push_back(i);
+        eachTight(lattice_.list(firstList_ + i), need);
+    }
+    for (; !needed.empty(); needed.pop_back()) {
         Words words{std::numeric_limits<std::uint32_t>::max(), 0};
-        lattice_.eachEdge(list, [&](std::uint32_t node, PathKey edgeKey) {
-            if (edgeKey != list.bestKey) return;
+        eachTight(lattice_.list(firstList_ + needed.back()), [&](std::uint32_t node) {
             Words const after = behind(node);
             words.fewest = std::min(words.fewest, after.fewest + 1);
             words.most = std::max(words.most, after.most + 1);
         });
-        words_.push_back(words);
+        words_[needed.back()] = words;
     }
 }
 
@@ -26,6 +48,7 @@ void TiedPaths::find(std::vector<PathTree::Step> const& starts, std::size_t coun
                      std::function<void(std::uint32_t)> const& found) {
     count_ = count;
     found_ = &found;
+    countWords(starts);
     std::vector<PathTree::Step> open = starts;
     std::uint32_t words = std::numeric_limits<std::uint32_t>::max();
     for (PathTree::Step const& start : open) words = std::min(words, behind(start.node).fewest);

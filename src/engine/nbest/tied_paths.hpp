@@ -18,9 +18,10 @@ namespace TAVO {
 /// memory grows with the paths found.
 class TiedPaths {
 public:
-    /// The lists of the sentence at work are those from @p firstList to
-    /// @p lastList. New steps are added to @p tree.
-    TiedPaths(AllPaths const& lattice, std::uint32_t firstList, std::uint32_t lastList, PathTree& tree);
+    /// The lists of the sentence at work are those from @p firstList on. New steps
+    /// are added to @p tree.
+    TiedPaths(AllPaths const& lattice, std::uint32_t firstList, PathTree& tree)
+        : lattice_(lattice), firstList_(firstList), tree_(tree) {}
 
     /// Completes the paths of @p starts and calls found(last step) for the first
     /// @p count complete ones: those with fewer words behind their start first,
@@ -32,8 +33,8 @@ public:
 private:
     /// The number of words behind a place; there may be gaps in between.
     struct Words {
-        std::uint32_t fewest;
-        std::uint32_t most;
+        std::uint32_t fewest = 0;
+        std::uint32_t most = 0;  // 0: not needed, since no start leads there
     };
     /// A place on the way down: the next edge to try, and how many words are
     /// still to come.
@@ -45,6 +46,9 @@ private:
         std::size_t countBefore;  // results missing when it was entered
     };
 
+    void countWords(std::vector<PathTree::Step> const& starts);
+    template <class Visit>
+    void eachTight(EdgeList const& list, Visit&& visit) const;
     Words behind(std::uint32_t node) const noexcept;
     bool mayEnd(std::uint32_t node, std::uint32_t words) const;
     bool isTight(EdgeList const& list, std::uint32_t edge) const noexcept;
