@@ -6,6 +6,7 @@
 
 #include "config/pos_name.hpp"
 
+#include <cstdint>
 #include <filesystem>
 #include <utility>
 
@@ -24,7 +25,9 @@ public:
           encoding_(options.encoding),
           eos_(options.eos.value_or("EOS\n")),
           missing_(csvField(options.nullString.value_or("*"))),
-          rows_(analyser.getPidMax() + std::size_t{1}) {
+          rows_(analyser.getPidMax() + std::size_t{1}),
+          recordsStay_(analyser.getTaggedInputMode() != 1 && *analyser.getCommentRulePath() == '\0') {
+        if (recordsStay_) written_.resize(kWritten);
         auto const folder = std::filesystem::path(analyser.getConnTablePath()).parent_path();
         if (!fields_.read((folder / kMecabFieldsName).string())) fields_ = fieldsOfNames();
         withoutAnalysis_.tail = joined({}, fields_.unknownCount) + "\n";
@@ -57,8 +60,40 @@ private:
     }
     std::string displayName(unsigned short pid) const { return sjisToUtf8(analyser_.getDisplayPartOfSP(pid)); }
 
+    /// The line of a word, which most words of a text have had before, and those of other analyses nearly all.
+    struct Written {
+        unsigned char const* record = nullptr;
+        std::size_t wordBytes = 0;
+        std::string line;  // begins with the word
+    };
+    static constexpr std::size_t kWritten = 4096;
+
+    /// Where the line of @p word stands or is to be kept; null when more than the record tells its fields.
+    Written* placeOf(std::string_view word, Token const& token) {
+        if (!recordsStay_ || token.morpheme == nullptr || TAVO::MrphAccess::cover(*token.morpheme) != nullptr)
+            return nullptr;
+        auto const address = reinterpret_cast<std::uintptr_t>(TAVO::MrphAccess::record(*token.morpheme));
+        // Unknown words have one record: their last byte tells some apart.
+        return &written_[(address / 4 + static_cast<unsigned char>(word.back()) * std::size_t{61}) % kWritten];
+    }
+
     void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
         std::string_view const word = text.slice(token.begin, token.end);
+        Written* const place = placeOf(word, token);
+        if (place == nullptr) return writeLine(word, text, token, out);
+        unsigned char const* const record = TAVO::MrphAccess::record(*token.morpheme);
+        if (place->record != record || place->wordBytes != word.size() || !place->line.starts_with(word)) {
+            std::size_t const start = out.size();
+            writeLine(word, text, token, out);
+            place->line = out.view().substr(start);
+            place->record = place->line.empty() ? nullptr : record;  // blanks have no line
+            place->wordBytes = word.size();
+            return;
+        }
+        out.append(place->line);
+    }
+
+    void writeLine(std::string_view word, LineText const& text, Token const& token, OutBuffer& out) {
         if (word.find_first_not_of(kBlanks) == std::string_view::npos) return;
         out.append(word);
         out.append('\t');
@@ -138,6 +173,8 @@ private:
     MecabFields fields_;
     std::vector<Row> rows_;  // by part-of-speech id
     Row withoutAnalysis_;
+    bool recordsStay_;              // no record is made for one text and freed with it
+    std::vector<Written> written_;  // by record; a later word takes the place
     std::vector<TAVO::Mrph> morphemes_;
 };
 
