@@ -155,25 +155,30 @@ std::uint32_t AllPaths::edgesAfter(std::size_t end, std::uint16_t id, ConnTable 
 
 std::uint32_t AllPaths::makeList(Starts const& starts, std::uint32_t row, ConnTable const& table) {
     if (lists_.size() >= kNone - 1) throw std::bad_alloc();
-    EdgeList list{kNoPath, costs_.size(), starts.firstNode, starts.nodeCount, kNone, row, starts.lists};
-    costs_.resizeForOverwrite(list.firstCost + list.nodeCount);
+    std::size_t const firstCost = costs_.size();
+    std::uint32_t const count = starts.nodeCount;
+    costs_.resizeForOverwrite(firstCost + count);
+    std::uint8_t* const costs = costs_.begin() + firstCost;
+    std::uint16_t const* const columns = columns_.begin() + starts.firstNode;
+    PathKey const* const keys = keys_.begin() + starts.firstNode;
     unsigned char const* const costOf = table.rowStart(row);
-    std::uint8_t* const costs = costs_.end() - list.nodeCount;
-    std::uint16_t const* const columns = columns_.begin() + list.firstNode;
-    PathKey const* const keys = keys_.begin() + list.firstNode;
-    for (std::uint32_t i = 0; i < list.nodeCount; ++i) {
-        std::uint8_t cost = costOf[columns[i]];
-        if (starts.forced) cost = LatticeConstraints::connection(cost, true);
+    bool const forced = starts.forced;
+    PathKey bestKey = kNoPath;
+    std::uint32_t best = 0;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        std::uint8_t const cost = LatticeConstraints::connection(costOf[columns[i]], forced);
         costs[i] = cost;
         if (cost == ConnTable::kForbidden) continue;
         // Only a smaller key replaces the kept one: among complete ties the word
         // made first stays.
         PathKey const key = keys[i] + pathKey(cost, 0);
-        if (key >= list.bestKey) continue;
-        list.bestKey = key;
-        list.bestNode = list.firstNode + i;
+        if (key >= bestKey) continue;
+        bestKey = key;
+        best = i;
     }
-    lists_.push(list);
+    lists_.extend() = {
+        bestKey, firstCost,   starts.firstNode, count, bestKey == kNoPath ? kNone : starts.firstNode + best,
+        row,     starts.lists};
     return static_cast<std::uint32_t>(lists_.size() - 1);
 }
 

@@ -18,53 +18,53 @@ NBest::NBest(AllPaths const& lattice, Sentence const& sentence, std::size_t coun
 
 void NBest::search() {
     PathKey key = lattice_.list(startList_).bestKey;
-    Round round;
     wanted_ = count_;
-    extend(PathTree::kRoot, startList_, key, round);
-    takeKey(key, std::move(round));
+    extend(PathTree::kRoot, startList_, key);
+    round_.swap(next_);
+    takeKey(key);
     while (missing() != 0 && !waiting_.empty()) {
         auto const first = waiting_.begin();
         key = first->first;
-        round = std::move(first->second);
-        waitingCount_ -= round.size();
-        waiting_.erase(first);
-        takeKey(key, std::move(round));
+        round_.swap(first->second);
+        waitingCount_ -= round_.size();
+        leave(first);
+        takeKey(key);
     }
 }
 
-void NBest::takeKey(PathKey key, Round round) {
-    for (Round next; !round.empty(); round.swap(next), next.clear()) {
-        if (round.size() >= missing()) {
+void NBest::takeKey(PathKey key) {
+    for (next_.clear(); !round_.empty(); round_.swap(next_), next_.clear()) {
+        if (round_.size() >= missing()) {
             TiedPaths tied(lattice_, firstList_, tree_);
-            tied.find(round, missing(), [&](std::uint32_t step) { found_.push_back({step, key}); });
+            tied.find(round_, missing(), [&](std::uint32_t step) { found_.push_back({step, key}); });
             return;
         }
-        wanted_ = missing() - round.size();
+        wanted_ = missing() - round_.size();
         dropNeedless();
-        for (PathTree::Step const path : round) {
+        for (PathTree::Step const path : round_) {
             std::uint32_t const step = tree_.add(path);
             std::uint32_t const list = lattice_.edgesOf(path.node);
             if (list == AllPaths::kNone) {
                 found_.push_back({step, key});
             } else {
-                extend(step, list, key, next);
+                extend(step, list, key);
             }
         }
     }
 }
 
-void NBest::extend(std::uint32_t step, std::uint32_t index, PathKey key, Round& next) {
+void NBest::extend(std::uint32_t step, std::uint32_t index, PathKey key) {
     EdgeList const& list = lattice_.list(index);
     Excess const& excess = excessOf(index);
     bool const othersNeeded = excess.smallest < limit_ - key;
     if (excess.tight == 1 && !othersNeeded) {
-        next.push_back({list.bestNode, step});
+        next_.push_back({list.bestNode, step});
         return;
     }
     lattice_.eachEdge(list, [&](std::uint32_t node, PathKey edgeKey) {
         PathKey const more = edgeKey - list.bestKey;
         if (more == 0) {
-            next.push_back({node, step});
+            next_.push_back({node, step});
         } else if (othersNeeded) {
             wait(key + more, {node, step});
         }
@@ -73,9 +73,24 @@ void NBest::extend(std::uint32_t step, std::uint32_t index, PathKey key, Round& 
 
 void NBest::wait(PathKey key, PathTree::Step path) {
     if (key >= limit_) return;
-    waiting_[key].push_back(path);
+    auto paths = waiting_.lower_bound(key);
+    if (paths == waiting_.end() || paths->first != key) {
+        if (unused_.empty()) {
+            paths = waiting_.try_emplace(paths, key);
+        } else {
+            unused_.back().key() = key;
+            paths = waiting_.insert(paths, std::move(unused_.back()));
+            unused_.pop_back();
+        }
+    }
+    paths->second.push_back(path);
     ++waitingCount_;
     dropNeedless();
+}
+
+void NBest::leave(Waiting::iterator paths) {
+    unused_.push_back(waiting_.extract(paths));
+    unused_.back().mapped().clear();
 }
 
 void NBest::dropNeedless() {
@@ -84,7 +99,7 @@ void NBest::dropNeedless() {
         if (waitingCount_ - last->second.size() < wanted_) return;
         waitingCount_ -= last->second.size();
         limit_ = last->first;
-        waiting_.erase(last);
+        leave(last);
     }
 }
 

@@ -58,11 +58,13 @@ private:
         std::uint32_t tight = 0;
     };
     using Round = std::vector<PathTree::Step>;
+    using Waiting = std::map<PathKey, Round>;
 
     void search();
-    void takeKey(PathKey key, Round round);
-    void extend(std::uint32_t step, std::uint32_t list, PathKey key, Round& next);
+    void takeKey(PathKey key);
+    void extend(std::uint32_t step, std::uint32_t list, PathKey key);
     void wait(PathKey key, PathTree::Step path);
+    void leave(Waiting::iterator paths);
     void dropNeedless();
     Excess const& excessOf(std::uint32_t list);
     std::size_t missing() const noexcept { return count_ - found_.size(); }
@@ -74,7 +76,9 @@ private:
     std::vector<Excess> excess_;  // by list of the sentence
     PathTree tree_;               // the paths taken out
     std::vector<Found> found_;
-    std::map<PathKey, Round> waiting_;  // by key, in the order of arrival
+    Round round_, next_;                      // of the key at work
+    Waiting waiting_;                         // by key, in the order of arrival
+    std::vector<Waiting::node_type> unused_;  // memory of those that left
     std::size_t waitingCount_ = 0;
     std::size_t wanted_ = 0;   // results that may come from waiting paths
     PathKey limit_ = kNoPath;  // paths of this key or a larger one are not needed
