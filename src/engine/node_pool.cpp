@@ -58,12 +58,6 @@ std::uint32_t NodePool::indexOf(LatticeNode const* node) const noexcept {
     return block.firstIndex + static_cast<std::uint32_t>(node - block.slots.get());
 }
 
-LatticeNode const& NodePool::at(std::uint32_t index) const noexcept {
-    std::size_t block = current_;
-    while (index < blocks_[block].firstIndex) --block;
-    return blocks_[block].slots[index - blocks_[block].firstIndex];
-}
-
 std::span<LatticeNode const> NodePool::candidates(LatticeNode const* node) const noexcept {
     LatticeNode const* const end = usedEnd(blockOf(node));
     LatticeNode const* first = node;

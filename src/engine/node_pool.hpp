@@ -41,7 +41,11 @@ public:
 
     /// Index of a node in the order of making, and back.
     std::uint32_t indexOf(LatticeNode const* node) const noexcept;
-    LatticeNode const& at(std::uint32_t index) const noexcept;
+    LatticeNode const& at(std::uint32_t index) const noexcept {
+        std::size_t block = current_;
+        while (index < blocks_[block].firstIndex) --block;
+        return blocks_[block].slots[index - blocks_[block].firstIndex];
+    }
     /// All nodes of @p node's position.
     std::span<LatticeNode const> candidates(LatticeNode const* node) const noexcept;
 
