@@ -3,8 +3,10 @@
 #define TAVO_CORE_IMPL_HPP
 
 #include "config/init_file.hpp"
-#include "engine/intake.hpp"
+#include "result/comment_rules.hpp"
 #include "result/context.hpp"
+#include "result/reduce_rules.hpp"
+#include "split/sentence_splitter.hpp"
 
 #include <tavo/tavo.hpp>
 
@@ -33,14 +35,14 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// True when sentences are searched one at a time, since more is asked for than best paths of texts as given.
     bool searchesAlone(bool nBest) const;
     void analyzeLine(std::string_view piece, bool nBest);
-    /// Searches all sentences, which have neither marks nor line breaks to take out.
+    /// Searches all sentences, which have neither markup nor line breaks to take out.
     void analyzeTogether();
     /// True when a text may hold tags or comments.
-    bool mayHaveMarks() const;
+    bool mayHaveMarkup() const;
     /// Finds what delimiters must not cut; empty when nothing is.
-    StretchFinder stretchFinder() const;
-    /// Takes tags and comments out of the sentence; false when its mark-up is malformed.
-    bool readMarks(Sentence& sentence);
+    SpanFinder uncutSpanFinder() const;
+    /// Takes tags and comments out of the sentence; false when its markup is malformed.
+    bool readMarkup(Sentence& sentence);
     /// Searches a sentence alone.
     void buildLattice(Sentence& sentence, bool nBest);
     void setBeginCost(Sentence& sentence, bool forced) const;
@@ -63,7 +65,9 @@ struct TAVO_HIDDEN Tavo::Impl {
     void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);
 
     AnalyzerContext context;
-    std::string ownText;           // the last text that was given away; results may point into it
+    ReduceRules reduce;
+    CommentRules comments;
+    std::string ownText;  // the last text that was given away; results may point into it
     bool hasResult = false;
     // The error state may be set by const operations.
     mutable int errorCode = 0;

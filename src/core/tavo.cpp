@@ -55,14 +55,14 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     // Everything that can fail comes first.
     Settings settings = other.context.settings;
     PosTables pos = other.context.pos;
-    ReduceRules reduce = other.context.reduce;
-    CommentRules comments = other.context.comments;
+    ReduceRules reduceRules = other.reduce;
+    CommentRules commentRules = other.comments;
     DicSet dics = other.context.dics;
     dropInput();
     context.settings = std::move(settings);
     context.pos = std::move(pos);
-    context.reduce = std::move(reduce);
-    context.comments = std::move(comments);
+    reduce = std::move(reduceRules);
+    comments = std::move(commentRules);
     context.dics = std::move(dics);
     context.connTable = other.context.connTable;
 }

@@ -1,10 +1,10 @@
 // From a text to its results.
 #include "core/impl.hpp"
-#include "engine/intake.hpp"
 #include "result/assembly.hpp"
-#include "result/marked_sentence.hpp"
+#include "result/markup_constraints.hpp"
 #include "result/mrph_access.hpp"
 #include "result/tagged_input.hpp"
+#include "split/sentence_splitter.hpp"
 
 #include <ostream>
 #include <stdexcept>
@@ -42,7 +42,7 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     if (searchesAlone(nBest)) {
         splitText(
             text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); },
-            stretchFinder());
+            uncutSpanFinder());
     } else {
         splitText(text, context.settings, [this](std::string_view piece) {
             Sentence& sentence = context.sentences.emplace_back();
@@ -63,7 +63,7 @@ bool Tavo::Impl::deletesLineBreaks() const {
 }
 
 bool Tavo::Impl::searchesAlone(bool nBest) const {
-    return needsAllPaths(nBest) || mayHaveMarks() || deletesLineBreaks();
+    return needsAllPaths(nBest) || mayHaveMarkup() || deletesLineBreaks();
 }
 
 void Tavo::Impl::analyzeTogether() {
@@ -82,11 +82,11 @@ void Tavo::Impl::analyzeTogether() {
     }
 }
 
-StretchFinder Tavo::Impl::stretchFinder() const {
-    if (!mayHaveMarks()) return nullptr;
+SpanFinder Tavo::Impl::uncutSpanFinder() const {
+    if (!mayHaveMarkup()) return nullptr;
     if (context.settings.mode(Mode::TaggedInput) == 1)
-        return [this](std::string_view line) { return taggedStretches(line, context.comments); };
-    return [this](std::string_view line) { return commentStretches(line, context.comments); };
+        return [this](std::string_view line) { return taggedSpans(line, comments); };
+    return [this](std::string_view line) { return commentSpans(line, comments); };
 }
 
 void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
@@ -99,7 +99,7 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
         sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
         sentence.text = *sentence.ownedText;
     }
-    bool complete = readMarks(sentence);
+    bool complete = readMarkup(sentence);
     if (complete) {
         buildLattice(sentence, nBest);
         complete = sentence.path.exists() || sentence.text.empty();
@@ -108,22 +108,20 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     if (!complete) setErrorSentence(context.sentences.size() - 1);
 }
 
-bool Tavo::Impl::mayHaveMarks() const {
-    return context.settings.mode(Mode::TaggedInput) == 1 || !context.comments.empty();
-}
+bool Tavo::Impl::mayHaveMarkup() const { return context.settings.mode(Mode::TaggedInput) == 1 || !comments.empty(); }
 
-bool Tavo::Impl::readMarks(Sentence& sentence) {
-    if (!mayHaveMarks()) return true;
+bool Tavo::Impl::readMarkup(Sentence& sentence) {
+    if (!mayHaveMarkup()) return true;
     requireReady();
-    context.comments.setCommentPartOfSP(context.pos);
-    return takeMarks(sentence, context);
+    comments.setCommentPartOfSP(context.pos);
+    return takeMarkup(sentence, context, comments);
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     requireReady();
     bool const allPaths = needsAllPaths(nBest);
     LatticeConstraints constraints;
-    if (sentence.marks) {
+    if (sentence.markup) {
         constraints = constraintsOf(sentence, context);
         if (allPaths)
             context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes(), constraints);
@@ -151,7 +149,7 @@ void Tavo::Impl::setErrorSentence(std::size_t index) {
     sentence.failed = true;
     sentence.text = sentence.given;
     sentence.ownedText.reset();
-    sentence.marks.reset();
+    sentence.markup.reset();
 }
 
 void Tavo::Impl::requireReady() const {
@@ -187,10 +185,10 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
     Sentence const* const found = impl_->analysed(sentence, "RANGE_ERROR: Tavo::getLengths()");
     if (found == nullptr) return;
     AnalyzerContext& context = impl_->context;
-    context.reduce.bind(context.pos, context.settings);
+    impl_->reduce.bind(context.pos, context.settings);
     if (!context.lattice.isAttached(*context.connTable, context.dics)) found->path.first();
-    if (found->path.isPending()) context.reduce.bindColumns(*context.connTable);
-    if (appendLengths(lengths, context, *found)) return;
+    if (found->path.isPending()) impl_->reduce.bindColumns(*context.connTable);
+    if (appendLengths(lengths, context, impl_->reduce, *found)) return;
     std::vector<Mrph> morphemes;
     impl_->assemble(morphemes, bestPath(*found), *found);
     for (Mrph const& morpheme : morphemes)
@@ -199,8 +197,8 @@ void Tavo::getLengths(std::vector<unsigned int>& lengths, int sentence) {
 }
 
 void Tavo::Impl::assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found) {
-    context.reduce.bind(context.pos, context.settings);
-    getMrphArray(out, path, context, found);
+    reduce.bind(context.pos, context.settings);
+    getMrphArray(out, path, context, reduce, found);
 }
 
 std::ostream& Tavo::output(std::ostream& os, int sentence) {

@@ -150,17 +150,17 @@ void Tavo::setPublicPartOfSPPath(char const* path) {
 char const* Tavo::getPublicPartOfSPPath() const { return impl_->context.pos.publicPath().c_str(); }
 
 void Tavo::setCommentRulePath(char const* path) {
-    impl_->context.comments.setCommentRulePath(path);
+    impl_->comments.setCommentRulePath(path);
     impl_->context.pos.setPartOfSP(impl_->context.connTable);
 }
-char const* Tavo::getCommentRulePath() const { return impl_->context.comments.path().c_str(); }
+char const* Tavo::getCommentRulePath() const { return impl_->comments.path().c_str(); }
 void Tavo::setConvertRulePath(char const* path) { storePath(impl_->context.settings.convertRulePath, path); }
 char const* Tavo::getConvertRulePath() const { return impl_->context.settings.convertRulePath.c_str(); }
 void Tavo::setReduceRulePath(char const* path) {
-    impl_->context.reduce.load(path);
+    impl_->reduce.load(path);
     impl_->context.pos.setPartOfSP(impl_->context.connTable);
 }
-char const* Tavo::getReduceRulePath() const { return impl_->context.reduce.path().c_str(); }
+char const* Tavo::getReduceRulePath() const { return impl_->reduce.path().c_str(); }
 
 unsigned short Tavo::getPid(std::string const& name) const { return impl_->context.pos.getPid(name); }
 std::string Tavo::getPartOfSP(unsigned short pid) const { return impl_->context.pos.name(pid); }

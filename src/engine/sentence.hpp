@@ -3,7 +3,7 @@
 #define TAVO_ENGINE_SENTENCE_HPP
 
 #include "engine/path_store.hpp"
-#include "engine/sentence_marks.hpp"
+#include "split/sentence_markup.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -32,8 +32,8 @@ struct Sentence {
     /// The connection cost from the beginning of the text to the path's first word.
     std::uint8_t beginCost = 0;
     bool failed = false;
-    /// What mark-up and comment rules say; null when they say nothing.
-    std::unique_ptr<SentenceMarks> marks;
+    /// What markup and comment rules say; null when they say nothing.
+    std::unique_ptr<SentenceMarkup> markup;
 };
 
 }  // namespace TAVO

@@ -1,7 +1,9 @@
 #include "result/assembly.hpp"
 
 #include "dic/mrph_dic.hpp"
-#include "result/marked_sentence.hpp"
+#include "result/markup_assembly.hpp"
+#include "result/mrph_access.hpp"
+#include "result/mrph_delivery.hpp"
 
 namespace TAVO {
 namespace {
@@ -12,44 +14,45 @@ struct InPlace {
     LatticeNode const* node;
     AnalyzerContext const& context;
 
-    operator Mrph() const { return makeMrph(text, node, context); }
+    operator Mrph() const { return MrphAccess::fromNode(text, node, &context); }
 };
 
 }  // namespace
 
 void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
-                  Sentence const& sentence) {
-    if (sentence.marks) {
-        getMarkedMrphArray(out, path, context, sentence);
+                  ReduceRules const& reduce, Sentence const& sentence) {
+    if (sentence.markup) {
+        getMarkedUpMrphArray(out, path, context, reduce, sentence);
         return;
     }
     bool const divideWords = context.settings.mode(Mode::DivideWord) == 1;
     out.clear();
     out.reserve(path.size());
-    RunJoiner joiner(context.reduce, out);
+    RunJoiner joiner(reduce, out);
     char const* text = sentence.text.data();
     for (LatticeNode const* node : path) {
         if (divideWords)
-            deliverMrph(out, makeMrph(text, node, context), joiner, divideWords);
+            deliverMrph(out, MrphAccess::fromNode(text, node, &context), joiner, divideWords);
         else
-            joiner.append(context.reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length},
+            joiner.append(reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length},
                           InPlace{text, node, context});
         text += node->length;
     }
     joiner.finish();
 }
 
-bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, Sentence const& sentence) {
-    if (sentence.marks || context.settings.mode(Mode::DivideWord) == 1) return false;
-    LengthJoiner joiner(context.reduce, out);
+bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, ReduceRules const& reduce,
+                   Sentence const& sentence) {
+    if (sentence.markup || context.settings.mode(Mode::DivideWord) == 1) return false;
+    LengthJoiner joiner(reduce, out);
     if (sentence.path.isPending()) {
         sentence.path.visitPending([&](PendingWord const& word) {
-            joiner.append(context.reduce.membershipOf(word), {word.text, word.length}, word.length);
+            joiner.append(reduce.membershipOf(word), {word.text, word.length}, word.length);
         });
     } else {
         char const* text = sentence.text.data();
         for (LatticeNode const* node = sentence.path.first(); node != nullptr; node = node->next) {
-            joiner.append(context.reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length}, node->length);
+            joiner.append(reduce.membershipOf(MrphDic(node->record).pid()), {text, node->length}, node->length);
             text += node->length;
         }
     }

@@ -1,10 +1,10 @@
-// Comment rules: stretches of the input that are no language, and the morpheme
+// Comment rules: spans of the input that are no language, and the morpheme
 // that each becomes.
 #ifndef TAVO_RESULT_COMMENT_RULES_HPP
 #define TAVO_RESULT_COMMENT_RULES_HPP
 
 #include "config/pos_tables.hpp"
-#include "engine/sentence_marks.hpp"
+#include "split/sentence_markup.hpp"
 
 #include <array>
 #include <cstddef>

@@ -5,13 +5,11 @@
 #include "config/pos_tables.hpp"
 #include "config/settings.hpp"
 #include "dic/dic_set.hpp"
-#include "engine/nbest/all_paths.hpp"
 #include "engine/lattice.hpp"
+#include "engine/nbest/all_paths.hpp"
 #include "engine/sentence.hpp"
-#include "result/comment_rules.hpp"
 #include "result/format.hpp"
 #include "result/made_records.hpp"
-#include "result/reduce_rules.hpp"
 
 #include <tavo/mrph.hpp>
 
@@ -30,8 +28,6 @@ struct AnalyzerContext {
     Settings settings;
     PosTables pos;
     DicSet dics;
-    ReduceRules reduce;
-    CommentRules comments;
     ConnTable const* connTable = nullptr;  // owned by the pool
     CompiledFormat outputFormat;           // of settings.outputFormat, as of the last output
 

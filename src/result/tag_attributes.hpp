@@ -3,7 +3,7 @@
 #define TAVO_RESULT_TAG_ATTRIBUTES_HPP
 
 #include "config/pos_tables.hpp"
-#include "engine/sentence_marks.hpp"
+#include "split/sentence_markup.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -10,12 +10,12 @@ namespace {
 
 std::uint32_t narrow(std::size_t position) noexcept { return static_cast<std::uint32_t>(position); }
 
-void addComment(SentenceMarks& marks, Comment const& comment, std::size_t textBegin) {
+void addComment(SentenceMarkup& markup, Comment const& comment, std::size_t textBegin) {
     TaggedWord word{narrow(textBegin + comment.begin), narrow(textBegin + comment.end), comment.rule->info};
     word.info.position = word.begin;
-    marks.addBarrier(word.begin);
-    marks.addBarrier(word.end);
-    marks.words.push_back(std::move(word));
+    markup.addBarrier(word.begin);
+    markup.addBarrier(word.end);
+    markup.words.push_back(std::move(word));
 }
 
 class Parser {
@@ -28,7 +28,7 @@ public:
             addText(line_.substr(read_, tag->begin - read_));
             read_ = tag->end;
             if (!tag->isTerminated() || !take(*tag)) return false;
-            marks().addBarrier(position());
+            markup().addBarrier(position());
         }
         addText(line_.substr(read_));
         return !word_ && !multiword_;
@@ -37,7 +37,7 @@ public:
     TaggedText result;
 
 private:
-    SentenceMarks& marks() noexcept { return result.marks; }
+    SentenceMarkup& markup() noexcept { return result.markup; }
     std::uint32_t position() const noexcept { return narrow(result.text.size()); }
 
     void addText(std::string_view written) {
@@ -46,12 +46,12 @@ private:
         auto const lineBegin = static_cast<std::size_t>(written.data() - line_.data());
         std::vector<Entity> entities;
         result.text += decodeEntities(written, &entities);
-        marks().origins.push_back({begin, lineBegin});
+        markup().origins.push_back({begin, lineBegin});
         for (Entity const& entity : entities)
-            marks().origins.push_back({begin + entity.decodedBegin + 1, lineBegin + entity.end});
+            markup().origins.push_back({begin + entity.decodedBegin + 1, lineBegin + entity.end});
         if (word_ || multiword_) return;
         for (Comment const& comment : comments_.find(std::string_view(result.text).substr(begin)))
-            addComment(marks(), comment, begin);
+            addComment(markup(), comment, begin);
     }
 
     /// False for a tag that is unknown or not allowed here.
@@ -74,13 +74,13 @@ private:
         if (word_) {
             word_->end = position();
             bool const fits = tag.name == "word" && word_->begin < word_->end;
-            if (fits) marks().words.push_back(*std::exchange(word_, std::nullopt));
+            if (fits) markup().words.push_back(*std::exchange(word_, std::nullopt));
             return fits;
         }
         if (!multiword_ || tag.name != "multiword") return false;
         multiword_->end = position();
         bool const fits = multiword_->begin < multiword_->end;
-        if (fits) marks().multiwords.push_back(*std::exchange(multiword_, std::nullopt));
+        if (fits) markup().multiwords.push_back(*std::exchange(multiword_, std::nullopt));
         return fits;
     }
 
@@ -98,14 +98,14 @@ private:
         read_ = end->end;
         TagInfo info;
         bool const sound = readInfo(tag, info);
-        marks().annotations.push_back(
+        markup().annotations.push_back(
             {position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)), std::move(info), tag.end});
         return sound;
     }
 
     bool takeBoundary(Tag const& tag) {
         // Attributes of boundaries at one place add up.
-        auto& boundaries = marks().boundaries;
+        auto& boundaries = markup().boundaries;
         if (boundaries.empty() || boundaries.back().position != position()) {
             boundaries.emplace_back();
             boundaries.back().position = position();
@@ -147,15 +147,15 @@ private:
     std::string_view line_;
     PosTables const& pos_;
     CommentRules const& comments_;
-    TagScanner scanner_;
+    MarkupScanner scanner_;
     std::size_t read_ = 0;  // up to here the line has been taken in
     std::optional<TaggedWord> word_;
     std::optional<Multiword> multiword_;
 };
 
 /// Entities and comments of the untagged part [begin, end) of a line.
-void addTextStretches(std::vector<Stretch>& out, std::string_view line, std::size_t begin, std::size_t end,
-                      CommentRules const& comments) {
+void addTextSpans(std::vector<TextSpan>& out, std::string_view line, std::size_t begin, std::size_t end,
+                  CommentRules const& comments) {
     std::vector<Entity> entities;
     std::string const decoded = decodeEntities(line.substr(begin, end - begin), &entities);
     auto entity = entities.begin();
@@ -182,28 +182,28 @@ std::optional<TaggedText> parseTaggedText(std::string_view line, PosTables const
     return std::move(parser.result);
 }
 
-SentenceMarks commentMarks(std::string_view text, CommentRules const& comments) {
-    SentenceMarks marks;
-    for (Comment const& comment : comments.find(text)) addComment(marks, comment, 0);
-    return marks;
+SentenceMarkup commentMarkup(std::string_view text, CommentRules const& comments) {
+    SentenceMarkup markup;
+    for (Comment const& comment : comments.find(text)) addComment(markup, comment, 0);
+    return markup;
 }
 
-std::vector<Stretch> taggedStretches(std::string_view line, CommentRules const& comments) {
-    std::vector<Stretch> stretches;
+std::vector<TextSpan> taggedSpans(std::string_view line, CommentRules const& comments) {
+    std::vector<TextSpan> spans;
     std::size_t textBegin = 0;
-    for (Stretch const& tagged : tagStretches(line)) {
-        addTextStretches(stretches, line, textBegin, tagged.begin, comments);
-        stretches.push_back(tagged);
+    for (TextSpan const& tagged : elementSpans(line)) {
+        addTextSpans(spans, line, textBegin, tagged.begin, comments);
+        spans.push_back(tagged);
         textBegin = tagged.end;
     }
-    addTextStretches(stretches, line, textBegin, line.size(), comments);
-    return stretches;
+    addTextSpans(spans, line, textBegin, line.size(), comments);
+    return spans;
 }
 
-std::vector<Stretch> commentStretches(std::string_view line, CommentRules const& comments) {
-    std::vector<Stretch> stretches;
-    for (Comment const& comment : comments.find(line)) stretches.push_back({comment.begin, comment.end});
-    return stretches;
+std::vector<TextSpan> commentSpans(std::string_view line, CommentRules const& comments) {
+    std::vector<TextSpan> spans;
+    for (Comment const& comment : comments.find(line)) spans.push_back({comment.begin, comment.end});
+    return spans;
 }
 
 }  // namespace TAVO

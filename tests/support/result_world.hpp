@@ -4,6 +4,7 @@
 #define TAVO_TESTS_RESULT_WORLD_HPP
 
 #include "result/assembly.hpp"
+#include "result/mrph_access.hpp"
 #include "support/record_builder.hpp"
 #include "support/small_world.hpp"
 #include "support/temp_dir.hpp"
@@ -44,7 +45,7 @@ public:
         context.lattice.build(sentence, &table_, context.dics);
         context.sentences.push_back(std::move(sentence));
         std::vector<Mrph> out;
-        getMrphArray(out, bestPath(context.sentences.back()), context, context.sentences.back());
+        getMrphArray(out, bestPath(context.sentences.back()), context, reduce, context.sentences.back());
         return out;
     }
 
@@ -54,6 +55,7 @@ private:
 public:
     SmallWorld::Paths const paths;
     AnalyzerContext context{0};
+    ReduceRules reduce;
 
 private:
     ConnTable table_;

@@ -90,7 +90,7 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""))
         ->type_name("N");
     addEncodingOption(app, output.encoding);
-    app.add_flag("--tagged", options.tagged, "The input is tagged text: mark-up fixes words, borders, annotations");
+    app.add_flag("--tagged", options.tagged, "The input is tagged text: markup fixes words, borders, annotations");
     app.add_option("--comments", options.commentRules, "Rules for stretches of the text that are no language")
         ->type_name("RULES");
     addChoice(app, "--flush", options.flush, {{"auto", Flush::Auto}, {"line", Flush::Line}},

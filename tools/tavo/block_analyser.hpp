@@ -71,7 +71,7 @@ private:
     /// Lets line breaks end sentences, or be text, whatever an init file says; none is left out.
     void delimitLines(bool delimit);
     void convert(std::string_view piece);
-    /// The text of the last analysis, without mark-up.
+    /// The text of the last analysis, without markup.
     LineText const& shownText();
     Sentences allSentences() const;
     void beginLine(std::string_view line, OutBuffer& out);

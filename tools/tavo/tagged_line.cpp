@@ -31,14 +31,14 @@ void TaggedLine::addSentence(LineText const& line, TAVO::Tavo& analyser, int ind
     TAVO::Sentence const& sentence =
         TAVO::MrphAccess::owner(morphemes_.front())->sentences[static_cast<std::size_t>(index)];
     auto const begin = static_cast<std::size_t>(sentence.given.data() - lineBegin);
-    if (!sentence.marks) {
+    if (!sentence.markup) {
         parts_.push_back({begin, begin + sentence.text.size()});
         addPlainText(line, parts_.size() - 1);
         return;
     }
-    TAVO::SentenceMarks const& marks = *sentence.marks;
-    auto annotation = marks.annotations.begin();
-    auto origin = marks.origins.begin();
+    TAVO::SentenceMarkup const& markup = *sentence.markup;
+    auto annotation = markup.annotations.begin();
+    auto origin = markup.origins.begin();
     std::size_t position = 0;  // in the sentence's text
     for (TAVO::Mrph const& m : morphemes_) {
         std::string_view text = TAVO::MrphAccess::rawForm(m);
@@ -49,8 +49,8 @@ void TaggedLine::addSentence(LineText const& line, TAVO::Tavo& analyser, int ind
         }
         // A morpheme joined from several may reach over several origins.
         while (!text.empty()) {
-            while (origin + 1 != marks.origins.end() && (origin + 1)->textPosition <= position) ++origin;
-            bool const isLast = origin + 1 == marks.origins.end();
+            while (origin + 1 != markup.origins.end() && (origin + 1)->textPosition <= position) ++origin;
+            bool const isLast = origin + 1 == markup.origins.end();
             std::size_t const length =
                 isLast ? text.size() : std::min(text.size(), (origin + 1)->textPosition - position);
             addText(line, text.substr(0, length), begin + origin->linePosition + (position - origin->textPosition));

@@ -1,4 +1,4 @@
-// A line of tagged text without its mark-up.
+// A line of tagged text without its markup.
 #ifndef TAVO_TOOL_TAGGED_LINE_HPP
 #define TAVO_TOOL_TAGGED_LINE_HPP
 

@@ -83,7 +83,7 @@ public:
     void endAnalysis(bool carriageReturn, OutBuffer& out) override { out.append(carriageReturn ? "\r\n" : "\n"); }
 
 private:
-    /// A failed sentence comes out as it went in: malformed mark-up too, so that
+    /// A failed sentence comes out as it went in: malformed markup too, so that
     /// it can be mended. Returns where the sentence ends.
     std::size_t writeFailed(LineText const& text, std::size_t at, std::size_t length, bool isTagged, OutBuffer& out) {
         std::size_t const end = std::min(at + length, text.sjis().size());

@@ -40,7 +40,7 @@ TEST(Assembly, MorphemesOfEarlierSentencesKeepTheirCandidates) {
     }
     for (std::size_t i = 0; i < 3; ++i) {
         std::vector<Mrph> out;
-        getMrphArray(out, bestPath(sentences[i]), world.context, sentences[i]);
+        getMrphArray(out, bestPath(sentences[i]), world.context, world.reduce, sentences[i]);
         ASSERT_EQ(out.size(), texts[i].size());
         for (Mrph const& m : out) ASSERT_EQ(m.getAltCount(), 1);
     }

@@ -24,24 +24,24 @@ SmallWorld letters() {
 
 struct Rules : ResultWorld {
     explicit Rules(char const* rulesUtf8, SmallWorld const& world = letters()) : ResultWorld(world) {
-        context.reduce.load(folder.write("reduce.rules", toSjis(rulesUtf8)).c_str());
+        reduce.load(folder.write("reduce.rules", toSjis(rulesUtf8)).c_str());
     }
     /// "form/part of speech" of each morpheme.
     std::string of(char const* text) {
-        context.reduce.bind(context.pos, context.settings);
+        reduce.bind(context.pos, context.settings);
         kept = toSjis(text);
         std::vector<Mrph> const morphemes = analyse(kept);
         std::vector<unsigned int> lengths, expected;
-        EXPECT_TRUE(appendLengths(lengths, context, context.sentences.back()));
+        EXPECT_TRUE(appendLengths(lengths, context, reduce, context.sentences.back()));
         for (Mrph const& morpheme : morphemes)
             expected.push_back(static_cast<unsigned int>(MrphAccess::rawForm(morpheme).size()));
         EXPECT_EQ(lengths, expected) << text;
         Sentence unread;
         unread.given = unread.text = kept;
         context.lattice.search({&unread, 1}, context.connTable, context.dics);
-        context.reduce.bindColumns(*context.connTable);
+        reduce.bindColumns(*context.connTable);
         lengths.clear();
-        EXPECT_TRUE(appendLengths(lengths, context, unread));
+        EXPECT_TRUE(appendLengths(lengths, context, reduce, unread));
         EXPECT_EQ(lengths, expected) << text << ", unread";
         return toUtf8(describe(morphemes, "%w/%h"));
     }
@@ -92,7 +92,7 @@ TEST(ReduceRules, EachModeSwitchesItsRules) {
 
 TEST(ReduceRules, AJoinedMorphemeKeepsItsParts) {
     Rules rules("Number=\nSymbol=");
-    rules.context.reduce.bind(rules.context.pos, rules.context.settings);
+    rules.reduce.bind(rules.context.pos, rules.context.settings);
     std::string const text = "1312xy";
     std::vector<Mrph> const all = rules.analyse(text);
     ASSERT_EQ(all.size(), 2U);
@@ -124,7 +124,7 @@ TEST(ReduceRules, BadRuleNamesPathLineAndCause) {
     };
     Rules world(most.c_str());
     TempDir const& folder = world.folder;
-    ReduceRules& rules = world.context.reduce;
+    ReduceRules& rules = world.reduce;
     std::string const good = rules.path();
     for (auto const& [text, place] : cases) {
         std::string const path = folder.write("bad.rules", text);

@@ -1,4 +1,4 @@
-#include "engine/tag_scan.hpp"
+#include "split/markup_scanner.hpp"
 
 #include "base/sjis.hpp"
 
@@ -23,7 +23,7 @@ bool closesAnnotation(std::string_view line, std::size_t pos) noexcept {
 }  // namespace
 
 /// Moves to the next "<", counting the quotes on the way.
-bool TagScanner::moveToTag(Cursor& at) const noexcept {
+bool MarkupScanner::moveToTag(Cursor& at) const noexcept {
     for (;;) {
         std::size_t const mark = findMark(line_, "<\"", at.pos);
         at.pos = std::min(mark, line_.size());
@@ -35,7 +35,7 @@ bool TagScanner::moveToTag(Cursor& at) const noexcept {
 }
 
 /// The tag at the "<" where @p at stands, which moves behind it.
-Tag TagScanner::tagAt(Cursor& at) noexcept {
+Tag MarkupScanner::tagAt(Cursor& at) noexcept {
     Tag tag;
     tag.begin = at.pos++;
     tag.closing = at.pos < line_.size() && line_[at.pos] == '/';
@@ -61,12 +61,12 @@ Tag TagScanner::tagAt(Cursor& at) noexcept {
     return tag;
 }
 
-std::optional<Tag> TagScanner::next() noexcept {
+std::optional<Tag> MarkupScanner::next() noexcept {
     if (!moveToTag(at_)) return std::nullopt;
     return tagAt(at_);
 }
 
-std::optional<Tag> TagScanner::annotationEnd() noexcept {
+std::optional<Tag> MarkupScanner::annotationEnd() noexcept {
     if (!searched_ || (close_ && close_->begin < at_.pos)) {
         searched_ = true;
         close_.reset();
@@ -83,10 +83,10 @@ std::optional<Tag> TagScanner::annotationEnd() noexcept {
     return close_;
 }
 
-std::vector<Stretch> tagStretches(std::string_view line) {
-    std::vector<Stretch> found;
+std::vector<TextSpan> elementSpans(std::string_view line) {
+    std::vector<TextSpan> found;
     std::unordered_map<std::string_view, std::vector<std::size_t>> open;  // by name: places in found
-    TagScanner scanner(line);
+    MarkupScanner scanner(line);
     while (std::optional<Tag> const tag = scanner.next()) {
         if (!tag->isTerminated()) continue;
         found.push_back({tag->begin, tag->end});
@@ -100,9 +100,9 @@ std::vector<Stretch> tagStretches(std::string_view line) {
             places->second.pop_back();
         }
     }
-    std::vector<Stretch> outermost;
-    for (Stretch const& stretch : found)
-        if (outermost.empty() || stretch.begin >= outermost.back().end) outermost.push_back(stretch);
+    std::vector<TextSpan> outermost;
+    for (TextSpan const& span : found)
+        if (outermost.empty() || span.begin >= outermost.back().end) outermost.push_back(span);
     return outermost;
 }
 

@@ -1,4 +1,4 @@
-#include "engine/intake.hpp"
+#include "split/sentence_splitter.hpp"
 
 #include "base/sjis.hpp"
 
@@ -42,19 +42,19 @@ using PieceSink = std::function<void(std::string_view)>;
 
 class Splitter {
 public:
-    Splitter(std::vector<std::string> const& delimiters, PieceSink const& piece, StretchFinder const& stretches)
-        : delimiters_(delimiters), piece_(piece), findStretches_(stretches) {}
+    Splitter(std::vector<std::string> const& delimiters, PieceSink const& piece, SpanFinder const& spans)
+        : delimiters_(delimiters), piece_(piece), findSpans_(spans) {}
 
     void operator()(std::string_view line) const {
-        std::vector<Stretch> const stretches =
-            findStretches_ && !delimiters_.empty() ? findStretches_(line) : std::vector<Stretch>();
-        auto stretch = stretches.begin();
+        std::vector<TextSpan> const spans =
+            findSpans_ && !delimiters_.empty() ? findSpans_(line) : std::vector<TextSpan>();
+        auto span = spans.begin();
         std::size_t start = 0;
         for (std::size_t pos = 0; pos < line.size() && !delimiters_.empty();) {
-            std::size_t const limit = stretch == stretches.end() ? line.size() : stretch->begin;
+            std::size_t const limit = span == spans.end() ? line.size() : span->begin;
             if (pos >= limit) {
-                pos = std::max(pos, stretch->end);
-                ++stretch;
+                pos = std::max(pos, span->end);
+                ++span;
                 continue;
             }
             std::size_t const matched = delimiterAt(line.substr(0, limit), pos, delimiters_);
@@ -72,14 +72,13 @@ public:
 private:
     std::vector<std::string> const& delimiters_;
     PieceSink const& piece_;
-    StretchFinder const& findStretches_;
+    SpanFinder const& findSpans_;
 };
 
 }  // namespace
 
-void splitText(std::string_view text, Settings const& settings, PieceSink const& piece,
-               StretchFinder const& stretches) {
-    Splitter const split(settings.delimiters, piece, stretches);
+void splitText(std::string_view text, Settings const& settings, PieceSink const& piece, SpanFinder const& spans) {
+    Splitter const split(settings.delimiters, piece, spans);
     std::size_t start = 0;
     if (settings.mode(Mode::DelimitCRLF) == 1) {
         bool const drop = settings.mode(Mode::DeleteCRLF) == 1;

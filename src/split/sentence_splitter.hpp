@@ -1,9 +1,9 @@
 // Cuts a text into the pieces that become sentences.
-#ifndef TAVO_ENGINE_INTAKE_HPP
-#define TAVO_ENGINE_INTAKE_HPP
+#ifndef TAVO_SPLIT_SENTENCE_SPLITTER_HPP
+#define TAVO_SPLIT_SENTENCE_SPLITTER_HPP
 
 #include "config/settings.hpp"
-#include "engine/tag_scan.hpp"
+#include "split/markup_scanner.hpp"
 
 #include <functional>
 #include <string>
@@ -12,16 +12,16 @@
 
 namespace TAVO {
 
-/// The stretches of a line that no delimiter cuts, in order, without overlap.
-using StretchFinder = std::function<std::vector<Stretch>(std::string_view line)>;
+/// The spans of a line that no delimiter cuts, in order, without overlap.
+using SpanFinder = std::function<std::vector<TextSpan>(std::string_view line)>;
 
 /// Calls @p piece for each sentence of @p text, in order: cut at line breaks
 /// (DelimitCRLF; DeleteCRLF drops them) and behind delimiter strings, stepping
 /// by characters. Empty pieces are not reported. Pieces are parts of @p text. A
-/// delimiter neither starts in one of the @p stretches nor reaches into one; line
-/// breaks cut stretches too.
+/// delimiter neither starts in one of the @p spans nor reaches into one; line
+/// breaks cut spans too.
 void splitText(std::string_view text, Settings const& settings, std::function<void(std::string_view)> const& piece,
-               StretchFinder const& stretches = nullptr);
+               SpanFinder const& spans = nullptr);
 
 /// @p text without its line feeds and carriage returns.
 std::string deleteLineBreaks(std::string_view text);

@@ -1,7 +1,7 @@
-// What mark-up and comment rules say about a sentence. Positions and lengths are
+// What markup and comment rules say about a sentence. Positions and lengths are
 // those of the analysed text, in bytes.
-#ifndef TAVO_ENGINE_SENTENCE_MARKS_HPP
-#define TAVO_ENGINE_SENTENCE_MARKS_HPP
+#ifndef TAVO_SPLIT_SENTENCE_MARKUP_HPP
+#define TAVO_SPLIT_SENTENCE_MARKUP_HPP
 
 #include <cstddef>
 #include <cstdint>
@@ -68,7 +68,7 @@ struct TextOrigin {
 
 /// Every list is in the order of positions. Words do not overlap, multiwords
 /// neither, and a word lies inside or outside a multiword.
-struct SentenceMarks {
+struct SentenceMarkup {
     std::vector<TaggedWord> words;
     std::vector<Multiword> multiwords;
     std::vector<Annotation> annotations;   ///< those of one position in the order of the text

@@ -1,4 +1,4 @@
-#include "engine/intake.hpp"
+#include "split/sentence_splitter.hpp"
 
 #include "base/sjis.hpp"
 #include "support/testing.hpp"

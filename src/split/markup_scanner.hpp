@@ -1,6 +1,6 @@
 // Finding tags in a line of tagged text (docs/tagged-input.md).
-#ifndef TAVO_ENGINE_TAG_SCAN_HPP
-#define TAVO_ENGINE_TAG_SCAN_HPP
+#ifndef TAVO_SPLIT_MARKUP_SCANNER_HPP
+#define TAVO_SPLIT_MARKUP_SCANNER_HPP
 
 #include <cstddef>
 #include <optional>
@@ -25,9 +25,9 @@ struct Tag {
 
 /// Walks the tags of a line. The time for all of them is linear in the length of
 /// the line, whatever it holds.
-class TagScanner {
+class MarkupScanner {
 public:
-    explicit TagScanner(std::string_view line) noexcept : line_(line) {}
+    explicit MarkupScanner(std::string_view line) noexcept : line_(line) {}
 
     /// The next tag; the scanner goes on behind it, behind the "<" alone when
     /// the tag has no end.
@@ -56,14 +56,14 @@ private:
 };
 
 /// A part of a line, [begin, end).
-struct Stretch {
+struct TextSpan {
     std::size_t begin;
     std::size_t end;
 };
 
 /// The outermost elements of @p line, from opening to closing tag, and the tags
 /// that have no counterpart, in order.
-std::vector<Stretch> tagStretches(std::string_view line);
+std::vector<TextSpan> elementSpans(std::string_view line);
 
 }  // namespace TAVO
 
