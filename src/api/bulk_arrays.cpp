@@ -34,11 +34,11 @@ bool isInside(std::string_view span, std::string_view text) {
 
 bool isBreak(char c) noexcept { return c == '\r' || c == '\n'; }
 
-/// Finds the places of a sentence's text in the text as given, from which line
+/// Finds the positions of a sentence's text in the text as given, from which line
 /// breaks may have been taken out. To be asked in ascending order.
-class GivenPlaces {
+class GivenPositions {
 public:
-    explicit GivenPlaces(Sentence const& sentence) : sentence_(sentence) {}
+    explicit GivenPositions(Sentence const& sentence) : sentence_(sentence) {}
 
     /// Where the bytes [begin, end) of the sentence's text stand; breaks come
     /// back inside, not at the ends.
@@ -112,7 +112,7 @@ void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionC
     Sentence const& source = MrphAccess::owner(morphemes.front())->sentences[sentence];
     std::size_t const base = inAnalyzedText() ? row.analyzedBegin[sentence]
                                               : static_cast<std::size_t>(source.given.data() - row.given.data());
-    GivenPlaces places(source);
+    GivenPositions given(source);
     std::size_t last = base;  // where an annotation stands
     for (Mrph const& mrph : morphemes) {
         std::string_view const span = MrphAccess::rawForm(mrph);
@@ -122,7 +122,7 @@ void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionC
         }
         auto begin = static_cast<std::size_t>(span.data() - source.text.data());
         std::size_t end = begin + span.size();
-        if (!inAnalyzedText() && source.ownedText) std::tie(begin, end) = places.find(begin, end);
+        if (!inAnalyzedText() && source.ownedText) std::tie(begin, end) = given.find(begin, end);
         last = base + end;
         std::uint32_t const start = positions.at(base + begin);
         addMorpheme(mrph, start, positions.at(last) - start);

@@ -51,7 +51,7 @@ public:
 
     /// Gives the mapping up so that the file can be moved; has no trie until
     /// takeBack(), which maps the path again and derives everything anew. What was
-    /// read before is gone: whoever remembers it tells that by the serial.
+    /// read before is gone: caches of it tell that by the serial.
     void release();
     void takeBack();
 

@@ -17,7 +17,7 @@
 namespace TAVO {
 namespace {
 
-enum UpdateResult { kNothingToDo, kRebuilt, kUsedByOthers, kNoSource, kSourceUnreadable, kRefused, kFileStepFailed };
+enum UpdateResult { kNothingToDo, kRebuilt, kUsedByOthers, kNoSource, kSourceNotRead, kRefused, kFileStepFailed };
 
 /// Modification time in the full resolution of the file system.
 using FileTime = std::pair<std::int64_t, std::int64_t>;
@@ -91,12 +91,12 @@ private:
 /// Hands every line of the source to @p compiler.
 UpdateResult readSource(std::string const& path, DicCompiler& compiler) {
     OpenFile const source(FileOpenShared(path.c_str()));
-    if (!source) return kSourceUnreadable;
+    if (!source) return kSourceNotRead;
     LineReader reader(source.handle());
     while (reader.next()) {
         if (!isCommentLine(reader.line()) && !compiler.add(reader.line())) return kRefused;
     }
-    return reader.failed() ? kSourceUnreadable : kRebuilt;
+    return reader.failed() ? kSourceNotRead : kRebuilt;
 }
 
 /// Puts the temporary file in the place of @p path in one step: at any moment a
@@ -167,7 +167,7 @@ int DicSet::updateDic(int index, std::vector<std::string> const& names, ConnTabl
     if (!compiledTime) throw file_not_found(updated.path);
     if (updated.sourcePath.empty()) return kNoSource;
     std::optional<FileTime> const sourceTime = modificationTime(updated.sourcePath);
-    if (!sourceTime) return kSourceUnreadable;
+    if (!sourceTime) return kSourceNotRead;
     if (*sourceTime <= *compiledTime) return kNothingToDo;
 
     PoolLock const lock;

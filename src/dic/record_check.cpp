@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    /// An item that does not fit makes all behind it unreadable.
+    /// An item that does not fit hides all behind it.
     void checkBody() {
         if ((record_.flagsA() & MrphDic::kCompound) != 0 && !checkParts()) return;
         for (Item const& item : kTexts) {

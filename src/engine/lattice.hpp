@@ -30,7 +30,7 @@ inline constexpr std::size_t kMaxSentenceBytes = 16'843'009;
 /// The lattices of all sentences of one input. Nodes live until clear(), and
 /// their addresses never change.
 ///
-/// The best successor of a word is the following node with the smallest
+/// The best successor of a node is the one with the smallest
 /// connection sum, among equal ones the one with the smallest word-cost sum, and
 /// among those the one made first. The nodes of a position are made in this
 /// order: two-byte unknown word, one-byte unknown word, then dictionary by
@@ -83,7 +83,7 @@ private:
 /// kMaxSentenceBytes.
 void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet const& dics);
 
-/// The chosen path of @p sentence from first to last node; empty without result.
+/// The best path of @p sentence from first to last node; empty without result.
 std::vector<LatticeNode const*> bestPath(Sentence const& sentence);
 
 }  // namespace TAVO

@@ -29,7 +29,7 @@ struct Sentence {
     /// last one, which leads to the words that may begin the sentence.
     std::uint32_t firstEdgeList = 0;
     std::uint32_t startEdgeList = kNoEdges;
-    /// The connection cost from the beginning of the text to the path's first word.
+    /// Connection cost from the beginning of the text to the first word of the path.
     std::uint8_t beginCost = 0;
     bool failed = false;
     /// What markup and comment rules say; null when they say nothing.

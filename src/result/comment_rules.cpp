@@ -16,7 +16,7 @@ constexpr std::string_view kRuleLine = "[rule]";
 
 using RuleValues = std::map<std::string, std::string>;
 
-/// Place of @p wanted in @p text from @p pos on, stepping by characters.
+/// Position of @p wanted in @p text from @p pos on, stepping by characters.
 std::size_t findString(std::string_view text, std::string_view wanted, std::size_t pos) noexcept {
     for (; pos < text.size(); pos += charWidth(text, pos))
         if (text.substr(pos).starts_with(wanted)) return pos;

@@ -46,7 +46,7 @@ public:
     /// Resolves the rules' part-of-speech names; cheap when nothing changed.
     void setCommentPartOfSP(PosTables const& pos);
 
-    /// The comments of @p text, in order: the earliest one, at one place the
+    /// The comments of @p text, in order: the earliest one, at one position the
     /// longest, then the earlier rule. A comment whose end string is missing
     /// reaches to the end of the text. They refer to these rules.
     std::vector<Comment> find(std::string_view text) const;

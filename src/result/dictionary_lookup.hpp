@@ -25,7 +25,7 @@ bool lookup(Dic const& dic, std::string const& form, std::vector<Mrph>& result, 
 
 // The searches below append morphemes for the records of every form that is a
 // prefix of the text, shortest form first, and return the number of appended
-// ones. @p dicIndex, the dictionary's place in the analyser's list, is recorded
+// ones. @p dicIndex, the dictionary's index in the analyser's list, is recorded
 // in them.
 
 /// Every record.

@@ -71,7 +71,7 @@ private:
         if (barrier_ != markup_.barriers.end() && *barrier_ == position_) joiner_.finish();
     }
 
-    /// The annotations at this place; those inside a multiword wait for its end.
+    /// The annotations at this position; those inside a multiword wait for its end.
     void addAnnotations() {
         while (Annotation const* const annotation = annotations_.take(position_)) {
             if (annotation->excluded) continue;

@@ -43,7 +43,7 @@ struct MrphAccess {
     static unsigned int partCount(Mrph const& m) noexcept { return m.partCount_; }
     /// True when the morpheme is in no dictionary, or one character of an unknown word.
     static bool isUnknown(Mrph const& m) { return m.getPid() == ConnTable::kUnknownId || m.isUndef(); }
-    /// Place of the record's dictionary in the analyser's list; -1 unless known.
+    /// Index of the record's dictionary in the analyser's list; -1 unless known.
     static int dicIndex(Mrph const& m) noexcept { return m.dicIndex_; }
     static void setDicIndex(Mrph& m, int index) noexcept { m.dicIndex_ = index; }
 

@@ -183,7 +183,7 @@ void MrphAccess::setMembers(Mrph& m, std::unique_ptr<MrphCover> cover, std::span
         adjoining += next.formLength_;
     }
     std::string joinedForm;
-    // A form that is no stretch of the sentence is kept by the morpheme.
+    // A form that is no span of the sentence is kept by the morpheme.
     if (!adjoins) {
         joinedForm = form(m);
         for (Mrph const& next : rest) joinedForm.append(form(next));

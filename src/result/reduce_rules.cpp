@@ -140,14 +140,14 @@ void ReduceRules::bindColumns(ConnTable const& table) {
     constexpr std::uint16_t kNobody = 0x200;
     columnMemberships_.assign(table.cols(), kNobody);
     pairMemberships_.clear();
-    auto const take = [](std::uint16_t& told, Membership membership) {
-        told = told == kNobody || told == membership ? membership : kUntold;
+    auto const take = [](std::uint16_t& known, Membership membership) {
+        known = known == kNobody || known == membership ? membership : kAmbiguous;
     };
     for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid)
         take(columnMemberships_[table.column(static_cast<std::uint16_t>(pid))], membershipOf(pid));
     for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid) {
         std::uint16_t const column = table.column(static_cast<std::uint16_t>(pid));
-        if (columnMemberships_[column] != kUntold) continue;
+        if (columnMemberships_[column] != kAmbiguous) continue;
         std::uint32_t const pair = pairOf(column, table.row(static_cast<std::uint16_t>(pid)));
         take(pairMemberships_.try_emplace(pair, kNobody).first->second, membershipOf(pid));
     }
@@ -156,7 +156,7 @@ void ReduceRules::bindColumns(ConnTable const& table) {
 
 ReduceRules::Membership ReduceRules::membershipOfPair(PendingWord const& word) const {
     auto const found = pairMemberships_.find(pairOf(word.column, word.row()));
-    if (found != pairMemberships_.end() && found->second != kUntold) return static_cast<Membership>(found->second);
+    if (found != pairMemberships_.end() && found->second != kAmbiguous) return static_cast<Membership>(found->second);
     return membershipOf(MrphDic(word.record()).pid());
 }
 

@@ -56,8 +56,8 @@ public:
     /// That of @p word, whose column and row are those of the table of bindColumns(). Its record is read where these do
     /// not tell.
     Membership membershipOf(PendingWord const& word) const {
-        std::uint16_t const told = columnMemberships_[word.column];
-        return told == kUntold ? membershipOfPair(word) : static_cast<Membership>(told);
+        std::uint16_t const known = columnMemberships_[word.column];
+        return known == kAmbiguous ? membershipOfPair(word) : static_cast<Membership>(known);
     }
     static std::uint8_t ruleOf(Membership membership) noexcept {
         return static_cast<std::uint8_t>(membership & ~kFollows);
@@ -71,7 +71,7 @@ public:
 
 private:
     static constexpr std::uint8_t kFollows = 0x80;
-    static constexpr std::uint16_t kUntold = 0x100;
+    static constexpr std::uint16_t kAmbiguous = 0x100;
     static constexpr std::size_t kMaxRules = 0x7F;
 
     bool isInner(std::uint8_t number, std::string_view form) const noexcept;
@@ -82,7 +82,8 @@ private:
     std::vector<Membership> ids_;            // by id: rule number, and kFollows
     std::vector<std::uint16_t> joinedPids_;  // by rule
     std::vector<std::uint16_t> columnMemberships_;
-    std::unordered_map<std::uint32_t, std::uint16_t> pairMemberships_;  // by column and row, where the column is not enough
+    std::unordered_map<std::uint32_t, std::uint16_t>
+        pairMemberships_;  // by column and row, where the column is not enough
     // What the bindings were made from.
     std::uint64_t boundRevision_ = 0;
     int boundModes_[3] = {-1, -1, -1};

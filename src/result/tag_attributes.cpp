@@ -34,7 +34,7 @@ constexpr std::pair<std::string_view, std::vector<unsigned short> TagInfo::*> kC
 constexpr std::string_view kPartOfSP = "PartOfSP";
 constexpr std::string_view kData = "Data";
 
-/// First place from @p pos on that holds none of @p skipped, all one-byte marks.
+/// First position from @p pos on that holds none of @p skipped, all one-byte marks.
 std::size_t skip(std::string_view line, std::size_t pos, std::string_view skipped) noexcept {
     return std::min(line.find_first_not_of(skipped, pos), line.size());
 }

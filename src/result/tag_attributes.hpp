@@ -16,12 +16,12 @@ namespace TAVO {
 /// Extension fields above this one are skipped.
 inline constexpr unsigned kMaxExtField = 255;
 
-/// Reads one attribute of a tag from @p pos on; @p end is the place of the tag's
+/// Reads one attribute of a tag from @p pos on; @p end is the position of the tag's
 /// closing ">". Returns where the next one is read, at least @p end behind the
 /// last; npos when only blanks and "/" are left in @p line.
 std::size_t getKeyValue(std::string_view line, std::size_t pos, std::size_t end, std::string& key, std::string& value);
 
-/// A place where one byte of a text was written as an entity.
+/// A position where one byte of a text was written as an entity.
 struct Entity {
     std::size_t begin, end;    ///< in the text as written
     std::size_t decodedBegin;  ///< of the byte in the decoded text

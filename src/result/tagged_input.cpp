@@ -104,7 +104,7 @@ private:
     }
 
     bool takeBoundary(Tag const& tag) {
-        // Attributes of boundaries at one place add up.
+        // Attributes of boundaries at one position add up.
         auto& boundaries = markup().boundaries;
         if (boundaries.empty() || boundaries.back().position != position()) {
             boundaries.emplace_back();

@@ -85,7 +85,7 @@ std::optional<Tag> MarkupScanner::annotationEnd() noexcept {
 
 std::vector<TextSpan> elementSpans(std::string_view line) {
     std::vector<TextSpan> found;
-    std::unordered_map<std::string_view, std::vector<std::size_t>> open;  // by name: places in found
+    std::unordered_map<std::string_view, std::vector<std::size_t>> open;  // by name: indexes in found
     MarkupScanner scanner(line);
     while (std::optional<Tag> const tag = scanner.next()) {
         if (!tag->isTerminated()) continue;
@@ -95,9 +95,9 @@ std::vector<TextSpan> elementSpans(std::string_view line) {
             if (std::optional<Tag> const close = scanner.annotationEnd()) found.back().end = close->end;
         } else if (!tag->closing) {
             open[tag->name].push_back(found.size() - 1);
-        } else if (auto const places = open.find(tag->name); places != open.end() && !places->second.empty()) {
-            found[places->second.back()].end = tag->end;
-            places->second.pop_back();
+        } else if (auto const indexes = open.find(tag->name); indexes != open.end() && !indexes->second.empty()) {
+            found[indexes->second.back()].end = tag->end;
+            indexes->second.pop_back();
         }
     }
     std::vector<TextSpan> outermost;

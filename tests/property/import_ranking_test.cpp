@@ -70,11 +70,11 @@ void onRandomWorlds(Check check) {
 }
 
 /// Tables whose bytes are the source's costs.
-Tables exactTables(RandomWorld& world, FormIndex const& index, double lineTolerance, PairCounts const& pairs = {}) {
+Tables exactTables(RandomWorld& world, FormIndex const& index, double contextTolerance, PairCounts const& pairs = {}) {
     TableOptions options;
     options.step = 1;
     options.levelTolerance = 0;
-    options.lineTolerance = lineTolerance;
+    options.contextTolerance = contextTolerance;
     return buildTables(world.lexicon, index, world.shifts, {}, pairs, options);
 }
 

@@ -91,7 +91,7 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
         ->type_name("N");
     addEncodingOption(app, output.encoding);
     app.add_flag("--tagged", options.tagged, "The input is tagged text: markup fixes words, borders, annotations");
-    app.add_option("--comments", options.commentRules, "Rules for stretches of the text that are no language")
+    app.add_option("--comments", options.commentRules, "Rules for spans of the text that are no language")
         ->type_name("RULES");
     addChoice(app, "--flush", options.flush, {{"auto", Flush::Auto}, {"line", Flush::Line}},
               "line: write each line's result at once, for use between programs");

@@ -77,11 +77,11 @@ Tables buildTablesWithin(Lexicon& lexicon, FormIndex const& index, Shifts const&
         Tables tables = buildTables(lexicon, index, shifts, usage, pairs, options);
         double const excess = static_cast<double>(tables.bytes()) / options.maxBytes;
         if (excess <= 1) return tables;
-        if (options.lineTolerance > kUseless)
+        if (options.contextTolerance > kUseless)
             throw ImportError("no merging makes the matrix as small as --max-table says; it has " +
                               std::to_string(tables.bytes()) + " bytes");
         double const growth = std::max(kLeastGrowth, excess);
-        options.lineTolerance = std::max(1.0, options.lineTolerance) * growth;
+        options.contextTolerance = std::max(1.0, options.contextTolerance) * growth;
         options.levelTolerance = std::max(1.0, options.levelTolerance) * std::pow(growth, kLevelGrowth);
     }
 }
@@ -204,7 +204,7 @@ CLI::App* addMecab(CLI::App& app, TAVO::importer::Options& options, std::vector<
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
     mecab
-        ->add_option("--merge-lines", options.table.lineTolerance,
+        ->add_option("--merge-contexts,--merge-lines", options.table.contextTolerance,
                      "Error, in source cost squared, at which rows or columns merge; 0: equal ones do")
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();

@@ -128,7 +128,7 @@ std::string reportText(Lexicon const& lexicon, Tables const& tables, Agreement c
     for (std::size_t part = 0; part < facts.dictionaryBytes.size(); ++part)
         line(dictionaryName(part) + " bytes", number(facts.dictionaryBytes[part]));
     line("source cost per unit of a byte", decimal(facts.table.step, 1));
-    line("rows and columns merged up to", decimal(facts.table.lineTolerance, 0));
+    line("rows and columns merged up to", decimal(facts.table.contextTolerance, 0));
     line("levels merged up to", decimal(facts.table.levelTolerance, 1));
     line("shift per byte of text, in source cost", decimal(facts.perByte, 1));
     line("measured on", facts.fittedOn + ", " + number(facts.sentences) + " sentences");

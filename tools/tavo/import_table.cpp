@@ -73,7 +73,7 @@ public:
           shifts_(shifts),
           pairs_(pairs),
           options_(options),
-          clusters_(findClusters(lexicon, usage, options.lineTolerance)),
+          clusters_(findClusters(lexicon, usage, options.contextTolerance)),
           weights_(lexicon.words.size(), 0.0) {
         for (Usage::Edge const& edge : usage.edges)
             if (edge.right != Lattice::kNone) weights_[edge.right] += static_cast<double>(edge.weight);

@@ -16,10 +16,10 @@
 namespace TAVO::importer {
 
 struct TableOptions {
-    double step = 130;           ///< source cost of one unit of a byte
-    double levelTolerance = 10;  ///< how much weighted error merges two neighbouring cost levels
-    double lineTolerance = 3e4;  ///< and two rows or columns that are alike
-    double maxBytes = 46e6;      ///< of the matrix
+    double step = 130;              ///< source cost of one unit of a byte
+    double levelTolerance = 10;     ///< how much weighted error merges two neighbouring cost levels
+    double contextTolerance = 3e4;  ///< and two rows or columns that are alike
+    double maxBytes = 46e6;         ///< of the matrix
 };
 
 /// What the connection table and the records hold. Ids run from 1; the vectors

@@ -7,19 +7,19 @@ namespace TAVO {
 std::span<LatticeNode const> CandidateTable::at(std::string_view text, std::size_t start, ConnTable const& table,
                                                 DicSet const& dics) const {
     std::lock_guard<std::mutex> const lock(mutex_);
-    auto [place, fresh] = sentences_.try_emplace(text.data());
+    auto [entry, fresh] = sentences_.try_emplace(text.data());
     if (fresh) {
         try {
             LatticeConstraints const none;
-            ExactSearch search(place->second.pool, table, none);
+            ExactSearch search(entry->second.pool, table, none);
             search.build(text, dics);
-            place->second.starts = search.starts();
+            entry->second.starts = search.starts();
         } catch (...) {
-            sentences_.erase(place);
+            sentences_.erase(entry);
             throw;
         }
     }
-    return place->second.starts[start];
+    return entry->second.starts[start];
 }
 
 void CandidateTable::clear() noexcept { sentences_.clear(); }

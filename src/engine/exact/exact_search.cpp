@@ -15,18 +15,23 @@ LatticeNode const* ExactSearch::build(std::string_view text, DicSet const& dics)
     return first(ConnTable::kBeginId);
 }
 
-bool ExactSearch::buildPiece(std::string_view text, WalkRange range, std::span<Follower const> followers,
+bool ExactSearch::buildPiece(std::string_view text, WalkRange range, std::span<Successor const> successors,
                              DicSet const& dics) {
     range_ = range;
     textEnd_ = text.size();
     crossed_ = false;
     starts_.assign(range.end - range.begin + 1, {});
     pool_.beginPosition();
-    for (std::size_t i = 0; i != followers.size(); ++i) {
-        if (followers[i].key == kNoPath) continue;
+    for (std::size_t i = 0; i != successors.size(); ++i) {
+        if (successors[i].key == kNoPath) continue;
         LatticeNode& node = pool_.make();
-        node = {nullptr, nullptr, static_cast<std::uint32_t>(i), followers[i].column, 0, wordSumOf(followers[i].key),
-                connSumOf(followers[i].key)};
+        node = {nullptr,
+                nullptr,
+                static_cast<std::uint32_t>(i),
+                successors[i].column,
+                0,
+                wordSumOf(successors[i].key),
+                connSumOf(successors[i].key)};
     }
     endPosition(range.end);
     walkBackward(text, range, dics, constraints_, *this);
@@ -76,9 +81,9 @@ void ExactSearch::addFixed(std::size_t p, std::uint32_t length, unsigned char co
     if (record == kUnknownRecord.data()) return addUnknown(p, length);
     std::uint16_t const pid = MrphDic(record).pid();
     addNode(record, length,
-            endsText(end) ? ending(LatticeConstraints::connection(table_.cost(pid, ConnTable::kEndId),
-                                                                  constraints_.forced))
-                          : bestAfter(end, pid));
+            endsText(end)
+                ? ending(LatticeConstraints::connection(table_.cost(pid, ConnTable::kEndId), constraints_.forced))
+                : bestAfter(end, pid));
 }
 
 void ExactSearch::addNode(unsigned char const* record, std::uint32_t length, Best const& best) {

@@ -27,18 +27,18 @@ public:
     ExactSearch(NodePool& pool, ConnTable const& table, LatticeConstraints const& constraints)
         : pool_(pool), table_(table), constraints_(constraints) {}
 
-    /// Adds the nodes of @p sentence and returns the first one of the best path, null when there is no path. The text is
-    /// at most kMaxSentenceBytes long.
+    /// Adds the nodes of @p sentence and returns the first one of the best path, null when there is no path. The text
+    /// is at most kMaxSentenceBytes long.
     LatticeNode const* build(std::string_view text, DicSet const& dics);
 
-    /// A candidate behind a piece of a text, with the best sums from it to the end of the sentence; kNoPath: it is none.
-    struct Follower {
+    /// A node behind a segment of a text, with the best sums from it to the end of the sentence; kNoPath: it is none.
+    struct Successor {
         std::uint16_t column;
         PathKey key;
     };
-    /// Adds the nodes of the piece @p range of @p text, behind which @p followers stand. Each is a node without a record
-    /// whose length is its number. False when a word reaches over the end of the piece.
-    bool buildPiece(std::string_view text, WalkRange range, std::span<Follower const> followers, DicSet const& dics);
+    /// Adds the nodes of the segment @p range of @p text, behind which @p successors stand. Each of these is a node
+    /// without a record whose length is its number. False when a word reaches over the end of the segment.
+    bool buildPiece(std::string_view text, WalkRange range, std::span<Successor const> successors, DicSet const& dics);
 
     /// The nodes built last that start at position @p p.
     std::span<LatticeNode const> starts(std::size_t p) const noexcept { return starts_[p - range_.begin]; }
@@ -68,8 +68,8 @@ private:
     ConnTable const& table_;
     LatticeConstraints const& constraints_;
     WalkRange range_{0, 0};
-    std::size_t textEnd_ = 0;  // beyond the range, when that is a piece
-    bool crossed_ = false;     // a word reaches over the end of the range
+    std::size_t textEnd_ = 0;                           // beyond the range, when that is a segment
+    bool crossed_ = false;                              // a word reaches over the end of the range
     std::vector<std::span<LatticeNode const>> starts_;  // by position of the range, its end included
 };
 

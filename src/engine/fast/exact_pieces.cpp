@@ -46,8 +46,8 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
     }
 }
 
-/// True when no word that begins before @p place, at a character or inside one, ends behind it; but for words that begin
-/// inside one and go on with whole characters, which the exact search meets.
+/// True when no word that begins before @p place, at a character or inside one, ends behind it; but for words that
+/// begin inside one and go on with whole characters, which the exact search meets.
 bool ExactPieces::isSeam(std::size_t place) const noexcept {
     unsigned const before = state_.text.flags(place - 1);
     if ((before & (kHighByte | kHighTrail)) != 0) return false;
@@ -72,18 +72,18 @@ bool ExactPieces::crosses(std::size_t from, std::size_t place) const noexcept {
 bool ExactPieces::build(std::size_t begin, std::size_t end) {
     if (pool_ == nullptr) pool_ = std::make_unique<NodePool>(0);
     exact_ = std::make_unique<ExactSearch>(*pool_, *table_, none_);
-    std::vector<ExactSearch::Follower> followers;
+    std::vector<ExactSearch::Successor> successors;
     if (end != end_) {
         std::vector<std::uint32_t> wordSums;
         ties_.relativeWordSums(end, wordSums);
         std::size_t const slot = state_.layout.firstSlot(end);
         for (std::size_t i = 0; i != wordSums.size(); ++i) {
             std::uint16_t const sum = state_.layout.sums()[slot + i];
-            followers.push_back({state_.layout.columns()[slot + i],
-                                 sum == CandidateLayout::kNoSum ? kNoPath : pathKey(sum, wordSums[i])});
+            successors.push_back({state_.layout.columns()[slot + i],
+                                  sum == CandidateLayout::kNoSum ? kNoPath : pathKey(sum, wordSums[i])});
         }
     }
-    return exact_->buildPiece(text_, {offset(begin), offset(end)}, followers, *dics_);
+    return exact_->buildPiece(text_, {offset(begin), offset(end)}, successors, *dics_);
 }
 
 /// Takes the exact sums of the words at @p begin over. False when one that the fast search leaves out there could be
@@ -99,10 +99,9 @@ bool ExactPieces::setSums(std::size_t begin) {
     }
     std::uint16_t* const sums = layout.sums() + layout.firstSlot(begin);
     for (std::size_t i = 0; i != nodes.size(); ++i)
-        sums[i] = nodes[i] == nullptr
-                      ? CandidateLayout::kNoSum
-                      : static_cast<std::uint16_t>(std::min<std::uint32_t>(nodes[i]->connSum - least,
-                                                                           CandidateLayout::kNoSum));
+        sums[i] = nodes[i] == nullptr ? CandidateLayout::kNoSum
+                                      : static_cast<std::uint16_t>(std::min<std::uint32_t>(nodes[i]->connSum - least,
+                                                                                           CandidateLayout::kNoSum));
     std::uint32_t const bound = check_.bound(begin);
     if (bound == UnknownCheck::kNone) return false;
     for (LatticeNode const& node : exact_->starts(offset(begin)))
