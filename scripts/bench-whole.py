@@ -33,7 +33,7 @@ DEFAULT_BYTES = 4_000_000
 
 
 def manual_pages():
-    """The running text of the installed manual pages, without their mark-up."""
+    """The running text of the installed manual pages, without their markup."""
     for path in sorted(pathlib.Path("/usr/share/man/ja").glob("man*/*.gz")):
         text = gzip.decompress(path.read_bytes()).decode("utf-8", "replace")
         for line in text.splitlines():

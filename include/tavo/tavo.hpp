@@ -136,7 +136,7 @@ public:
     char const* getMajorPartOfSPPath() const;
     void setPublicPartOfSPPath(char const* path);
     char const* getPublicPartOfSPPath() const;
-    /// Reads rules that take stretches of the text as comments
+    /// Reads rules that take spans of the text as comments
     /// (docs/comment-rules.md); null clears them. Throws file_not_found, and
     /// illegal_format (path:line:cause), after which the earlier rules stay.
     void setCommentRulePath(char const* path);

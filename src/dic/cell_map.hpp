@@ -18,13 +18,13 @@ public:
     std::uint32_t capacity() const noexcept { return capacity_; }
 
     /// A base of 1 or above that no node has and for which all cells base +
-    /// label are free: the lowest one outside the stretches that are given up.
+    /// label are free: the lowest one outside the runs of bases that are given up.
     /// Labels ascend. Grows the map when it is full.
     ///
     /// The front of a large map is full of holes that fit hardly any node. A
-    /// stretch of 64 bases where searches kept failing is given up; that leaves a
+    /// run of 64 bases where searches kept failing is given up; that leaves a
     /// few cells unused and keeps the search short. Nodes of one cell, which fit
-    /// nearly everywhere, give up stretches of their own.
+    /// nearly everywhere, give up runs of their own.
     std::uint32_t findBase(std::span<std::uint8_t const> labels);
     /// Marks the base taken and its cells used.
     void take(std::uint32_t base, std::span<std::uint8_t const> labels);

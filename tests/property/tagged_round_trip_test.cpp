@@ -1,4 +1,4 @@
-// Results written as tagged input and analysed again, and mark-up of all kinds.
+// Results written as tagged input and analysed again, and markup of all kinds.
 #include "base/sjis.hpp"
 #include "result/tagged_output.hpp"
 #include "support/random_world.hpp"
@@ -21,7 +21,7 @@ std::string join(Random& random, List const& pieces, unsigned most) {
     return text;
 }
 
-/// Few characters, marks of the mark-up among them, and halves of characters.
+/// Few characters, marks of the markup among them, and halves of characters.
 std::array<std::string, 14> const kCharacters{"a",    "b",        "<",        ">",    "&",   "\"", "/",
                                               "&lt;", "\x83\x5C", "\x95\x3C", "\x83", "\0"s, "\n", "\x82\xA0"};
 
@@ -149,7 +149,7 @@ std::size_t countPieces(std::string_view given, char delimiter) {
     return pieces + (start < text.size() ? 1 : 0);
 }
 
-/// Pieces of mark-up, and a NUL.
+/// Pieces of markup, and a NUL.
 std::vector<std::string> const kMarkup = [] {
     std::istringstream pieces(
         "<word>|<word PartOfSP=\"B\">|</word>|<word|<multiword>|</multiword>|<annotation>|<annotation Read=\";>\">|"

@@ -79,11 +79,11 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
                    "%u whether it is unknown, %c cost, %10w padded to 10 columns, \\n \\t \\\\ \\%")
         ->type_name("FORMAT");
     app.add_option("--eos", output.eos,
-                   "Text behind each sentence (forms tavo and mecab; default EOS, none with -F); knows \\n and \\t")
+                   "Text behind each sentence (formats tavo and mecab; default EOS, none with -F); knows \\n and \\t")
         ->type_name("TEXT");
-    app.add_option("--null", output.nullString, "Text for an empty value (forms tavo and mecab)")->type_name("TEXT");
+    app.add_option("--null", output.nullString, "Text for an empty value (formats tavo and mecab)")->type_name("TEXT");
     app.add_flag("--classes", output.showClasses,
-                 "Parts of speech as the dictionaries name them, with cost class and features (A:B:Undef-2); forms "
+                 "Parts of speech as the dictionaries name them, with cost class and features (A:B:Undef-2); formats "
                  "tavo and json");
     app.add_option("-n,--nbest", output.nBest,
                    "The N best analyses of each line, an empty line behind them; json tells rank and costs instead")
@@ -100,11 +100,11 @@ void addOutputOptions(CLI::App& app, AnalyseOptions& options) {
 void check(OutputOptions& output) {
     bool const styled = output.kind == OutputKind::Tavo || output.kind == OutputKind::Mecab;
     if (output.format && output.kind != OutputKind::Tavo)
-        throw ToolError(ExitStatus::Usage, "-F is a form of its own: leave -O out");
+        throw ToolError(ExitStatus::Usage, "-F is a format of its own: leave -O out");
     if (!styled && (output.eos || output.nullString))
-        throw ToolError(ExitStatus::Usage, "--eos and --null go with the forms tavo and mecab only");
+        throw ToolError(ExitStatus::Usage, "--eos and --null go with the formats tavo and mecab only");
     if (output.showClasses && output.kind != OutputKind::Tavo && output.kind != OutputKind::Json)
-        throw ToolError(ExitStatus::Usage, "--classes goes with the forms tavo and json only");
+        throw ToolError(ExitStatus::Usage, "--classes goes with the formats tavo and json only");
     if (output.eos) output.eos = TAVO::decodeEscapes(*output.eos);
     if (output.nullString) output.nullString = TAVO::decodeEscapes(*output.nullString);
 }

@@ -38,7 +38,7 @@ struct BlockReport {
 /// @p limit bytes, which end between two characters.
 std::size_t pieceLength(std::string_view line, std::size_t limit, Encoding encoding) noexcept;
 
-/// An analyser with its output form. One thread uses it at a time.
+/// An analyser with its output format. One thread uses it at a time.
 class BlockAnalyser {
 public:
     /// Longer lines are analysed in pieces of at most this many bytes, which is

@@ -1,4 +1,4 @@
-// The forms that the analysis of a line is written in.
+// The output formats that the analysis of a line is written in.
 #ifndef TAVO_TOOL_LINE_WRITER_HPP
 #define TAVO_TOOL_LINE_WRITER_HPP
 
