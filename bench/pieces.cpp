@@ -79,7 +79,7 @@ void buildLattice(benchmark::State& state) {
             sentence.given = sentence.text = s;
             lattice.clear();
             lattice.build(sentence, &table, dics);
-            benchmark::DoNotOptimize(sentence.bestStart);
+            benchmark::DoNotOptimize(sentence.path.first());
         }
     }
     countText(state);

@@ -4,10 +4,11 @@
 #include "engine/nbest/all_paths.hpp"
 #include "engine/exact/lattice_constraints.hpp"
 
-#include "base/sjis.hpp"
 #include "dic/conn_table.hpp"
 #include "dic/dic_set.hpp"
 #include "engine/special_records.hpp"
+#include "support/draw_lattice.hpp"
+#include "support/fast_rig.hpp"
 #include "support/random_world.hpp"
 #include "support/reference_search.hpp"
 #include "support/testing.hpp"
@@ -74,13 +75,6 @@ Result resultOf(Lattice const& lattice, Sentence const& sentence, Attached const
     return result;
 }
 
-BestPathSearch::Parts randomParts(Random& random) {
-    BestPathSearch::Parts parts{1 + random.below(12), 1 + random.below(24)};
-    if (random.below(3) == 0) parts.wide = false;
-    if (random.below(2) == 0) parts.window = 1 + random.below(12);
-    return parts;
-}
-
 /// Calls check(world, attached, sentence, lattice, random) for eight texts, the
 /// sentences of one input, of each random world.
 template <class Check>
@@ -89,14 +83,13 @@ void onRandomTexts(unsigned worlds, Check check) {
         Random random(seed);
         World const world = randomWorld(random);
         Attached const attached(world);
-        Lattice lattice(1 + random.below(9), randomParts(random));  // small ones, so that texts have many
-        std::deque<std::string> texts;                              // stay where they are
+        Lattice lattice(1 + random.below(9), randomOptions(random));
+        std::deque<std::string> texts;  // stay where they are
         for (unsigned t = 0; t < 8; ++t) {
             Sentence sentence;
-            bool const latin = world.plainLetters && t % 2 == 0;
-            texts.push_back(latin ? random.latin(32) : random.bytes(24, true));
+            texts.push_back(world.text(random, 24, true));
             sentence.given = sentence.text = texts.back();
-            SCOPED_TRACE("seed " + std::to_string(seed) + ", text " + testing::PrintToString(texts.back()));
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", text " + hexOf(texts.back()));
             check(world, attached, sentence, lattice, random);
             if (testing::Test::HasFatalFailure()) return;
         }
@@ -105,11 +98,13 @@ void onRandomTexts(unsigned worlds, Check check) {
 
 TEST(LatticeProperty, AgreesWithTheReferenceOnRandomWorlds) {
     onRandomTexts(
-        10000, [](World const& world, Attached const& attached, Sentence& sentence, Lattice& lattice, Random& random) {
+        2000, [](World const& world, Attached const& attached, Sentence& sentence, Lattice& lattice, Random& random) {
             if (random.below(2) == 0) lattice.clear();
             lattice.build(sentence, attached.table.get(), attached.dics);
-            ASSERT_EQ(resultOf(lattice, sentence, attached),
-                      resultOf(referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction())));
+            ReferenceLattice const expected =
+                referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction());
+            ASSERT_EQ(resultOf(lattice, sentence, attached), resultOf(expected))
+                << drawLattice(std::string(sentence.text), expected) << world.describe();
         });
 }
 
@@ -121,164 +116,128 @@ std::vector<Word> pathOf(ReferenceLattice const& lattice) {
     return path;
 }
 
-std::vector<Word> pathOf(Sentence const& sentence, DicSet const& dics) {
+std::vector<Word> pathOf(LazyPath const& found, DicSet const& dics) {
     std::vector<Word> path;
     std::size_t start = 0;
-    for (LatticeNode const* node : bestPath(sentence)) {
+    for (LatticeNode const* node = found.first(); node != nullptr; node = node->next) {
         path.push_back(wordOf(start, *node, dics));
         start += node->length;
     }
     return path;
 }
 
-/// A world of letters, each with a word; C begins a longer form, too. @p cost tells a connection's cost by left and
-/// right id, but before and behind unknown words.
-template <class Cost>
-World worldOfLetters(unsigned unknown, Cost&& cost) {
-    World world;
-    world.dictionaries.resize(1);
-    unsigned id = 4;
-    for (char const* form : {"A", "B", "C", "\xA0", "\x81\x41"}) world.dictionaries[0][form] = {{id++, 0, 0}};
-    world.dictionaries[0]["CCCCC"] = {{6, 0, 0}};
-    for (unsigned left = 1; left <= kIds; ++left)
-        for (unsigned right = 1; right <= kIds; ++right)
-            world.costs.push_back(static_cast<std::uint8_t>(left == 3 || right == 3 ? unknown : cost(left, right)));
-    for (unsigned column = 0; column < kIds; ++column) world.columns.push_back(static_cast<std::uint16_t>(column));
-    return world;
-}
+/// How the fast search found a text's path.
+struct Outcomes {
+    unsigned fast = 0, byPieces = 0, givenUp = 0;
 
-void expectReferencePath(World const& world, Attached const& attached, Lattice& lattice, std::string const& text) {
-    Sentence sentence;
-    sentence.text = text;
-    lattice.build(sentence, attached.table.get(), attached.dics);
-    ASSERT_EQ(pathOf(sentence, attached.dics), pathOf(referenceSearch(text, world.dictionaries, world.costFunction())))
-        << "text " << testing::PrintToString(text);
-}
+    void note(FastRig const& rig, std::size_t firstWord, LazyPath const& path) {
+        bool exact = false;
+        for (std::size_t i = firstWord; i != rig.paths.size(); ++i)
+            exact = exact || rig.paths.word(i).source == PathWord::kExact;
+        ++(!path.exists() ? givenUp : exact ? byPieces : fast);
+    }
+};
 
-TEST(LatticeProperty, UnknownWordsAreTakenAmongLetters) {
-    for (unsigned seed = 1; seed <= 3000; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        Random random(seed);
-        unsigned const unknown = 1 + random.below(8);
-        std::array<unsigned, kIds> most{};
-        for (unsigned& of : most) of = 1 + random.below(2 * unknown);
-        World const world =
-            worldOfLetters(unknown, [&](unsigned, unsigned right) { return random.below(most[right - 1] + 1); });
-        Attached const attached(world);
-        Lattice lattice(0);
-        for (unsigned t = 0; t < 8; ++t) {
-            std::string text;
-            for (unsigned n = 2 + random.below(8); n > 0; --n) text += "AAABBBCCC\xA0\x81"[random.below(11)];
-            expectReferencePath(world, attached, lattice, text);
-            if (testing::Test::HasFatalFailure()) return;
+/// Compares the paths of @p texts, searched together, with the reference's; counts those of texts searched alone.
+void expectReferencePaths(World const& world, Attached const& attached, FastSearch::Options const& options,
+                          std::vector<std::string> const& texts, Outcomes& outcomes) {
+    FastRig rig(attached, options);
+    if (!rig.state.indexes.isUsable()) return;
+    std::vector<std::string_view> const views(texts.begin(), texts.end());
+    std::vector<LazyPath> const together = rig.search(views);
+    for (std::size_t i = 0; i != texts.size(); ++i) {
+        std::size_t const firstWord = rig.paths.size();
+        LazyPath const alone = rig.search({&views[i], 1}).front();
+        outcomes.note(rig, firstWord, alone);
+        ReferenceLattice const expected = referenceSearch(texts[i], world.dictionaries, world.costFunction());
+        for (LazyPath const* path : {&together[i], &alone}) {
+            if (!path->exists()) continue;  // the exact search is compared below
+            ASSERT_EQ(pathOf(*path, attached.dics), pathOf(expected))
+                << (path == &alone ? "alone" : "together") << ", blocks of " << options.blockPlaces << ", chunks of "
+                << options.chunkPlaces << "\n"
+                << drawLattice(texts[i], expected) << world.describe();
         }
     }
 }
 
-/// Lengths of the words of an unread path, of which the first one's column must be told.
-std::vector<std::size_t> unreadLengths(Lattice const& lattice, Sentence const& sentence) {
+TEST(FastSearchProperty, FindsThePathsOfTheReference) {
+    Outcomes outcomes;
+    for (unsigned seed = 1; seed <= 4000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        Random random(seed);
+        World world = randomFlatWorld(random);
+        std::vector<std::string> texts;
+        for (unsigned n = 1 + random.below(12); n > 0; --n)
+            texts.push_back(world.text(random, random.oneIn(3) ? 80 : 16, true));
+        if (random.oneIn(30)) addManyWords(world, random);
+        if (random.oneIn(10)) addLongSurface(world, random, texts.front(), 12);
+        Attached const attached(world);
+        for (unsigned n = 0; n != 3; ++n)
+            expectReferencePaths(world, attached, randomOptions(random), texts, outcomes);
+        if (testing::Test::HasFatalFailure()) return;
+    }
+    EXPECT_GT(outcomes.fast, 10'000U);
+    EXPECT_GT(outcomes.byPieces, 2'000U);
+    EXPECT_GT(outcomes.givenUp, 200U);
+    std::cout << outcomes.fast << " " << outcomes.byPieces << " " << outcomes.givenUp << "\n";
+}
+
+// Sums of long texts outgrow 16 bits, and words as long as these bring together sums that lie far apart.
+TEST(FastSearchProperty, FindsThePathsOfLongTextsAndWords) {
+    Outcomes outcomes;
+    for (unsigned seed = 1; seed <= 100; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        Random random(seed);
+        World world = randomFlatWorld(random);
+        std::string text;
+        while (text.size() < 3000) text += world.text(random, 400, false);
+        for (unsigned n = random.below(4); n > 0; --n) addLongSurface(world, random, text, random.oneIn(2) ? 700 : 90);
+        if (random.oneIn(2)) text.replace(random.below(2000), 800, 800, random.of(world.alphabet));
+        Attached const attached(world);
+        for (FastSearch::Options const& options : {FastSearch::Options{}, randomOptions(random)})
+            expectReferencePaths(world, attached, options, {text, text.substr(0, 700), text.substr(1500)}, outcomes);
+        if (testing::Test::HasFatalFailure()) return;
+    }
+    EXPECT_GT(outcomes.fast, 100U);
+    std::cout << outcomes.fast << " " << outcomes.byPieces << " " << outcomes.givenUp << "\n";
+}
+
+/// Lengths of the words of a pending path, of which the first one's column must be told.
+std::vector<std::size_t> pendingLengths(LazyPath const& path) {
     std::vector<std::size_t> lengths;
-    lattice.visitUnread(sentence, [&](std::uint16_t column, std::uint32_t length, auto const&) {
-        EXPECT_TRUE(!lengths.empty() || column == lattice.firstUnread(sentence));
+    path.visitPending([&](std::uint16_t column, std::uint32_t length, auto const&) {
+        EXPECT_TRUE(!lengths.empty() || column == path.firstColumn());
         lengths.push_back(length);
     });
     return lengths;
 }
 
-// Sentences side by side, with and without something between them, are what each of them is alone.
-TEST(LatticeProperty, GroupsAgreeWithTheReferenceOnRandomWorlds) {
-    for (unsigned seed = 1; seed <= 2000; ++seed) {
+// Sentences of one call are what each of them is alone, whenever their paths are read.
+TEST(LatticeProperty, SentencesTogetherAgreeWithTheReference) {
+    for (unsigned seed = 1; seed <= 1000; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Random random(seed);
         World const world = randomWorld(random);
         Attached const attached(world);
-        Lattice lattice(0, randomParts(random));
-        for (unsigned groups = 0; groups < 2; ++groups) {
-            std::string memory;
-            std::vector<std::pair<std::size_t, std::size_t>> places;
-            for (unsigned n = 1 + random.below(7); n > 0; --n) {
-                std::string const text = world.plainLetters ? random.latin(20) : random.bytes(16, true);
-                places.emplace_back(memory.size(), text.size());
-                memory += text + random.bytes(2, true).substr(random.below(2));
-            }
-            std::vector<Sentence> sentences;
-            for (auto const& [begin, size] : places) {
-                Sentence& sentence = sentences.emplace_back();
-                sentence.text = std::string_view(memory).substr(begin, size);
-                if (!lattice.belongTogether(sentences.front().text, sentence.text)) {
-                    sentences.pop_back();
-                    break;
-                }
-            }
-            lattice.search(sentences, attached.table.get(), attached.dics);
-            while (!sentences.empty()) {
-                std::size_t const at = random.below(static_cast<unsigned>(sentences.size()));
-                Sentence& sentence = sentences[at];
-                SCOPED_TRACE("text " + testing::PrintToString(std::string(sentence.text)));
-                std::vector<std::size_t> const lengths =
-                    sentence.unread ? unreadLengths(lattice, sentence) : std::vector<std::size_t>();
-                bool const wasUnread = sentence.unread;
-                lattice.read(sentence);
-                ReferenceLattice const expected =
-                    referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction());
-                ASSERT_EQ(resultOf(lattice, sentence, attached), resultOf(expected));
-                std::vector<std::size_t> pathLengths;
-                for (LatticeNode const* node : bestPath(sentence)) pathLengths.push_back(node->length);
-                ASSERT_TRUE(!wasUnread || lengths == pathLengths);
-                sentences.erase(sentences.begin() + static_cast<std::ptrdiff_t>(at));
-            }
-        }
-    }
-}
-
-// Sums of long texts outgrow what the search keeps of a word, and words as long as
-// these bring together sums that lie far apart.
-TEST(LatticeProperty, AgreesWithTheReferenceOnLongTextsAndWords) {
-    for (unsigned seed = 1; seed <= 60; ++seed) {
-        Random random(seed);
-        World world = randomWorld(random);
-        for (std::uint8_t& cost : world.costs)
-            if (cost < 9) cost = static_cast<std::uint8_t>(cost * (1 + random.below(28)));
-        if (world.plainLetters) world.shareRow();
-        std::string text;
-        while (text.size() < 4000) text += random.bytes(24, false);
-        for (unsigned n = random.below(3); n > 0; --n) {
-            std::string form = text.substr(random.below(3200), 50 + random.below(700));
-            for (std::size_t pos = 0; pos < form.size(); pos += charWidth(form, pos))
-                if (charWidth(form, pos) == 1 && isLeadByte(form[pos])) form[pos] = 'A';
-            world.dictionaries[0][form].push_back({4, 1, 0});
-            text.replace(random.below(3200), form.size(), form);
-        }
-        if (random.below(2) == 0) text.replace(random.below(3200), 800, 800, 'A');
-        Attached const attached(world);
-        // The whole of it, and cut into sentences that may be searched together.
-        for (std::size_t const length : {text.size(), std::size_t{1300}}) {
-            std::vector<std::string_view> pieces;
-            std::vector<std::vector<Word>> expected;
-            for (std::size_t at = 0; at < text.size(); at += length) {
-                pieces.push_back(std::string_view(text).substr(at, length));
-                expected.push_back(
-                    pathOf(referenceSearch(std::string(pieces.back()), world.dictionaries, world.costFunction())));
-            }
-            for (BestPathSearch::Parts const parts :
-                 {BestPathSearch::Parts{}, {64, 700}, {64, 700, false}, randomParts(random)}) {
-                Lattice lattice(0, parts);
-                std::vector<std::vector<Word>> found;
-                for (std::size_t first = 0; first < pieces.size();) {
-                    std::vector<Sentence> sentences;
-                    for (; first < pieces.size(); ++first) {
-                        if (!sentences.empty() && !lattice.belongTogether(sentences.front().text, pieces[first])) break;
-                        sentences.emplace_back().text = pieces[first];
-                    }
-                    lattice.search(sentences, attached.table.get(), attached.dics);
-                    for (Sentence& sentence : sentences) {
-                        lattice.read(sentence);
-                        found.push_back(pathOf(sentence, attached.dics));
-                    }
-                }
-                ASSERT_EQ(found, expected) << "seed " << seed << ", parts of " << parts.segment << " and "
-                                           << parts.block << (parts.wide ? ", wide" : "");
-            }
+        Lattice lattice(0, randomOptions(random));
+        std::deque<std::string> texts;
+        std::vector<Sentence> sentences(1 + random.below(9));
+        for (Sentence& sentence : sentences)
+            if (!random.oneIn(9)) sentence.text = texts.emplace_back(world.text(random, 16, true));
+        lattice.search(sentences, attached.table.get(), attached.dics);
+        while (!sentences.empty()) {
+            std::size_t const at = random.below(static_cast<unsigned>(sentences.size()));
+            Sentence& sentence = sentences[at];
+            bool const wasPending = sentence.path.isPending();
+            std::vector<std::size_t> const lengths = wasPending ? pendingLengths(sentence.path) : std::vector<std::size_t>();
+            ReferenceLattice const expected =
+                referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction());
+            ASSERT_EQ(resultOf(lattice, sentence, attached), resultOf(expected))
+                << drawLattice(std::string(sentence.text), expected) << world.describe();
+            std::vector<std::size_t> pathLengths;
+            for (LatticeNode const* node : bestPath(sentence)) pathLengths.push_back(node->length);
+            ASSERT_TRUE(!wasPending || lengths == pathLengths);
+            sentences.erase(sentences.begin() + static_cast<std::ptrdiff_t>(at));
         }
     }
 }
@@ -328,7 +287,7 @@ TEST(LatticeProperty, AgreesWithTheReferenceUnderConstraints) {
             lattice.clear();
             lattice.build(sentence, attached.table.get(), attached.dics, constraints.library);
             ASSERT_EQ(resultOf(lattice, sentence, attached).path, expected);
-            forced += constraints.library.forced && sentence.bestStart != nullptr ? 1 : 0;
+            forced += constraints.library.forced && sentence.path.exists() ? 1 : 0;
             constraints.library.forced = false;
             lattice.clear();
             AllPaths allPaths;

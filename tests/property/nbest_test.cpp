@@ -3,6 +3,7 @@
 #include "engine/nbest/nbest.hpp"
 
 #include "engine/lattice.hpp"
+#include "support/draw_lattice.hpp"
 #include "support/random_world.hpp"
 #include "support/reference_nbest.hpp"
 #include "support/testing.hpp"
@@ -32,7 +33,7 @@ public:
 
     std::vector<ReferencePath> search(std::size_t n) const {
         std::vector<ReferencePath> paths;
-        if (sentence_.bestStart == nullptr) return paths;
+        if (!sentence_.path.exists()) return paths;
         std::vector<int> const order = referenceOrder();
         NBest const nbest(allPaths_, sentence_, n);
         std::vector<std::uint32_t> nodes;
@@ -102,8 +103,8 @@ void onRandomTexts(unsigned worlds, unsigned mostBytes, Check check) {
                 lattice.clear();
                 allPaths.clear();
             }
-            std::string const text = random.bytes(mostBytes, true);
-            SCOPED_TRACE("seed " + std::to_string(seed) + ", text " + testing::PrintToString(text));
+            std::string const text = world.text(random, mostBytes, true);
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", text " + hexOf(text));
             check(Case(attached, world, text, lattice, allPaths), world, random);
             if (testing::Test::HasFatalFailure()) return;
         }

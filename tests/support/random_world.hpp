@@ -1,5 +1,4 @@
-// Random small worlds, in which ties, dead ends and forms at second bytes are
-// everywhere.
+// Random small worlds, in which ties, dead ends, surfaces at trail bytes and unknown words that pay are everywhere.
 #ifndef TAVO_TESTS_RANDOM_WORLD_HPP
 #define TAVO_TESTS_RANDOM_WORLD_HPP
 
@@ -16,16 +15,17 @@
 
 namespace TAVO::test {
 
-inline constexpr unsigned kIds = 9;
+inline constexpr unsigned kIds = 11;
 
 class Random {
 public:
     explicit Random(unsigned seed) : engine_(seed) {}
     unsigned below(unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(engine_); }
-    /// 1 to @p most bytes of a small alphabet, some of them NUL when wanted.
-    std::string bytes(unsigned most, bool withNul);
-    /// 1 to @p most bytes of it, most of them letters.
-    std::string latin(unsigned most);
+    bool oneIn(unsigned n) { return below(n) == 0; }
+    template <class Values>
+    auto const& of(Values const& values) {
+        return values[below(static_cast<unsigned>(std::size(values)))];
+    }
 
 private:
     std::mt19937 engine_;
@@ -33,21 +33,34 @@ private:
 
 /// Ids: 1 begins a text, 2 ends it, 3 is the unknown word, others are words.
 struct World {
+    std::string alphabet;  ///< bytes of surfaces and texts
     std::vector<WordTable> dictionaries;
-    std::vector<std::uint8_t> costs;  // kIds x kIds
+    std::vector<std::uint8_t> costs;  ///< kIds x kIds
     /// By id: where the table has its column; empty: one behind the other. Far apart in some worlds, so that a place's
     /// costs lie in many cache lines.
     std::vector<std::uint16_t> columns;
-    /// No longer form begins with a letter. Letters have alike words, of ids 4 and 5, or the second one some of id 6.
-    bool plainLetters = false;
 
-    /// Lets id 5 stand before others as id 4 does.
-    void shareRow();
+    unsigned cost(unsigned left, unsigned right) const { return costs[(left - 1) * kIds + right - 1]; }
+    std::uint8_t& cost(unsigned left, unsigned right) { return costs[(left - 1) * kIds + right - 1]; }
     /// Refers to this world.
     CostFunction costFunction() const;
+    /// 1 to @p most bytes of the alphabet.
+    std::string bytes(Random& random, unsigned most) const;
+    /// The same, with surfaces in it and, when wanted, NUL.
+    std::string text(Random& random, unsigned most, bool withNul) const;
+    /// Surfaces, records and costs, for a failing test.
+    std::string describe() const;
 };
 
+/// Half of them have unknown words of one cost, which the fast search needs.
 World randomWorld(Random& random);
+/// Unknown words of one cost on either side, a word for most characters; costs from nothing to what makes unknown
+/// words pay; restricted columns.
+World randomFlatWorld(Random& random);
+/// Surfaces of so many words that lists of 255 or places of 256 have no room for them.
+void addManyWords(World& world, Random& random);
+/// A surface of at most @p most bytes that @p text has, or is given, made of whole characters.
+void addLongSurface(World& world, Random& random, std::string& text, unsigned most);
 
 /// A world as files, attached. One at a time: the pools go with it.
 struct Attached {

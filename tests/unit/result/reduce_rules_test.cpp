@@ -36,13 +36,13 @@ struct Rules : ResultWorld {
         for (Mrph const& morpheme : morphemes)
             expected.push_back(static_cast<unsigned int>(MrphAccess::rawForm(morpheme).size()));
         EXPECT_EQ(lengths, expected) << text;
-        Sentence unread;
-        unread.given = unread.text = kept;
-        context.lattice.search({&unread, 1}, context.connTable, context.dics);
+        Sentence pending;
+        pending.given = pending.text = kept;
+        context.lattice.search({&pending, 1}, context.connTable, context.dics);
         reduce.bindColumns(*context.connTable);
         lengths.clear();
-        EXPECT_TRUE(appendLengths(lengths, context, reduce, unread));
-        EXPECT_EQ(lengths, expected) << text << ", unread";
+        EXPECT_TRUE(appendLengths(lengths, context, reduce, pending));
+        EXPECT_EQ(lengths, expected) << text << ", pending";
         return toUtf8(describe(morphemes, "%w/%h"));
     }
     TempDir folder;
