@@ -55,8 +55,8 @@ LatticeNode const* PathStore::makeNodes(std::size_t begin, std::size_t end, std:
         wordSum += record.cost();
         pool_.beginPosition();
         LatticeNode& node = pool_.make();
-        node = {record.head(), next, length, word.column,
-                LatticeNode::kFirstAtPosition | LatticeNode::kAlone, wordSum, connSum};
+        node = {record.head(), next,   length, word.column, LatticeNode::kFirstAtPosition | LatticeNode::kAlone,
+                wordSum,       connSum};
         next = &node;
     }
     return next;

@@ -18,7 +18,7 @@ namespace TAVO {
 struct PathWord {
     static constexpr std::uint8_t kUnknown = 0xFE, kExact = 0xFF;
 
-    std::uint32_t word;   ///< list number << 8 | index in it; of the exact search's words: number among them
+    std::uint32_t word;  ///< list number << 8 | index in it; of the exact search's words: number among them
     std::uint16_t column;
     std::uint8_t length;  ///< in bytes, but for the exact search's words
     std::uint8_t source;  ///< number of the dictionary, or one of the above

@@ -59,8 +59,8 @@ std::string CandidateListMaker::layOut(std::vector<ListedWord> const& words, boo
     }
     std::string list;
     auto const unrestricted = static_cast<unsigned>(middle - order.begin());
-    for (unsigned const byte : {static_cast<unsigned>(words.size()), unrestricted, longest, flags, enteredBy, opens,
-                                restrictedOpens, 0U})
+    for (unsigned const byte :
+         {static_cast<unsigned>(words.size()), unrestricted, longest, flags, enteredBy, opens, restrictedOpens, 0U})
         list.push_back(static_cast<char>(byte));
     for (std::uint8_t const i : order) appendU16(list, words[i].column);
     for (std::uint8_t const i : order) appendU16(list, words[i].row);

@@ -11,7 +11,9 @@ namespace {
 constexpr std::uint32_t kManyTries = 2000;
 
 /// Nodes with few children fit nearly everywhere, those with many only behind the crowded part.
-std::size_t kindOf(std::size_t children) noexcept { return children == 1 ? 0 : children < 4 ? 1 : children < 32 ? 2 : 3; }
+std::size_t kindOf(std::size_t children) noexcept {
+    return children == 1 ? 0 : children < 4 ? 1 : children < 32 ? 2 : 3;
+}
 
 }  // namespace
 

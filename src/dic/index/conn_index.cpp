@@ -10,7 +10,7 @@ namespace TAVO {
 namespace {
 
 constexpr std::uint32_t kLineBytes = 64;  // of a cache line, at which each row begins
-constexpr unsigned kMostClasses = 255;  // beyond them classes share numbers
+constexpr unsigned kMostClasses = 255;    // beyond them classes share numbers
 
 }  // namespace
 

@@ -75,13 +75,11 @@ bool DicIndex::checkList(std::uint32_t number) const noexcept {
     if (at > room || room - at < CandidateList::kHeadBytes) return false;
     CandidateList const list(lists_.data() + at);
     unsigned const count = list.count();
-    if (list.unrestricted() > count ||
-        room - at < CandidateList::sizeBytes(count, list.unrestricted() != count))
+    if (list.unrestricted() > count || room - at < CandidateList::sizeBytes(count, list.unrestricted() != count))
         return false;
     for (unsigned i = 0; i < count; ++i) {
         unsigned const length = list.lengths()[i];
-        if (list.column(i) >= columns_ || list.row(i) >= rows_ || length == 0 || length > list.longest())
-            return false;
+        if (list.column(i) >= columns_ || list.row(i) >= rows_ || length == 0 || length > list.longest()) return false;
     }
     checked_[number >> 6].fetch_or(std::uint64_t{1} << (number & 63), std::memory_order_relaxed);
     return true;

@@ -27,14 +27,16 @@ using CharacterCode = std::uint16_t;
 /// What a character is to the search, a bit each. The first four are facts of a dictionary, and a character has those
 /// of all dictionaries; deriveFlags() adds the others.
 namespace CharacterFlag {
-inline constexpr unsigned kBounded = 1;      ///< is a surface with a word of a bounded column
-inline constexpr unsigned kSafe = 2;         ///< no path gains by an unknown word in its place
-inline constexpr unsigned kSurface = 4;      ///< of a byte: is a surface
-inline constexpr unsigned kContinues = 8;    ///< of a byte: begins or goes on in a surface that another character follows in
-inline constexpr unsigned kDouble = 16;      ///< two bytes
-inline constexpr unsigned kHighTrail = 32;   ///< an unknown word of two bytes may start at its trail byte
-inline constexpr unsigned kHighByte = 64;    ///< one byte of 128 and more, as which an unknown word of two bytes may start
-inline constexpr unsigned kUnknown = 128;    ///< needs the unknown word among its candidates
+inline constexpr unsigned kBounded = 1;  ///< is a surface with a word of a bounded column
+inline constexpr unsigned kSafe = 2;     ///< no path gains by an unknown word in its place
+inline constexpr unsigned kSurface = 4;  ///< of a byte: is a surface
+inline constexpr unsigned kContinues =
+    8;  ///< of a byte: begins or goes on in a surface that another character follows in
+inline constexpr unsigned kDouble = 16;     ///< two bytes
+inline constexpr unsigned kHighTrail = 32;  ///< an unknown word of two bytes may start at its trail byte
+inline constexpr unsigned kHighByte =
+    64;  ///< one byte of 128 and more, as which an unknown word of two bytes may start
+inline constexpr unsigned kUnknown = 128;         ///< needs the unknown word among its candidates
 inline constexpr unsigned kTrailSurface = 256;    ///< its trail byte is kSurface
 inline constexpr unsigned kTrailContinues = 512;  ///< its trail byte is kContinues
 inline constexpr unsigned kLook = 1024;           ///< the search checks what it leaves out here
@@ -59,8 +61,8 @@ public:
     unsigned unrestricted() const noexcept { return bytes_[1]; }
     unsigned longest() const noexcept { return bytes_[2]; }  ///< in characters, of the words
     unsigned flags() const noexcept { return bytes_[3]; }
-    unsigned enteredBy() const noexcept { return bytes_[4]; }        ///< classes of the restricted words' columns
-    unsigned opens() const noexcept { return bytes_[5]; }            ///< classes that unrestricted words open behind them
+    unsigned enteredBy() const noexcept { return bytes_[4]; }  ///< classes of the restricted words' columns
+    unsigned opens() const noexcept { return bytes_[5]; }      ///< classes that unrestricted words open behind them
     unsigned restrictedOpens() const noexcept { return bytes_[6]; }  ///< and restricted ones
     unsigned char const* columns() const noexcept { return bytes_ + kHeadBytes; }
     unsigned char const* rows() const noexcept { return columns() + std::size_t{2} * count(); }
@@ -103,9 +105,9 @@ public:
 
     /// False when a surface is not made of whole characters: the fast search knows nothing of it.
     bool isRegular() const noexcept { return (info_[kTraits] & kRegular) != 0; }
-    /// A word of a column that no unknown word may stand before has a twin when there is one of the same surface and row
-    /// and of a column that one may stand before. These are the classes of the words without a twin, a bit each (of class
-    /// number % 64); kAnyClass when the column of one is not restricted.
+    /// A word of a column that no unknown word may stand before has a twin when there is one of the same surface and
+    /// row and of a column that one may stand before. These are the classes of the words without a twin, a bit each (of
+    /// class number % 64); kAnyClass when the column of one is not restricted.
     std::uint64_t untwinned() const noexcept { return classSet(kUntwinned); }
     static constexpr std::uint64_t kAnyClass = ~std::uint64_t{0};
     /// The classes that words open whose surface begins with a byte that mayBeTrail() and ends with a character of one
@@ -174,7 +176,8 @@ private:
     std::span<std::uint64_t const> roots_, units_;
     std::span<std::uint8_t const> lists_;
     std::span<std::uint64_t const> pairs_, neighbours_;
-    std::span<std::uint32_t const> rootChains_, chains_;  // by number and by unit: position + 1 of the chain, 0 for none
+    std::span<std::uint32_t const> rootChains_,
+        chains_;  // by number and by unit: position + 1 of the chain, 0 for none
     std::size_t checkedWords_ = 0;
     std::unique_ptr<std::atomic<std::uint64_t>[]> checked_;
     bool sound_;

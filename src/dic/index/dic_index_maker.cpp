@@ -92,7 +92,8 @@ void DicIndexMaker::addBranch(std::size_t first, std::size_t last, std::size_t d
         list = lists_.add(words, false);
         chain = surfaces_.chain(first) + 1;
         if (depth == 1)
-            codes_[surfaces_.characters(first).front()] |= flagsOfSurface(surfaces_.words(first)) << DicIndex::kFlagShift;
+            codes_[surfaces_.characters(first).front()] |= flagsOfSurface(surfaces_.words(first))
+                                                           << DicIndex::kFlagShift;
         ++first;
     }
     std::uint32_t base = 0;
@@ -138,8 +139,7 @@ unsigned DicIndexMaker::flagsOfSurface(std::span<IndexedWord const> words) const
 }
 
 bool DicIndexMaker::hasTwin(std::span<IndexedWord const> words, IndexedWord const& word) const {
-    return conn_.isOpenToUnknown(word.column) ||
-           std::any_of(words.begin(), words.end(), [&](IndexedWord const& other) {
+    return conn_.isOpenToUnknown(word.column) || std::any_of(words.begin(), words.end(), [&](IndexedWord const& other) {
                return other.row == word.row && conn_.isOpenToUnknown(other.column);
            });
 }
@@ -161,7 +161,8 @@ std::uint64_t DicIndexMaker::exits() const {
     std::uint64_t classes = 0;
     for (std::size_t i = 0; i < surfaces_.size(); ++i)
         if (surfaces_.characters(i).back() <= 0xFF && mayBeTrail(firstByte(surfaces_.characters(i).front())))
-            for (IndexedWord const& word : surfaces_.words(i)) classes |= conn_.rowClass(word.row) != 0 ? classBit(conn_.rowClass(word.row)) : 0;
+            for (IndexedWord const& word : surfaces_.words(i))
+                classes |= conn_.rowClass(word.row) != 0 ? classBit(conn_.rowClass(word.row)) : 0;
     return classes;
 }
 

@@ -46,8 +46,7 @@ IndexImage IndexImage::map(std::string const& path, std::string_view magic) {
     int const handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (handle < 0) return image;
     struct stat status {};
-    if (::fstat(handle, &status) == 0 && S_ISREG(status.st_mode) &&
-        status.st_size >= static_cast<off_t>(kTableAt)) {
+    if (::fstat(handle, &status) == 0 && S_ISREG(status.st_mode) && status.st_size >= static_cast<off_t>(kTableAt)) {
         image.sizeBytes_ = static_cast<std::size_t>(status.st_size);
         void* const view = ::mmap(nullptr, image.sizeBytes_, PROT_READ, MAP_SHARED, handle, 0);
         if (view != MAP_FAILED) {
@@ -70,8 +69,7 @@ IndexImage IndexImage::own(std::vector<std::uint64_t>&& bytes, std::string_view 
 bool IndexImage::read(std::string_view magic) {
     if (sizeBytes_ < kTableAt || std::memcmp(bytes_, magic.data(), kMagicBytes) != 0) return false;
     std::size_t const count = loadU32(bytes_ + kCountAt);
-    if (loadU64(bytes_ + kSizeAt) != sizeBytes_ || count > kMostSections ||
-        kTableAt + count * kEntryBytes > sizeBytes_)
+    if (loadU64(bytes_ + kSizeAt) != sizeBytes_ || count > kMostSections || kTableAt + count * kEntryBytes > sizeBytes_)
         return false;
     origin_ = {loadU64(bytes_ + kOriginAt), loadU64(bytes_ + kOriginAt + 8), loadU64(bytes_ + kOriginAt + 16),
                loadU64(bytes_ + kOriginAt + 24)};
@@ -94,8 +92,8 @@ std::vector<std::uint64_t> IndexWriter::write() const {
     std::string head(magic_);
     appendU32(head, static_cast<std::uint32_t>(sections_.size()));
     appendU32(head, 0);
-    for (std::uint64_t const value : {std::uint64_t{end}, origin_.dicBytes, origin_.dicStamp, origin_.tableBytes,
-                                      origin_.tableStamp})
+    for (std::uint64_t const value :
+         {std::uint64_t{end}, origin_.dicBytes, origin_.dicStamp, origin_.tableBytes, origin_.tableStamp})
         appendU64(head, value);
     for (std::size_t i = 0; i < sections_.size(); ++i) {
         appendU64(head, offsets[i]);

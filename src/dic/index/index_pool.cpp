@@ -16,7 +16,8 @@ std::uint64_t stampOf(std::span<unsigned char const> bytes) noexcept {
 
 /// True when @p path may have changed since @p index was written.
 bool isYounger(std::string const& path, std::string const& index) noexcept {
-    struct stat ofPath {}, ofIndex {};
+    struct stat ofPath {
+    }, ofIndex{};
     if (::stat(path.c_str(), &ofPath) != 0 || ::stat(index.c_str(), &ofIndex) != 0) return true;
     return ofPath.st_mtim.tv_sec != ofIndex.st_mtim.tv_sec ? ofPath.st_mtim.tv_sec > ofIndex.st_mtim.tv_sec
                                                            : ofPath.st_mtim.tv_nsec > ofIndex.st_mtim.tv_nsec;
@@ -82,8 +83,8 @@ std::shared_ptr<DicIndex const> IndexPool::dicIndex(Dic const& dic, ConnTable co
                         isOrigin(dic.bytes(), dic.path(), path, origin.dicBytes, origin.dicStamp);
     if (!isOurs) {
         note(path, found->isSound() ? IndexFault::kStale : IndexFault::kDamaged);
-        found = std::make_shared<DicIndex const>(IndexImage::own(makeDicIndex(dic, table, conn), DicIndex::kMagic),
-                                                 conn);
+        found =
+            std::make_shared<DicIndex const>(IndexImage::own(makeDicIndex(dic, table, conn), DicIndex::kMagic), conn);
     }
     return index = std::move(found);
 }

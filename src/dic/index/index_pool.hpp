@@ -34,8 +34,8 @@ public:
     std::shared_ptr<ConnIndex const> connIndex(ConnTable const& table);
     /// @p conn is the index of @p table.
     std::shared_ptr<DicIndex const> dicIndex(Dic const& dic, ConnTable const& table, ConnIndex const& conn);
-    /// Makes the index of @p dic, a dictionary just written, and writes its file anew if there is one; a file that cannot
-    /// be written stays, and is stale. Throws bad_alloc.
+    /// Makes the index of @p dic, a dictionary just written, and writes its file anew if there is one; a file that
+    /// cannot be written stays, and is stale. Throws bad_alloc.
     void renew(Dic const& dic, ConnTable const& table);
     /// Drops the indexes of the dictionary with this serial number, which is no more.
     void forget(std::uint64_t dicSerial);

@@ -29,7 +29,8 @@ public:
             std::lower_bound(text_.ends().begin(), text_.ends().end(), static_cast<std::uint32_t>(layout_.begin_));
         std::size_t const behind = layout_.begin_ + places;
         for (place_ = 0; place_ != places;) {
-            std::size_t const end = nextEnd != text_.ends().end() && *nextEnd < behind ? *nextEnd - layout_.begin_ : places;
+            std::size_t const end =
+                nextEnd != text_.ends().end() && *nextEnd < behind ? *nextEnd - layout_.begin_ : places;
             for (; place_ != end; ++place_) {
                 layPlace();
                 if (slot_ > kMostSlots) return false;
@@ -158,8 +159,8 @@ private:
     std::size_t laterUntil_ = 0;
 };
 
-bool CandidateLayout::lay(TextPlaces const& text, SearchIndexes const& indexes, ChosenPlaces& chosen,
-                          std::size_t begin, std::size_t end, Head const& head) {
+bool CandidateLayout::lay(TextPlaces const& text, SearchIndexes const& indexes, ChosenPlaces& chosen, std::size_t begin,
+                          std::size_t end, Head const& head) {
     begin_ = begin;
     laidEnd_ = end;
     beyond_.clear();
@@ -210,8 +211,7 @@ Candidate CandidateLayout::candidate(TextPlaces const& text, SearchIndexes const
                                      std::size_t p, unsigned number) noexcept {
     unsigned rank = 0;
     if ((text.flags(p) & CharacterFlag::kUnknown) != 0) {
-        if (number == 0)
-            return {0, 0, Candidate::kUnknown, 1, kUnknownWordCost, indexes.conn().unknownColumn(), 0};
+        if (number == 0) return {0, 0, Candidate::kUnknown, 1, kUnknownWordCost, indexes.conn().unknownColumn(), 0};
         --number;
         rank = 1;
     }

@@ -28,9 +28,9 @@ struct Candidate {
 
 /// What is kept of every place of a sentence, whichever block it is in.
 struct ChosenPlaces {
-    RawBuffer<std::uint16_t> open;        ///< by place: the classes that are open there
-    RawBuffer<std::uint32_t> firstWord;   ///< by place: of its words in next
-    RawBuffer<std::uint8_t> next;         ///< by word: number, among the candidates where it ends, of the best next one
+    RawBuffer<std::uint16_t> open;       ///< by place: the classes that are open there
+    RawBuffer<std::uint32_t> firstWord;  ///< by place: of its words in next
+    RawBuffer<std::uint8_t> next;        ///< by word: number, among the candidates where it ends, of the best next one
 
     void start(std::size_t places) {
         open.resizeForOverwrite(places);
@@ -40,14 +40,15 @@ struct ChosenPlaces {
 };
 
 /// Two views of the candidates of a block:
-/// - slots: those of one place stand together, a multiple of eight, so that whatever ends there reads whole vectors; what
+/// - slots: those of one place stand together, a multiple of eight, so that whatever ends there reads whole vectors;
+/// what
 ///   rounds the number up has the first one's column and no sum.
 /// - words: without gaps, for the one loop over all of them.
 /// An end has two slots, the columns of a text's end, with the sums 0 and 255, and one word, with the row of its
 /// beginning.
 class CandidateLayout {
 public:
-    static constexpr std::uint16_t kNoSum = 0xFFFF;  ///< no path, or one that costs too much
+    static constexpr std::uint16_t kNoSum = 0xFFFF;   ///< no path, or one that costs too much
     static constexpr std::size_t kMostSlots = 48000;  ///< so that those of a head have room as well
     static constexpr std::size_t kMostAtPlace = 256;
 

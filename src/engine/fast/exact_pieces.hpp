@@ -28,10 +28,10 @@ public:
     void begin(std::string_view text, std::size_t first, std::size_t end, ConnTable const& table, DicSet const& dics);
 
     enum class Result {
-        kPiece,         ///< the sums at the piece's beginning are set
-        kWhole,         ///< the piece begins the sentence: the path is complete
-        kNoSeam,        ///< no seam in the block before the place
-        kImpossible     ///< no path leads through the sentence
+        kPiece,      ///< the sums at the piece's beginning are set
+        kWhole,      ///< the piece begins the sentence: the path is complete
+        kNoSeam,     ///< no seam in the block before the place
+        kImpossible  ///< no path leads through the sentence
     };
     /// Searches the piece around place @p at, of a block whose sums are known from there to @p last.
     Result search(std::size_t at, std::size_t last);
@@ -44,7 +44,9 @@ private:
     bool build(std::size_t begin, std::size_t end);
     bool setSums(std::size_t begin);
     LatticeNode const* nodeOf(std::size_t place, unsigned number) const;
-    std::size_t offset(std::size_t place) const noexcept { return place == end_ ? text_.size() : state_.text.offset(place); }
+    std::size_t offset(std::size_t place) const noexcept {
+        return place == end_ ? text_.size() : state_.text.offset(place);
+    }
 
     SearchState& state_;
     PathTies& ties_;

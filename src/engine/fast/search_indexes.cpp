@@ -58,7 +58,8 @@ void SearchIndexes::mergeCodes() {
         for (std::size_t code = 0; code < own.size(); ++code) own[code] |= dic->codes()[code] >> DicIndex::kFlagShift;
     mergedCodes_.resize(DicIndex::kCodes);
     for (std::uint32_t code = 0; code < mergedCodes_.size(); ++code) {
-        unsigned const kept = leavesOut ? CharacterFlag::kOfDictionary : CharacterFlag::kOfDictionary & ~CharacterFlag::kSafe;
+        unsigned const kept =
+            leavesOut ? CharacterFlag::kOfDictionary : CharacterFlag::kOfDictionary & ~CharacterFlag::kSafe;
         unsigned const flags = deriveFlags(code, own[code] & kept, own[code & 0xFF] & kept);
         mergedCodes_[code] = (codes_[code] & 0xFFFF) | flags << DicIndex::kFlagShift;
     }

@@ -43,6 +43,7 @@ std::size_t TextPlaces::add(std::string_view text, SearchIndexes const& indexes)
     unsigned char const* const bytes = asBytes(text.data());
     auto const length = static_cast<std::uint32_t>(text.size());
     std::size_t p = first;
+    unsigned before = 0;  // flags
     for (std::uint32_t at = 0; at < length; ++p) {
         unsigned code = bytes[at];
         offsets_[p] = at;
@@ -55,7 +56,8 @@ std::size_t TextPlaces::add(std::string_view text, SearchIndexes const& indexes)
         unsigned const flags = entry >> DicIndex::kFlagShift;
         flags_[p] = static_cast<std::uint16_t>(flags);
         looks_[lookCount] = static_cast<std::uint32_t>(p);
-        lookCount += (flags & CharacterFlag::kLook) != 0 ? 1 : 0;
+        lookCount += ((flags & CharacterFlag::kLook) | (before & CharacterFlag::kUnknown)) != 0 ? 1 : 0;
+        before = flags;
     }
     codes_.truncate(p);
     flags_.truncate(p);
@@ -79,8 +81,7 @@ void TextPlaces::findLists(SearchIndexes const& indexes) {
 /// The numbers of the characters in another dictionary.
 void TextPlaces::findNumbers(DicIndex const& dic) {
     std::uint32_t const* const table = dic.codes();
-    for (std::size_t p = 0; p != size(); ++p)
-        numbers_[p] = isEnd(p) ? kNoNumber : table[codes_[p]] & 0xFFFF;
+    for (std::size_t p = 0; p != size(); ++p) numbers_[p] = isEnd(p) ? kNoNumber : table[codes_[p]] & 0xFFFF;
 }
 
 /// One step a character, until a label differs; the last node tells the list of all surfaces on the way.

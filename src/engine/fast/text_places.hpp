@@ -30,8 +30,8 @@ public:
     unsigned flags(std::size_t p) const noexcept { return flags_[p]; }
     bool isEnd(std::size_t p) const noexcept { return (flags_[p] & CharacterFlag::kEnd) != 0; }
     CharacterCode code(std::size_t p) const noexcept { return codes_[p]; }
-    /// Where the character begins in its sentence, in bytes; of an end: where the sentence before it ends. Behind an end
-    /// a sentence begins, at 0.
+    /// Where the character begins in its sentence, in bytes; of an end: where the sentence before it ends. Behind an
+    /// end a sentence begins, at 0.
     std::uint32_t offset(std::size_t p) const noexcept { return offsets_[p]; }
     /// Where the character ends in its sentence.
     std::uint32_t offsetBehind(std::size_t p) const noexcept { return offsets_[p + 1]; }

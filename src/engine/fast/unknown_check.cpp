@@ -13,18 +13,28 @@ bool UnknownCheck::passesLook(std::size_t p, std::size_t last) const {
     std::uint32_t const leftOut = lowLeftOut(p, last);
     if (leftOut >= kNone) return true;
     // Costs of bounded columns are U at most.
-    if (layout_.isBounded(p) && low(p) < CandidateLayout::kNoSum && low(p) < unknownCost_ + leftOut) return true;
-    return bound(p) < 2 * unknownCost_ + leftOut;
+    bool const isQuick = layout_.isBounded(p) && !isBehindUnknown(p);
+    if (isQuick && low(p) < CandidateLayout::kNoSum && low(p) < unknownCost_ + leftOut) return true;
+    return limit(p) < 2 * unknownCost_ + leftOut;
 }
 
 bool UnknownCheck::passesForUnknown(std::size_t p, std::size_t last) const {
+    return lowOpen(p) < unknownCost_ + lowLeftOut(p, last);
+}
+
+std::uint32_t UnknownCheck::limit(std::size_t p) const noexcept {
+    return isBehindUnknown(p) ? std::max(bound(p), unknownCost_ + lowOpen(p)) : bound(p);
+}
+
+/// The least S of the words at @p p that an unknown word may stand before.
+std::uint32_t UnknownCheck::lowOpen(std::size_t p) const noexcept {
     ConnIndex const& conn = state_.indexes.conn();
     std::size_t const first = layout_.firstSlot(p);
     std::uint32_t least = kNone;
     for (std::size_t slot = first; slot != first + layout_.count(p); ++slot)
         if (conn.isOpenToUnknown(layout_.columns()[slot]) && layout_.sums()[slot] != CandidateLayout::kNoSum)
             least = std::min<std::uint32_t>(least, layout_.sums()[slot]);
-    return least < unknownCost_ + lowLeftOut(p, last);
+    return least;
 }
 
 std::uint32_t UnknownCheck::bound(std::size_t p) const noexcept {

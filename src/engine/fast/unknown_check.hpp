@@ -14,7 +14,7 @@ class DicSet;
 
 /// The fast search makes an unknown word only of a character that is no surface with a bounded word. It leaves out all
 /// other unknown words and, with them, every word that begins inside a character, since only an unknown word ends
-/// there. A place passes when no word but an unknown one that ends there would choose one of these.
+/// there. A place passes when no word but an unknown one that is left out and ends there would choose one of these.
 ///
 /// Let U be what an unknown word costs after every word and before every word that it may stand before; S(w) the least
 /// sum from a word w that starts at a place p to the end of the sentence; L(p) the least S there; A(p) the least S(w) +
@@ -29,6 +29,10 @@ class DicSet;
 /// 4. A safe character has a word with (largest cost of its column) + (largest of its row) < 2U, which is A(p) < 2U +
 ///    L(q) for the place q behind it. Words inside such a character matter only where they lead farther.
 ///
+/// 5. Behind a character that needs the unknown word stands one that is not left out, which ends at p and chooses among
+///    known words what costs it U: there U + S(x) > U + (least S of words that it may stand before) has to hold as
+///    well.
+///
 /// Example: U = 254. あ (of 82 A0) is a word, A(p) is 300 and L(q) is 120: an unknown word in its place would cost the
 /// word before it 254 + 254 + 120 = 628 or more, which is above 300.
 class UnknownCheck {
@@ -42,19 +46,26 @@ public:
         unknownCost_ = state_.indexes.conn().unknownCost();
     }
     /// True when place @p p passes. Sums of places up to @p last are known.
-    bool passes(std::size_t p, std::size_t last) const { return !needsLook(p) || passesLook(p, last); }
+    bool passes(std::size_t p, std::size_t last) const {
+        return (!needsLook(p) && !isBehindUnknown(p)) || passesLook(p, last);
+    }
     /// True when an unknown word that ends at @p p would choose a known word as well.
     bool passesForUnknown(std::size_t p, std::size_t last) const;
     /// A(p), kNone where no word is bounded.
     std::uint32_t bound(std::size_t p) const noexcept;
+    /// What is left out at @p p is chosen by nobody who may choose a known word when it costs more than this, U before
+    /// it included: A(p), and behind a character that needs the unknown word what that one chooses for.
+    std::uint32_t limit(std::size_t p) const noexcept;
     static constexpr std::uint32_t kNone = 0x100000;
 
 private:
     std::uint32_t low(std::size_t p) const noexcept { return layout_.leastSum(p); }
     bool passesLook(std::size_t p, std::size_t last) const;
     bool needsLook(std::size_t p) const noexcept;
+    bool isBehindUnknown(std::size_t p) const noexcept { return (text_.flags(p - 1) & CharacterFlag::kUnknown) != 0; }
     bool mayPair(std::size_t p) const noexcept;
     bool mayContinue(std::size_t p) const noexcept;
+    std::uint32_t lowOpen(std::size_t p) const noexcept;
     std::uint32_t lowLeftOut(std::size_t p, std::size_t last) const;
     std::uint32_t lowInside(std::size_t p, std::size_t last) const;
     std::uint32_t lowOfWordsInside(std::size_t p, std::size_t last) const;

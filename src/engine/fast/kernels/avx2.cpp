@@ -3,12 +3,12 @@
 
 #if defined(__x86_64__)
 
+#include <immintrin.h>
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <immintrin.h>
 #include <span>
 
 #pragma GCC push_options
@@ -50,7 +50,9 @@ struct Avx2Eight {
 
 }  // namespace
 
-void relaxAvx2(Relaxation const& block, std::size_t begin, std::size_t end) { relaxWords<Avx2Eight>(block, begin, end); }
+void relaxAvx2(Relaxation const& block, std::size_t begin, std::size_t end) {
+    relaxWords<Avx2Eight>(block, begin, end);
+}
 
 }  // namespace TAVO
 

@@ -37,7 +37,9 @@ struct NeonEight {
 
 }  // namespace
 
-void relaxNeon(Relaxation const& block, std::size_t begin, std::size_t end) { relaxWords<NeonEight>(block, begin, end); }
+void relaxNeon(Relaxation const& block, std::size_t begin, std::size_t end) {
+    relaxWords<NeonEight>(block, begin, end);
+}
 
 }  // namespace TAVO
 

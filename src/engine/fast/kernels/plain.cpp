@@ -8,7 +8,8 @@ namespace {
 struct PlainEight {
     std::array<std::uint16_t, 8> sums;
 
-    static PlainEight after(unsigned char const* row, std::uint16_t const* columns, std::uint16_t const* sums) noexcept {
+    static PlainEight after(unsigned char const* row, std::uint16_t const* columns,
+                            std::uint16_t const* sums) noexcept {
         PlainEight eight;
         for (std::size_t i = 0; i != 8; ++i) {
             unsigned const cost = row[columns[i]];
@@ -33,6 +34,8 @@ struct PlainEight {
 
 }  // namespace
 
-void relaxPlain(Relaxation const& block, std::size_t begin, std::size_t end) { relaxWords<PlainEight>(block, begin, end); }
+void relaxPlain(Relaxation const& block, std::size_t begin, std::size_t end) {
+    relaxWords<PlainEight>(block, begin, end);
+}
 
 }  // namespace TAVO

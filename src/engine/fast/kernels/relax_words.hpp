@@ -13,18 +13,17 @@
 namespace TAVO {
 
 // A kernel's Eight has:
-//   Eight::after(matrixRow, columns, sums)  eight sums plus the costs of the row in these columns, kNoSum where a cost is 255;
-//   least(a, b)            the smaller sums of two;
-//   minimum()              the smallest sum;
-//   equal(value)           a bit for each of the eight lanes, the first one lowest, that is value;
-//   store(to)              the eight sums.
+//   Eight::after(matrixRow, columns, sums)  eight sums plus the costs of the row in these columns, kNoSum where a cost
+//   is 255; least(a, b)            the smaller sums of two; minimum()              the smallest sum; equal(value) a bit
+//   for each of the eight lanes, the first one lowest, that is value; store(to)              the eight sums.
 // A forced inline keeps all of it in the function with the kernel's target.
 
 inline constexpr std::size_t kLanesOfKernel = 8;
 
 /// The best of more candidates than two vectors hold. A template, so that each kernel has one for its target.
 template <class Eight>
-[[gnu::noinline]] unsigned relaxMany(Relaxation const& block, std::size_t end, unsigned char const* row, std::uint16_t& least) {
+[[gnu::noinline]] unsigned relaxMany(Relaxation const& block, std::size_t end, unsigned char const* row,
+                                     std::uint16_t& least) {
     std::size_t const first = block.firstSlots[end];
     std::size_t const count = block.counts[end];
     std::array<std::uint16_t, 256> sums;

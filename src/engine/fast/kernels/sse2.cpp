@@ -50,7 +50,9 @@ struct Sse2Eight {
 
 }  // namespace
 
-void relaxSse2(Relaxation const& block, std::size_t begin, std::size_t end) { relaxWords<Sse2Eight>(block, begin, end); }
+void relaxSse2(Relaxation const& block, std::size_t begin, std::size_t end) {
+    relaxWords<Sse2Eight>(block, begin, end);
+}
 
 }  // namespace TAVO
 
