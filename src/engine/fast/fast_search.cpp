@@ -66,7 +66,8 @@ LazyPath FastSearch::searchLong(std::string_view text) {
     head_ = {};
     std::size_t blockPlaces = options_.blockPlaces;
     for (std::size_t to = sentence.end + 1; to != 0;) {
-        std::size_t const from = to > blockPlaces ? to - blockPlaces : 0;
+        // The beginning of the text is never a block alone: nothing is left to do there behind an exact piece of it all.
+        std::size_t const from = to > blockPlaces + 1 ? to - blockPlaces : 0;
         std::size_t const words = state_.chosen.next.size();
         if (!state_.layout.lay(state_.text, state_.indexes, state_.chosen, from, to, head_)) {
             if (blockPlaces == 1) return {};
