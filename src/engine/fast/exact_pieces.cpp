@@ -102,11 +102,11 @@ bool ExactPieces::setSums(std::size_t begin) {
         sums[i] = nodes[i] == nullptr ? CandidateLayout::kNoSum
                                       : static_cast<std::uint16_t>(std::min<std::uint32_t>(nodes[i]->connSum - least,
                                                                                            CandidateLayout::kNoSum));
-    std::uint32_t const limit = check_.limit(begin);
+    UnknownCheck::Sum const limit = check_.limit(begin);
     if (limit >= UnknownCheck::kNone) return false;
     for (LatticeNode const& node : exact_->starts(offset(begin)))
         if (std::find(nodes.begin(), nodes.end(), &node) == nodes.end() && node.record == kUnknownRecord.data() &&
-            node.connSum + state_.indexes.conn().unknownCost() <= least + limit)
+            node.connSum + state_.indexes.conn().unknownCost() <= least + static_cast<std::uint32_t>(limit))
             return false;
     piece.starts = std::move(nodes);
     return true;

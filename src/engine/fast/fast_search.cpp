@@ -7,9 +7,9 @@ namespace {
 
 constexpr std::size_t kReach = DicIndex::kMostCharacters;  // of a word, in places
 /// Sums are counted anew from here on. From there a chunk and the places that its words reach fit into 16 bits.
-constexpr unsigned kRebase = 0x4000;
+constexpr int kRebase = 0x4000;
 /// A bounded word of a larger sum could come to more than 16 bits within the next chunk.
-constexpr unsigned kMostSum = 0x8000;
+constexpr int kMostSum = 0x8000;
 
 }  // namespace
 
@@ -66,7 +66,8 @@ LazyPath FastSearch::searchLong(std::string_view text) {
     head_ = {};
     std::size_t blockPlaces = options_.blockPlaces;
     for (std::size_t to = sentence.end + 1; to != 0;) {
-        // The beginning of the text is never a block alone: nothing is left to do there behind an exact piece of it all.
+        // The beginning of the text is never a block alone: nothing is left to do there behind an exact piece of it
+        // all.
         std::size_t const from = to > blockPlaces + 1 ? to - blockPlaces : 0;
         std::size_t const words = state_.chosen.next.size();
         if (!state_.layout.lay(state_.text, state_.indexes, state_.chosen, from, to, head_)) {

@@ -10,7 +10,7 @@ namespace TAVO {
 using namespace CharacterFlag;
 
 bool UnknownCheck::passesLook(std::size_t p, std::size_t last) const {
-    std::uint32_t const leftOut = lowLeftOut(p, last);
+    Sum const leftOut = lowLeftOut(p, last);
     if (leftOut >= kNone) return true;
     // Costs of bounded columns are U at most.
     bool const isQuick = layout_.isBounded(p) && !isBehindUnknown(p);
@@ -22,28 +22,28 @@ bool UnknownCheck::passesForUnknown(std::size_t p, std::size_t last) const {
     return lowOpen(p) < unknownCost_ + lowLeftOut(p, last);
 }
 
-std::uint32_t UnknownCheck::limit(std::size_t p) const noexcept {
+UnknownCheck::Sum UnknownCheck::limit(std::size_t p) const noexcept {
     return isBehindUnknown(p) ? std::max(bound(p), unknownCost_ + lowOpen(p)) : bound(p);
 }
 
 /// The least S of the words at @p p that an unknown word may stand before.
-std::uint32_t UnknownCheck::lowOpen(std::size_t p) const noexcept {
+UnknownCheck::Sum UnknownCheck::lowOpen(std::size_t p) const noexcept {
     ConnIndex const& conn = state_.indexes.conn();
     std::size_t const first = layout_.firstSlot(p);
-    std::uint32_t least = kNone;
+    Sum least = kNone;
     for (std::size_t slot = first; slot != first + layout_.count(p); ++slot)
         if (conn.isOpenToUnknown(layout_.columns()[slot]) && layout_.sums()[slot] != CandidateLayout::kNoSum)
-            least = std::min<std::uint32_t>(least, layout_.sums()[slot]);
+            least = std::min<Sum>(least, layout_.sums()[slot]);
     return least;
 }
 
-std::uint32_t UnknownCheck::bound(std::size_t p) const noexcept {
+UnknownCheck::Sum UnknownCheck::bound(std::size_t p) const noexcept {
     ConnIndex const& conn = state_.indexes.conn();
     std::size_t const first = layout_.firstSlot(p);
-    std::uint32_t least = kNone;
+    Sum least = kNone;
     for (std::size_t slot = first; slot != first + layout_.count(p); ++slot) {
-        std::uint32_t const most = conn.columnMost(layout_.columns()[slot]);
-        std::uint32_t const sum = layout_.sums()[slot];
+        Sum const most = conn.columnMost(layout_.columns()[slot]);
+        Sum const sum = layout_.sums()[slot];
         if (most != ConnIndex::kUnbounded && sum != CandidateLayout::kNoSum) least = std::min(least, sum + most);
     }
     return least;
@@ -58,29 +58,28 @@ bool UnknownCheck::mayContinue(std::size_t p) const noexcept {
 }
 
 /// A lower bound of L(q) at the places q at which what is left out at @p p comes back to known words; kNone where
-/// nothing is left out.
-std::uint32_t UnknownCheck::lowLeftOut(std::size_t p, std::size_t last) const {
+/// nothing is left out, kAny where they lie behind @p last.
+UnknownCheck::Sum UnknownCheck::lowLeftOut(std::size_t p, std::size_t last) const {
     unsigned const flags = text_.flags(p);
     if (text_.isEnd(p)) return kNone;
-    std::uint32_t least = (flags & kUnknown) != 0 ? kNone : low(p + 1);
+    Sum least = (flags & kUnknown) != 0 ? kNone : low(p + 1);
     if ((flags & kDouble) != 0) return std::min(least, lowInside(p, last));
     if ((flags & kHighByte) == 0 || text_.isEnd(p + 1)) return least;
     // An unknown word of two bytes takes in the next character or its first byte.
-    if (p + 2 > last) return 0;
+    if (p + 2 > last) return kAny;
     if ((text_.flags(p + 1) & kDouble) != 0) return std::min(least, lowInside(p + 1, last));
-    std::uint32_t const behind = bound(p + 2);
-    std::uint32_t const leaving = text_.isEnd(p + 2) ? kNone : behind - std::min(behind, unknownCost_);
+    Sum const leaving = text_.isEnd(p + 2) ? kNone : bound(p + 2) - unknownCost_;
     return std::min({least, low(p + 2), leaving});
 }
 
 /// The same for what starts at the trail byte of @p p: the chain of words of one and two bytes that stay inside
 /// characters, each of which may also come back at the end of the character that it has come to.
-std::uint32_t UnknownCheck::lowInside(std::size_t p, std::size_t last) const {
-    std::uint32_t least = kNone;
+UnknownCheck::Sum UnknownCheck::lowInside(std::size_t p, std::size_t last) const {
+    Sum least = kNone;
     for (std::size_t q = p;; ++q) {
-        if (q + 2 > last && !text_.isEnd(q + 1)) return 0;
-        std::uint32_t const toKnown = (text_.flags(q) & kTrailSurface) != 0 ? 0 : unknownCost_;
-        if (!mayBeTrail(text_.code(q) & 0xFFU) && state_.indexes.leavesUntwinned()) return 0;
+        if (q + 2 > last && !text_.isEnd(q + 1)) return kAny;
+        Sum const toKnown = (text_.flags(q) & kTrailSurface) != 0 ? 0 : unknownCost_;
+        if (!mayBeTrail(text_.code(q) & 0xFFU) && state_.indexes.leavesUntwinned()) return kAny;
         least = std::min(least, low(q + 1) + toKnown);
         if (text_.isEnd(q + 1)) return least;
         if ((text_.flags(q) & kTrailContinues) != 0 && mayContinue(q))
@@ -89,34 +88,31 @@ std::uint32_t UnknownCheck::lowInside(std::size_t p, std::size_t last) const {
         bool const isPair = mayPair(q);
         if ((text_.flags(q + 1) & kDouble) == 0) {
             // The pair ends with the next character, behind which a surface may go on.
-            if (isPair && state_.indexes.leavesUntwinned()) return 0;
+            if (isPair && state_.indexes.leavesUntwinned()) return kAny;
             if (isPair)
                 for (std::size_t from = p; from <= q; ++from) least = std::min(least, lowOfWordsInside(from, last));
             return std::min(least, low(q + 2));
         }
-        if (!isPair) {
-            // Only an unknown word goes on, for U, to where by 1 nothing has A(q + 1) - U or less.
-            std::uint32_t const behind = bound(q + 1);
-            return std::min(least, behind - std::min(behind, unknownCost_));
-        }
+        // Only an unknown word goes on, for U, to where by 1 nothing has A(q + 1) - U or less.
+        if (!isPair) return std::min(least, bound(q + 1) - unknownCost_);
     }
 }
 
 /// L at the ends of the dictionaries' words that start at the trail byte of @p p, where these are between characters.
-[[gnu::cold]] std::uint32_t UnknownCheck::lowOfWordsInside(std::size_t p, std::size_t last) const {
+[[gnu::cold]] UnknownCheck::Sum UnknownCheck::lowOfWordsInside(std::size_t p, std::size_t last) const {
     std::uint32_t const begin = text_.offset(p) + 1;
-    std::uint32_t least = kNone;
+    Sum least = kNone;
     for (DicEntry const& entry : dics_->entries())
-        entry.dic->trie()->prefixSearch(asBytes(sentence_.data()) + begin, sentence_.size() - begin,
-                                        [&](std::size_t length, RecordChain) {
-                                            std::size_t q = p + 1;
-                                            while (q <= last && text_.offset(q) < begin + length) ++q;
-                                            if (q > last)
-                                                least = 0;
-                                            else if (text_.offset(q) == begin + length)
-                                                least = std::min(least, state_.indexes.leavesUntwinned() ? 0 : low(q));
-                                            return least != 0;
-                                        });
+        entry.dic->trie()->prefixSearch(
+            asBytes(sentence_.data()) + begin, sentence_.size() - begin, [&](std::size_t length, RecordChain) {
+                std::size_t q = p + 1;
+                while (q <= last && text_.offset(q) < begin + length) ++q;
+                if (q > last)
+                    least = kAny;
+                else if (text_.offset(q) == begin + length)
+                    least = std::min(least, state_.indexes.leavesUntwinned() ? kAny : low(q));
+                return least != kAny;
+            });
     return least;
 }
 

@@ -37,6 +37,11 @@ class DicSet;
 /// word before it 254 + 254 + 120 = 628 or more, which is above 300.
 class UnknownCheck {
 public:
+    /// Counted from what a block's sums are counted from, so that a sum that is not known may be below 0.
+    using Sum = std::int32_t;
+    static constexpr Sum kNone = 0x100000;
+    static constexpr Sum kAny = -kNone;
+
     UnknownCheck(SearchState const& state) : state_(state), text_(state.text), layout_(state.layout) {}
 
     /// The sentence at work and its dictionaries.
@@ -52,30 +57,29 @@ public:
     /// True when an unknown word that ends at @p p would choose a known word as well.
     bool passesForUnknown(std::size_t p, std::size_t last) const;
     /// A(p), kNone where no word is bounded.
-    std::uint32_t bound(std::size_t p) const noexcept;
+    Sum bound(std::size_t p) const noexcept;
     /// What is left out at @p p is chosen by nobody who may choose a known word when it costs more than this, U before
     /// it included: A(p), and behind a character that needs the unknown word what that one chooses for.
-    std::uint32_t limit(std::size_t p) const noexcept;
-    static constexpr std::uint32_t kNone = 0x100000;
+    Sum limit(std::size_t p) const noexcept;
 
 private:
-    std::uint32_t low(std::size_t p) const noexcept { return layout_.leastSum(p); }
+    Sum low(std::size_t p) const noexcept { return layout_.leastSum(p); }
     bool passesLook(std::size_t p, std::size_t last) const;
     bool needsLook(std::size_t p) const noexcept;
     bool isBehindUnknown(std::size_t p) const noexcept { return (text_.flags(p - 1) & CharacterFlag::kUnknown) != 0; }
     bool mayPair(std::size_t p) const noexcept;
     bool mayContinue(std::size_t p) const noexcept;
-    std::uint32_t lowOpen(std::size_t p) const noexcept;
-    std::uint32_t lowLeftOut(std::size_t p, std::size_t last) const;
-    std::uint32_t lowInside(std::size_t p, std::size_t last) const;
-    std::uint32_t lowOfWordsInside(std::size_t p, std::size_t last) const;
+    Sum lowOpen(std::size_t p) const noexcept;
+    Sum lowLeftOut(std::size_t p, std::size_t last) const;
+    Sum lowInside(std::size_t p, std::size_t last) const;
+    Sum lowOfWordsInside(std::size_t p, std::size_t last) const;
 
     SearchState const& state_;
     TextPlaces const& text_;
     CandidateLayout const& layout_;
     std::string_view sentence_;
     DicSet const* dics_ = nullptr;
-    std::uint32_t unknownCost_ = 0;
+    Sum unknownCost_ = 0;
 };
 
 /// A safe character of two bytes needs a look only where words inside it may lead beyond its end.
