@@ -40,7 +40,7 @@ void NBest::takeKey(PathKey key) {
             return;
         }
         wanted_ = missing() - round_.size();
-        dropNeedless();
+        pruneWaiting();
         for (PathTree::Step const path : round_) {
             std::uint32_t const step = tree_.add(path);
             std::uint32_t const list = lattice_.edgesOf(path.node);
@@ -85,7 +85,7 @@ void NBest::wait(PathKey key, PathTree::Step path) {
     }
     paths->second.push_back(path);
     ++waitingCount_;
-    dropNeedless();
+    pruneWaiting();
 }
 
 void NBest::leave(Waiting::iterator paths) {
@@ -93,7 +93,7 @@ void NBest::leave(Waiting::iterator paths) {
     unused_.back().mapped().clear();
 }
 
-void NBest::dropNeedless() {
+void NBest::pruneWaiting() {
     while (!waiting_.empty()) {
         auto const last = std::prev(waiting_.end());
         if (waitingCount_ - last->second.size() < wanted_) return;

@@ -65,7 +65,7 @@ private:
     void extend(std::uint32_t step, std::uint32_t list, PathKey key);
     void wait(PathKey key, PathTree::Step path);
     void leave(Waiting::iterator paths);
-    void dropNeedless();
+    void pruneWaiting();
     Excess const& excessOf(std::uint32_t list);
     std::size_t missing() const noexcept { return count_ - found_.size(); }
 
