@@ -51,6 +51,8 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
 bool ExactPieces::isSeam(std::size_t place) const noexcept {
     unsigned const before = state_.text.flags(place - 1);
     if ((before & (kHighByte | kHighTrail)) != 0) return false;
+    std::vector<std::uint32_t> const& beyond = state_.layout.beyond();
+    if (std::find(beyond.begin(), beyond.end(), place) != beyond.end()) return false;
     std::size_t const reach = std::min<std::size_t>(place - first_, DicIndex::kMostCharacters);
     for (std::size_t from = place - reach; from != place; ++from)
         if (crosses(from, place)) return false;
