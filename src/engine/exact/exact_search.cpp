@@ -22,17 +22,14 @@ bool ExactSearch::buildPiece(std::string_view text, WalkRange range, std::span<S
     crossed_ = false;
     starts_.assign(range.end - range.begin + 1, {});
     pool_.beginPosition();
-    for (std::size_t i = 0; i != successors.size(); ++i) {
-        if (successors[i].key == kNoPath) continue;
-        LatticeNode& node = pool_.make();
-        node = {nullptr,
-                nullptr,
-                static_cast<std::uint32_t>(i),
-                successors[i].column,
-                0,
-                wordSumOf(successors[i].key),
-                connSumOf(successors[i].key)};
-    }
+    for (Successor const& successor : successors)
+        pool_.make() = {nullptr,
+                        nullptr,
+                        successor.number,
+                        successor.column,
+                        0,
+                        wordSumOf(successor.key),
+                        connSumOf(successor.key)};
     endPosition(range.end);
     walkBackward(text, range, dics, constraints_, *this);
     return !crossed_;

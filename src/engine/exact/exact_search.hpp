@@ -31,13 +31,14 @@ public:
     /// is at most kMaxSentenceBytes long.
     LatticeNode const* build(std::string_view text, DicSet const& dics);
 
-    /// A node behind a segment of a text, with the best sums from it to the end of the sentence; kNoPath: it is none.
+    /// A node behind a segment of a text, with the best sums from it to the end of the sentence.
     struct Successor {
+        unsigned number;
         std::uint16_t column;
         PathKey key;
     };
-    /// Adds the nodes of the segment @p range of @p text, behind which @p successors stand. Each of these is a node
-    /// without a record whose length is its number. False when a word reaches over the end of the segment.
+    /// Adds the nodes of the segment @p range of @p text, behind which @p successors stand, in the order of making.
+    /// Each of these is a node without a record whose length is its number. False when a word reaches over the end of the segment.
     bool buildPiece(std::string_view text, WalkRange range, std::span<Successor const> successors, DicSet const& dics);
 
     /// The nodes built last that start at position @p p.

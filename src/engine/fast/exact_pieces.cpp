@@ -79,11 +79,15 @@ bool ExactPieces::build(std::size_t begin, std::size_t end) {
         std::vector<std::uint32_t> wordSums;
         ties_.relativeWordSums(end, wordSums);
         std::size_t const slot = state_.layout.firstSlot(end);
-        for (std::size_t i = 0; i != wordSums.size(); ++i) {
+        for (unsigned i = 0; i != wordSums.size(); ++i) {
             std::uint16_t const sum = state_.layout.sums()[slot + i];
-            successors.push_back({state_.layout.columns()[slot + i],
-                                  sum == CandidateLayout::kNoSum ? kNoPath : pathKey(sum, wordSums[i])});
+            if (sum != CandidateLayout::kNoSum)
+                successors.push_back({i, state_.layout.columns()[slot + i], pathKey(sum, wordSums[i])});
         }
+        // Candidates stand in another order than that of making, which decides ties.
+        auto const rank = [&](ExactSearch::Successor const& of) { return state_.candidate({end, of.number}).rank; };
+        std::sort(successors.begin(), successors.end(),
+                  [&](ExactSearch::Successor const& a, ExactSearch::Successor const& b) { return rank(a) < rank(b); });
     }
     return exact_->buildPiece(text_, {offset(begin), offset(end)}, successors, *dics_);
 }
