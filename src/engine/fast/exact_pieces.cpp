@@ -17,13 +17,14 @@ void ExactPieces::begin(std::string_view text, std::size_t first, std::size_t en
     end_ = end;
     table_ = &table;
     dics_ = &dics;
-    if (state_.pieces.empty()) return;
     state_.pieces.clear();
-    pool_->clear();
+    exact_.reset();
+    pools_.clear();
 }
 
 ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
     std::size_t begin = at;
+    unsigned attempts = 0;
     std::size_t const blockBegin = std::max(first_, state_.layout.begin());
     for (std::size_t end = at + 1;; ++end) {
         if (end > last) end = end_;
@@ -33,7 +34,11 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
                 if (begin == blockBegin) return Result::kNoSeam;
                 continue;
             }
-            if (!build(begin, end)) break;  // a word reaches over the end
+            if (++attempts > kMostAttempts) return Result::kImpossible;
+            if (!build(begin, end)) {  // a word reaches over the end
+                forget();
+                break;
+            }
             if (begin == first_) {
                 state_.pieces.push_back({begin, end, {exact_->first(ConnTable::kBeginId)}});
                 return piece().starts.front() != nullptr ? Result::kWhole : Result::kImpossible;
@@ -41,6 +46,7 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
             state_.pieces.push_back({begin, end, {}});
             if (setSums(begin)) return Result::kPiece;
             state_.pieces.pop_back();
+            forget();
             if (begin == blockBegin) return Result::kNoSeam;
         }
     }
@@ -70,10 +76,15 @@ bool ExactPieces::crosses(std::size_t from, std::size_t place) const noexcept {
     return false;
 }
 
-/// Pieces that the new one takes in are gone with it.
+/// Drops the nodes of an attempt.
+void ExactPieces::forget() {
+    exact_.reset();
+    pools_.pop_back();
+}
+
 bool ExactPieces::build(std::size_t begin, std::size_t end) {
-    if (pool_ == nullptr) pool_ = std::make_unique<NodePool>(0);
-    exact_ = std::make_unique<ExactSearch>(*pool_, *table_, none_);
+    pools_.push_back(std::make_unique<NodePool>(kPieceNodes));
+    exact_ = std::make_unique<ExactSearch>(*pools_.back(), *table_, none_);
     std::vector<ExactSearch::Successor> successors;
     if (end != end_) {
         std::vector<std::uint32_t> wordSums;

@@ -39,6 +39,10 @@ public:
     ExactPiece const& piece() const noexcept { return state_.pieces.back(); }
 
 private:
+    static constexpr unsigned kMostAttempts = 8;         // a longer way is the exact search's
+    static constexpr std::uint32_t kPieceNodes = 512;
+
+    void forget();
     bool isSeam(std::size_t place) const noexcept;
     bool crosses(std::size_t from, std::size_t place) const noexcept;
     bool build(std::size_t begin, std::size_t end);
@@ -56,7 +60,7 @@ private:
     ConnTable const* table_ = nullptr;
     DicSet const* dics_ = nullptr;
     LatticeConstraints const none_;
-    std::unique_ptr<NodePool> pool_;  // of the sentence's pieces; made when there is one
+    std::vector<std::unique_ptr<NodePool>> pools_;  // of the sentence's pieces, one each
     std::unique_ptr<ExactSearch> exact_;
 };
 
