@@ -28,7 +28,7 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
     std::size_t const blockBegin = std::max(first_, state_.layout.begin());
     for (std::size_t end = at + 1;; ++end) {
         if (end > last) end = end_;
-        if (end != end_ && !(isSeam(end) && check_.passesForUnknown(end, last))) continue;
+        if (end != end_ && !(isSeam(end) && isComplete(end) && check_.passesForUnknown(end, last))) continue;
         for (;; --begin) {
             if (begin != first_ && !isSeam(begin)) {
                 if (begin == blockBegin) return Result::kNoSeam;
@@ -62,6 +62,15 @@ bool ExactPieces::isSeam(std::size_t place) const noexcept {
     std::size_t const reach = std::min<std::size_t>(place - first_, DicIndex::kMostCharacters);
     for (std::size_t from = place - reach; from != place; ++from)
         if (crosses(from, place)) return false;
+    return true;
+}
+
+/// True when all words at @p place are laid out: one from inside the character before it may choose restricted ones, too.
+bool ExactPieces::isComplete(std::size_t place) const noexcept {
+    for (std::size_t i = 0; i != state_.indexes.count(); ++i) {
+        CandidateList const list = state_.indexes.dic(i).list(state_.text.list(i, place));
+        if (list.usable(state_.chosen.open[place]) != list.count()) return false;
+    }
     return true;
 }
 

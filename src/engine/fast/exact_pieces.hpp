@@ -45,6 +45,7 @@ private:
     void forget();
     bool isSeam(std::size_t place) const noexcept;
     bool crosses(std::size_t from, std::size_t place) const noexcept;
+    bool isComplete(std::size_t place) const noexcept;
     bool build(std::size_t begin, std::size_t end);
     bool setSums(std::size_t begin);
     LatticeNode const* nodeOf(std::size_t place, unsigned number) const;
