@@ -23,13 +23,13 @@ unsigned CandidateList::rankInSurface(unsigned i) const noexcept {
 
 unsigned deriveFlags(unsigned code, unsigned own, unsigned ofTrail) noexcept {
     using namespace CharacterFlag;
-    unsigned flags = own & (kBounded | kSafe | kSurface | kContinues);
+    unsigned flags = own & (kBounded | kSafe | kEndsSurface | kContinues);
     if ((flags & kBounded) == 0) flags |= kUnknown;
     if (code > 0xFF) {
         flags |= kDouble;
         if (!mayBeTrail(code & 0xFF)) flags &= ~kSafe;
         if ((code & 0x80) != 0) flags |= kHighTrail;
-        if ((ofTrail & kSurface) != 0) flags |= kTrailSurface;
+        if ((ofTrail & kEndsSurface) != 0) flags |= kTrailEnds;
         if ((ofTrail & kContinues) != 0) flags |= kTrailContinues;
         if ((flags & kUnknown) != 0) flags |= kLook;
     } else if (code >= 0x80) {

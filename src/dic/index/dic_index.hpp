@@ -29,7 +29,7 @@ using CharacterCode = std::uint16_t;
 namespace CharacterFlag {
 inline constexpr unsigned kBounded = 1;  ///< is a surface with a word of a bounded column
 inline constexpr unsigned kSafe = 2;     ///< no path gains by an unknown word in its place
-inline constexpr unsigned kSurface = 4;  ///< of a byte: is a surface
+inline constexpr unsigned kEndsSurface = 4;  ///< of a byte: is a surface, or the last character of one
 inline constexpr unsigned kContinues =
     8;  ///< of a byte: begins or goes on in a surface that another character follows in
 inline constexpr unsigned kDouble = 16;     ///< two bytes
@@ -37,12 +37,12 @@ inline constexpr unsigned kHighTrail = 32;  ///< an unknown word of two bytes ma
 inline constexpr unsigned kHighByte =
     64;  ///< one byte of 128 and more, as which an unknown word of two bytes may start
 inline constexpr unsigned kUnknown = 128;         ///< needs the unknown word among its candidates
-inline constexpr unsigned kTrailSurface = 256;    ///< its trail byte is kSurface
+inline constexpr unsigned kTrailEnds = 256;       ///< its trail byte is kEndsSurface
 inline constexpr unsigned kTrailContinues = 512;  ///< its trail byte is kContinues
 inline constexpr unsigned kLook = 1024;           ///< the search checks what it leaves out here
 inline constexpr unsigned kEnd = 2048;            ///< the end of a sentence, which is no character of a text
 inline constexpr unsigned kBroken = 4096;         ///< a place whose candidate list is unsound
-inline constexpr unsigned kOfDictionary = kBounded | kSafe | kSurface | kContinues;
+inline constexpr unsigned kOfDictionary = kBounded | kSafe | kEndsSurface | kContinues;
 }  // namespace CharacterFlag
 
 /// A candidate list: the words of all surfaces that are prefixes of one string of characters, shortest first, and of

@@ -73,8 +73,14 @@ void DicIndexMaker::noteCharacters() {
         std::span<CharacterCode const> const characters = surfaces_.characters(i);
         for (std::size_t at = 0; at < characters.size(); ++at) {
             CharacterCode const code = characters[at];
-            if (code > 0xFF) setBit(pairs_, code);
-            if (code > 0xFF || at + 1 == characters.size()) continue;
+            if (code > 0xFF) {
+                setBit(pairs_, code);
+                continue;
+            }
+            if (at + 1 == characters.size()) {
+                codes_[code] |= kEndsSurface << DicIndex::kFlagShift;
+                continue;
+            }
             codes_[code] |= kContinues << DicIndex::kFlagShift;
             setBit(neighbours_, DicIndex::neighbourHash(static_cast<unsigned char>(code), characters[at + 1]));
         }
@@ -127,7 +133,7 @@ void DicIndexMaker::addBranch(std::size_t first, std::size_t last, std::size_t d
 /// It is safe when one of its words costs little enough, whatever stands before and behind: with U for what an unknown
 /// word costs on either side, (largest cost of the column) + (largest cost of the row) < 2U.
 unsigned DicIndexMaker::flagsOfSurface(std::span<IndexedWord const> words) const {
-    unsigned flags = kSurface;
+    unsigned flags = 0;
     for (IndexedWord const& word : words) {
         unsigned const before = conn_.columnMost(word.column);
         unsigned const behind = conn_.rowMost(word.row);

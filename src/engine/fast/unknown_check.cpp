@@ -78,7 +78,7 @@ UnknownCheck::Sum UnknownCheck::lowInside(std::size_t p, std::size_t last) const
     Sum least = kNone;
     for (std::size_t q = p;; ++q) {
         if (q + 2 > last && !text_.isEnd(q + 1)) return kAny;
-        Sum const toKnown = (text_.flags(q) & kTrailSurface) != 0 ? 0 : unknownCost_;
+        Sum const toKnown = (text_.flags(q) & kTrailEnds) != 0 ? 0 : unknownCost_;
         if (!mayBeTrail(text_.code(q) & 0xFFU) && state_.indexes.leavesUntwinned()) return kAny;
         least = std::min(least, low(q + 1) + toKnown);
         if (text_.isEnd(q + 1)) return least;
