@@ -153,10 +153,11 @@ private:
     std::uint32_t wordBase_;
     std::size_t place_ = 0;
     std::size_t slot_ = 0, count_ = 0, word_ = 0;  // of the place's first candidate; its candidates; of the next word
-    unsigned open_ = 0xFF;                         // what stands before the block may open any class
+    unsigned open_ = 0;
     unsigned opens_ = 0, bounded_ = 0;
-    unsigned openedLater_ = 0;  // at places before laterUntil_
-    std::size_t laterUntil_ = 0;
+    // At places before laterUntil_. What stands before the block may open any class, as far as words reach.
+    unsigned openedLater_ = 0xFF;
+    std::size_t laterUntil_ = kReach;
 };
 
 bool CandidateLayout::lay(TextPlaces const& text, SearchIndexes const& indexes, ChosenPlaces& chosen, std::size_t begin,
