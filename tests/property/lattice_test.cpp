@@ -209,6 +209,8 @@ struct FastCase {
         FastRig rig(attached, options);
         std::vector<std::string_view> const views(texts.begin(), texts.end());
         std::vector<LazyPath> const found = rig.search(views);
+        for (ExactPiece const& piece : rig.state.pieces)
+            all += "exact from place " + std::to_string(piece.begin) + " to " + std::to_string(piece.end) + "\n";
         for (std::size_t i = 0; i != texts.size(); ++i)
             all += drawLattice(texts[i], referenceSearch(texts[i], world.dictionaries, world.costFunction())) +
                    "found (start, bytes, id, word cost, dictionary, sums): " +
@@ -225,7 +227,7 @@ void expectReferencePaths(FastCase&& fastCase, Outcomes& outcomes) {
 
 TEST(FastSearchProperty, FindsThePathsOfTheReference) {
     Outcomes outcomes;
-    for (unsigned seed = 1; seed <= seeds(4000); ++seed) {
+    for (unsigned seed = seeds(0) > 40000 ? atoi(getenv("FIRST")) : 1; seed <= seeds(4000); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Random random(seed);
         World world = randomFlatWorld(random);

@@ -28,7 +28,7 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
     std::size_t const blockBegin = std::max(first_, state_.layout.begin());
     for (std::size_t end = at + 1;; ++end) {
         if (end > last) end = end_;
-        if (end != end_ && !(isSeam(end) && isComplete(end) && check_.passesForUnknown(end, last))) continue;
+        if (end != end_ && !mayEnd(end, last)) continue;
         for (;; --begin) {
             if (begin != first_ && !isSeam(begin)) {
                 if (begin == blockBegin) return Result::kNoSeam;
@@ -40,16 +40,23 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
                 break;
             }
             if (begin == first_) {
-                state_.pieces.push_back({begin, end, {exact_->first(ConnTable::kBeginId)}});
+                state_.pieces.push_back({begin, end, {exact_->first(ConnTable::kBeginId)}, false});
                 return piece().starts.front() != nullptr ? Result::kWhole : Result::kImpossible;
             }
-            state_.pieces.push_back({begin, end, {}});
+            state_.pieces.push_back({begin, end, {}, false});
             if (setSums(begin)) return Result::kPiece;
             state_.pieces.pop_back();
             forget();
             if (begin == blockBegin) return Result::kNoSeam;
         }
     }
+}
+
+/// True when a piece may end at @p place, before the end of the sentence.
+bool ExactPieces::mayEnd(std::size_t place, std::size_t last) const {
+    if (!isSeam(place) || !isComplete(place)) return false;
+    ExactPiece const* const behind = state_.pieceAt(place);
+    return behind != nullptr ? behind->mayFollowUnknown : check_.passesForUnknown(place, last);
 }
 
 /// True when no word that begins before @p place, at a character or inside one, ends behind it; but for words that
@@ -130,10 +137,12 @@ bool ExactPieces::setSums(std::size_t begin) {
                                                                                            CandidateLayout::kNoSum));
     UnknownCheck::Sum const limit = check_.limit(begin);
     if (limit >= UnknownCheck::kNone) return false;
+    std::int64_t leftOut = UnknownCheck::kNone;  // the least sum, counted as the others are
     for (LatticeNode const& node : exact_->starts(offset(begin)))
-        if (std::find(nodes.begin(), nodes.end(), &node) == nodes.end() && node.record == kUnknownRecord.data() &&
-            node.connSum + state_.indexes.conn().unknownCost() <= least + static_cast<std::uint32_t>(limit))
-            return false;
+        if (node.record == kUnknownRecord.data() && std::find(nodes.begin(), nodes.end(), &node) == nodes.end())
+            leftOut = std::min(leftOut, std::int64_t{node.connSum} - least);
+    if (leftOut + state_.indexes.conn().unknownCost() <= limit) return false;
+    piece.mayFollowUnknown = check_.lowOpen(begin) < leftOut;
     piece.starts = std::move(nodes);
     return true;
 }

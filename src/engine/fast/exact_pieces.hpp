@@ -43,6 +43,7 @@ private:
     static constexpr std::uint32_t kPieceNodes = 512;
 
     void forget();
+    bool mayEnd(std::size_t place, std::size_t last) const;
     bool isSeam(std::size_t place) const noexcept;
     bool crosses(std::size_t from, std::size_t place) const noexcept;
     bool isComplete(std::size_t place) const noexcept;

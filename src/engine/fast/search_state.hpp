@@ -7,6 +7,7 @@
 #include "engine/fast/text_places.hpp"
 #include "engine/lattice_node.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -19,6 +20,8 @@ struct ExactPiece {
     /// By candidate at begin: the node of its word, null for none; at the beginning of a sentence one alone, the first
     /// node of the best path.
     std::vector<LatticeNode const*> starts;
+    /// What an unknown word that ends at begin chooses is among them.
+    bool mayFollowUnknown = false;
 };
 
 /// A candidate at a place.
@@ -34,7 +37,7 @@ struct SearchState {
     TextPlaces text;
     ChosenPlaces chosen;
     CandidateLayout layout;
-    std::vector<ExactPiece> pieces;  ///< of the sentence at work
+    std::vector<ExactPiece> pieces;  ///< of the sentence at work, from the last to the first
 
     Candidate candidate(PlacedCandidate at) const noexcept {
         return CandidateLayout::candidate(text, indexes, chosen, at.place, at.number);
@@ -59,9 +62,9 @@ struct SearchState {
     }
     /// The piece that begins at @p place; null for none.
     ExactPiece const* pieceAt(std::size_t place) const noexcept {
-        for (ExactPiece const& piece : pieces)
-            if (piece.begin == place) return &piece;
-        return nullptr;
+        auto const found = std::lower_bound(pieces.begin(), pieces.end(), place,
+                                            [](ExactPiece const& piece, std::size_t at) { return piece.begin > at; });
+        return found != pieces.end() && found->begin == place ? &*found : nullptr;
     }
     /// The step from @p at to the next candidate that is known by its number: over a word, or over an exact piece.
     /// Adds the word costs on the way to @p wordSum.

@@ -26,7 +26,6 @@ UnknownCheck::Sum UnknownCheck::limit(std::size_t p) const noexcept {
     return isBehindUnknown(p) ? std::max(bound(p), unknownCost_ + lowOpen(p)) : bound(p);
 }
 
-/// The least S of the words at @p p that an unknown word may stand before.
 UnknownCheck::Sum UnknownCheck::lowOpen(std::size_t p) const noexcept {
     ConnIndex const& conn = state_.indexes.conn();
     std::size_t const first = layout_.firstSlot(p);
@@ -62,6 +61,7 @@ bool UnknownCheck::mayContinue(std::size_t p) const noexcept {
 UnknownCheck::Sum UnknownCheck::lowLeftOut(std::size_t p, std::size_t last) const {
     unsigned const flags = text_.flags(p);
     if (text_.isEnd(p)) return kNone;
+    if (p + 1 > last) return kAny;
     Sum least = (flags & kUnknown) != 0 ? kNone : low(p + 1);
     if ((flags & kDouble) != 0) return std::min(least, lowInside(p, last));
     if ((flags & kHighByte) == 0 || text_.isEnd(p + 1)) return least;

@@ -56,6 +56,8 @@ public:
     }
     /// True when an unknown word that ends at @p p would choose a known word as well.
     bool passesForUnknown(std::size_t p, std::size_t last) const;
+    /// The least S of the words at @p p that an unknown word may stand before, kNone for none.
+    Sum lowOpen(std::size_t p) const noexcept;
     /// A(p), kNone where no word is bounded.
     Sum bound(std::size_t p) const noexcept;
     /// What is left out at @p p is chosen by nobody who may choose a known word when it costs more than this, U before
@@ -69,7 +71,6 @@ private:
     bool isBehindUnknown(std::size_t p) const noexcept { return (text_.flags(p - 1) & CharacterFlag::kUnknown) != 0; }
     bool mayPair(std::size_t p) const noexcept;
     bool mayContinue(std::size_t p) const noexcept;
-    Sum lowOpen(std::size_t p) const noexcept;
     Sum lowLeftOut(std::size_t p, std::size_t last) const;
     Sum lowInside(std::size_t p, std::size_t last) const;
     Sum lowOfWordsInside(std::size_t p, std::size_t last) const;
