@@ -126,7 +126,6 @@ std::vector<Word> pathOf(LazyPath const& found, DicSet const& dics) {
     return path;
 }
 
-unsigned seeds(unsigned n) { return getenv("SEEDS") ? atoi(getenv("SEEDS")) : n; }
 /// How the fast search found the paths of texts.
 struct Outcomes {
     unsigned fast = 0, byPieces = 0, byOnePiece = 0, givenUp = 0;
@@ -227,7 +226,7 @@ void expectReferencePaths(FastCase&& fastCase, Outcomes& outcomes) {
 
 TEST(FastSearchProperty, FindsThePathsOfTheReference) {
     Outcomes outcomes;
-    for (unsigned seed = seeds(0) > 40000 ? atoi(getenv("FIRST")) : 1; seed <= seeds(4000); ++seed) {
+    for (unsigned seed = 1; seed <= 4000; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Random random(seed);
         World world = randomFlatWorld(random);
@@ -239,16 +238,15 @@ TEST(FastSearchProperty, FindsThePathsOfTheReference) {
         expectReferencePaths({world, texts, randomOptions(random)}, outcomes);
         if (testing::Test::HasFatalFailure()) return;
     }
-    EXPECT_GT(outcomes.fast, 10'000U);
-    EXPECT_GT(outcomes.byPieces, 2'000U);
-    EXPECT_GT(outcomes.givenUp, 200U);
-    std::cout << outcomes.fast << " " << outcomes.byPieces << " " << outcomes.byOnePiece << " " << outcomes.givenUp << "\n";
+    EXPECT_GT(outcomes.fast, 5'000U);
+    EXPECT_GT(outcomes.byPieces, 5'000U);
+    EXPECT_GT(outcomes.byOnePiece, 2'000U);
 }
 
 // Sums of long texts outgrow 16 bits, and words as long as these bring together sums that lie far apart.
 TEST(FastSearchProperty, FindsThePathsOfLongTextsAndWords) {
     Outcomes outcomes;
-    for (unsigned seed = 1; seed <= seeds(100); ++seed) {
+    for (unsigned seed = 1; seed <= 50; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Random random(seed);
         World world = randomFlatWorld(random);
@@ -260,8 +258,7 @@ TEST(FastSearchProperty, FindsThePathsOfLongTextsAndWords) {
             expectReferencePaths({world, {text, text.substr(0, 700), text.substr(1500)}, options}, outcomes);
         if (testing::Test::HasFatalFailure()) return;
     }
-    EXPECT_GT(outcomes.fast, 100U);
-    std::cout << outcomes.fast << " " << outcomes.byPieces << " " << outcomes.byOnePiece << " " << outcomes.givenUp << "\n";
+    EXPECT_GT(outcomes.byPieces, 100U);
 }
 
 /// Lengths of the words of a pending path, of which the first one's column must be told.
