@@ -1,8 +1,8 @@
 // The lattice against the slow reference search, on random small worlds.
 #include "engine/lattice.hpp"
 
-#include "engine/nbest/all_paths.hpp"
 #include "engine/exact/lattice_constraints.hpp"
+#include "engine/nbest/all_paths.hpp"
 
 #include "dic/conn_table.hpp"
 #include "dic/dic_set.hpp"
@@ -156,7 +156,8 @@ struct FastCase {
             std::size_t const firstWord = rig.paths.size();
             LazyPath const alone = rig.search({&views[i], 1}).front();
             outcomes.note(rig, firstWord, alone);
-            std::vector<Word> const expected = pathOf(referenceSearch(texts[i], world.dictionaries, world.costFunction()));
+            std::vector<Word> const expected =
+                pathOf(referenceSearch(texts[i], world.dictionaries, world.costFunction()));
             for (LazyPath const* path : {&together[i], &alone})
                 if (path->exists() && pathOf(*path, attached.dics) != expected) return static_cast<int>(i);
         }
@@ -232,7 +233,7 @@ TEST(FastSearchProperty, FindsThePathsOfTheReference) {
         World world = randomFlatWorld(random);
         std::vector<std::string> texts;
         for (unsigned n = 1 + random.below(12); n > 0; --n)
-            texts.push_back(world.text(random, random.oneIn(3) ? 80 : 16, true));
+            texts.push_back(world.text(random, random.oneIn(40) ? 400 : random.oneIn(3) ? 80 : 16, true));
         if (random.oneIn(30)) addManyWords(world, random);
         if (random.oneIn(10)) addLongSurface(world, random, texts.front(), 12);
         expectReferencePaths({world, texts, randomOptions(random)}, outcomes);
@@ -288,7 +289,8 @@ TEST(LatticeProperty, SentencesTogetherAgreeWithTheReference) {
             std::size_t const at = random.below(static_cast<unsigned>(sentences.size()));
             Sentence& sentence = sentences[at];
             bool const wasPending = sentence.path.isPending();
-            std::vector<std::size_t> const lengths = wasPending ? pendingLengths(sentence.path) : std::vector<std::size_t>();
+            std::vector<std::size_t> const lengths =
+                wasPending ? pendingLengths(sentence.path) : std::vector<std::size_t>();
             ReferenceLattice const expected =
                 referenceSearch(std::string(sentence.text), world.dictionaries, world.costFunction());
             ASSERT_EQ(resultOf(lattice, sentence, attached), resultOf(expected))

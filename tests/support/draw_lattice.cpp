@@ -9,7 +9,8 @@ namespace TAVO::test {
 std::string hexOf(std::string_view text) {
     std::ostringstream out;
     for (char const byte : text)
-        out << std::hex << std::uppercase << std::setw(2) << std::setfill('0') << unsigned{static_cast<unsigned char>(byte)};
+        out << std::hex << std::uppercase << std::setw(2) << std::setfill('0')
+            << unsigned{static_cast<unsigned char>(byte)};
     return out.str();
 }
 

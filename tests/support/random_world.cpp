@@ -13,8 +13,8 @@ namespace {
 
 /// Few bytes, so that texts and surfaces meet at first and second bytes alike: lead bytes, letters, which are second
 /// bytes as well, and characters of one byte above 127.
-constexpr std::string_view kAlphabets[] = {"\x81\x82\x41\x42\xA0", "\x81\x41\xA0", "\x81\x82\xA0\xDF", "\x81\x82\xE0\x42",
-                                           "\x81\x41\x42\r\xB1", "\x81\x82\x41"};
+constexpr std::string_view kAlphabets[] = {"\x81\x82\x41\x42\xA0", "\x81\x41\xA0",       "\x81\x82\xA0\xDF",
+                                           "\x81\x82\xE0\x42",     "\x81\x41\x42\r\xB1", "\x81\x82\x41"};
 
 bool isWhole(std::string const& surface) {
     std::size_t pos = 0;
@@ -31,6 +31,8 @@ std::string randomSurface(World const& world, Random& random) {
 }
 
 unsigned randomId(Random& random) { return 4 + random.below(kIds - 3); }
+/// Mostly equal ones; some as large as that of an unknown word.
+unsigned randomCost(Random& random) { return random.oneIn(12) ? 255 - random.below(3) : random.below(3); }
 
 void addWords(World& world, Random& random, unsigned mostSurfaces) {
     unsigned const most = random.oneIn(4) ? 9 : 3;
@@ -38,7 +40,7 @@ void addWords(World& world, Random& random, unsigned mostSurfaces) {
         for (unsigned n = random.below(mostSurfaces); n > 0; --n) {
             std::vector<Record>& records = world.dictionaries[i][randomSurface(world, random)];
             for (unsigned k = 1 + random.below(most); k > 0; --k)
-                records.push_back({randomId(random), random.below(3), static_cast<int>(i)});
+                records.push_back({randomId(random), randomCost(random), static_cast<int>(i)});
         }
     }
 }
@@ -87,7 +89,8 @@ void makeFlatCosts(World& world, Random& random) {
         if (kind == 4 && random.oneIn(2)) most = random.below(unknown + 1);
         if (ties) most = std::min(most, 2 + random.below(3));
         makeColumn(world, random, right, most, style == 0 || (style == 1 && random.oneIn(2)));
-        std::uint8_t const before = kind == 2 || kind == 3 || (odd && random.oneIn(4)) ? 255 : static_cast<std::uint8_t>(unknown);
+        std::uint8_t const before =
+            kind == 2 || kind == 3 || (odd && random.oneIn(4)) ? 255 : static_cast<std::uint8_t>(unknown);
         if (kind == 1)
             for (unsigned left = 1; left <= kIds; ++left)
                 if (random.oneIn(4)) world.cost(left, right) = 255;
@@ -114,8 +117,9 @@ void addTwins(World& world) {
             std::vector<Record> all;
             for (Record const& record : records) {
                 unsigned twin = 4;
-                while (twin <= kIds && (isRestricted(world, twin) ||
-                                        !std::equal(&world.cost(twin, 1), &world.cost(twin, 1) + kIds, &world.cost(record.pid, 1))))
+                while (twin <= kIds &&
+                       (isRestricted(world, twin) ||
+                        !std::equal(&world.cost(twin, 1), &world.cost(twin, 1) + kIds, &world.cost(record.pid, 1))))
                     ++twin;
                 if (isRestricted(world, record.pid) && twin > kIds) continue;
                 all.push_back(record);
@@ -127,6 +131,22 @@ void addTwins(World& world) {
     }
 }
 
+/// Lets one word alone stand before another kind, and no word that ends with a character of one byte be of its id: so
+/// words without a twin may be left out.
+void closeExits(World& world, Random& random) {
+    constexpr unsigned kOpens = 10, kEnters = 11;
+    unsigned const unknown = world.cost(1, 3);
+    for (unsigned id = 1; id <= kIds; ++id) {
+        world.cost(3, id) = static_cast<std::uint8_t>(id == kEnters ? 255 : unknown);
+        world.cost(id, kEnters) = static_cast<std::uint8_t>(id == kOpens ? random.below(3) : 255);
+    }
+    for (WordTable& words : world.dictionaries)
+        for (auto& [surface, records] : words)
+            for (Record& record : records)
+                if (record.pid == kOpens && (surface.size() < 2 || !isLeadByte(surface[surface.size() - 2])))
+                    record.pid = 9;
+}
+
 /// Most characters of the alphabet get a word.
 void addCharacters(World& world, Random& random) {
     unsigned const missing = random.below(3) * random.below(3);
@@ -136,7 +156,8 @@ void addCharacters(World& world, Random& random) {
             if (random.below(12) < missing || surface.find('\r') != std::string::npos) continue;
             unsigned const dic = random.below(static_cast<unsigned>(world.dictionaries.size()));
             std::vector<Record>& records = world.dictionaries[dic][surface];
-            if (records.empty() || random.oneIn(2)) records.push_back({randomId(random), random.below(3), static_cast<int>(dic)});
+            if (records.empty() || random.oneIn(2))
+                records.push_back({randomId(random), randomCost(random), static_cast<int>(dic)});
         }
     }
 }
@@ -236,7 +257,10 @@ World randomFlatWorld(Random& random) {
     makeFlatCosts(world, random);
     addWords(world, random, 1 + random.below(16));
     addCharacters(world, random);
-    if (!random.oneIn(3)) addTwins(world);
+    if (random.oneIn(5))
+        closeExits(world, random);
+    else if (!random.oneIn(3))
+        addTwins(world);
     spreadColumns(world, random);
     return world;
 }
@@ -253,7 +277,8 @@ void addLongSurface(World& world, Random& random, std::string& text, unsigned mo
     std::size_t const room = text.size() - std::min<std::size_t>(text.size(), most);
     std::string surface = text.substr(random.below(static_cast<unsigned>(room) + 1), 1 + random.below(most));
     for (std::size_t pos = 0; pos < surface.size(); pos += charWidth(surface, pos))
-        if (surface[pos] == '\r' || surface[pos] == '\0' || (charWidth(surface, pos) == 1 && isLeadByte(surface[pos])) ||
+        if (surface[pos] == '\r' || surface[pos] == '\0' ||
+            (charWidth(surface, pos) == 1 && isLeadByte(surface[pos])) ||
             (charWidth(surface, pos) == 2 && (surface[pos + 1] == '\r' || surface[pos + 1] == '\0')))
             surface.replace(pos, charWidth(surface, pos), charWidth(surface, pos), 'A');
     world.dictionaries[0][surface].push_back({4 + random.below(kIds - 3), random.below(3), 0});
