@@ -27,8 +27,8 @@ using CharacterCode = std::uint16_t;
 /// What a character is to the search, a bit each. The first four are facts of a dictionary, and a character has those
 /// of all dictionaries; deriveFlags() adds the others.
 namespace CharacterFlag {
-inline constexpr unsigned kBounded = 1;  ///< is a surface with a word of a bounded column
-inline constexpr unsigned kSafe = 2;     ///< no path gains by an unknown word in its place
+inline constexpr unsigned kBounded = 1;      ///< is a surface with a word of a bounded column
+inline constexpr unsigned kSafe = 2;         ///< no path gains by an unknown word in its place
 inline constexpr unsigned kEndsSurface = 4;  ///< of a byte: is a surface, or the last character of one
 inline constexpr unsigned kContinues =
     8;  ///< of a byte: begins or goes on in a surface that another character follows in

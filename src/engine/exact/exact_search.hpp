@@ -38,7 +38,8 @@ public:
         PathKey key;
     };
     /// Adds the nodes of the segment @p range of @p text, behind which @p successors stand, in the order of making.
-    /// Each of these is a node without a record whose length is its number. False when a word reaches over the end of the segment.
+    /// Each of these is a node without a record whose length is its number. False when a word reaches over the end of
+    /// the segment.
     bool buildPiece(std::string_view text, WalkRange range, std::span<Successor const> successors, DicSet const& dics);
 
     /// The nodes built last that start at position @p p.

@@ -68,7 +68,7 @@ private:
         if ((flags & CharacterFlag::kBroken) != 0) [[unlikely]]
             layout_.beyond_.push_back(static_cast<std::uint32_t>(p));
         for (std::size_t i = 0; i != indexes_.count(); ++i)
-            addList(indexes_.dic(i).list(text_.list(i, p)), text_.depth(i, p));
+            if (!addList(indexes_.dic(i).list(text_.list(i, p)), text_.depth(i, p))) break;
         storeLanes(layout_.columns_.begin() + slot_ + count_, allLanes(count_ != 0 ? layout_.columns_[slot_] : 0));
         for (std::size_t lane = 0; lane <= count_; lane += kLanes)
             storeLanes(layout_.sums_.begin() + slot_ + lane, allLanes(kNoSum));
@@ -78,8 +78,9 @@ private:
         open_ = opens_;
     }
 
-    /// @p depth: words of more characters are none of this text.
-    [[gnu::always_inline]] void addList(CandidateList list, std::size_t depth) {
+    /// @p depth: words of more characters are none of this text. False when there is no room for all words: then none
+    /// of a later dictionary may stand here either, as candidates are known by their numbers.
+    [[gnu::always_inline]] bool addList(CandidateList list, std::size_t depth) {
         unsigned const unrestricted = list.unrestricted();
         unsigned const count = list.usable(open_);
         opens_ |= list.opens();
@@ -92,7 +93,7 @@ private:
             noteRare(list);
         if (count_ + count > kMostAtPlace || list.longest() > depth) [[unlikely]] {
             layout_.beyond_.push_back(static_cast<std::uint32_t>(layout_.begin_ + place_));
-            return;
+            return false;
         }
         Lanes const from = allLanes(static_cast<unsigned>(place_));
         constexpr Lanes kOrder{0, 1, 2, 3, 4, 5, 6, 7};
@@ -109,6 +110,7 @@ private:
         } while (i < count);
         count_ += count;
         word_ += count;
+        return true;
     }
 
     [[gnu::always_inline]] void noteRare(CandidateList list) {

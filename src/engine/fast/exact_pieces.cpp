@@ -72,7 +72,8 @@ bool ExactPieces::isSeam(std::size_t place) const noexcept {
     return true;
 }
 
-/// True when all words at @p place are laid out: one from inside the character before it may choose restricted ones, too.
+/// True when all words at @p place are laid out: one from inside the character before it may choose restricted ones,
+/// too.
 bool ExactPieces::isComplete(std::size_t place) const noexcept {
     for (std::size_t i = 0; i != state_.indexes.count(); ++i) {
         CandidateList const list = state_.indexes.dic(i).list(state_.text.list(i, place));

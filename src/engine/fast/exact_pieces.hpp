@@ -39,7 +39,7 @@ public:
     ExactPiece const& piece() const noexcept { return state_.pieces.back(); }
 
 private:
-    static constexpr unsigned kMostAttempts = 8;         // a longer way is the exact search's
+    static constexpr unsigned kMostAttempts = 8;  // a longer way is the exact search's
     static constexpr std::uint32_t kPieceNodes = 512;
 
     void forget();
