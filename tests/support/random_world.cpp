@@ -12,9 +12,10 @@ namespace TAVO::test {
 namespace {
 
 /// Few bytes, so that texts and surfaces meet at first and second bytes alike: lead bytes, letters, which are second
-/// bytes as well, and characters of one byte above 127.
+/// bytes as well, a digit, which is none in known characters, and characters of one byte above 127.
 constexpr std::string_view kAlphabets[] = {"\x81\x82\x41\x42\xA0", "\x81\x41\xA0",       "\x81\x82\xA0\xDF",
-                                           "\x81\x82\xE0\x42",     "\x81\x41\x42\r\xB1", "\x81\x82\x41"};
+                                           "\x81\x82\xE0\x42",     "\x81\x41\x42\r\xB1", "\x81\x82\x41",
+                                           "\x81\x82\x30\xA0",     "\x81\x30\x41"};
 
 bool isWhole(std::string const& surface) {
     std::size_t pos = 0;
@@ -131,20 +132,24 @@ void addTwins(World& world) {
     }
 }
 
-/// Lets one word alone stand before another kind, and no word that ends with a character of one byte be of its id: so
-/// words without a twin may be left out.
-void closeExits(World& world, Random& random) {
-    constexpr unsigned kOpens = 10, kEnters = 11;
-    unsigned const unknown = world.cost(1, 3);
+/// Lets words of one id alone stand before those of another, and lets them end, in most worlds, with no character of
+/// one byte: so words without a twin may be left out.
+void closeExits(World& world, Random& random, unsigned opening, unsigned entering) {
+    bool const close = !random.oneIn(4);
     for (unsigned id = 1; id <= kIds; ++id) {
-        world.cost(3, id) = static_cast<std::uint8_t>(id == kEnters ? 255 : unknown);
-        world.cost(id, kEnters) = static_cast<std::uint8_t>(id == kOpens ? random.below(3) : 255);
+        world.cost(3, id) = id == entering ? std::uint8_t{255} : world.cost(3, id);
+        world.cost(id, entering) = static_cast<std::uint8_t>(id == opening ? random.below(3) : 255);
+        if (random.oneIn(2)) world.cost(entering, id) = std::min<std::uint8_t>(world.cost(entering, id), 2);
     }
-    for (WordTable& words : world.dictionaries)
-        for (auto& [surface, records] : words)
+    for (WordTable& words : world.dictionaries) {
+        for (auto& [surface, records] : words) {
+            bool const isClosed = surface.size() > 1 && isLeadByte(surface[surface.size() - 2]);
+            if (random.oneIn(3)) records.front().pid = entering;
+            if (isClosed && random.oneIn(3)) records.back().pid = opening;
             for (Record& record : records)
-                if (record.pid == kOpens && (surface.size() < 2 || !isLeadByte(surface[surface.size() - 2])))
-                    record.pid = 9;
+                if (record.pid == opening && close && !isClosed) record.pid = 4;
+        }
+    }
 }
 
 /// Most characters of the alphabet get a word.
@@ -257,10 +262,15 @@ World randomFlatWorld(Random& random) {
     makeFlatCosts(world, random);
     addWords(world, random, 1 + random.below(16));
     addCharacters(world, random);
-    if (random.oneIn(5))
-        closeExits(world, random);
-    else if (!random.oneIn(3))
+    bool const leavesOut = random.oneIn(4);
+    if (leavesOut) {
+        for (unsigned id = 4; id <= kIds; ++id)
+            if (world.cost(3, id) == 255) world.cost(3, id) = world.cost(1, 3);
+        closeExits(world, random, 10, 11);
+        if (random.oneIn(2)) closeExits(world, random, 8, 7);
+    } else if (!random.oneIn(3)) {
         addTwins(world);
+    }
     spreadColumns(world, random);
     return world;
 }
