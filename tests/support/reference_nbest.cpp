@@ -67,11 +67,13 @@ private:
 
 class Enumeration {
 public:
-    Enumeration(std::string const& text, std::vector<WordTable> const& dictionaries, CostFunction const& cost)
-        : text_(text), dictionaries_(dictionaries), cost_(cost) {}
+    Enumeration(std::string const& text, std::vector<WordTable> const& dictionaries, CostFunction const& cost,
+                std::size_t most)
+        : text_(text), dictionaries_(dictionaries), cost_(cost), most_(most) {}
 
-    std::vector<PlainPath> run() {
+    std::optional<std::vector<PlainPath>> run() {
         if (!text_.empty()) goOn(0, 1);
+        if (paths_.size() > most_) return std::nullopt;
         return std::move(paths_);
     }
 
@@ -97,7 +99,7 @@ private:
 
     void take(std::size_t start, std::size_t length, Record record, unsigned left) {
         unsigned const before = cost_(left, record.pid);
-        if (before == 255) return;
+        if (before == 255 || paths_.size() > most_) return;
         std::size_t const end = start + length;
         bool const unknown = record.pid == 3;
         unsigned const after = end != text_.size() ? 0 : unknown ? 255 : cost_(record.pid, 2);
@@ -118,6 +120,7 @@ private:
     std::string const& text_;
     std::vector<WordTable> const& dictionaries_;
     CostFunction const& cost_;
+    std::size_t most_;
     std::vector<PlainWord> words_;
     ReferenceKey key_{0, 0};
     std::vector<PlainPath> paths_;
@@ -129,9 +132,10 @@ std::vector<ReferencePath> referenceNBest(ReferenceLattice const& lattice, CostF
     return Queue(lattice, cost).take(n);
 }
 
-std::vector<PlainPath> enumeratePaths(std::string const& text, std::vector<WordTable> const& dictionaries,
-                                      CostFunction const& cost) {
-    return Enumeration(text, dictionaries, cost).run();
+std::optional<std::vector<PlainPath>> enumeratePaths(std::string const& text,
+                                                     std::vector<WordTable> const& dictionaries,
+                                                     CostFunction const& cost, std::size_t most) {
+    return Enumeration(text, dictionaries, cost, most).run();
 }
 
 }  // namespace TAVO::test

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -32,9 +33,10 @@ using PlainWord = std::tuple<std::size_t, std::size_t, unsigned, unsigned, int>;
 using PlainPath = std::pair<ReferenceKey, std::vector<PlainWord>>;
 
 /// Every complete path in no particular order, from the text and the words
-/// alone: no lattice, no sums kept.
-std::vector<PlainPath> enumeratePaths(std::string const& text, std::vector<WordTable> const& dictionaries,
-                                      CostFunction const& cost);
+/// alone: no lattice, no sums kept. Nothing when there are more than @p most.
+std::optional<std::vector<PlainPath>> enumeratePaths(std::string const& text,
+                                                     std::vector<WordTable> const& dictionaries,
+                                                     CostFunction const& cost, std::size_t most);
 
 }  // namespace TAVO::test
 
