@@ -1,9 +1,9 @@
 // Input of the program: blocks of lines join to the file, and the words of a line,
 // wherever they are cut, join to its bytes, valid UTF-8 or not.
+#include "cli/line_reader.hpp"
 #include "fuzz/fuzz_input.hpp"
 #include "fuzz/fuzz_world.hpp"
-#include "line_reader.hpp"
-#include "line_text.hpp"
+#include "output/line_text.hpp"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Imported tables rank analyses as the source's exact arithmetic does.
-#include "import_cluster.hpp"
-#include "import_table.hpp"
+#include "import/import_cluster.hpp"
+#include "import/import_table.hpp"
 #include "support/testing.hpp"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "import_lexicon.hpp"
+#include "import/import_lexicon.hpp"
 
-#include "import_charset.hpp"
+#include "import/import_charset.hpp"
 #include "support/testing.hpp"
 #include "support/tiny_lexicon.hpp"
 

@@ -1,6 +1,6 @@
-#include "import_matrix.hpp"
+#include "import/import_matrix.hpp"
 
-#include "import_cluster.hpp"
+#include "import/import_cluster.hpp"
 #include "support/testing.hpp"
 
 #include <cmath>

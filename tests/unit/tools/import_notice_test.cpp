@@ -1,6 +1,6 @@
-#include "import_notice.hpp"
+#include "import/import_notice.hpp"
 
-#include "import_lexicon.hpp"
+#include "import/import_lexicon.hpp"
 #include "support/testing.hpp"
 
 #include <filesystem>

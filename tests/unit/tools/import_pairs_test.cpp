@@ -1,5 +1,5 @@
 // How often words stand beside others in a text.
-#include "import_pairs.hpp"
+#include "import/import_pairs.hpp"
 #include "support/encoding.hpp"
 #include "support/testing.hpp"
 

@@ -1,6 +1,6 @@
-#include "import_unknown.hpp"
+#include "import/import_unknown.hpp"
 
-#include "import_search.hpp"
+#include "import/import_search.hpp"
 #include "support/testing.hpp"
 #include "support/tiny_lexicon.hpp"
 

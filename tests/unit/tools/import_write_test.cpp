@@ -1,4 +1,4 @@
-#include "import_write.hpp"
+#include "import/import_write.hpp"
 
 #include "dic/read_pron.hpp"
 #include "dic/source_record.hpp"

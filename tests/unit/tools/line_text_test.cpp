@@ -1,8 +1,8 @@
-#include "line_text.hpp"
+#include "output/line_text.hpp"
 
 #include "base/sjis.hpp"
+#include "cli/utf8.hpp"
 #include "support/testing.hpp"
-#include "utf8.hpp"
 
 #include <random>
 

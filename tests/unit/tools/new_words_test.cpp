@@ -1,10 +1,10 @@
 // Words that are added to a lexicon: their ids and costs.
-#include "new_words.hpp"
-#include "import_command.hpp"
-#include "like_word.hpp"
-#include "must_win.hpp"
-#include "pos_names.hpp"
-#include "tool_error.hpp"
+#include "dic/new_words.hpp"
+#include "cli/tool_error.hpp"
+#include "dic/like_word.hpp"
+#include "dic/must_win.hpp"
+#include "import/import_command.hpp"
+#include "output/pos_names.hpp"
 
 #include "dic/conn_table.hpp"
 #include "dic/dic_compiler.hpp"

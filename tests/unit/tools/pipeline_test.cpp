@@ -1,8 +1,8 @@
-#include "pipeline.hpp"
+#include "cli/pipeline.hpp"
 
+#include "cli/tool_error.hpp"
 #include "support/small_world.hpp"
 #include "support/testing.hpp"
-#include "tool_error.hpp"
 
 namespace {
 

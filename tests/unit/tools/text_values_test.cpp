@@ -1,7 +1,7 @@
-#include "encoding_guess.hpp"
-#include "pos_names.hpp"
+#include "cli/encoding_guess.hpp"
+#include "cli/tool_error.hpp"
+#include "output/pos_names.hpp"
 #include "support/testing.hpp"
-#include "tool_error.hpp"
 
 namespace {
 
