@@ -113,7 +113,9 @@ public:
     char const* getExt(int index) const;
     void getExt(std::vector<char const*>& fields) const;
 
-    /// Number of other candidates of the same length at this place.
+    /// Number of other candidates at this place: those of the same length that take part in an analysis of the
+    /// sentence; with the Alternative mode 1 all words of the dictionaries that begin here, whatever stands around
+    /// them. Order: dictionary by dictionary, by increasing length. Text with markup has the former, of all lengths.
     int getAltCount() const;
     void getAlt(std::vector<Mrph>& alternatives) const;
 

@@ -136,7 +136,8 @@ TAVO_EXPORT int tavo_getDeleteSlashMode(tavo_t* tavo);
 /// Capitals of unknown words, 0 or 1; default 0.
 TAVO_EXPORT int tavo_setAlphabetCapitalizeMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getAlphabetCapitalizeMode(tavo_t* tavo);
-/// Alternatives, 0 or 1; default 0.
+/// 1: tavo_getAlt gives words of every length, tavo_getResultNBest more than the best after tavo_analyze;
+/// default 0.
 TAVO_EXPORT int tavo_setAlternativeMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getAlternativeMode(tavo_t* tavo);
 /// The reductions of the reduce rules (unknown words, characters, numbers), each

@@ -88,7 +88,8 @@ public:
     int getDivideWordMode() const;
     void setMemoryMappedMode(int mode);  ///< 1: an init file's dictionaries are mapped; default 1
     int getMemoryMappedMode() const;
-    void setAlternativeMode(int mode);  ///< 0..1, default 0
+    /// 1: Mrph::getAlt() gives words of every length, getResultNBest() more than the best after analyze(); default 0
+    void setAlternativeMode(int mode);
     int getAlternativeMode() const;
     void setReduceNumberMode(int mode);  ///< 0..1, default 1
     int getReduceNumberMode() const;

@@ -28,8 +28,6 @@ struct TAVO_HIDDEN Tavo::Impl {
     int analyzeText(std::string_view text, bool nBest);
     /// The same with a text that nobody else keeps.
     int analyzeOwn(std::string&& text, bool nBest);
-    /// True when more is wanted than best paths.
-    bool needsAllPaths(bool nBest) const;
     /// True when line breaks inside sentences are taken out.
     bool deletesLineBreaks() const;
     /// True when sentences are searched one at a time, since more is asked for than best paths of texts as given.
@@ -45,6 +43,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     bool readMarkup(Sentence& sentence);
     /// Searches a sentence alone.
     void buildLattice(Sentence& sentence, bool nBest);
+    /// Makes the edges of a sentence of which only the best path was searched, where a mode lets more be asked for.
+    void addEdges(Sentence& sentence);
     void setBeginCost(Sentence& sentence, bool forced) const;
     void setErrorSentence(std::size_t index);
     /// Turns a path of @p found into morphemes.

@@ -116,8 +116,8 @@ int Tavo::updateDic(int index) {
     // A rebuild frees the old image, and a failed file step (6) or a lack of memory
     // may have moved it: results of the last analysis point into it.
     try {
-        int const code = impl_->context.dics.updateDic(index, impl_->context.pos.listedNames(),
-                                                        impl_->context.connTable);
+        int const code =
+            impl_->context.dics.updateDic(index, impl_->context.pos.listedNames(), impl_->context.connTable);
         if (code == 1 || code == 6) impl_->dropInput();
         return code;
     } catch (std::bad_alloc const&) {

@@ -32,6 +32,7 @@ void Tavo::Impl::dropInput() noexcept {
     context.sentences.clear();
     context.lattice.clear();
     context.allPaths.clear();
+    context.lateNodes.reset();
     context.madeRecords.clear();
 }
 
@@ -53,18 +54,11 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     return static_cast<int>(errorSentences.size());
 }
 
-bool Tavo::Impl::needsAllPaths(bool nBest) const {
-    Settings const& settings = context.settings;
-    return nBest || settings.mode(Mode::Cooccurrence) == 1 || settings.mode(Mode::Alternative) == 1;
-}
-
 bool Tavo::Impl::deletesLineBreaks() const {
     return context.settings.mode(Mode::DeleteCRLF) == 1 && context.settings.mode(Mode::DelimitCRLF) == 0;
 }
 
-bool Tavo::Impl::searchesAlone(bool nBest) const {
-    return needsAllPaths(nBest) || mayHaveMarkup() || deletesLineBreaks();
-}
+bool Tavo::Impl::searchesAlone(bool nBest) const { return nBest || mayHaveMarkup() || deletesLineBreaks(); }
 
 void Tavo::Impl::analyzeTogether() {
     std::vector<Sentence>& sentences = context.sentences;
@@ -119,15 +113,14 @@ bool Tavo::Impl::readMarkup(Sentence& sentence) {
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     requireReady();
-    bool const allPaths = needsAllPaths(nBest);
     LatticeConstraints constraints;
     if (sentence.markup) {
         constraints = constraintsOf(sentence, context);
-        if (allPaths)
+        if (nBest)
             context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes(), constraints);
         else
             context.lattice.build(sentence, context.connTable, context.dics, constraints);
-    } else if (allPaths) {
+    } else if (nBest) {
         context.allPaths.build(sentence, context.connTable, context.dics, context.lattice.nodes());
     } else {
         context.lattice.build(sentence, context.connTable, context.dics);

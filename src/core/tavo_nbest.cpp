@@ -1,6 +1,7 @@
 // The N best analyses of a sentence.
 #include "core/impl.hpp"
 #include "engine/nbest/nbest.hpp"
+#include "result/markup_constraints.hpp"
 
 #include <stdexcept>
 #include <utility>
@@ -16,6 +17,23 @@ PathCost bestCost(Sentence const& sentence) noexcept {
 }
 
 }  // namespace
+
+void Tavo::Impl::addEdges(Sentence& sentence) {
+    bool const isWanted =
+        context.settings.mode(Mode::Alternative) == 1 || context.settings.mode(Mode::Cooccurrence) == 1;
+    if (!isWanted || !sentence.path.exists() || sentence.startEdgeList != Sentence::kNoEdges) return;
+    LazyPath const best(sentence.path.first());
+    try {
+        if (!context.lateNodes) context.lateNodes = std::make_unique<NodePool>(0);
+        LatticeConstraints constraints;
+        if (sentence.markup) constraints = constraintsOf(sentence, context);
+        context.allPaths.build(sentence, context.connTable, context.dics, *context.lateNodes, constraints);
+        sentence.path = best;  // whose nodes morphemes point at
+    } catch (...) {
+        dropInput();  // nodes and edges may not belong together any more
+        throw;
+    }
+}
 
 int Tavo::analyzeNBest(char const* text, int length) {
     if (length < 0 || (text == nullptr && length > 0))
@@ -36,12 +54,13 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
     if (sentence < 0) throw std::range_error(kRangeError);
     if (n < 0) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::getResultNBest()");
     if (!impl_->hasResult) throw tavo_not_ready("No Analyze: Need to call analyze()");
-    AnalyzerContext const& context = impl_->context;
+    AnalyzerContext& context = impl_->context;
     if (static_cast<std::size_t>(sentence) >= context.sentences.size()) throw std::range_error(kRangeError);
     if (n == 0) return;
     impl_->requireReady();
-    Sentence const& found = context.sentences[static_cast<std::size_t>(sentence)];
+    Sentence& found = context.sentences[static_cast<std::size_t>(sentence)];
 
+    if (n > 1) impl_->addEdges(found);
     // Without edges, or without any path, there is one analysis.
     if (n == 1 || !found.path.exists() || found.startEdgeList == Sentence::kNoEdges) {
         std::vector<std::vector<Mrph>> best(1);
@@ -58,7 +77,7 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
     for (std::size_t rank = 0; rank < nbest.size(); ++rank) {
         nbest.nodes(rank, indexes);
         path.clear();
-        for (std::uint32_t const index : indexes) path.push_back(&context.lattice.nodes().at(index));
+        for (std::uint32_t const index : indexes) path.push_back(&context.edgeNodes().at(index));
         impl_->assemble(all[rank], path, found);
         allCosts[rank] = costOf(nbest.key(rank));
     }

@@ -58,6 +58,11 @@ std::uint32_t NodePool::indexOf(LatticeNode const* node) const noexcept {
     return block.firstIndex + static_cast<std::uint32_t>(node - block.slots.get());
 }
 
+bool NodePool::holds(LatticeNode const* node) const noexcept {
+    std::size_t const block = blockOf(node);
+    return !std::less<>()(node, blocks_[block].slots.get()) && std::less<>()(node, usedEnd(block));
+}
+
 std::span<LatticeNode const> NodePool::candidates(LatticeNode const* node) const noexcept {
     LatticeNode const* const end = usedEnd(blockOf(node));
     LatticeNode const* first = node;

@@ -46,6 +46,7 @@ public:
         while (index < blocks_[block].firstIndex) --block;
         return blocks_[block].slots[index - blocks_[block].firstIndex];
     }
+    bool holds(LatticeNode const* node) const noexcept;
     /// All nodes of @p node's position.
     std::span<LatticeNode const> candidates(LatticeNode const* node) const noexcept;
 

@@ -182,29 +182,31 @@ char const* Mrph::getExt(int index) const {
 
 namespace {
 
-/// calls visit(node) for every other candidate of the same length.
+/// Calls visit(record, length) for every other candidate, of the same length unless the mode lets them differ.
 template <class Visit>
 void eachAlternative(Mrph const& m, Visit visit) {
     AnalyzerContext const* owner = MrphAccess::owner(m);
     if (owner == nullptr || MrphAccess::node(m) == nullptr) return;
-    for (LatticeNode const& node : owner->candidates(MrphAccess::node(m), MrphAccess::rawForm(m).data())) {
-        if (node.length != m.getFormLength() || node.record == MrphAccess::record(m)) continue;
-        if (MrphDic(node.record).pid() != ConnTable::kUnknownId) visit(node);
-    }
+    bool const anyLength = owner->settings.mode(Mode::Alternative) == 1;
+    auto const take = [&](unsigned char const* record, std::uint32_t length) {
+        if (record == MrphAccess::record(m) || (!anyLength && length != m.getFormLength())) return;
+        if (MrphDic(record).pid() != ConnTable::kUnknownId) visit(record, length);
+    };
+    owner->eachCandidate(MrphAccess::node(m), MrphAccess::rawForm(m).data(), take);
 }
 
 }  // namespace
 
 int Mrph::getAltCount() const {
     int count = 0;
-    eachAlternative(*this, [&count](LatticeNode const&) { ++count; });
+    eachAlternative(*this, [&count](unsigned char const*, std::uint32_t) { ++count; });
     return count;
 }
 
 void Mrph::getAlt(std::vector<Mrph>& alternatives) const {
     std::vector<Mrph> found;
-    eachAlternative(*this, [&](LatticeNode const& node) {
-        Mrph& added = found.emplace_back(Mrph(rawForm_, &node, owner_));
+    eachAlternative(*this, [&](unsigned char const* record, std::uint32_t length) {
+        Mrph& added = found.emplace_back(Mrph(rawForm_, length, record, owner_));
         added.node_ = node_;  // their alternatives are found by one node
     });
     alternatives = std::move(found);

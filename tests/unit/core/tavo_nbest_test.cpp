@@ -115,6 +115,28 @@ TEST_F(NBestAnalyzer, GivesTheSameAlternativesWithAndWithoutEdges) {
     }
 }
 
+TEST_F(NBestAnalyzer, AlternativeModeGivesWordsOfEveryLength) {
+    // Modes; alternatives of the first morpheme of the three analyses ab, a b (Verb), a b (Noun).
+    Table<int, int, Lines> const cases{
+        {0, 0, {"", "", ""}}, {0, 1, {"", "", ""}}, {1, 0, {"a:Noun", "ab:Noun", "ab:Noun"}}};
+    for (auto const& [alternative, cooccurrence, expected] : cases) {
+        tavo_.setAlternativeMode(alternative);
+        tavo_.setCooccurrenceMode(cooccurrence);
+        alternative + cooccurrence > 0 ? analyze("ab") : analyzeNBest("ab");
+        Results results;
+        tavo_.getResultNBest(results, 0, 3);
+        Lines found;
+        for (auto const& morphemes : results) {
+            std::vector<Mrph> others;
+            morphemes.at(0).getAlt(others);
+            EXPECT_EQ(morphemes.at(0).getAltCount(), static_cast<int>(others.size()));
+            found.push_back(describe(others));
+            EXPECT_EQ(morphemes.back().getAltCount(), morphemes.size() > 1 || alternative == 1 ? 1 : 0);
+        }
+        EXPECT_EQ(found, expected) << alternative << cooccurrence;
+    }
+}
+
 TEST_F(NBestAnalyzer, GivesOneEmptyAnalysisOfAFailedSentence) {
     EXPECT_EQ(analyzeNBest("z"), 1);
     for (int const n : {1, 2, 1000}) EXPECT_EQ(lines(0, n), Lines{""}) << n;
