@@ -242,6 +242,7 @@ public:
     std::vector<unsigned int> const& getErrorSentenceIndex() const;
 
 private:
+    friend struct TavoAccess;
     struct Impl;
     std::unique_ptr<Impl> impl_;
 };

@@ -3,6 +3,25 @@
 #include "base/cp932_tables.hpp"
 
 namespace TAVO {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+struct SjisChar {
+    char32_t character;
+    std::size_t bytes;
+};
+
+SjisChar decodeSjis(std::string_view text) noexcept {
+    auto const first = static_cast<unsigned char>(text[0]);
+    if (first < 0x80) return {first, 1};
+    if (first >= 0xA1 && first <= 0xDF) return {0xFF61U + (first - 0xA1U), 1};  // half-width katakana
+    if (text.size() < 2 || first == 0x80 || first == 0xA0) return {kReplacement, 1};
+    char32_t const character = kUnicodeFromCp932[(first & 0x7FU) * 0x100U + static_cast<unsigned char>(text[1])];
+    return character != 0 ? SjisChar{character, 2} : SjisChar{kReplacement, 1};
+}
+
+}  // namespace
 
 Utf8Char decodeUtf8(std::string_view text) noexcept {
     constexpr Utf8Char kInvalid{0, 1, false};
@@ -32,6 +51,27 @@ std::optional<std::size_t> appendUtf8AsSjis(std::string& out, std::string_view u
         at += c.bytes;
     }
     return std::nullopt;
+}
+
+std::size_t countCharacters(std::string_view text) noexcept {
+    std::size_t count = 0;
+    for (; !text.empty(); ++count) text.remove_prefix(decodeUtf8(text).bytes);
+    return count;
+}
+
+char* putSjisAsUtf8(char* to, std::string_view sjis) noexcept {
+    while (!sjis.empty()) {
+        SjisChar const c = decodeSjis(sjis);
+        to = putUtf8(to, c.character);
+        sjis.remove_prefix(c.bytes);
+    }
+    return to;
+}
+
+std::string sjisToUtf8(std::string_view sjis) {
+    std::string out(kUtf8BytesPerSjisByte * sjis.size(), '\0');
+    out.resize(static_cast<std::size_t>(putSjisAsUtf8(out.data(), sjis) - out.data()));
+    return out;
 }
 
 }  // namespace TAVO

@@ -60,8 +60,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// The same once there is an analysis; else throws tavo_not_ready.
     Sentence const* analysed(int index, char const* what) const;
 
-    /// Applies the keys of an init file in their fixed order.
-    void applyInitFile(Tavo& tavo, std::string const& path);
+    /// Applies the keys of an init file at @p path in their fixed order. What they do not name lies in @p folder.
+    void applyInitFile(Tavo& tavo, InitValues const& values, std::string const& path, std::string const& folder);
     void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);
 
     AnalyzerContext context;
@@ -73,6 +73,13 @@ struct TAVO_HIDDEN Tavo::Impl {
     mutable int errorCode = 0;
     mutable std::string errorWhat;
     std::vector<unsigned int> errorSentences;
+};
+
+/// The library's own doorway to the inside of an analyser.
+struct TavoAccess {
+    using Impl = Tavo::Impl;
+    static Impl& impl(Tavo& tavo) noexcept { return *tavo.impl_; }
+    static Impl const& impl(Tavo const& tavo) noexcept { return *tavo.impl_; }
 };
 
 }  // namespace TAVO

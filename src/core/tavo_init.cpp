@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <climits>
-#include <cstdlib>
 #include <exception>
 #include <iterator>
 #include <string_view>
@@ -35,14 +34,6 @@ std::pair<int, std::string> combineValue(std::string const& text) {
     if (text == "begin") return {static_cast<int>(Combine::First), ""};
     if (text == "end") return {static_cast<int>(Combine::Last), ""};
     return {static_cast<int>(Combine::Join), text};
-}
-
-/// The folder of the default dictionary and connection table.
-std::string defaultFolder() {
-    char const* const variable = std::getenv("TAVO_PATH");
-    std::string folder = variable == nullptr || *variable == '\0' ? "." : variable;
-    if (folder.back() == '/' || folder.back() == '\\') folder.pop_back();
-    return folder;
 }
 
 void applyCombines(Tavo& tavo, Settings& settings, InitValues const& values) {
@@ -106,8 +97,8 @@ void applyPaths(Tavo& tavo, InitValues const& values, std::string const& table) 
 
 }  // namespace
 
-void Tavo::Impl::applyInitFile(Tavo& tavo, std::string const& path) {
-    InitValues const values = readInitFile(path);
+void Tavo::Impl::applyInitFile(Tavo& tavo, InitValues const& values, std::string const& path,
+                               std::string const& folder) {
     // The order of the steps is part of the contract: modes before the
     // dictionaries that they steer, dictionaries before the rules, and the
     // connection table last, so that it resolves every name.
@@ -124,11 +115,11 @@ void Tavo::Impl::applyInitFile(Tavo& tavo, std::string const& path) {
     bool const memoryMapped = context.settings.mode(Mode::MemoryMapped) == 1;
     auto const dics = values.find("Dic");
     if (dics == values.end())
-        tavo.addDicPath((defaultFolder() + "/SysDic").c_str(), memoryMapped);
+        tavo.addDicPath((folder + "/SysDic").c_str(), memoryMapped);
     else
         for (std::string const& dic : dics->second) tavo.addDicPath(dic.c_str(), memoryMapped);
     std::string const* const named = lastValue(values, "ConnTable");
-    std::string const table = named != nullptr ? *named : defaultFolder() + "/ConnTable";
+    std::string const table = named != nullptr ? *named : folder + "/ConnTable";
     applyPaths(tavo, values, table);
     tavo.setConnTablePath(table.c_str());
 }

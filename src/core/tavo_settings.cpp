@@ -2,6 +2,7 @@
 #include "core/impl.hpp"
 #include "dic/pools.hpp"
 
+#include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
@@ -14,6 +15,14 @@ void storePath(std::string& stored, char const* path) { stored = path == nullptr
 char const* required(char const* text, char const* operation) {
     if (text == nullptr) throw std::invalid_argument(std::string("INVALID_ARGUMENT: Tavo::") + operation + "()");
     return text;
+}
+
+/// The folder of the default dictionary and connection table.
+std::string defaultFolder() {
+    char const* const variable = std::getenv("TAVO_PATH");
+    std::string folder = variable == nullptr || *variable == '\0' ? "." : variable;
+    if (folder.back() == '/' || folder.back() == '\\') folder.pop_back();
+    return folder;
 }
 
 }  // namespace
@@ -118,7 +127,7 @@ char const* Tavo::getEOS() const { return impl_->context.settings.eos.c_str(); }
 void Tavo::setInitFilePath(char const* path) {
     std::string const kept = required(path, "setInitFilePath");
     impl_->context.settings.initFilePath = kept;
-    impl_->applyInitFile(*this, kept);
+    impl_->applyInitFile(*this, readInitFile(kept), kept, defaultFolder());
 }
 char const* Tavo::getInitFilePath() const { return impl_->context.settings.initFilePath.c_str(); }
 

@@ -99,7 +99,8 @@ private:
 template <class Item, class Join>
 class RunAppender {
 public:
-    RunAppender(ReduceRules const& rules, std::vector<Item>& out) : rules_(rules), out_(out) {}
+    RunAppender(ReduceRules const& rules, std::vector<Item>& out, Join join = {})
+        : rules_(rules), out_(out), join_(join) {}
 
     /// Appends the item made of @p value for a morpheme whose form is @p form.
     template <class Value>
@@ -126,7 +127,7 @@ private:
         while (rule_ != ReduceRules::kNone) {
             if (rule == rule_ && (hasInner_ || ReduceRules::mayFollow(membership))) {
                 hasInner_ = false;
-                Join::append(out_, runStart_, std::forward<Value>(value));
+                join_.append(out_, runStart_, std::forward<Value>(value));
                 runEnd_ = out_.size();
                 return;
             }
@@ -152,7 +153,7 @@ private:
         if (runEnd_ - runStart_ > 1) {
             auto const first = out_.begin() + static_cast<std::ptrdiff_t>(runStart_);
             auto const end = out_.begin() + static_cast<std::ptrdiff_t>(runEnd_);
-            Join::join(first, end, rules_.joinedPid(rule_));
+            join_.join(first, end, rules_.joinedPid(rule_));
             out_.erase(first + 1, end);
         }
         rule_ = ReduceRules::kNone;
@@ -164,6 +165,7 @@ private:
 
     ReduceRules const& rules_;
     std::vector<Item>& out_;
+    Join join_;
     std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
     // Of the open run, in the result.
     std::size_t runStart_ = 0;

@@ -1,12 +1,12 @@
-// Where an installed lexicon lies.
+// The library's data folder, by the program's names.
 #ifndef TAVO_TOOL_DATA_DIR_HPP
 #define TAVO_TOOL_DATA_DIR_HPP
 
+#include "text/data_dir.hpp"
+
 namespace tool {
 
-/// The data folder of the prefix that the build was configured for. Only
-/// data_dir.cpp is compiled with it, so another prefix compiles one file.
-extern char const kDataDir[];
+using TAVO::kDataDir;
 
 }  // namespace tool
 

@@ -25,9 +25,9 @@ std::optional<Encoding> encodingNamed(std::string_view name);
 
 /// Appends @p sjis in UTF-8; U+FFFD for a code that has no character.
 void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis);
-std::string sjisToUtf8(std::string_view sjis);
 
 using TAVO::appendUtf8AsSjis;
+using TAVO::sjisToUtf8;
 
 /// An argument of the command line in Shift_JIS. Throws ToolError (usage) that
 /// names @p what when code page 932 cannot hold it.

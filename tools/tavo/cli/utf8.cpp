@@ -11,13 +11,6 @@ struct Range {
     char32_t first, last;
 };
 
-constexpr Range kZeroWidth[] = {
-    {0x00AD, 0x00AD}, {0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD},   {0x064B, 0x065F},
-    {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E}, {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF},   {0x200B, 0x200F},
-    {0x202A, 0x202E}, {0x2060, 0x2064}, {0x20D0, 0x20F0}, {0x302A, 0x302D},   {0x3099, 0x309A},
-    {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF}, {0xE0001, 0xE007F}, {0xE0100, 0xE01EF},
-};
-
 constexpr Range kWide[] = {
     {0x1100, 0x115F},   {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},   {0x23F0, 0x23F0},
     {0x23F3, 0x23F3},   {0x25FD, 0x25FE},   {0x2614, 0x2615},   {0x2648, 0x2653},   {0x267F, 0x267F},
@@ -47,12 +40,6 @@ bool contains(Range const (&ranges)[N], char32_t c) noexcept {
 
 }  // namespace
 
-std::size_t countCharacters(std::string_view text) noexcept {
-    std::size_t count = 0;
-    for (; !text.empty(); ++count) text.remove_prefix(decodeUtf8(text).bytes);
-    return count;
-}
-
 std::size_t displayWidth(std::string_view text) noexcept {
     std::size_t width = 0;
     while (!text.empty()) {
@@ -66,7 +53,5 @@ std::size_t displayWidth(std::string_view text) noexcept {
     }
     return width;
 }
-
-bool isZeroWidth(char32_t character) noexcept { return contains(kZeroWidth, character); }
 
 }  // namespace tool

@@ -1,107 +1,13 @@
-// Lines of input, or a piece of one: the Shift_JIS bytes that are analysed, and the
-// way back from them to the bytes that were read.
+// The library's line of text, by the program's names.
 #ifndef TAVO_TOOL_LINE_TEXT_HPP
 #define TAVO_TOOL_LINE_TEXT_HPP
 
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "text/line_text.hpp"
 
 namespace tool {
 
-/// Readable bytes that the input reader keeps behind every line.
-inline constexpr std::size_t kPaddingBytes = 16;
-
-/// Output never shows the Shift_JIS bytes of a word: it shows the bytes of the
-/// line that the word came from, so whatever a line holds comes back unchanged.
-///
-/// - A character that code page 932 lacks is analysed as one character that no
-///   dictionary has.
-/// - A byte that is not UTF-8 is analysed as one control character.
-/// - Variation selectors, joiners and combining marks are skipped. They belong to the character
-///   before them (at the start of the text: behind them); kana followed by a
-///   combining voicing mark are analysed as the one kana that they show.
-/// - A boundary inside a two-byte character lies behind that character.
-///
-/// Reused from line to line: buffers grow to the longest line and stay.
-class LineText {
-public:
-    /// The character that stands for every character that code page 932 lacks.
-    /// No word begins with its second byte, so no word is found inside it.
-    static constexpr char kUnknownCharacter[] = "\xF0\x80";
-    /// Stands for a byte that is not UTF-8.
-    static constexpr char kInvalidByte = '\x1A';
-
-    /// Converts @p line, at most 2^32 - 1 bytes, which must stay unchanged while
-    /// this text is used. kPaddingBytes bytes behind it must be readable, the
-    /// first of them no UTF-8 continuation byte.
-    void assignUtf8(std::string_view line) {
-        startLines(line);
-        addUtf8(line);
-    }
-    /// Takes Shift_JIS bytes as they are.
-    void assignSjis(std::string_view line) noexcept {
-        startLines(line);
-        addSjis(line);
-    }
-
-    /// Becomes a text of several lines, of which @p first will be added first. Each line is as one alone; between
-    /// two of them stands a line break.
-    void startLines(std::string_view first) noexcept;
-    /// Bytes [begin, end) of sjis().
-    struct Range {
-        std::size_t begin, end;
-    };
-    /// Adds a line as assignUtf8() takes it, which stands in memory behind those before.
-    Range addUtf8(std::string_view line);
-    Range addSjis(std::string_view line) noexcept;
-
-    /// A part of another text, [begin, end) in its Shift_JIS bytes, or one ASCII
-    /// character of its own.
-    struct Part {
-        std::size_t begin, end;
-        char character = '\0';  ///< counts when begin equals end
-    };
-    /// Becomes the parts of @p source one behind the other. Its original() is then
-    /// a text of its own.
-    void assignParts(LineText const& source, std::vector<Part> const& parts);
-
-    std::string_view sjis() const noexcept { return sjis_; }
-    std::string_view original() const noexcept { return original_; }
-    bool isUtf8() const noexcept { return utf8_; }
-    /// The offset in original() of offset @p sjisOffset (0..sjis().size()).
-    std::size_t originalOffset(std::size_t sjisOffset) const noexcept {
-        return utf8_ ? offsets_[sjisOffset] : sjisOffset;
-    }
-    std::string_view slice(std::size_t begin, std::size_t end) const noexcept {
-        return original_.substr(begin, end - begin);
-    }
-    /// Bytes [begin, end) of original() as dictionaries write them: without the characters that analysis skips, kana
-    /// and their voicing mark as one. Stands in original() or in @p scratch.
-    std::string_view analysed(std::size_t begin, std::size_t end, std::string& scratch) const;
-    /// Number of bytes of the line that are not UTF-8.
-    std::size_t invalidBytes() const noexcept { return invalidBytes_; }
-
-private:
-    struct Cursor;
-    void grow(std::size_t bytes);
-    void convertRare(Cursor& at);
-
-    std::string_view original_, sjis_;
-    bool utf8_ = false;
-    bool skips_ = false;  // original() has characters that analysis skips
-    std::size_t invalidBytes_ = 0;
-    std::string parts_;  // what original() refers to after assignParts
-    std::size_t capacity_ = 0;
-    std::unique_ptr<char[]> bytes_;
-    char const* line_ = nullptr;  // where the line at work starts in bytes_
-    // By Shift_JIS offset: the offset in the line. The second byte of a
-    // character has the offset of the character behind it.
-    std::unique_ptr<std::uint32_t[]> offsets_;
-};
+using TAVO::kPaddingBytes;
+using TAVO::LineText;
 
 }  // namespace tool
 

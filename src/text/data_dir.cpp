@@ -1,0 +1,7 @@
+#include "text/data_dir.hpp"
+
+namespace TAVO {
+
+char const* const kDataDir = TAVO_DATA_DIR;
+
+}  // namespace TAVO

@@ -1,0 +1,114 @@
+#include "text/pos_texts.hpp"
+
+#include "base/utf8.hpp"
+#include "config/pos_name.hpp"
+
+#include <tavo/tavo.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <utility>
+
+namespace TAVO {
+
+namespace {
+
+/// Two of the fields that tell a part of speech are the conjugation's, where there are so many.
+constexpr std::size_t kFieldsWithConjugation = 6;
+
+/// The columns of a line of CSV.
+std::vector<std::string> splitFields(std::string_view line) {
+    std::vector<std::string> columns(1);
+    bool quoted = false;
+    for (std::size_t i = 0; i != line.size(); ++i) {
+        char const c = line[i];
+        if (c == '"' && quoted && i + 1 != line.size() && line[i + 1] == '"')
+            columns.back() += line[++i];
+        else if (c == '"')
+            quoted = !quoted;
+        else if (c == ',' && !quoted)
+            columns.emplace_back();
+        else if (c != '\r')
+            columns.back() += c;
+    }
+    return columns;
+}
+
+/// What the file pos.fields says: the fields by the table's name without class number.
+struct PosFieldLines {
+    std::size_t count = 0;  // of the fields in front that tell the part of speech
+    std::map<std::string, std::vector<std::string>, std::less<>> fields;
+
+    explicit PosFieldLines(std::string_view text) {
+        while (!text.empty()) {
+            std::size_t const end = std::min(text.find('\n'), text.size());
+            std::string_view const line = text.substr(0, end);
+            text.remove_prefix(std::min(end + 1, text.size()));
+            if (line.empty() || line.front() == ';') continue;
+            add(splitFields(line));
+        }
+    }
+
+private:
+    void add(std::vector<std::string> columns) {
+        if (columns.size() < 3) return;
+        if (columns[0] == "layout") {
+            std::from_chars(columns[2].data(), columns[2].data() + columns[2].size(), count);
+        } else if (columns[0] == "word" || columns[0] == "unknown") {
+            std::string name = std::move(columns[1]);
+            columns.erase(columns.begin(), columns.begin() + 2);
+            fields.insert_or_assign(std::move(name), std::move(columns));
+        }
+    }
+};
+
+std::vector<std::string> levelsOf(std::string_view name) {
+    std::vector<std::string> levels;
+    while (!name.empty()) {
+        std::size_t const end = std::min(name.find(':'), name.size());
+        levels.emplace_back(name.substr(0, end));
+        name.remove_prefix(std::min(end + 1, name.size()));
+    }
+    return levels;
+}
+
+bool isValue(std::string const& field) { return !field.empty() && field != "*"; }
+
+}  // namespace
+
+PosTexts::PosTexts(Tavo const& analyser, std::string_view fields) : parts_(analyser.getPidMax() + std::size_t{1}) {
+    PosFieldLines const lines(fields);
+    for (std::uint32_t pid = 1; pid < parts_.size(); ++pid) {
+        Part& part = parts_[pid];
+        auto const id = static_cast<unsigned short>(pid);
+        part.name = keep(sjisToUtf8(analyser.getDisplayPartOfSP(id)));
+        auto const known = lines.fields.find(sjisToUtf8(withoutClass(analyser.getPartOfSP(id))));
+        if (known == lines.fields.end() || known->second.size() < lines.count || lines.count == 0) {
+            std::vector<std::string> const levels = levelsOf(part.name);
+            setFields(part, levels, levels.size());
+            continue;
+        }
+        bool const conjugates = lines.count >= kFieldsWithConjugation;
+        std::size_t const levels = lines.count - (conjugates ? 2 : 0);
+        setFields(part, known->second, levels);
+        if (!conjugates) continue;
+        if (isValue(known->second[levels])) part.conjugationType = keep(known->second[levels]);
+        if (isValue(known->second[levels + 1])) part.conjugationForm = keep(known->second[levels + 1]);
+    }
+}
+
+std::string_view PosTexts::keep(std::string text) { return kept_.emplace_back(std::move(text)); }
+
+void PosTexts::setFields(Part& part, std::vector<std::string> const& levels, std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i != count && isValue(levels[i]); ++i) text.append(i == 0 ? "" : "\t").append(levels[i]);
+    part.fieldsText = keep(std::move(text));
+    for (std::string_view rest = part.fieldsText; !rest.empty();) {
+        std::size_t const end = std::min(rest.find('\t'), rest.size());
+        part.fields.push_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+}
+
+}  // namespace TAVO

@@ -1,0 +1,125 @@
+// The distinct words that a tokenizer met, and their texts.
+#ifndef TAVO_TEXT_WORD_TABLE_HPP
+#define TAVO_TEXT_WORD_TABLE_HPP
+
+#include "engine/path_store.hpp"
+#include "result/context.hpp"
+#include "text/pos_texts.hpp"
+#include "text/string_table.hpp"
+
+#include <tavo/mrph.hpp>
+#include <tavo/tokenizer.hpp>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace TAVO {
+
+/// A word of a text, or a run of them, by its number in a WordTable.
+struct WordPiece {
+    std::uint32_t word;
+    std::uint32_t begin, length;  ///< in Shift_JIS bytes of the sentence
+};
+
+/// Words are numbered as they come; a number stays until clear().
+class WordTable {
+public:
+    /// A text that is not found yet, and one that is the surface as the given text has it.
+    static constexpr std::uint32_t kNotYet = 0xFFFFFFFF, kSurface = 0xFFFFFFFE;
+    /// What stands for text without analysis.
+    static constexpr std::uint32_t kNone = 0;
+
+    struct Word {
+        unsigned char const* record = nullptr;  ///< null: the texts are known all
+        std::uint64_t id = 0;
+        std::uint32_t surfaceAt = 0, surfaceBytes = 0;  // Shift_JIS, in surfaces_
+        std::uint32_t spelling = kNotYet;               ///< number of the surface as the code page's table writes it
+        std::int32_t cost = 0;
+        std::uint16_t pid = 0;
+        bool isUnknown = true;
+        bool isAnnotation = false;
+        std::array<std::uint32_t, kTokenTexts> texts{};
+    };
+
+    /// @p context is the analyser's that the words come from; @p pos belongs to its connection table. Both outlive
+    /// this.
+    WordTable(AnalyzerContext const& context, PosTexts const& pos) : context_(context), pos_(pos) { clear(); }
+
+    void clear();
+    /// True when so much is kept that it should be cleared before the next call.
+    bool isLarge() const noexcept;
+
+    std::uint32_t number(PendingWord const& word) {
+        std::uint64_t const key = keyOf(word);
+        Slot const& slot = slots_[place(key)];
+        return slot.key == key ? slot.word : add(key, word);
+    }
+    /// The word that @p members, whose surfaces together are @p surface, come out as with part of speech @p pid (0:
+    /// that of the first).
+    std::uint32_t joined(std::span<WordPiece const> members, std::string_view surface, std::uint16_t pid);
+    std::uint32_t number(Mrph const& morpheme);
+
+    Word const& word(std::uint32_t number) const noexcept { return words_[number]; }
+    /// The number in strings() of a text of word @p number; kSurface where it is the word itself.
+    std::uint32_t text(std::uint32_t number, TokenText which) {
+        std::uint32_t const known = words_[number].texts[static_cast<std::size_t>(which)];
+        return known != kNotYet ? known : find(number, which);
+    }
+    /// The number in strings() of word @p number's surface where that is written as @p surface; else kNotYet.
+    std::uint32_t spelling(std::uint32_t number, std::string_view surface);
+
+    PosTexts::Part const& pos(std::uint32_t number) const noexcept { return pos_.part(words_[number].pid); }
+    StringTable& strings() noexcept { return strings_; }
+    StringTable const& strings() const noexcept { return strings_; }
+    std::uint64_t version() const noexcept { return version_; }
+
+private:
+    struct Slot {
+        std::uint64_t key = 0;
+        std::uint32_t word = 0;
+    };
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::u32string_view text) const noexcept {
+            return std::hash<std::u32string_view>()(text);
+        }
+    };
+
+    static std::uint64_t keyOf(PendingWord const& word) noexcept;
+    std::size_t place(std::uint64_t key) const noexcept;
+    void put(std::uint64_t key, std::uint32_t word);
+    std::uint32_t add(std::uint64_t key, PendingWord const& word);
+    std::uint32_t addRecord(unsigned char const* record, std::string_view surface);
+    std::uint32_t addMade(Mrph const& morpheme);
+    std::uint32_t keep(Word word, std::string_view surface);
+    Mrph morphemeOf(Word const& word) const;
+    std::string_view surfaceOf(Word const& word) const noexcept {
+        return std::string_view(surfaces_).substr(word.surfaceAt, word.surfaceBytes);
+    }
+    std::uint64_t idOf(unsigned char const* record) const noexcept;
+    std::uint32_t find(std::uint32_t number, TokenText which);
+    std::uint32_t add(std::string_view sjis, std::string_view surface);
+
+    AnalyzerContext const& context_;
+    PosTexts const& pos_;
+    std::vector<Word> words_;
+    std::string surfaces_;
+    std::vector<Slot> slots_;  // a power of two of them, never more than half full; key 0: free
+    std::size_t used_ = 0;
+    std::unordered_map<unsigned char const*, std::uint32_t> records_;
+    std::unordered_map<std::u32string, std::uint32_t, Hash, std::equal_to<>> joined_;  // by members and part of speech
+    std::u32string scratch_;
+    StringTable strings_;
+    std::uint64_t version_ = 0;
+};
+
+}  // namespace TAVO
+
+#endif

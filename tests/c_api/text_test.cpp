@@ -1,0 +1,90 @@
+// Lexicons and tokenizers through the flat functions.
+#include "flat_world.hpp"
+
+#include <tavo/tavo_text.h>
+
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace TAVO::test {
+
+class FlatText : public ::testing::Test {
+protected:
+    void SetUp() override {
+        SmallWorld::Paths const paths = flatWords().writeTo(dir.path());
+        init = dir.path() + "/init";
+        std::ofstream(init) << "Dic=" << paths.dic << "\nConnTable=" << paths.connTable << "\n";
+        lexicon = tavo_lexicon_open(init.c_str(), nullptr, &failure);
+        ASSERT_NE(lexicon, nullptr) << failure.text;
+        tokenizer = tavo_tokenizer_new(lexicon, nullptr, &failure);
+        ASSERT_NE(tokenizer, nullptr) << failure.text;
+    }
+    void TearDown() override {
+        tavo_tokenizer_free(tokenizer);
+        tavo_lexicon_free(lexicon);
+    }
+    std::string text(uint32_t number) const {
+        return {tokens.string_bytes + tokens.string_offsets[number],
+                tokens.string_bytes + tokens.string_offsets[number + 1]};
+    }
+
+    TempDir dir;
+    std::string init;
+    tavo_failure_t failure{sizeof(tavo_failure_t), 0, ""};
+    tavo_lexicon_t* lexicon = nullptr;
+    tavo_tokenizer_t* tokenizer = nullptr;
+    tavo_tokens_t tokens{};
+};
+
+TEST_F(FlatText, ColumnsAskedFor) {
+    tokens.size = sizeof tokens;
+    ASSERT_EQ(tavo_tokenize(tokenizer, "é abcd", 7, TAVO_POS | TAVO_READING | TAVO_CHAR_OFFSETS, &tokens, &failure), 0)
+        << failure.text;
+    ASSERT_EQ(tokens.token_count, 3U);
+    EXPECT_EQ(tokens.text_count, 1U);
+    EXPECT_EQ(tokens.begin[1], 3U);
+    EXPECT_EQ(tokens.end[1], 6U);
+    EXPECT_EQ(tokens.char_begin[1], 2U);
+    EXPECT_EQ(text(tokens.reading[1]), "えいびし");
+    EXPECT_EQ(text(tokens.pos[1]), "Noun");
+    EXPECT_EQ(tokens.flags[0], TAVO_TOKEN_UNKNOWN);
+    EXPECT_EQ(tokens.word[0], 0U);
+    EXPECT_NE(tokens.word[1], 0U);
+    EXPECT_EQ(tokens.base, nullptr);
+    EXPECT_EQ(tokens.cost, nullptr);
+}
+
+TEST_F(FlatText, ManyTextsOutliveTheirLexicon) {
+    tavo_lexicon_free(lexicon);
+    lexicon = tavo_lexicon_open(init.c_str(), nullptr, nullptr);
+    char const* const texts[] = {"d", "", "abcd"};
+    size_t const bytes[] = {1, 0, 4};
+    tokens.size = sizeof tokens;
+    ASSERT_EQ(tavo_tokenize_many(tokenizer, texts, bytes, 3, TAVO_BASE, &tokens, &failure), 0) << failure.text;
+    EXPECT_EQ(tokens.text_count, 3U);
+    EXPECT_EQ(tokens.first_of_text[1], 1U);
+    EXPECT_EQ(tokens.first_of_text[2], 1U);
+    EXPECT_EQ(tokens.first_of_text[3], 3U);
+    EXPECT_EQ(text(tokens.base[1]), "ABC");
+}
+
+TEST_F(FlatText, Failures) {
+    EXPECT_EQ(tavo_lexicon_open((dir.path() + "/none").c_str(), nullptr, &failure), nullptr);
+    EXPECT_EQ(failure.code, -10003);
+    EXPECT_EQ(failure.text, "FILE_NOT_OPEN: " + dir.path() + "/none");
+    EXPECT_EQ(tavo_tokenizer_new(nullptr, nullptr, &failure), nullptr);
+    EXPECT_EQ(failure.code, -10001);
+    EXPECT_EQ(tavo_tokenize(tokenizer, nullptr, 1, 0, &tokens, nullptr), -10001);
+    tokens.size = sizeof tokens;
+    EXPECT_EQ(tavo_tokenize(tokenizer, nullptr, 1, 0, &tokens, &failure), -10001);
+    EXPECT_EQ(std::string_view(failure.text), "INVALID_ARGUMENT: a null text");
+    tavo_lexicon_t* const again = tavo_lexicon_reloaded(lexicon, &failure);
+    EXPECT_NE(again, nullptr);
+    EXPECT_EQ(failure.code, 0);
+    tavo_lexicon_free(again);
+    tavo_lexicon_free(nullptr);
+    tavo_tokenizer_free(nullptr);
+}
+
+}  // namespace TAVO::test

@@ -1,7 +1,0 @@
-#include "cli/data_dir.hpp"
-
-namespace tool {
-
-char const kDataDir[] = TAVO_DATA_DIR;
-
-}  // namespace tool
