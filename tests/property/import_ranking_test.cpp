@@ -1,6 +1,6 @@
 // Imported tables rank analyses as the source's exact arithmetic does.
-#include "import/import_cluster.hpp"
-#include "import/import_table.hpp"
+#include "lexicon/import/fit/cluster.hpp"
+#include "lexicon/import/table/table.hpp"
 #include "support/testing.hpp"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Forms found by prefix are those that a scan of all finds.
-#include "import/import_search.hpp"
+#include "lexicon/import/fit/search.hpp"
 #include "support/testing.hpp"
 
 #include <random>

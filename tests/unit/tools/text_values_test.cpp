@@ -1,5 +1,5 @@
-#include "cli/encoding_guess.hpp"
 #include "cli/tool_error.hpp"
+#include "lexicon/encoding_guess.hpp"
 #include "output/pos_names.hpp"
 #include "support/testing.hpp"
 
@@ -74,8 +74,8 @@ TEST(Encoding, TheLikelyOneIsTold) {
         {"cut", sentence.substr(0, 7), "", ""},
     };
     for (auto const& [what, text, inUtf8, inSjis] : table) {
-        EXPECT_EQ(tool::otherEncoding(text, Encoding::Utf8), inUtf8) << what;
-        EXPECT_EQ(tool::otherEncoding(text, Encoding::Sjis), inSjis) << what;
+        EXPECT_EQ(TAVO::words::otherEncoding(text, Encoding::Utf8), inUtf8) << what;
+        EXPECT_EQ(TAVO::words::otherEncoding(text, Encoding::Sjis), inSjis) << what;
     }
 }
 

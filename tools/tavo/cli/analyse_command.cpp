@@ -2,12 +2,11 @@
 #include "cli/command_line.hpp"
 #include "cli/commands.hpp"
 #include "cli/comment_file.hpp"
-#include "cli/encoding_guess.hpp"
 #include "cli/file_io.hpp"
 #include "cli/lexicon.hpp"
 #include "cli/line_reader.hpp"
 #include "cli/pipeline.hpp"
-#include "dic/index_file.hpp"
+#include "lexicon/encoding_guess.hpp"
 
 #include "config/init_file.hpp"
 #include "engine/nbest/all_paths.hpp"
@@ -136,7 +135,7 @@ void warnOfInvalidBytes(InputReport const& report) {
 /// False when a file seems to be in another encoding.
 bool encodingHolds(InputReport const& report, Encoding said) {
     for (InputReport::OtherEncoding const& other : report.otherEncodings)
-        complain(wrongEncoding(shownName(other.file), other.encoding, said));
+        complain(shownName(other.file) + ": " + TAVO::words::wrongEncoding(other.encoding, said));
     return report.otherEncodings.empty();
 }
 

@@ -1,6 +1,6 @@
 #include "cli/block_analyser.hpp"
 
-#include "cli/encoding_guess.hpp"
+#include "lexicon/encoding_guess.hpp"
 
 #include "base/sjis.hpp"
 #include "engine/nbest/all_paths.hpp"
@@ -34,7 +34,7 @@ BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& o
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     BlockReport report;
-    report.otherEncoding = otherEncoding(block, encoding_);
+    report.otherEncoding = TAVO::words::otherEncoding(block, encoding_);
     while (!block.empty()) {
         void const* const found = std::memchr(block.data(), '\n', block.size());
         bool const complete = found != nullptr;

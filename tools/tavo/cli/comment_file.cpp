@@ -1,8 +1,8 @@
 #include "cli/comment_file.hpp"
 
-#include "cli/encoding_guess.hpp"
 #include "cli/file_io.hpp"
 #include "cli/tool_error.hpp"
+#include "lexicon/encoding_guess.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -53,7 +53,7 @@ std::string asSjis(std::string const& content, std::string const& path, Encoding
 void useCommentRules(TAVO::Tavo& analyser, std::string const& path, Encoding encoding) {
     // The library reads Shift_JIS files.
     std::string const text = readFile(path);
-    requireEncoding(text, path, encoding);
+    TAVO::words::requireEncoding(text, path, encoding);
     TemporaryFile const rules(asSjis(text, path, encoding));
     try {
         analyser.setCommentRulePath(rules.path().c_str());

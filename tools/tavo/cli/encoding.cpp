@@ -21,19 +21,11 @@ void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis) {
 }
 
 std::string argumentToSjis(std::string_view utf8, Encoding encoding, std::string_view what) {
-    if (encoding == Encoding::Sjis) return std::string(utf8);
-    std::string sjis;
-    if (auto const at = appendUtf8AsSjis(sjis, utf8)) {
-        std::string_view const rest = utf8.substr(*at);
-        throw ToolError(ExitStatus::Usage, std::string(what) + ": \"" +
-                                               std::string(rest.substr(0, decodeUtf8(rest).bytes)) +
-                                               "\" is not in code page 932, the character set of dictionaries");
+    try {
+        return TAVO::words::asSjis(utf8, encoding, what);
+    } catch (TAVO::lexicon_error const& error) {
+        throw ToolError(ExitStatus::Usage, error.what());
     }
-    return sjis;
-}
-
-std::string fromSjis(std::string_view sjis, Encoding encoding) {
-    return encoding == Encoding::Sjis ? std::string(sjis) : sjisToUtf8(sjis);
 }
 
 }  // namespace tool

@@ -4,6 +4,7 @@
 #define TAVO_TOOL_ENCODING_HPP
 
 #include "base/utf8.hpp"
+#include "lexicon/user_text.hpp"
 
 #include <cstddef>
 #include <optional>
@@ -14,10 +15,9 @@ namespace tool {
 
 class OutBuffer;
 
-enum class Encoding { Utf8, Sjis };
-
-/// Comes before UTF-8 text in files of some systems and is no part of it.
-inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+using Encoding = TAVO::TextEncoding;
+using TAVO::words::fromSjis;
+using TAVO::words::kByteOrderMark;
 
 /// The encoding of a usual @p name such as "UTF-8", "cp932" or "Shift_JIS"; case,
 /// "-" and "_" do not count.
@@ -32,8 +32,6 @@ using TAVO::sjisToUtf8;
 /// An argument of the command line in Shift_JIS. Throws ToolError (usage) that
 /// names @p what when code page 932 cannot hold it.
 std::string argumentToSjis(std::string_view utf8, Encoding encoding, std::string_view what);
-/// Shift_JIS as the user's encoding shows it.
-std::string fromSjis(std::string_view sjis, Encoding encoding);
 
 }  // namespace tool
 

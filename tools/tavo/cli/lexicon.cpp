@@ -6,6 +6,9 @@
 #include "cli/tool_error.hpp"
 
 #include "config/init_file.hpp"
+#include "dic/pools.hpp"
+#include "lexicon/lexicon_files.hpp"
+#include "text/lexicon_places.hpp"
 
 #include <CLI/App.hpp>
 
@@ -19,6 +22,9 @@ namespace tool {
 namespace {
 
 namespace fs = std::filesystem;
+using TAVO::dictionariesIn;
+using TAVO::words::namingDictionary;
+using TAVO::words::useTable;
 
 constexpr char kPathVariable[] = "TAVO_PATH";
 
@@ -85,41 +91,17 @@ void openInitFile(TAVO::Tavo& analyser, std::string const& path) {
     analyser.setInitFilePath(path.c_str());
 }
 
-/// Uses a connection table with the rule files that lie beside it. Those of which
-/// @p named has the key stay as they are.
-void openTable(TAVO::Tavo& analyser, std::string const& table, TAVO::InitValues const& named = {}) {
-    using Setter = void (TAVO::Tavo::*)(char const*);
-    for (auto const& [key, set] : {std::pair<char const*, Setter>{"ReduceRule", &TAVO::Tavo::setReduceRulePath},
-                                   {"NumberPartOfSP", &TAVO::Tavo::setNumberPartOfSPPath}}) {
-        if (named.contains(key)) continue;
-        std::string const path = TAVO::tableCompanion(table, key);
-        (analyser.*set)(path.empty() ? nullptr : path.c_str());
-    }
-    analyser.setConnTablePath(table.c_str());
-}
-
 /// A lexicon that was moved, or installed elsewhere than it was made, has paths
 /// in its tavo.init that no longer hold: then its files are taken by name.
 void openFolder(TAVO::Tavo& analyser, fs::path const& folder) {
     std::error_code ignored;
     fs::path const initFile = folder / "tavo.init";
     if (fs::exists(initFile, ignored) && namesItsOwnFolder(initFile)) return openInitFile(analyser, initFile.string());
-    for (std::string const& path : dictionariesIn(folder)) analyser.addDicPath(path.c_str(), true);
-    openTable(analyser, (folder / "ConnTable").string());
+    for (std::string const& path : dictionariesIn(folder.string())) analyser.addDicPath(path.c_str(), true);
+    useTable(analyser, (folder / "ConnTable").string());
 }
 
 }  // namespace
-
-void namingDictionary(std::string const& path, std::function<void()> const& load) {
-    constexpr char kCause[] = ": no compiled dictionary, or one of another version";
-    try {
-        load();
-    } catch (TAVO::invalid_dictionary_version const&) {
-        throw ToolError(ExitStatus::Data, path + kCause);
-    } catch (TAVO::invalid_dictionary_char_type const&) {
-        throw ToolError(ExitStatus::Data, path + kCause);
-    }
-}
 
 void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
     app.add_option("-i,--init", options.initFile,
@@ -132,17 +114,6 @@ void addLexiconOptions(CLI::App& app, LexiconOptions& options) {
         ->allow_extra_args(false);  // so that FILE may stand behind it
     app.add_option("-c,--conn", options.connTable, "Connection table; then only the dictionaries of -d are used")
         ->type_name("FILE");
-}
-
-std::vector<std::string> dictionariesIn(fs::path const& folder) {
-    std::vector<std::string> paths;
-    std::error_code ignored;
-    std::string name = "SysDic";
-    for (int part = 2; fs::exists(folder / name, ignored); ++part) {
-        paths.push_back((folder / name).string());
-        name = "SysDic" + std::to_string(part);
-    }
-    return paths;
 }
 
 std::vector<fs::path> lexiconFolders() {
@@ -161,7 +132,7 @@ void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options) {
         if (options.dictionaries.empty() && options.initFile.empty())
             throw ToolError(ExitStatus::Usage, "-c needs dictionaries: name them with -d or in the init file of -i");
         if (options.initFile.empty()) {
-            openTable(analyser, options.connTable);
+            useTable(analyser, options.connTable);
             return addDictionaries(analyser, options);
         }
     }
@@ -181,7 +152,15 @@ void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options) {
         openInitFile(analyser, options.initFile);
     }
     if (options.connTable.empty()) return;
-    openTable(analyser, options.connTable, namesFolder ? TAVO::InitValues() : TAVO::readInitFile(options.initFile));
+    useTable(analyser, options.connTable, namesFolder ? TAVO::InitValues() : TAVO::readInitFile(options.initFile));
+}
+
+void warnOfRefusedIndexes() {
+    for (TAVO::IndexPool::Refused const& refused : TAVO::sharedPools().indexes.refused()) {
+        bool const isStale = refused.fault == TAVO::IndexFault::kStale;
+        complain(refused.path + (isStale ? ": is the index of other files" : ": is damaged or of another version") +
+                 "; an index was made in memory. Write it anew: tavo dic index -c CONNTABLE [DIC...]");
+    }
 }
 
 }  // namespace tool

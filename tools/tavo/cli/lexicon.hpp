@@ -5,7 +5,6 @@
 #include <tavo/tavo.hpp>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,19 +21,11 @@ struct LexiconOptions {
     std::string connTable;
 };
 
-/// Throws ToolError (data) naming @p path when it is no compiled dictionary; the
-/// library's own exceptions of this kind name no file. Other exceptions pass.
-void namingDictionary(std::string const& path, std::function<void()> const& load);
-
 void addLexiconOptions(CLI::App& app, LexiconOptions& options);
 
 /// The folders where a lexicon may lie, in order: TAVO_PATH when set, the
 /// installed data folder, the one beside the program's own folder.
 std::vector<std::filesystem::path> lexiconFolders();
-
-/// The dictionaries of a lexicon's folder in their order: SysDic, and for large
-/// lexicons SysDic2 and so on.
-std::vector<std::string> dictionariesIn(std::filesystem::path const& folder);
 
 /// Gives @p analyser its settings, dictionaries and connection table.
 ///
@@ -47,6 +38,9 @@ std::vector<std::string> dictionariesIn(std::filesystem::path const& folder);
 /// Throws ToolError: usage, or data when there is no lexicon or the init file is faulty, by
 /// its lines; the exceptions of the library pass.
 void openLexicon(TAVO::Tavo& analyser, LexiconOptions const& options);
+
+/// Warns on standard error of each index file that was not taken, which costs the time of making it at every start.
+void warnOfRefusedIndexes();
 
 }  // namespace tool
 

@@ -3,7 +3,8 @@
 
 #include "cli/command_line.hpp"
 #include "cli/commands.hpp"
-#include "dic/index_file.hpp"
+
+#include <tavo/lexicon_maker.hpp>
 
 #include <CLI/CLI.hpp>
 
@@ -28,8 +29,8 @@ constexpr char kBuildFooter[] =
     "the dictionary takes its place; else an older one there stays as it was.";
 
 ExitStatus indexDictionaries(DicOptions const& options) {
-    writeConnIndex(options.connTable);
-    writeDicIndexes(options.connTable, options.lexicon);
+    TAVO::writeTableIndex(options.connTable);
+    TAVO::writeDictionaryIndexes(options.connTable, options.lexicon);
     return ExitStatus::Ok;
 }
 

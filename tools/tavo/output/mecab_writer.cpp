@@ -1,6 +1,6 @@
 // MeCab's format: word, tab, the lexicon's fields as CSV. A line EOS ends each input line.
+#include "lexicon/mecab_fields.hpp"
 #include "output/line_writer.hpp"
-#include "output/mecab_fields.hpp"
 #include "output/token.hpp"
 #include "output/value_text.hpp"
 
@@ -11,6 +11,10 @@
 #include <utility>
 
 namespace tool {
+
+using TAVO::words::csvField;
+using TAVO::words::kMecabFieldsName;
+using TAVO::words::MecabFields;
 
 namespace {
 

@@ -1,0 +1,32 @@
+#include "lexicon/lexicon_files.hpp"
+
+#include <tavo/error.hpp>
+#include <tavo/lexicon_maker.hpp>
+
+#include <utility>
+
+namespace TAVO::words {
+
+void namingDictionary(std::string const& path, std::function<void()> const& load) {
+    constexpr char kCause[] = "no compiled dictionary, or one of another version";
+    try {
+        load();
+    } catch (invalid_dictionary_version const&) {
+        throw lexicon_error(path, 0, kCause);
+    } catch (invalid_dictionary_char_type const&) {
+        throw lexicon_error(path, 0, kCause);
+    }
+}
+
+void useTable(Tavo& analyser, std::string const& table, InitValues const& named) {
+    using Setter = void (Tavo::*)(char const*);
+    for (auto const& [key, set] : {std::pair<char const*, Setter>{"ReduceRule", &Tavo::setReduceRulePath},
+                                   {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath}}) {
+        if (named.contains(key)) continue;
+        std::string const path = tableCompanion(table, key);
+        (analyser.*set)(path.empty() ? nullptr : path.c_str());
+    }
+    analyser.setConnTablePath(table.c_str());
+}
+
+}  // namespace TAVO::words
