@@ -56,7 +56,8 @@ using LexiconProgress = std::function<bool(char const* stage, std::size_t done, 
 // ---- word lists ----
 
 struct WordListOptions {
-    /// Connection table of the lexicon that the words are for; it names the parts of speech.
+    /// Connection table of the lexicon that the words are for, or the folder that it lies in; it names the parts of
+    /// speech.
     std::string connTable;
     /// Dictionaries of that lexicon, for like and mustWin. None: those beside the connection table.
     std::vector<std::string> dictionaries;
@@ -103,7 +104,7 @@ struct PartOfSpeech {
     std::string displayName;  ///< as a person writes it
 };
 
-/// Those of the table at @p connTable, by id, from 1 on.
+/// Those of the table at @p connTable, or in that folder, by id, from 1 on.
 TAVO_EXPORT std::vector<PartOfSpeech> partsOfSpeech(std::string const& connTable);
 
 // ---- lexicons of MeCab's format ----

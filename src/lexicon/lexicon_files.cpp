@@ -3,6 +3,8 @@
 #include <tavo/error.hpp>
 #include <tavo/lexicon_maker.hpp>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace TAVO::words {
@@ -16,6 +18,12 @@ void namingDictionary(std::string const& path, std::function<void()> const& load
     } catch (invalid_dictionary_char_type const&) {
         throw lexicon_error(path, 0, kCause);
     }
+}
+
+std::string tableAt(std::string const& path) {
+    std::error_code ignored;
+    std::filesystem::path const given(path);
+    return std::filesystem::is_directory(given, ignored) ? (given / "ConnTable").string() : path;
 }
 
 void useTable(Tavo& analyser, std::string const& table, InitValues const& named) {

@@ -15,6 +15,9 @@ namespace TAVO::words {
 /// library's own exceptions of this kind name no file. Other exceptions pass.
 void namingDictionary(std::string const& path, std::function<void()> const& load);
 
+/// The connection table at @p path, or in the folder there.
+std::string tableAt(std::string const& path);
+
 /// Gives @p analyser a connection table with the rule files that lie beside it. Those of which
 /// @p named has the key stay as they are.
 void useTable(Tavo& analyser, std::string const& table, InitValues const& named = {});

@@ -6,6 +6,8 @@
 #include "support/small_world.hpp"
 #include "support/testing.hpp"
 
+#include <tavo/lexicon_maker.hpp>
+
 #include <atomic>
 #include <chrono>
 #include <mutex>
@@ -67,6 +69,29 @@ TEST_F(ThreadSharing, AnalysersComeAndGoAndAnswerTheSame) {
             paths_.attachTo(tavo, true);
             Tavo copy(tavo);
             if (analysed(tavo, text) != expected || analysed(copy, text) != expected) ++wrong;
+        }
+    });
+    EXPECT_EQ(wrong, 0);
+    expectNoUsers();
+}
+
+TEST_F(ThreadSharing, WordsAreCompiledBesideAnalyses) {
+    std::atomic<int> wrong = 0;
+    inThreads([&](int number) {
+        for (int round = 0; round < kRounds / 10; ++round) {
+            if (number == 0) {
+                Tavo tavo;
+                paths_.attachTo(tavo, true);
+                if (analysed(tavo, "abc") != "ab:N c:V") ++wrong;
+                continue;
+            }
+            WordListOptions options;
+            options.connTable = paths_.connTable;
+            options.like = "ab";
+            options.mustWin = {"xyc"};
+            if (number == 1) options.output = dir_.file("new.dic");
+            WordList const made = compileWords("xy\n", options);
+            if (!made.made || !made.verdicts.at(0).wins) ++wrong;
         }
     });
     EXPECT_EQ(wrong, 0);

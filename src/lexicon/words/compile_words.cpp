@@ -72,8 +72,10 @@ std::string compiled(DicCompiler& compiler, WordListOptions const& options) {
 }  // namespace
 }  // namespace words
 
-WordList compileWords(std::string_view list, WordListOptions const& options) {
+WordList compileWords(std::string_view list, WordListOptions const& given) {
     using namespace words;
+    WordListOptions options = given;
+    options.connTable = tableAt(given.connTable);
     std::vector<std::string> sentences;
     for (std::string const& sentence : options.mustWin)
         sentences.push_back(asSjis(sentence, options.encoding, "--must-win"));
@@ -106,7 +108,7 @@ WordList compileWords(std::string_view list, WordListOptions const& options) {
 }
 
 std::vector<PartOfSpeech> partsOfSpeech(std::string const& connTable) {
-    ConnTable const table(false, connTable.c_str());
+    ConnTable const table(false, words::tableAt(connTable).c_str());
     std::vector<PartOfSpeech> parts;
     for (std::uint32_t id = 1; id <= table.idCount(); ++id) {
         std::string const name = table.getName(id);

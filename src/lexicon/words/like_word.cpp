@@ -14,11 +14,17 @@ namespace TAVO::words {
 
 namespace {
 
+/// Of a dictionary that an analyser uses, so that it stays pooled.
+DicTrie const* trieOf(char const* path) {
+    PoolLock const lock;
+    return sharedPools().DIC_POOL.at(path)->trie();
+}
+
 std::vector<Placement> entriesOf(Tavo const& lexicon, std::string const& form, std::string const& part) {
     std::vector<Placement> entries;
     PosName name;
     for (int index = 0; index < lexicon.getDicCount(); ++index) {
-        DicTrie const* const trie = sharedPools().DIC_POOL.at(lexicon.getDicPath(index))->trie();
+        DicTrie const* const trie = trieOf(lexicon.getDicPath(index));
         if (trie == nullptr || form.empty()) continue;
         for (auto chain = trie->exactMatch(asBytes(form.data()), form.size()); chain; chain = chain.next()) {
             MrphDic const record(chain.head());
