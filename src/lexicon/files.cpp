@@ -69,6 +69,7 @@ void compareIndex(std::vector<LexiconFault>& faults, std::string const& path, st
 
 std::vector<LexiconFault> faultsIn(std::string const& file, std::vector<std::string> const& causes) {
     std::vector<LexiconFault> faults;
+    faults.reserve(causes.size());
     for (std::string const& cause : causes) faults.push_back({file, 0, cause});
     return faults;
 }

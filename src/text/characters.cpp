@@ -1,6 +1,7 @@
 #include "text/characters.hpp"
 
 #include "base/utf8.hpp"
+#include "text/zero_width_ranges.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,17 +10,6 @@
 namespace TAVO {
 
 namespace {
-
-struct CharacterRange {
-    char32_t first, last;
-};
-
-constexpr CharacterRange kZeroWidth[] = {
-    {0x00AD, 0x00AD}, {0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD},   {0x064B, 0x065F},
-    {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E}, {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF},   {0x200B, 0x200F},
-    {0x202A, 0x202E}, {0x2060, 0x2064}, {0x20D0, 0x20F0}, {0x302A, 0x302D},   {0x3099, 0x309A},
-    {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF}, {0xE0001, 0xE007F}, {0xE0100, 0xE01EF},
-};
 
 struct KindRange {
     char32_t first, last;
@@ -110,7 +100,7 @@ std::string normalizedText(std::string_view text) {
 
 bool isZeroWidth(char32_t character) noexcept {
     auto const* const range = std::lower_bound(std::begin(kZeroWidth), std::end(kZeroWidth), character,
-                                               [](CharacterRange const& r, char32_t c) { return r.last < c; });
+                                               [](ZeroWidthRange const& r, char32_t c) { return r.last < c; });
     return range != std::end(kZeroWidth) && range->first <= character;
 }
 

@@ -148,8 +148,9 @@ TEST(LineText, WordsJoinedAreTheLineWhereverItIsCut) {
 
 TEST(Utf8, WidthsInColumns) {
     Table<char const*, std::size_t, std::size_t> const table{
-        {"", 0, 0},         {"aé", 2, 2}, {"日本ー", 6, 3},       {"ｱｲ", 2, 2},           {"α→…", 3, 3},    {"😀", 2, 1},
-        {"か\u3099", 2, 2}, {"　", 2, 1}, {"葛\U000E0100", 2, 2}, {"\xFF\xE3\x81", 3, 3}, {"\u00AD", 0, 1},
+        {"", 0, 0},       {"aé", 2, 2},           {"日本ー", 6, 3},     {"ｱｲ", 2, 2},           {"α→…", 3, 3},
+        {"😀", 2, 1},      {"か\u3099", 2, 2},     {"　", 2, 1},         {"葛\U000E0100", 2, 2}, {"\xFF\xE3\x81", 3, 3},
+        {"\u00AD", 0, 1}, {"\u05E9\u05BF", 1, 2}, {"\U00018D00", 2, 1}, {"\u0600", 1, 1},
     };
     for (auto const& [text, columns, characters] : table) {
         EXPECT_EQ(tool::displayWidth(text), columns) << text;
