@@ -34,10 +34,9 @@ inline Lanes widenBytes(void const* from) noexcept {
 inline Lanes minLanes(Lanes a, Lanes b) noexcept { return a < b ? a : b; }
 /// The smallest of the eight.
 inline unsigned leastLane(Lanes lanes) noexcept {
-    using Order = Lanes;
-    lanes = minLanes(lanes, __builtin_shuffle(lanes, Order{4, 5, 6, 7, 0, 1, 2, 3}));
-    lanes = minLanes(lanes, __builtin_shuffle(lanes, Order{2, 3, 0, 1, 6, 7, 4, 5}));
-    lanes = minLanes(lanes, __builtin_shuffle(lanes, Order{1, 0, 3, 2, 5, 4, 7, 6}));
+    lanes = minLanes(lanes, __builtin_shufflevector(lanes, lanes, 4, 5, 6, 7, 0, 1, 2, 3));
+    lanes = minLanes(lanes, __builtin_shufflevector(lanes, lanes, 2, 3, 0, 1, 6, 7, 4, 5));
+    lanes = minLanes(lanes, __builtin_shufflevector(lanes, lanes, 1, 0, 3, 2, 5, 4, 7, 6));
     return lanes[0];
 }
 
