@@ -2,6 +2,8 @@
 #ifndef TAVO_LEXICON_WORDS_TRIAL_DICTIONARY_HPP
 #define TAVO_LEXICON_WORDS_TRIAL_DICTIONARY_HPP
 
+#include "lexicon/temporary_file.hpp"
+
 #include <string>
 
 namespace TAVO::words {
@@ -11,15 +13,15 @@ namespace TAVO::words {
 class TrialDictionary {
 public:
     /// Throws lexicon_error when no temporary file can be written.
-    explicit TrialDictionary(std::string const& bytes);
+    explicit TrialDictionary(std::string const& bytes) : file_(bytes) {}
     ~TrialDictionary();
     TrialDictionary(TrialDictionary const&) = delete;
     TrialDictionary& operator=(TrialDictionary const&) = delete;
 
-    std::string const& path() const noexcept { return path_; }
+    std::string const& path() const noexcept { return file_.path(); }
 
 private:
-    std::string path_;
+    TemporaryFile file_;
 };
 
 }  // namespace TAVO::words

@@ -3,39 +3,13 @@
 #include "cli/file_io.hpp"
 #include "cli/tool_error.hpp"
 #include "lexicon/encoding_guess.hpp"
+#include "lexicon/temporary_file.hpp"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
 
 namespace tool {
 
 namespace {
-
-/// A file that lives as long as its object.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(std::string const& content)
-        : path_((std::filesystem::temp_directory_path() / "tavo-XXXXXX").string()) {
-        Descriptor const made(::mkstemp(path_.data()));
-        if (made.get() < 0) throw fileError(path_, errno);
-        std::ofstream out(path_, std::ios::binary);
-        if (!out.write(content.data(), static_cast<std::streamsize>(content.size())).flush())
-            throw fileError(path_, EIO);
-    }
-    ~TemporaryFile() { ::unlink(path_.c_str()); }
-    TemporaryFile(TemporaryFile const&) = delete;
-    TemporaryFile& operator=(TemporaryFile const&) = delete;
-
-    std::string const& path() const noexcept { return path_; }
-
-private:
-    std::string path_;
-};
 
 std::string asSjis(std::string const& content, std::string const& path, Encoding encoding) {
     if (encoding == Encoding::Sjis) return content;
@@ -54,7 +28,7 @@ void useCommentRules(TAVO::Tavo& analyser, std::string const& path, Encoding enc
     // The library reads Shift_JIS files.
     std::string const text = readFile(path);
     TAVO::words::requireEncoding(text, path, encoding);
-    TemporaryFile const rules(asSjis(text, path, encoding));
+    TAVO::words::TemporaryFile const rules(asSjis(text, path, encoding));
     try {
         analyser.setCommentRulePath(rules.path().c_str());
     } catch (TAVO::illegal_format const& error) {
