@@ -37,6 +37,7 @@ install(CODE "
     file(WRITE \"\$ENV{DESTDIR}\${folder}/tavo.init\" \"\${text}\")
   endif()")
 
+install(FILES ${PROJECT_SOURCE_DIR}/rules/phrases.rules DESTINATION ${CMAKE_INSTALL_DATADIR}/tavo/rules)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # What lies below the prefix, for scripts/uninstall: names relative to it, so that the tree may

@@ -145,7 +145,7 @@ public:
     /// Kept only: convert rules act on nothing yet.
     void setConvertRulePath(char const* path);
     char const* getConvertRulePath() const;
-    /// Reads rules that join runs of morphemes (docs/reduce-rules.md); null
+    /// Reads rules that join runs of morphemes and phrases (docs/reduce-rules.md); null
     /// clears them. Throws file_not_found, and illegal_format (path:line:cause).
     void setReduceRulePath(char const* path);
     char const* getReduceRulePath() const;

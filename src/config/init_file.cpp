@@ -4,6 +4,7 @@
 #include "base/text.hpp"
 #include "base/utf8.hpp"
 #include "config/line_file.hpp"
+#include "config/rule_lines.hpp"
 
 #include <algorithm>
 #include <iterator>
@@ -11,33 +12,12 @@
 
 namespace TAVO {
 
-namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-char lower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-/// True for a comment like "; encoding: utf-8" or "# -*- coding: UTF8 -*-".
-bool saysUtf8(std::string_view line) {
-    if (!isCommentLine(line)) return false;
-    std::string plain;  // in small letters, without blanks and hyphens
-    for (char const c : line)
-        if (c != ' ' && c != '\t' && c != '-') plain += lower(c);
-    return plain.find("coding:utf8") != npos || plain.find("coding=utf8") != npos;
-}
-
-}  // namespace
-
 InitLines readInitLines(std::string const& path) {
     InitLines read;
     LineFile file(path);
     for (bool isFirst = true; file.next(); isFirst = false) {
         std::string_view text = file.line();
-        if (isFirst) {
-            bool const hasMark = text.starts_with(kByteOrderMark);
-            if (hasMark) text.remove_prefix(kByteOrderMark.size());
-            read.isUtf8 = hasMark || saysUtf8(text);
-        }
+        if (isFirst) read.isUtf8 = takeUtf8Mark(text);
         if (isCommentLine(text) || strip(text).empty()) continue;
         InitLine line{file.lineNumber(), {}, {}, file.wasCut()};
         std::size_t const equals = text.find('=');

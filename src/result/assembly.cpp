@@ -39,11 +39,12 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
         text += node->length;
     }
     joiner.finish();
+    if (!divideWords) reduce.phrases().join(out);
 }
 
 bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, ReduceRules const& reduce,
                    Sentence const& sentence) {
-    if (sentence.markup || context.settings.mode(Mode::DivideWord) == 1) return false;
+    if (sentence.markup || context.settings.mode(Mode::DivideWord) == 1 || !reduce.phrases().empty()) return false;
     LengthJoiner joiner(reduce, out);
     if (sentence.path.isPending()) {
         sentence.path.visitPending([&](PendingWord const& word) {

@@ -125,6 +125,7 @@ void getMarkedUpMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*
     Assembler assembler(out, context, reduce, sentence);
     for (LatticeNode const* node : path) assembler.add(node);
     assembler.finish();
+    if (context.settings.mode(Mode::DivideWord) != 1) reduce.phrases().join(out);
 }
 
 }  // namespace TAVO

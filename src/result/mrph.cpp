@@ -110,7 +110,10 @@ int Mrph::getCost() const {
     return dic_ != nullptr ? MrphDic(dic_).cost() : kCostWithoutRecord;
 }
 
-char const* Mrph::getPartOfSP() const { return owner_ != nullptr ? owner_->pos.name(getPid()) : ""; }
+char const* Mrph::getPartOfSP() const {
+    if (cover_ && !cover_->className.empty()) return cover_->className.c_str();
+    return owner_ != nullptr ? owner_->pos.name(getPid()) : "";
+}
 
 std::string Mrph::getDisplayPartOfSP() const { return displayPosName(getPartOfSP()); }
 

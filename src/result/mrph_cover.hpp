@@ -18,6 +18,7 @@ public:
     static constexpr std::int32_t kNoCost = -1;
 
     std::uint16_t pid = 0;       ///< 0: not given
+    std::string className;       ///< of a phrase; stands for the name of the part of speech
     std::vector<Mrph> subMrphs;  ///< the morphemes joined into this one
     std::string text0;           ///< kept and copied, read by nothing
     std::string stdForm;         ///< with part separators
@@ -40,11 +41,11 @@ public:
     bool replacesRecord = false;
 
     bool hasContent() const noexcept {
-        return pid != 0 || cost != kNoCost || replacesRecord || !subMrphs.empty() || !text0.empty() ||
-               !stdForm.empty() || !readPron.empty() || !form.empty() || !read.empty() || !pron.empty() ||
-               !lvRead.empty() || !group.empty() || !category1.empty() || !category2.empty() || !category3.empty() ||
-               !ext.empty() || !additionalInfo.empty() || !prosodicInfo.empty() || !grammarType.empty() ||
-               !prosodicType.empty();
+        return pid != 0 || cost != kNoCost || replacesRecord || !className.empty() || !subMrphs.empty() ||
+               !text0.empty() || !stdForm.empty() || !readPron.empty() || !form.empty() || !read.empty() ||
+               !pron.empty() || !lvRead.empty() || !group.empty() || !category1.empty() || !category2.empty() ||
+               !category3.empty() || !ext.empty() || !additionalInfo.empty() || !prosodicInfo.empty() ||
+               !grammarType.empty() || !prosodicType.empty();
     }
 };
 

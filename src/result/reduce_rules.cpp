@@ -2,7 +2,7 @@
 
 #include "base/sjis.hpp"
 #include "base/text.hpp"
-#include "config/line_file.hpp"
+#include "config/rule_lines.hpp"
 #include "dic/conn_table.hpp"
 #include "result/mrph_access.hpp"
 
@@ -84,26 +84,32 @@ std::string parseRule(std::string_view line, ReduceRule& rule) {
 void ReduceRules::load(char const* path) {
     std::string const kept = path == nullptr ? "" : path;
     std::vector<ReduceRule> rules;
+    PhraseRules phrases;
     if (path != nullptr) {
-        LineFile file(kept);
-        for (unsigned number = 1; file.next(); ++number) {
-            std::string_view const line = strip(file.line());
-            if (isCommentLine(file.line()) || line.empty()) continue;
-            ReduceRule rule;
-            std::string cause = parseRule(line, rule);
-            if (cause.empty() && rules.size() == kMaxRules) cause = "Too Many Rules";
-            if (!cause.empty()) throw illegal_format(kept + ":" + std::to_string(number) + ":" + cause);
-            rules.push_back(std::move(rule));
+        for (RuleLine const& read : readRuleLines(kept)) {
+            std::string_view const line = strip(read.text);
+            std::string cause;
+            if (PhraseRules::isPhraseRule(line)) {
+                cause = phrases.add(line);
+            } else {
+                ReduceRule rule;
+                cause = parseRule(line, rule);
+                if (cause.empty() && rules.size() == kMaxRules) cause = "Too Many Rules";
+                rules.push_back(std::move(rule));
+            }
+            if (!cause.empty()) refuseRule(kept, read.number, cause);
         }
     }
     path_ = kept;
     rules_ = std::move(rules);
+    phrases_ = std::move(phrases);
     ids_.clear();
     boundRevision_ = 0;
     boundTable_ = 0;
 }
 
 void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
+    phrases_.bind(pos);
     if (rules_.empty()) return;
     int modes[3];
     std::transform(std::begin(kReduceModes), std::end(kReduceModes), modes, [&](Mode m) { return settings.mode(m); });

@@ -5,6 +5,7 @@
 #include "config/pos_tables.hpp"
 #include "config/settings.hpp"
 #include "engine/path_store.hpp"
+#include "result/phrase_rules.hpp"
 
 #include <tavo/mrph.hpp>
 
@@ -39,7 +40,9 @@ public:
     /// file_not_found, and illegal_format (path:line:cause), after which the
     /// earlier rules stay.
     void load(char const* path);
-    bool empty() const noexcept { return rules_.empty(); }
+    bool empty() const noexcept { return rules_.empty() && phrases_.empty(); }
+    /// The rules over sequences of parts of speech.
+    PhraseRules const& phrases() const noexcept { return phrases_; }
     std::string const& path() const noexcept { return path_; }
 
     /// Resolves the rules for the ids of @p pos; cheap when nothing changed.
@@ -79,6 +82,7 @@ private:
 
     std::string path_;
     std::vector<ReduceRule> rules_;
+    PhraseRules phrases_;
     std::vector<Membership> ids_;            // by id: rule number, and kFollows
     std::vector<std::uint16_t> joinedPids_;  // by rule
     std::vector<std::uint16_t> columnMemberships_;

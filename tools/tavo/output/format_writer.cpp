@@ -122,10 +122,10 @@ private:
             case 'W':
                 return out.append(text.slice(token.begin, token.end));
             case 'h':
-                if (token.morpheme != nullptr) out.append(names_.name(token.morpheme->getPid()));
+                if (token.morpheme != nullptr) out.append(names_.name(*token.morpheme));
                 return;
             case 'H':
-                if (token.morpheme != nullptr) out.append(names_.head(token.morpheme->getPid()));
+                if (token.morpheme != nullptr) out.append(names_.head(*token.morpheme));
                 return;
             case 'u':
                 if (token.morpheme == nullptr || TAVO::MrphAccess::isUnknown(*token.morpheme)) out.append(unknownWord_);

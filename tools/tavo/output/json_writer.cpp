@@ -116,7 +116,7 @@ private:
         }
         TAVO::Mrph const& m = *token.morpheme;
         out.append(",\"pos\":");
-        appendJsonString(out, names_.name(m.getPid()));
+        appendJsonString(out, names_.name(m));
         value(out, ",\"base_form\":", m.getStdForm(true), text, token);
         value(out, ",\"reading\":", m.getRead(true), text, token);
         value(out, ",\"pronunciation\":", m.getPron(true), text, token);

@@ -6,11 +6,13 @@
 
 namespace tool {
 
+PosNames::Name PosNames::made(std::string const& name) const {
+    return {fromSjis(name, encoding_), fromSjis(name.substr(0, TAVO::findMark(name, ":-/")), encoding_), true};
+}
+
 void PosNames::load(unsigned short pid) {
     if (pid >= names_.size()) names_.resize(pid + std::size_t{1});
-    std::string const name = whole_ ? analyser_.getPartOfSP(pid) : analyser_.getDisplayPartOfSP(pid);
-    std::size_t const headEnd = TAVO::findMark(name, ":-/");
-    names_[pid] = {fromSjis(name, encoding_), fromSjis(name.substr(0, headEnd), encoding_), true};
+    names_[pid] = made(whole_ ? analyser_.getPartOfSP(pid) : analyser_.getDisplayPartOfSP(pid));
 }
 
 }  // namespace tool

@@ -5,6 +5,7 @@
 #include "cli/encoding.hpp"
 
 #include "config/pos_name.hpp"
+#include "result/mrph_access.hpp"
 
 #include <tavo/tavo.hpp>
 
@@ -24,24 +25,29 @@ public:
     PosNames(TAVO::Tavo const& analyser, Encoding encoding, bool whole)
         : analyser_(analyser), encoding_(encoding), whole_(whole) {}
 
-    std::string const& name(unsigned short pid) { return at(pid).text; }
+    std::string const& name(TAVO::Mrph const& m) { return of(m).text; }
     /// The name up to the first ":", "-" or "/".
-    std::string const& head(unsigned short pid) { return at(pid).head; }
+    std::string const& head(TAVO::Mrph const& m) { return of(m).head; }
 
 private:
     struct Name {
         std::string text, head;
         bool known = false;
     };
-    Name const& at(unsigned short pid) {
+    Name const& of(TAVO::Mrph const& m) {
+        TAVO::MrphCover const* const cover = TAVO::MrphAccess::cover(m);
+        if (cover != nullptr && !cover->className.empty()) return phrase_ = made(cover->className);
+        unsigned short const pid = m.getPid();
         if (pid >= names_.size() || !names_[pid].known) load(pid);
         return names_[pid];
     }
+    Name made(std::string const& name) const;
     void load(unsigned short pid);
 
     TAVO::Tavo const& analyser_;
     Encoding encoding_;
     bool whole_;
+    Name phrase_;  // of the last phrase
     std::vector<Name> names_;
 };
 
