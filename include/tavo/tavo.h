@@ -112,13 +112,16 @@ TAVO_EXPORT char const* tavo_getMrphErrorWhat(tavo_mrph_t* mrph);
 // INTEGER MODES. A setter drops the results of the last analysis: they cannot be
 // fetched any more. A mode outside its range leaves the setting as it was.
 
-/// Conversion of the input, 0 to 2; default 0. Kept only.
+/// Conversion of the input before it is analysed (docs/normalisation.md): 1 widths, composed characters,
+/// iteration and long-vowel marks; 2 variants of kanji, too; default 0.
 TAVO_EXPORT int tavo_setInputConvertMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getInputConvertMode(tavo_t* tavo);
-/// Conversion of result forms, 0 to 3; default 0. 3 gives forms as in the given text.
+/// Forms of results where the input was converted: 0 as given (default), 1 "given(converted)" with flag 0, 2 as
+/// converted, 3 as given, with line breaks and tags.
 TAVO_EXPORT int tavo_setOutputConvertMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getOutputConvertMode(tavo_t* tavo);
-/// Cooccurrence scoring, 0 or 1; default 0. Kept only.
+/// Cooccurrence scoring, 0 or 1; default 0. No scoring; 1: tavo_getResultNBest gives
+/// more than the best after tavo_analyze.
 TAVO_EXPORT int tavo_setCooccurrenceMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getCooccurrenceMode(tavo_t* tavo);
 /// 1: a line break ends a sentence; default 0.
@@ -193,7 +196,7 @@ TAVO_EXPORT char const* tavo_getInitFilePath(tavo_t* tavo);
 /// Loads the connection table.
 TAVO_EXPORT int tavo_setConnTablePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getConnTablePath(tavo_t* tavo);
-/// Loads a rule file; null takes its rules away. Convert rules are kept only.
+/// Loads a rule file; null takes its rules away.
 TAVO_EXPORT int tavo_setCommentRulePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getCommentRulePath(tavo_t* tavo);
 TAVO_EXPORT int tavo_setConvertRulePath(tavo_t* tavo, char const* path);

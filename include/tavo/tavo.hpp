@@ -67,22 +67,28 @@ public:
     void setInitFilePath(char const* path);
     char const* getInitFilePath() const;
 
-    void setInputConvertMode(int mode);  ///< 0..2, default 0; kept: no effect yet
+    /// What is analysed in the place of the text (docs/normalisation.md): 1 widths, composed characters, iteration and
+    /// long-vowel marks in the forms of the dictionaries; 2 variants of kanji, too; default 0: the text as given.
+    void setInputConvertMode(int mode);
     int getInputConvertMode() const;
-    void setOutputConvertMode(int mode);  ///< 0..3, default 0; 3: forms as given, 1 and 2 have no effect yet
+    /// Mrph::getForm() and getAnalyzedText() where the input was converted: 0 as given (default), 1 "given(converted)"
+    /// without the plain flag, 2 as converted, 3 as given, with its line breaks.
+    void setOutputConvertMode(int mode);
     int getOutputConvertMode() const;
     /// 1: a line break ends a sentence; default 0. Many short lines in one text take less time than a text each.
     void setDelimitCRLFMode(int mode);
     int getDelimitCRLFMode() const;
     void setDeleteCRLFMode(int mode);  ///< 1: line breaks are removed; default 0
     int getDeleteCRLFMode() const;
-    void setCooccurrenceMode(int mode);  ///< 0..1, default 0; kept: no scoring yet, all paths are searched
+    /// 0..1, default 0. No scoring; 1: getResultNBest() gives more than the best after analyze().
+    void setCooccurrenceMode(int mode);
     int getCooccurrenceMode() const;
     void setTaggedInputMode(int mode);  ///< 1: tagged text (docs/tagged-input.md); default 0
     int getTaggedInputMode() const;
-    void setDeleteSlashMode(int mode);  ///< 0..1, default 1; kept: no effect yet
+    /// 0: "/" in StdForm, Read, Pron and LVRead of tagged text is a character; 1: it separates parts; default 1
+    void setDeleteSlashMode(int mode);
     int getDeleteSlashMode() const;
-    void setAlphabetCapitalizeMode(int mode);  ///< 0..1, default 0; kept: no effect yet
+    void setAlphabetCapitalizeMode(int mode);  ///< 1: words of letters are found in any case; default 0
     int getAlphabetCapitalizeMode() const;
     void setDivideWordMode(int mode);  ///< 1: compounds come out as their parts; default 0
     int getDivideWordMode() const;
@@ -142,7 +148,8 @@ public:
     /// illegal_format (path:line:cause), after which the earlier rules stay.
     void setCommentRulePath(char const* path);
     char const* getCommentRulePath() const;
-    /// Kept only: convert rules act on nothing yet.
+    /// Reads rules of input conversion (docs/normalisation.md), which act with InputConvert at 1 or 2; null clears
+    /// them. Throws file_not_found, and illegal_format (path:line:cause), after which the earlier rules stay.
     void setConvertRulePath(char const* path);
     char const* getConvertRulePath() const;
     /// Reads rules that join runs of morphemes and phrases (docs/reduce-rules.md); null

@@ -60,7 +60,6 @@ struct Settings {
     std::string nullString;
     std::string initFilePath;
     std::string connTablePath;
-    std::string convertRulePath;
 };
 
 }  // namespace TAVO

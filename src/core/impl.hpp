@@ -3,6 +3,7 @@
 #define TAVO_CORE_IMPL_HPP
 
 #include "config/init_file.hpp"
+#include "convert/converter.hpp"
 #include "result/comment_rules.hpp"
 #include "result/context.hpp"
 #include "result/reduce_rules.hpp"
@@ -41,6 +42,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     SpanFinder uncutSpanFinder() const;
     /// Takes tags and comments out of the sentence; false when its markup is malformed.
     bool readMarkup(Sentence& sentence);
+    /// Sets what is searched in the place of the sentence's text.
+    void convert(Sentence& sentence) const;
     /// Searches a sentence alone.
     void buildLattice(Sentence& sentence, bool nBest);
     /// Makes the edges of a sentence of which only the best path was searched, where a mode lets more be asked for.
@@ -60,6 +63,9 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// The same once there is an analysis; else throws tavo_not_ready.
     Sentence const* analysed(int index, char const* what) const;
 
+    /// The forms of a sentence's morphemes, one behind the other.
+    std::string joinedForms(Sentence const& found);
+
     /// Applies the keys of an init file at @p path in their fixed order. What they do not name lies in @p folder.
     void applyInitFile(Tavo& tavo, InitValues const& values, std::string const& path, std::string const& folder);
     void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);
@@ -67,6 +73,8 @@ struct TAVO_HIDDEN Tavo::Impl {
     AnalyzerContext context;
     ReduceRules reduce;
     CommentRules comments;
+    ConvertRules convertRules;
+    Converter converter;
     std::string ownText;  // the last text that was given away; results may point into it
     bool hasResult = false;
     // The error state may be set by const operations.

@@ -57,8 +57,10 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     PosTables pos = other.context.pos;
     ReduceRules reduceRules = other.reduce;
     CommentRules commentRules = other.comments;
+    ConvertRules ownConvertRules = other.convertRules;
     DicSet dics = other.context.dics;
     dropInput();
+    convertRules = std::move(ownConvertRules);
     context.settings = std::move(settings);
     context.pos = std::move(pos);
     reduce = std::move(reduceRules);

@@ -6,6 +6,7 @@
 #include "result/tagged_input.hpp"
 #include "split/sentence_splitter.hpp"
 
+#include <algorithm>
 #include <ostream>
 #include <stdexcept>
 #include <utility>
@@ -40,6 +41,7 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     dropInput();
     errorSentences.clear();
     hasResult = true;
+    converter.bind(context.settings, convertRules, context.dics);
     if (searchesAlone(nBest)) {
         splitText(
             text, context.settings, [this, nBest](std::string_view piece) { analyzeLine(piece, nBest); },
@@ -48,6 +50,7 @@ int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
         splitText(text, context.settings, [this](std::string_view piece) {
             Sentence& sentence = context.sentences.emplace_back();
             sentence.given = sentence.text = piece;
+            convert(sentence);
         });
         analyzeTogether();
     }
@@ -95,6 +98,7 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     }
     bool complete = readMarkup(sentence);
     if (complete) {
+        convert(sentence);
         buildLattice(sentence, nBest);
         complete = sentence.path.exists() || sentence.text.empty();
     }
@@ -109,6 +113,22 @@ bool Tavo::Impl::readMarkup(Sentence& sentence) {
     requireReady();
     comments.setCommentPartOfSP(context.pos);
     return takeMarkup(sentence, context, comments);
+}
+
+void Tavo::Impl::convert(Sentence& sentence) const {
+    if (!converter.isOn()) return;
+    if (!sentence.markup) {
+        sentence.conversion = converter.convert(sentence.text);
+        return;
+    }
+    // Nothing changes across what markup says of a place.
+    std::vector<std::uint32_t> cuts = sentence.markup->barriers;
+    for (TaggedWord const& word : sentence.markup->words) cuts.insert(cuts.end(), {word.begin, word.end});
+    for (Multiword const& word : sentence.markup->multiwords) cuts.insert(cuts.end(), {word.begin, word.end});
+    for (BoundaryInfo const& boundary : sentence.markup->boundaries) cuts.push_back(boundary.position);
+    for (Annotation const& annotation : sentence.markup->annotations) cuts.push_back(annotation.position);
+    std::sort(cuts.begin(), cuts.end());
+    sentence.conversion = converter.convert(sentence.text, cuts);
 }
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
@@ -143,6 +163,7 @@ void Tavo::Impl::setErrorSentence(std::size_t index) {
     sentence.text = sentence.given;
     sentence.ownedText.reset();
     sentence.markup.reset();
+    sentence.conversion.reset();
 }
 
 void Tavo::Impl::requireReady() const {
@@ -222,15 +243,24 @@ char const* Tavo::getSentencePtrWithoutNullEnd(int sentence) const {
     return found == nullptr ? "" : found->text.data();
 }
 
+std::string Tavo::Impl::joinedForms(Sentence const& found) {
+    std::vector<Mrph> morphemes;
+    assemble(morphemes, bestPath(found), found);
+    std::string text;
+    for (Mrph const& morpheme : morphemes)
+        if (!morpheme.isAnnotation()) text += morpheme.getForm(false);
+    return text;
+}
+
 std::string Tavo::getAnalyzedText(int sentence) const {
     Sentence const* const found = impl_->sentence(sentence, "RANGE_ERROR Tavo::getAnalyzedText()");
     if (found == nullptr) return {};
-    // No rules of output conversion exist, so that modes 1 and 2 change nothing.
     switch (impl_->context.settings.mode(Mode::OutputConvert)) {
         case 0:
+            return std::string(found->text);
         case 1:
         case 2:
-            return std::string(found->text);
+            return found->conversion ? impl_->joinedForms(*found) : std::string(found->text);
         case 3:
             return std::string(found->given);
         // Callers compare this text, misspelt name included.

@@ -9,9 +9,6 @@
 namespace TAVO {
 namespace {
 
-/// Stores a path that may be null (then empty).
-void storePath(std::string& stored, char const* path) { stored = path == nullptr ? std::string() : std::string(path); }
-
 char const* required(char const* text, char const* operation) {
     if (text == nullptr) throw std::invalid_argument(std::string("INVALID_ARGUMENT: Tavo::") + operation + "()");
     return text;
@@ -163,8 +160,8 @@ void Tavo::setCommentRulePath(char const* path) {
     impl_->context.pos.setPartOfSP(impl_->context.connTable);
 }
 char const* Tavo::getCommentRulePath() const { return impl_->comments.path().c_str(); }
-void Tavo::setConvertRulePath(char const* path) { storePath(impl_->context.settings.convertRulePath, path); }
-char const* Tavo::getConvertRulePath() const { return impl_->context.settings.convertRulePath.c_str(); }
+void Tavo::setConvertRulePath(char const* path) { impl_->convertRules.load(path); }
+char const* Tavo::getConvertRulePath() const { return impl_->convertRules.path().c_str(); }
 void Tavo::setReduceRulePath(char const* path) {
     impl_->reduce.load(path);
     impl_->context.pos.setPartOfSP(impl_->context.connTable);

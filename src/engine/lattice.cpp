@@ -13,7 +13,7 @@ namespace TAVO {
 void checkSearchable(Sentence const& sentence, ConnTable const* table, DicSet const& dics) {
     if (table == nullptr) throw tavo_not_ready("No ConnTable: Need to call setConnTablePath()");
     if (dics.getDicCount() == 0) throw tavo_not_ready("No Dictionary: Need to call addDicPath()");
-    std::size_t const length = sentence.text.size();
+    std::size_t const length = sentence.searchText().size();
     if (length > kMaxSentenceBytes) throw too_long_string("Exceed limit: length=" + std::to_string(length));
 }
 
@@ -28,7 +28,7 @@ void Lattice::search(std::span<Sentence> sentences, ConnTable const* table, DicS
     for (Sentence& sentence : sentences) {
         checkSearchable(sentence, table, dics);
         sentence.path = {};
-        if (!sentence.text.empty()) texts_.push_back(sentence.text);
+        if (!sentence.searchText().empty()) texts_.push_back(sentence.searchText());
     }
     if (texts_.empty()) return;
     state_.indexes.attach(*table, dics);
@@ -38,20 +38,20 @@ void Lattice::search(std::span<Sentence> sentences, ConnTable const* table, DicS
     LatticeConstraints const none;
     auto found = found_.begin();
     for (Sentence& sentence : sentences) {
-        if (sentence.text.empty()) continue;
+        if (sentence.searchText().empty()) continue;
         sentence.path = *found++;
         if (!sentence.path.exists())
-            sentence.path = LazyPath(ExactSearch(pool_, *table, none).build(sentence.text, dics));
+            sentence.path = LazyPath(ExactSearch(pool_, *table, none).build(sentence.searchText(), dics));
     }
 }
 
 void Lattice::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, LatticeConstraints& constraints) {
     checkSearchable(sentence, table, dics);
     ExactSearch search(pool_, *table, constraints);
-    sentence.path = LazyPath(search.build(sentence.text, dics));
+    sentence.path = LazyPath(search.build(sentence.searchText(), dics));
     if (sentence.path.exists() || constraints.spans.empty()) return;
     constraints.forced = true;
-    sentence.path = LazyPath(search.build(sentence.text, dics));
+    sentence.path = LazyPath(search.build(sentence.searchText(), dics));
 }
 
 std::span<LatticeNode const> Lattice::candidates(LatticeNode const* node, std::string_view text, std::size_t start,

@@ -2,6 +2,7 @@
 #ifndef TAVO_ENGINE_SENTENCE_HPP
 #define TAVO_ENGINE_SENTENCE_HPP
 
+#include "convert/conversion.hpp"
 #include "engine/path_store.hpp"
 #include "split/sentence_markup.hpp"
 
@@ -23,6 +24,10 @@ struct Sentence {
     /// Holds the analysed text where it differs from the given one; its
     /// characters never move, since morphemes point at them.
     std::unique_ptr<std::string> ownedText;
+    /// What is searched in the place of text; null when that is text itself.
+    std::unique_ptr<Conversion> conversion;
+    /// Nodes, paths and candidates stand in this text.
+    std::string_view searchText() const noexcept { return conversion ? std::string_view(conversion->text) : text; }
     /// The best path; none when the sentence has no result.
     LazyPath path;
     /// Of an all-paths lattice: the first of the sentence's edge lists, and its

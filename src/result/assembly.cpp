@@ -1,6 +1,7 @@
 #include "result/assembly.hpp"
 
 #include "dic/mrph_dic.hpp"
+#include "result/converted_words.hpp"
 #include "result/markup_assembly.hpp"
 #include "result/mrph_access.hpp"
 #include "result/mrph_delivery.hpp"
@@ -19,7 +20,7 @@ struct InPlace {
 
 }  // namespace
 
-void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
+void getMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path, AnalyzerContext const& context,
                   ReduceRules const& reduce, Sentence const& sentence) {
     if (sentence.markup) {
         getMarkedUpMrphArray(out, path, context, reduce, sentence);
@@ -30,6 +31,11 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
     out.reserve(path.size());
     RunJoiner joiner(reduce, out);
     char const* text = sentence.text.data();
+    if (sentence.conversion) {
+        eachConvertedWord(path, context, sentence,
+                          [&](Mrph&& m, std::size_t) { deliverMrph(out, std::move(m), joiner, divideWords); });
+        path = {};
+    }
     for (LatticeNode const* node : path) {
         if (divideWords)
             deliverMrph(out, MrphAccess::fromNode(text, node, &context), joiner, divideWords);
@@ -44,7 +50,9 @@ void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const&
 
 bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, ReduceRules const& reduce,
                    Sentence const& sentence) {
-    if (sentence.markup || context.settings.mode(Mode::DivideWord) == 1 || !reduce.phrases().empty()) return false;
+    if (sentence.markup || sentence.conversion || context.settings.mode(Mode::DivideWord) == 1 ||
+        !reduce.phrases().empty())
+        return false;
     LengthJoiner joiner(reduce, out);
     if (sentence.path.isPending()) {
         sentence.path.visitPending([&](PendingWord const& word) {

@@ -5,6 +5,7 @@
 #include "result/context.hpp"
 #include "result/reduce_rules.hpp"
 
+#include <span>
 #include <vector>
 
 namespace TAVO {
@@ -13,7 +14,7 @@ namespace TAVO {
 /// @p sentence from its start. With the divide-word mode a compound comes out as
 /// its parts; runs are joined by @p reduce, which are bound. The morphemes point at
 /// @p context and at the sentence's text.
-void getMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, AnalyzerContext const& context,
+void getMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path, AnalyzerContext const& context,
                   ReduceRules const& reduce, Sentence const& sentence);
 
 /// Appends the lengths of the pieces of the text that these morphemes stand for. False when it takes

@@ -24,8 +24,14 @@ std::span<LatticeNode const> AnalyzerContext::candidates(LatticeNode const* node
     if (lateNodes && lateNodes->holds(node)) return lateNodes->candidates(node);
     Sentence const* const found = sentenceOf(text);
     if (found == nullptr) return {};
-    auto const start = static_cast<std::size_t>(text - found->text.data());
-    return lattice.candidates(node, found->text, start, connTable, dics);
+    return lattice.candidates(node, found->searchText(), searchPlace(*found, text), connTable, dics);
+}
+
+std::string_view AnalyzerContext::convertedText(std::string_view span) const {
+    Sentence const* const found = span.empty() ? nullptr : sentenceOf(span.data());
+    if (found == nullptr || !found->conversion) return span;
+    std::size_t const begin = searchPlace(*found, span.data());
+    return found->searchText().substr(begin, searchPlace(*found, span.data() + span.size()) - begin);
 }
 
 }  // namespace TAVO

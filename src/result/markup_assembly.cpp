@@ -1,5 +1,7 @@
 #include "result/markup_assembly.hpp"
 
+#include "result/converted_words.hpp"
+
 #include "result/mrph_access.hpp"
 #include "result/mrph_delivery.hpp"
 
@@ -44,13 +46,16 @@ public:
           annotations_(markup_.annotations, &Annotation::position) {}
 
     void add(LatticeNode const* node) {
+        add(MrphAccess::fromNode(text_ + position_, node, &context_), position_ + node->length);
+    }
+    /// Adds the word that ends at @p end of the text.
+    void add(Mrph&& m, std::size_t end) {
         finishRunAtBarrier();
         addAnnotations();
         if (multiword_ == nullptr) multiword_ = multiwords_.take(position_);
-        Mrph m = MrphAccess::fromNode(text_ + position_, node, &context_);
         if (TaggedWord const* const word = words_.take(position_)) MrphAccess::setTagInfo(m, word->info);
         if (BoundaryInfo const* const boundary = boundaries_.take(position_)) MrphAccess::setBoundaryInfo(m, *boundary);
-        position_ += node->length;
+        position_ = static_cast<std::uint32_t>(end);
         if (multiword_ == nullptr) {
             deliver(std::move(m));
             return;
@@ -118,11 +123,16 @@ private:
 
 }  // namespace
 
-void getMarkedUpMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path,
+void getMarkedUpMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path,
                           AnalyzerContext const& context, ReduceRules const& reduce, Sentence const& sentence) {
     out.clear();
     out.reserve(path.size() + sentence.markup->annotations.size());
     Assembler assembler(out, context, reduce, sentence);
+    if (sentence.conversion) {
+        eachConvertedWord(path, context, sentence,
+                          [&](Mrph&& m, std::size_t end) { assembler.add(std::move(m), end); });
+        path = {};
+    }
     for (LatticeNode const* node : path) assembler.add(node);
     assembler.finish();
     if (context.settings.mode(Mode::DivideWord) != 1) reduce.phrases().join(out);

@@ -11,7 +11,7 @@ namespace TAVO {
 
 /// getMrphArray() for a sentence with markup: with annotations, attributes and
 /// multiwords. Rules that join runs join across no tag and no comment.
-void getMarkedUpMrphArray(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path,
+void getMarkedUpMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path,
                           AnalyzerContext const& context, ReduceRules const& reduce, Sentence const& sentence);
 
 }  // namespace TAVO

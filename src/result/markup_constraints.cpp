@@ -49,9 +49,13 @@ bool takeMarkup(Sentence& sentence, AnalyzerContext const& context, CommentRules
 
 LatticeConstraints constraintsOf(Sentence const& sentence, AnalyzerContext& context) {
     LatticeConstraints constraints;
-    constraints.barriers = sentence.markup->barriers;
+    auto const placeOf = [&](std::uint32_t place) {
+        return sentence.conversion ? static_cast<std::uint32_t>(sentence.conversion->toConverted(place)) : place;
+    };
+    for (std::uint32_t const barrier : sentence.markup->barriers) constraints.barriers.push_back(placeOf(barrier));
     for (TaggedWord const& word : sentence.markup->words) {
-        std::string_view const form = sentence.text.substr(word.begin, word.end - word.begin);
+        std::uint32_t const begin = placeOf(word.begin), end = placeOf(word.end);
+        std::string_view const form = sentence.searchText().substr(begin, end - begin);
         std::size_t const first = constraints.records.size();
         for (DicEntry const& entry : context.dics.entries()) {
             DicTrie const* const trie = entry.dic->trie();
@@ -61,7 +65,7 @@ LatticeConstraints constraintsOf(Sentence const& sentence, AnalyzerContext& cont
         }
         if (constraints.records.size() == first)
             constraints.records.push_back(context.madeRecords.record(word.info.pid));
-        constraints.spans.push_back({word.begin, word.end, first, constraints.records.size() - first});
+        constraints.spans.push_back({begin, end, first, constraints.records.size() - first});
     }
     return constraints;
 }

@@ -27,6 +27,23 @@ struct MrphAccess {
     static Mrph fromNode(char const* text, LatticeNode const* node, AnalyzerContext const* owner) {
         return Mrph(text, node, owner);
     }
+    /// The same for a node of a converted text, whose word has @p length bytes in the sentence.
+    static Mrph fromConverted(char const* text, std::size_t length, LatticeNode const* node,
+                              AnalyzerContext const* owner) {
+        Mrph m(text, node, owner);
+        m.formLength_ = m.rawFormLength_ = static_cast<std::uint32_t>(length);
+        return m;
+    }
+    static bool hasEmptyPart(Mrph const& m) {
+        for (int i = 0; i < m.getPartCount(); ++i)
+            if (partForm(m, i).empty()) return true;
+        return false;
+    }
+    /// Makes a morpheme one without parts.
+    static void forgetParts(Mrph& m) {
+        confirmCover(m).subMrphs.clear();
+        m.partCount_ = 1;
+    }
     /// A copy of @p m on another record.
     static Mrph withRecord(Mrph const& m, unsigned char const* record) { return Mrph(m, record); }
 

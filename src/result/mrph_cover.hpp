@@ -39,6 +39,8 @@ public:
     /// Set for joined morphemes and for the parts of a divided one, whose record
     /// describes something else: no value falls back to the record.
     bool replacesRecord = false;
+    /// Set for texts of tags where "/" separates no parts.
+    bool keepsSlashes = false;
 
     bool hasContent() const noexcept {
         return pid != 0 || cost != kNoCost || replacesRecord || !className.empty() || !subMrphs.empty() ||

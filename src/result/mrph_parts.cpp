@@ -64,10 +64,23 @@ unsigned partCount(Mrph const& m) { return MrphAccess::partCount(m); }
 std::string_view leafForm(Mrph const& m, int index) {
     std::string_view form = MrphAccess::form(m);
     if (partCount(m) < 2) return form;
+    AnalyzerContext const* const owner = MrphAccess::owner(m);
+    Sentence const* const sentence =
+        owner != nullptr && form.data() == MrphAccess::rawForm(m).data() ? owner->sentenceOf(form.data()) : nullptr;
+    Conversion const* const conversion = sentence != nullptr ? sentence->conversion.get() : nullptr;
+    std::size_t const start = conversion != nullptr ? AnalyzerContext::searchPlace(*sentence, form.data()) : 0;
+    char const* const formEnd = form.data() + form.size();
     std::string_view written = MrphDic(MrphAccess::record(m)).partForm();
+    std::size_t converted = 0;  // bytes of the converted text up to the part's end
     for (unsigned i = 0;; ++i) {
         bool const isLast = i + 1 == partCount(m);
-        std::size_t const length = isLast ? form.size() : std::min(form.size(), takePartLength(written));
+        std::size_t length = isLast ? form.size() : takePartLength(written);
+        if (conversion != nullptr && !isLast) {
+            converted += length;
+            char const* const partEnd = sentence->text.data() + conversion->toGiven(start + converted);
+            length = static_cast<std::size_t>(std::min(partEnd, formEnd) - form.data());
+        }
+        length = std::min(form.size(), length);
         if (i == static_cast<unsigned>(index)) return form.substr(0, length);
         form.remove_prefix(length);
     }
@@ -82,6 +95,14 @@ std::string separatedPart(std::string_view text, int index, unsigned count) {
     return part;
 }
 
+/// The same for a text of the morpheme's own.
+std::string ownPart(Mrph const& m, std::string const& own, int index) {
+    if (partCount(m) > 1 || !MrphAccess::cover(m)->keepsSlashes) return separatedPart(own, index, partCount(m));
+    std::string part = own;
+    dropMarks(part, "-");
+    return part;
+}
+
 std::string leafReadPron(Mrph const& m, int index) {
     return readPronPart(MrphAccess::readPronPtr(m), static_cast<unsigned>(index), partCount(m));
 }
@@ -93,19 +114,19 @@ std::string const* ownText(Mrph const& m, std::string MrphCover::*own) {
 }
 
 std::string leafRead(Mrph const& m, int index) {
-    if (std::string const* own = ownText(m, &MrphCover::read)) return separatedPart(*own, index, partCount(m));
+    if (std::string const* own = ownText(m, &MrphCover::read)) return ownPart(m, *own, index);
     return extractRead(leafReadPron(m, index).c_str(), true);
 }
 
 std::string leafPron(Mrph const& m, int index) {
-    if (std::string const* own = ownText(m, &MrphCover::pron)) return separatedPart(*own, index, partCount(m));
+    if (std::string const* own = ownText(m, &MrphCover::pron)) return ownPart(m, *own, index);
     std::string pron = extractPron(leafReadPron(m, index).c_str());
     dropMarks(pron, "/");
     return pron;
 }
 
 std::string leafLVRead(Mrph const& m, int index) {
-    if (std::string const* own = ownText(m, &MrphCover::lvRead)) return separatedPart(*own, index, partCount(m));
+    if (std::string const* own = ownText(m, &MrphCover::lvRead)) return ownPart(m, *own, index);
     return leafRead(m, index);
 }
 

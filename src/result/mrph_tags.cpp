@@ -60,6 +60,7 @@ void MrphAccess::setTagInfo(Mrph& m, TagInfo const& info) {
         std::string const& given = info.*fields.first;
         if (!given.empty() && (m.*accessor)(true) != given) cover.*fields.second = given;
     }
+    cover.keepsSlashes = m.owner_ != nullptr && m.owner_->settings.mode(Mode::DeleteSlash) == 0;
     if (!info.group.empty()) cover.group = info.group;
     if (!info.additionalInfo.empty()) cover.additionalInfo = info.additionalInfo;
     if (!info.prosodicInfo.empty()) cover.prosodicInfo = info.prosodicInfo;

@@ -12,7 +12,8 @@
 namespace TAVO {
 namespace {
 
-constexpr int kConvertToGivenText = 3;
+// The output convert modes but for 0.
+constexpr int kGivenAndConverted = 1, kConverted = 2, kConvertToGivenText = 3;
 
 /// Copies @p text from @p start on as all buffer forms do. @p error is the text
 /// of the exception for a null buffer and for a negative size or start.
@@ -31,9 +32,26 @@ int outputConvert(AnalyzerContext const* owner) noexcept {
 }
 
 /// A stored text without "-" and, when plain, without "/".
-std::string withoutMarks(std::string text, bool plain) {
-    dropMarks(text, plain ? "-/" : "-");
+std::string withoutMarks(std::string text, bool plain, MrphCover const* cover) {
+    bool const dropsSlashes = plain && (cover == nullptr || !cover->keepsSlashes);
+    dropMarks(text, dropsSlashes ? "-/" : "-");
     return text;
+}
+
+/// The form that was analysed; a form of the morpheme's own was not.
+std::string_view convertedForm(Mrph const& m) {
+    std::string_view const form = MrphAccess::form(m), raw = MrphAccess::rawForm(m);
+    AnalyzerContext const* const owner = MrphAccess::owner(m);
+    return owner == nullptr || form != raw || form.data() != raw.data() ? form : owner->convertedText(raw);
+}
+
+/// True when the list of public parts of speech lets output conversion change the form.
+bool mayConvert(Mrph const& m) {
+    PatternList const& list = MrphAccess::owner(m)->pos.publicList();
+    if (list.empty()) return true;
+    PosName name;
+    splitPosName(m.getPartOfSP(), name);
+    return list.matches(name);
 }
 
 std::string const* coverValue(MrphCover const* cover, std::string MrphCover::*own) noexcept {
@@ -42,10 +60,16 @@ std::string const* coverValue(MrphCover const* cover, std::string MrphCover::*ow
 
 }  // namespace
 
-// The convert rules that would give the modes 1 and 2 another form do not exist.
-std::string Mrph::getForm(bool) const {
-    if (outputConvert(owner_) == kConvertToGivenText) {
+std::string Mrph::getForm(bool plain) const {
+    int const mode = outputConvert(owner_);
+    if (mode == kConvertToGivenText) {
         if (auto const given = givenText(owner_->sentences, MrphAccess::rawForm(*this))) return std::string(*given);
+    }
+    if ((mode == kGivenAndConverted && !plain) || mode == kConverted) {
+        std::string_view const converted = convertedForm(*this);
+        if (mode == kConverted && mayConvert(*this)) return std::string(converted);
+        if (converted != MrphAccess::form(*this) && mayConvert(*this))
+            return std::string(form_, formLength_).append("(").append(converted).append(")");
     }
     return std::string(form_, formLength_);
 }
@@ -69,7 +93,10 @@ unsigned int Mrph::getRawForm(char* buf, int size, int start) const {
 
 std::string Mrph::getStdForm(bool plain) const {
     char const* const stdForm = MrphAccess::stdFormPtr(*this);
-    return *stdForm == '\0' ? std::string(form_, formLength_) : withoutMarks(stdForm, plain);
+    return *stdForm == '\0'
+               ? std::string(convertedForm(*this))
+               : withoutMarks(stdForm, plain,
+                              coverValue(cover_.get(), &MrphCover::stdForm) != nullptr ? cover_.get() : nullptr);
 }
 
 unsigned int Mrph::getStdForm(char* buf, int size, int start, bool plain) const {
@@ -77,7 +104,8 @@ unsigned int Mrph::getStdForm(char* buf, int size, int start, bool plain) const 
 }
 
 std::string Mrph::getRead(bool plain) const {
-    if (std::string const* own = coverValue(cover_.get(), &MrphCover::read)) return withoutMarks(*own, plain);
+    if (std::string const* own = coverValue(cover_.get(), &MrphCover::read))
+        return withoutMarks(*own, plain, cover_.get());
     return extractRead(MrphAccess::readPronPtr(*this), plain);
 }
 
@@ -87,7 +115,8 @@ unsigned int Mrph::getRead(char* buf, int size, bool plain) const {
 
 std::string Mrph::getPron(bool plain) const {
     std::string const* own = coverValue(cover_.get(), &MrphCover::pron);
-    return withoutMarks(own != nullptr ? *own : extractPron(MrphAccess::readPronPtr(*this)), plain);
+    return withoutMarks(own != nullptr ? *own : extractPron(MrphAccess::readPronPtr(*this)), plain,
+                        own != nullptr ? cover_.get() : nullptr);
 }
 
 unsigned int Mrph::getPron(char* buf, int size, bool plain) const {
@@ -105,7 +134,8 @@ unsigned int Mrph::getReadPron(char* buf, int size, bool plain) const {
 }
 
 std::string Mrph::getLVRead(bool plain) const {
-    if (std::string const* own = coverValue(cover_.get(), &MrphCover::lvRead)) return withoutMarks(*own, plain);
+    if (std::string const* own = coverValue(cover_.get(), &MrphCover::lvRead))
+        return withoutMarks(*own, plain, cover_.get());
     return getRead(plain);
 }
 

@@ -11,7 +11,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     using Setter = void (Tavo::*)(char const*);
     constexpr Setter kSetters[] = {&Tavo::setInitFilePath,      &Tavo::setCommentRulePath,
                                    &Tavo::setReduceRulePath,    &Tavo::setNumberPartOfSPPath,
-                                   &Tavo::setMajorPartOfSPPath, &Tavo::setPublicPartOfSPPath};
+                                   &Tavo::setMajorPartOfSPPath, &Tavo::setPublicPartOfSPPath,
+                                   &Tavo::setConvertRulePath};
     FuzzInput in(data, size);
     std::size_t const chosen = in.choice(std::size(kSetters));
     std::string const path = fuzzWorld().dir.write("file", in.rest());
@@ -22,6 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         tavo.setReduceNumberMode(1);  // so that rules tell
         tavo.setReduceUndefMode(1);
         tavo.setReduceCharMode(1);
+        tavo.setInputConvertMode(2);
         std::string const before = analysed(tavo, text);
         bool refused = false;
         try {

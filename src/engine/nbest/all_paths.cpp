@@ -120,10 +120,10 @@ void AllPaths::build(Sentence& sentence, ConnTable const* table, DicSet const& d
 void AllPaths::build(Sentence& sentence, ConnTable const* table, DicSet const& dics, NodePool& pool,
                      LatticeConstraints& constraints) {
     checkSearchable(sentence, table, dics);
-    Builder builder(*this, pool, *table, sentence.text.size(), constraints);
+    Builder builder(*this, pool, *table, sentence.searchText().size(), constraints);
     for (;;) {
         begin(sentence);
-        walkBackward(sentence.text, {0, sentence.text.size()}, dics, constraints, builder);
+        walkBackward(sentence.searchText(), {0, sentence.searchText().size()}, dics, constraints, builder);
         finish(sentence, builder);
         if (sentence.path.exists() || constraints.spans.empty() || constraints.forced) return;
         constraints.forced = true;
@@ -131,14 +131,14 @@ void AllPaths::build(Sentence& sentence, ConnTable const* table, DicSet const& d
 }
 
 void AllPaths::begin(Sentence& sentence) {
-    if (starts_.size() <= sentence.text.size()) starts_.resize(sentence.text.size() + 1);
+    if (starts_.size() <= sentence.searchText().size()) starts_.resize(sentence.searchText().size() + 1);
     sentence.firstEdgeList = static_cast<std::uint32_t>(lists_.size());
     sentence.startEdgeList = kNone;
     sentence.path = {};
 }
 
 void AllPaths::finish(Sentence& sentence, Builder& builder) {
-    if (sentence.text.empty()) return;
+    if (sentence.searchText().empty()) return;
     Builder::Follower const start = builder.followerAfter(0, ConnTable::kBeginId);
     sentence.path = LazyPath(start.node);
     sentence.startEdgeList = start.list;
