@@ -114,7 +114,8 @@ void TokenTable::addSentence(Sentence const& sentence, int index, Segment const&
     ReduceRules& reduce = TavoAccess::impl(analyser_).reduce;
     auto const at = static_cast<std::size_t>(sentence.given.data() - buffer_.sjis().data());
     pieces_.clear();
-    if (sentence.path.isPending() && !sentence.markup && context.settings.mode(Mode::DivideWord) != 1) {
+    if (sentence.path.isPending() && !sentence.markup && !sentence.conversion && reduce.phrases().empty() &&
+        context.settings.mode(Mode::DivideWord) != 1) {
         reduce.bind(context.pos, context.settings);
         reduce.bindColumns(*context.connTable);
         RunAppender<WordPiece, JoinPieces> joiner(reduce, pieces_, JoinPieces{words_, sentence.text.data()});

@@ -76,7 +76,7 @@ TEST_F(LegacyFunctions, KeepTheAnalyserWhenAnotherCannotBeMade) {
     EXPECT_NE(error().find("missing"), std::string::npos) << error();
     EXPECT_GT(tavoexec("a", nullptr, 0), 0);
     std::filesystem::remove(at("lexicon/tavo.ini"));
-    for (char const* rules : {"TAVO_REDUCE"}) {
+    for (char const* rules : {"TAVO_CONVERT", "TAVO_REDUCE"}) {
         set(rules, at("no.rules"));
         EXPECT_EQ(tavoinit(), -10003) << rules;
         unsetenv(rules);

@@ -4,7 +4,9 @@
 #include "support/small_world.hpp"
 #include "support/testing.hpp"
 
+#include <tavo/lexicon.hpp>
 #include <tavo/tavo.hpp>
+#include <tavo/tokenizer.hpp>
 
 #include <deque>
 #include <random>
@@ -163,6 +165,16 @@ TEST_F(Conversions, KeepMarkupInPlace) {
     tavo_.setInputConvertMode(1);
     tavo_.setTaggedInputMode(1);
     EXPECT_EQ(of("ﾃ<word PartOfSP=\"記号\">ﾞｰﾀ</word>ﾃﾞｰﾀ", "%w/%h"), "ﾃ/Unknown ﾞｰﾀ/記号 ﾃﾞｰﾀ/名詞");
+}
+
+TEST_F(Conversions, LeaveTokensInTheirText) {
+    std::string const init = dir_.write("tavo.init", "Dic=" + dir_.file("SysDic") + "\nConnTable=" +
+                                                         dir_.file("ConnTable") + "\nInputConvert=2\n");
+    Tokenizer tokenizer(Lexicon::open(init));
+    std::string found;
+    for (Token const& token : tokenizer.tokenize("ﾃﾞｰﾀは㌔。髙﨑"))
+        found += std::string(token.surface()) + "@" + std::to_string(token.begin()) + " ";
+    EXPECT_EQ(found, "ﾃﾞｰﾀ@0 は@12 ㌔@15 。@18 髙﨑@21 ");
 }
 
 /// Converted or not, results stand for the given text, character by character, and what is converted stays.

@@ -128,12 +128,13 @@ TEST_F(InitFile, TextsMayBeUtf8) {
         {"a second line", ";\n; coding: utf-8\n", "表\n"},
         {"no comment", "coding: utf-8\n", "表\n"},
     };
+    std::string const rules = dir_.write("表", "");
     for (auto const& [name, start, expected] : cases) {
         Tavo tavo;
-        apply(tavo, std::string(start) + "EOS=表\\n\nDelimiter=表\\n\nConvertRule=表");
+        apply(tavo, std::string(start) + "EOS=表\\n\nDelimiter=表\\n\nConvertRule=" + rules);
         EXPECT_EQ(tavo.getEOS(), expected) << name;
         EXPECT_EQ(tavo.getDelimiterString().at(0), expected.substr(0, expected.size() - 1) + "\\n") << name;
-        EXPECT_STREQ(tavo.getConvertRulePath(), "表") << "paths are bytes";
+        EXPECT_EQ(tavo.getConvertRulePath(), rules) << "paths are bytes";
     }
     EXPECT_EQ(errorOf("; coding: utf-8\nEOS=\U0001F600"),
               "UNKNOWN_SETTING:" + dir_.file("tavo.ini") + ": EOS=\U0001F600");
