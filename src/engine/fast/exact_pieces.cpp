@@ -2,6 +2,8 @@
 
 #include "base/bytes.hpp"
 #include "dic/conn_table.hpp"
+#include "dic/dic_set.hpp"
+#include "dic/record_walk.hpp"
 #include "engine/special_records.hpp"
 
 #include <algorithm>
@@ -72,14 +74,40 @@ bool ExactPieces::isSeam(std::size_t place) const noexcept {
     return true;
 }
 
-/// True when all words at @p place are laid out: one from inside the character before it may choose restricted ones,
+/// True when all words at @p place are laid out that a word may choose: one from inside a character may open classes,
 /// too.
-bool ExactPieces::isComplete(std::size_t place) const noexcept {
+bool ExactPieces::isComplete(std::size_t place) const {
+    unsigned const open = state_.chosen.open[place];
+    unsigned all = open;
     for (std::size_t i = 0; i != state_.indexes.count(); ++i) {
         CandidateList const list = state_.indexes.dic(i).list(state_.text.list(i, place));
-        if (list.usable(state_.chosen.open[place]) != list.count()) return false;
+        if (list.usable(open) == list.count()) continue;
+        if (all == open) all |= openedFromInside(place);
+        if (list.usable(all) != list.usable(open)) return false;
     }
     return true;
+}
+
+/// The classes that words open which begin inside a character and end at @p place.
+unsigned ExactPieces::openedFromInside(std::size_t place) const {
+    ConnIndex const& conn = state_.indexes.conn();
+    unsigned opened = 0;
+    std::size_t const reach = std::min<std::size_t>(place - first_, DicIndex::kMostCharacters);
+    for (std::size_t from = place - reach; from != place; ++from) {
+        if ((state_.text.flags(from) & kDouble) == 0) continue;
+        std::size_t const begin = state_.text.offset(from) + 1;
+        std::size_t const most = offset(place) - begin;
+        for (DicEntry const& entry : dics_->entries())
+            entry.dic->trie()->prefixSearch(asBytes(text_.data()) + begin, most,
+                                            [&](std::size_t length, RecordChain chain) {
+                                                if (length != most) return true;
+                                                eachNodeRecord(chain, table_->idCount(), [&](MrphDic record) {
+                                                    opened |= conn.rowClasses(table_->row(record.pid()));
+                                                });
+                                                return true;
+                                            });
+    }
+    return opened;
 }
 
 bool ExactPieces::crosses(std::size_t from, std::size_t place) const noexcept {

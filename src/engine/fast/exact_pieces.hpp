@@ -46,7 +46,8 @@ private:
     bool mayEnd(std::size_t place, std::size_t last) const;
     bool isSeam(std::size_t place) const noexcept;
     bool crosses(std::size_t from, std::size_t place) const noexcept;
-    bool isComplete(std::size_t place) const noexcept;
+    bool isComplete(std::size_t place) const;
+    unsigned openedFromInside(std::size_t place) const;
     bool build(std::size_t begin, std::size_t end);
     bool setSums(std::size_t begin);
     LatticeNode const* nodeOf(std::size_t place, unsigned number) const;
