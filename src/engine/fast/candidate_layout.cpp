@@ -21,6 +21,13 @@ public:
           text_(text),
           indexes_(indexes),
           chosen_(chosen),
+          columns_(layout.columns_.begin()),
+          sums_(layout.sums_.begin()),
+          rows_(layout.rows_.begin()),
+          ends_(layout.ends_.begin()),
+          slots_(layout.slots_.begin()),
+          firstSlot_(layout.firstSlot_.begin()),
+          counts_(layout.counts_.begin()),
           wordBase_(static_cast<std::uint32_t>(chosen.next.size())) {}
 
     /// Lays @p places places out. False when they are too many.
@@ -31,10 +38,7 @@ public:
         for (place_ = 0; place_ != places;) {
             std::size_t const end =
                 nextEnd != text_.ends().end() && *nextEnd < behind ? *nextEnd - layout_.begin_ : places;
-            for (; place_ != end; ++place_) {
-                layPlace();
-                if (slot_ > kMostSlots) return false;
-            }
+            if (!(indexes_.count() == 1 ? layPlaces<true>(end) : layPlaces<false>(end))) return false;
             if (end == places) break;
             layEnd();
             ++place_;
@@ -47,102 +51,113 @@ public:
     std::size_t slot() const noexcept { return slot_; }
 
 private:
-    [[gnu::always_inline]] void begin() {
-        layout_.firstSlot_[place_] = static_cast<std::uint16_t>(slot_);
-        chosen_.firstWord[layout_.begin_ + place_] = wordBase_ + static_cast<std::uint32_t>(word_);
-        count_ = 0;
-    }
-
-    [[gnu::always_inline]] void layPlace() {
-        std::size_t const p = layout_.begin_ + place_;
-        begin();
-        open_ |= indexes_.alwaysOpen();
-        if (place_ < laterUntil_) [[unlikely]]
-            open_ |= openedLater_;
-        chosen_.open[p] = static_cast<std::uint16_t>(open_);
-        opens_ = 0;
-        bounded_ = CandidateList::kBounded;
-        unsigned const flags = text_.flags(p);
-        if ((flags & CharacterFlag::kUnknown) != 0) [[unlikely]]
-            addUnknown();
-        if ((flags & CharacterFlag::kBroken) != 0) [[unlikely]]
-            layout_.beyond_.push_back(static_cast<std::uint32_t>(p));
-        for (std::size_t i = 0; i != indexes_.count(); ++i)
-            if (!addList(indexes_.dic(i).list(text_.list(i, p)), text_.depth(i, p))) break;
-        storeLanes(layout_.columns_.begin() + slot_ + count_, allLanes(count_ != 0 ? layout_.columns_[slot_] : 0));
-        for (std::size_t lane = 0; lane <= count_; lane += kLanes)
-            storeLanes(layout_.sums_.begin() + slot_ + lane, allLanes(kNoSum));
-        layout_.counts_[place_] = static_cast<std::uint16_t>(count_);
-        layout_.bounded_[place_] = static_cast<std::uint16_t>(bounded_);
-        slot_ += (count_ + kLanes - 1 + (count_ == 0 ? 1 : 0)) / kLanes * kLanes;
-        open_ = opens_;
-    }
-
-    /// @p depth: words of more characters are none of this text. False when there is no room for all words: then none
-    /// of a later dictionary may stand here either, as candidates are known by their numbers.
-    [[gnu::always_inline]] bool addList(CandidateList list, std::size_t depth) {
-        unsigned const unrestricted = list.unrestricted();
-        unsigned const count = list.usable(open_);
-        opens_ |= list.opens();
-        bounded_ &= list.flags();
-        if (count != unrestricted) {
-            opens_ |= list.restrictedOpens();
-            bounded_ = 0;
+    /// Lays the places before @p end out, in which no end stands.
+    template <bool kOneDictionary>
+    [[gnu::always_inline]] bool layPlaces(std::size_t end) {
+        unsigned const alwaysOpen = indexes_.alwaysOpen();
+        DicIndex const& dic = indexes_.dic(0);
+        for (; place_ != end; ++place_) {
+            std::size_t const p = layout_.begin_ + place_;
+            firstSlot_[place_] = static_cast<std::uint16_t>(slot_);
+            chosen_.firstWord[p] = wordBase_ + static_cast<std::uint32_t>(word_);
+            open_ |= alwaysOpen;
+            if (place_ < laterUntil_) [[unlikely]]
+                open_ |= openedLater_;
+            chosen_.open[p] = static_cast<std::uint16_t>(open_);
+            unsigned opens = 0;
+            count_ = 0;
+            unsigned const flags = text_.flags(p);
+            if ((flags & (CharacterFlag::kUnknown | CharacterFlag::kBroken)) != 0) [[unlikely]]
+                addRare(flags);
+            if constexpr (kOneDictionary) {
+                addList(dic.list(text_.list(0, p)), text_.depth(0, p), opens);
+            } else {
+                for (std::size_t i = 0; i != indexes_.count(); ++i)
+                    if (!addList(indexes_.dic(i).list(text_.list(i, p)), text_.depth(i, p), opens)) break;
+            }
+            storeLanes(columns_ + slot_ + count_, allLanes(count_ != 0 ? columns_[slot_] : 0));
+            counts_[place_] = static_cast<std::uint16_t>(count_);
+            slot_ += (count_ + kLanes - 1 + (count_ == 0 ? 1 : 0)) / kLanes * kLanes;
+            if (slot_ > kMostSlots) return false;
+            open_ = opens;
         }
+        return true;
+    }
+
+    /// @p depth: words of more characters are none of this text. Adds the classes that the words open to @p opens.
+    /// False when there is no room for all words: then none of a later dictionary may stand here either, as candidates
+    /// are known by their numbers.
+    [[gnu::always_inline]] bool addList(CandidateList list, std::size_t depth, unsigned& opens) {
+        unsigned const unrestricted = list.unrestricted();
+        unsigned const all = (list.enteredBy() & open_) != 0 ? ~0U : 0;
+        std::size_t const count = unrestricted + ((list.count() - unrestricted) & all);
+        opens |= list.opens() | (list.restrictedOpens() & all);
         if ((list.flags() & (CandidateList::kOpensLater | CandidateList::kBeyond)) != 0) [[unlikely]]
             noteRare(list);
         if (count_ + count > kMostAtPlace || list.longest() > depth) [[unlikely]] {
-            layout_.beyond_.push_back(static_cast<std::uint32_t>(layout_.begin_ + place_));
+            noteBeyond();
+            storeLanes(sums_ + slot_ + count_, allLanes(kNoSum));
             return false;
         }
-        Lanes const from = allLanes(static_cast<unsigned>(place_));
-        constexpr Lanes kOrder{0, 1, 2, 3, 4, 5, 6, 7};
-        unsigned char const *columns = list.columns(), *rows = list.rows(), *lengths = list.lengths();
-        std::size_t i = 0;
-        do {
-            std::size_t const slot = slot_ + count_ + i;
-            std::size_t const word = word_ + i;
-            storeLanes(layout_.columns_.begin() + slot, loadLanes(columns + 2 * i));
-            storeLanes(layout_.rows_.begin() + word, loadLanes(rows + 2 * i));
-            storeLanes(layout_.ends_.begin() + word, from + widenBytes(lengths + i));
-            storeLanes(layout_.slots_.begin() + word, allLanes(static_cast<unsigned>(slot)) + kOrder);
-            i += kLanes;
-        } while (i < count);
+        addWords(list, 0);
+        for (std::size_t i = kLanes; i < count; i += kLanes) [[unlikely]]
+            addWords(list, i);
         count_ += count;
         word_ += count;
         return true;
     }
 
+    /// Eight words of @p list from word @p i on.
+    [[gnu::always_inline]] void addWords(CandidateList list, std::size_t i) {
+        constexpr Lanes kOrder{0, 1, 2, 3, 4, 5, 6, 7};
+        std::size_t const slot = slot_ + count_ + i;
+        std::size_t const word = word_ + i;
+        storeLanes(columns_ + slot, loadLanes(list.columns() + 2 * i));
+        storeLanes(sums_ + slot, allLanes(kNoSum));
+        storeLanes(rows_ + word, loadLanes(list.rows() + 2 * i));
+        storeLanes(ends_ + word, allLanes(static_cast<unsigned>(place_)) + widenBytes(list.lengths() + i));
+        storeLanes(slots_ + word, allLanes(static_cast<unsigned>(slot)) + kOrder);
+    }
+
+    [[gnu::always_inline]] void noteBeyond() {
+        layout_.beyond_.push_back(static_cast<std::uint32_t>(layout_.begin_ + place_));
+    }
+
     [[gnu::always_inline]] void noteRare(CandidateList list) {
-        if ((list.flags() & CandidateList::kBeyond) != 0)
-            layout_.beyond_.push_back(static_cast<std::uint32_t>(layout_.begin_ + place_));
+        if ((list.flags() & CandidateList::kBeyond) != 0) noteBeyond();
         if ((list.flags() & CandidateList::kOpensLater) == 0) return;
         openedLater_ = (place_ < laterUntil_ ? openedLater_ : 0) | list.opens() | list.restrictedOpens();
         laterUntil_ = place_ + kReach + 1;
     }
 
+    [[gnu::always_inline]] void addRare(unsigned flags) {
+        if ((flags & CharacterFlag::kBroken) != 0) noteBeyond();
+        if ((flags & CharacterFlag::kUnknown) != 0)
+            addWord(indexes_.conn().unknownColumn(), indexes_.conn().unknownRow());
+    }
+
     [[gnu::always_inline]] void addWord(std::uint16_t column, std::uint16_t row) {
-        layout_.columns_[slot_ + count_] = column;
-        layout_.rows_[word_] = row;
-        layout_.ends_[word_] = static_cast<std::uint16_t>(place_ + 1);
-        layout_.slots_[word_] = static_cast<std::uint16_t>(slot_ + count_);
+        columns_[slot_ + count_] = column;
+        sums_[slot_ + count_] = kNoSum;
+        rows_[word_] = row;
+        ends_[word_] = static_cast<std::uint16_t>(place_ + 1);
+        slots_[word_] = static_cast<std::uint16_t>(slot_ + count_);
         ++count_;
         ++word_;
     }
 
-    [[gnu::always_inline]] void addUnknown() { addWord(indexes_.conn().unknownColumn(), indexes_.conn().unknownRow()); }
-
     [[gnu::always_inline]] void layEnd() {
         ConnIndex const& conn = indexes_.conn();
-        begin();
+        firstSlot_[place_] = static_cast<std::uint16_t>(slot_);
+        chosen_.firstWord[layout_.begin_ + place_] = wordBase_ + static_cast<std::uint32_t>(word_);
+        count_ = 0;
         addWord(conn.endColumn(), conn.beginRow());
-        storeLanes(layout_.columns_.begin() + slot_, allLanes(conn.endColumn()));
-        layout_.columns_[slot_ + 1] = conn.endAfterUnknownColumn();
-        storeLanes(layout_.sums_.begin() + slot_, allLanes(kNoSum));
-        layout_.sums_[slot_] = 0;
-        layout_.sums_[slot_ + 1] = ConnTable::kForbidden;
-        layout_.counts_[place_] = 2;
-        layout_.bounded_[place_] = 0;
+        storeLanes(columns_ + slot_, allLanes(conn.endColumn()));
+        columns_[slot_ + 1] = conn.endAfterUnknownColumn();
+        storeLanes(sums_ + slot_, allLanes(kNoSum));
+        sums_[slot_] = 0;
+        sums_[slot_ + 1] = ConnTable::kForbidden;
+        counts_[place_] = 2;
         slot_ += kLanes;
         open_ = conn.rowClasses(conn.beginRow());
         laterUntil_ = 0;
@@ -152,11 +167,11 @@ private:
     TextPlaces const& text_;
     SearchIndexes const& indexes_;
     ChosenPlaces& chosen_;
+    std::uint16_t *columns_, *sums_, *rows_, *ends_, *slots_, *firstSlot_, *counts_;
     std::uint32_t wordBase_;
     std::size_t place_ = 0;
     std::size_t slot_ = 0, count_ = 0, word_ = 0;  // of the place's first candidate; its candidates; of the next word
     unsigned open_ = 0;
-    unsigned opens_ = 0, bounded_ = 0;
     // At places before laterUntil_. What stands before the block may open any class, as far as words reach.
     unsigned openedLater_ = 0xFF;
     std::size_t laterUntil_ = kReach;
@@ -179,7 +194,6 @@ bool CandidateLayout::lay(TextPlaces const& text, SearchIndexes const& indexes, 
 void CandidateLayout::reserve(std::size_t places, std::size_t slots) {
     firstSlot_.resizeForOverwrite(places);
     counts_.resizeForOverwrite(places);
-    bounded_.resizeForOverwrite(places);
     for (RawBuffer<std::uint16_t>* const array : {&columns_, &sums_, &rows_, &ends_, &slots_})
         if (array->size() < slots) array->resizeForOverwrite(slots);
 }
@@ -190,7 +204,6 @@ void CandidateLayout::appendHead(Head const& head, std::size_t places, std::size
     for (std::size_t i = 0; i != head.counts.size(); ++i) {
         firstSlot_[places + i] = static_cast<std::uint16_t>(at);
         counts_[places + i] = head.counts[i];
-        bounded_[places + i] = 0;
         at += std::max<std::size_t>(kLanes, (head.counts[i] + kLanes - 1U) / kLanes * kLanes);
     }
     std::copy(head.columns.begin(), head.columns.end(), columns_.begin() + slot);
@@ -198,7 +211,6 @@ void CandidateLayout::appendHead(Head const& head, std::size_t places, std::size
     std::size_t const behind = places + head.counts.size();
     firstSlot_[behind] = static_cast<std::uint16_t>(at);
     counts_[behind] = 0;
-    bounded_[behind] = 0;
     storeLanes(columns_.begin() + at, allLanes(0));
     storeLanes(sums_.begin() + at, allLanes(kNoSum));
 }

@@ -90,8 +90,6 @@ public:
         for (unsigned i = kLanes; i < count(p); i += kLanes) least = minLanes(least, loadLanes(sums + i));
         return leastLane(least);
     }
-    /// True when each of @p p's words may follow any word.
-    bool isBounded(std::size_t p) const noexcept { return bounded_[p - begin_] != 0; }
     /// Places with words that the lists lack, from the last to the first.
     std::vector<std::uint32_t> const& beyond() const noexcept { return beyond_; }
 
@@ -115,7 +113,6 @@ private:
     std::size_t begin_ = 0, laidEnd_ = 0;
     std::size_t words_ = 0;
     RawBuffer<std::uint16_t> columns_, sums_, rows_, ends_, slots_, firstSlot_, counts_;
-    RawBuffer<std::uint16_t> bounded_;  // by place
     std::vector<std::uint32_t> beyond_;
 };
 

@@ -56,6 +56,16 @@ struct SearchState {
                 layout.columns()[layout.firstSlot(at.place) + at.number],
                 0};
     }
+    /// True when each of @p place's words may follow any word.
+    bool isBounded(std::size_t place) const noexcept {
+        for (std::size_t i = 0; i != indexes.count(); ++i) {
+            CandidateList const list = indexes.dic(i).list(text.list(i, place));
+            if ((list.flags() & CandidateList::kBounded) == 0 ||
+                list.usable(chosen.open[place]) != list.unrestricted())
+                return false;
+        }
+        return true;
+    }
     /// What @p at, which is @p candidate, chose.
     PlacedCandidate following(PlacedCandidate at, Candidate const& candidate) const noexcept {
         return {at.place + candidate.length, chosen.next[chosen.firstWord[at.place] + at.number]};

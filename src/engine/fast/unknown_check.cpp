@@ -13,7 +13,7 @@ bool UnknownCheck::passesLook(std::size_t p, std::size_t last) const {
     Sum const leftOut = lowLeftOut(p, last);
     if (leftOut >= kNone) return true;
     // Costs of bounded columns are U at most, and an unknown word may stand before them.
-    if (layout_.isBounded(p) && low(p) < CandidateLayout::kNoSum && low(p) < unknownCost_ + leftOut) return true;
+    if (state_.isBounded(p) && low(p) < CandidateLayout::kNoSum && low(p) < unknownCost_ + leftOut) return true;
     return limit(p) < 2 * unknownCost_ + leftOut;
 }
 
