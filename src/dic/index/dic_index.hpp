@@ -142,8 +142,8 @@ public:
         return CandidateList(lists_.data() + std::size_t{number} * 8);
     }
 
-    /// True when some surface holds the two-byte character @p code.
-    bool hasPair(CharacterCode code) const noexcept { return (pairs_[code >> 6] >> (code & 63) & 1) != 0; }
+    /// By code, a bit each: some surface holds the two-byte character.
+    std::span<std::uint64_t const> pairs() const noexcept { return pairs_; }
     /// False when in no surface the byte @p first stands before the character @p next; may be true without one.
     bool mayStandBefore(unsigned char first, CharacterCode next) const noexcept {
         std::uint16_t const hash = neighbourHash(first, next);

@@ -47,6 +47,7 @@ void FastSearch::search(std::span<std::string_view const> texts, ConnTable const
 void FastSearch::findCandidates() {
     state_.text.findLists(state_.indexes);
     state_.chosen.start(state_.text.size());
+    check_.findLooks();
 }
 
 /// Searches a sentence of the block.
@@ -154,7 +155,7 @@ std::size_t FastSearch::firstFailing(std::size_t from, std::size_t to, std::size
             break;
         }
     }
-    RawBuffer<std::uint32_t> const& looks = state_.text.looks();
+    RawBuffer<std::uint32_t> const& looks = check_.looks();
     std::uint32_t const* look = std::lower_bound(looks.begin(), looks.end(), static_cast<std::uint32_t>(to));
     while (look != looks.begin() && *--look >= from) {
         if (failing != kNowhere && *look <= failing) break;

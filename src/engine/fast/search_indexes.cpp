@@ -26,7 +26,10 @@ void SearchIndexes::attach(ConnTable const& table, DicSet const& dics) {
         }
     }
     usable_ = usable_ && dics_.size() == dics.entries().size() && !dics_.empty();
-    if (usable_) mergeCodes();
+    if (usable_) {
+        mergeCodes();
+        mergePairs();
+    }
     attached_.push_back(table.serial());
     for (DicEntry const& entry : dics.entries()) attached_.push_back(entry.dic->serial());
 }
@@ -64,6 +67,15 @@ void SearchIndexes::mergeCodes() {
         mergedCodes_[code] = (codes_[code] & 0xFFFF) | flags << DicIndex::kFlagShift;
     }
     codes_ = mergedCodes_.data();
+}
+
+void SearchIndexes::mergePairs() {
+    pairs_ = dics_.front()->pairs().data();
+    if (dics_.size() == 1) return;
+    mergedPairs_.assign(DicIndex::kCodes / 64, 0);
+    for (auto const& dic : dics_)
+        for (std::size_t i = 0; i < mergedPairs_.size(); ++i) mergedPairs_[i] |= dic->pairs()[i];
+    pairs_ = mergedPairs_.data();
 }
 
 unsigned char const* SearchIndexes::record(std::size_t number, unsigned char const* bytes, std::size_t length,

@@ -32,6 +32,8 @@ public:
     /// By code: the first dictionary's number of the character, and from bit DicIndex::kFlagShift on the flags that it
     /// has in all of them together.
     std::uint32_t const* codes() const noexcept { return codes_; }
+    /// True when some surface of a dictionary holds the two-byte character @p code.
+    bool hasPair(CharacterCode code) const noexcept { return (pairs_[code >> 6] >> (code & 63) & 1) != 0; }
     /// Classes that count as open everywhere: none, or all of them where the checks need all words.
     std::uint8_t alwaysOpen() const noexcept { return alwaysOpen_; }
     /// True when words without a twin may be left out (DicIndex::untwinned).
@@ -42,6 +44,7 @@ public:
 
 private:
     void mergeCodes();
+    void mergePairs();
 
     std::vector<std::uint64_t> attached_;  // serial numbers of table and dictionaries
     std::uint32_t idCount_ = 0;
@@ -53,6 +56,8 @@ private:
     bool leavesUntwinned_ = false;
     std::uint32_t const* codes_ = nullptr;
     std::vector<std::uint32_t> mergedCodes_;
+    std::uint64_t const* pairs_ = nullptr;
+    std::vector<std::uint64_t> mergedPairs_;
 };
 
 }  // namespace TAVO

@@ -9,7 +9,38 @@ namespace TAVO {
 
 using namespace CharacterFlag;
 
-bool UnknownCheck::passesLook(std::size_t p, std::size_t last) const {
+/// Most places that the text names need none, and which do nobody foretells: so they are added without a branch.
+void UnknownCheck::findLooks() {
+    RawBuffer<std::uint32_t> const& places = text_.looks();
+    looks_.resizeForOverwrite(places.size());
+    std::uint32_t* to = looks_.begin();
+    for (std::uint32_t const p : places) {
+        *to = p;
+        to += needsLook(p);
+    }
+    looks_.truncate(static_cast<std::size_t>(to - looks_.begin()));
+}
+
+/// 1 or 0. A safe character of two bytes needs a look only where words inside it may lead beyond its end.
+inline unsigned UnknownCheck::needsLook(std::size_t p) const noexcept {
+    unsigned const flags = text_.flags(p);
+    unsigned const behind = text_.flags(p + 1);
+    auto const is = [](bool fact) { return static_cast<unsigned>(fact); };
+    unsigned const leads = is((flags & kHighTrail) != 0) & is((behind & kEnd) == 0) &
+                           (is(mayPair(p)) | is((behind & (kDouble | kSafe)) == 0));
+    if ((flags & kTrailContinues) != 0 && (behind & kEnd) == 0 && mayContinue(p)) [[unlikely]]
+        return 1;
+    return leads | is((flags & (kSafe | kDouble)) != (kSafe | kDouble)) | is(isBehindUnknown(p));
+}
+
+/// True when the trail byte of @p p and the first byte behind it are a character of some surface.
+inline bool UnknownCheck::mayPair(std::size_t p) const noexcept {
+    unsigned const next = text_.code(p + 1);
+    unsigned const first = next > 0xFF ? next >> 8 : next;
+    return state_.indexes.hasPair(static_cast<CharacterCode>((text_.code(p) & 0xFFU) << 8 | first));
+}
+
+bool UnknownCheck::passes(std::size_t p, std::size_t last) const {
     Sum const leftOut = lowLeftOut(p, last);
     if (leftOut >= kNone) return true;
     // Costs of bounded columns are U at most, and an unknown word may stand before them.
@@ -76,7 +107,7 @@ UnknownCheck::Sum UnknownCheck::lowLeftOut(std::size_t p, std::size_t last) cons
 UnknownCheck::Sum UnknownCheck::lowInside(std::size_t p, std::size_t last) const {
     Sum least = kNone;
     for (std::size_t q = p;; ++q) {
-        if (q + 2 > last && !text_.isEnd(q + 1)) return kAny;
+        if (q + 1 > last) return kAny;
         Sum const toKnown = (text_.flags(q) & kTrailEnds) != 0 ? 0 : unknownCost_;
         if (!mayBeTrail(text_.code(q) & 0xFFU) && state_.indexes.leavesUntwinned()) return kAny;
         least = std::min(least, low(q + 1) + toKnown);
@@ -84,6 +115,7 @@ UnknownCheck::Sum UnknownCheck::lowInside(std::size_t p, std::size_t last) const
         if ((text_.flags(q) & kTrailContinues) != 0 && mayContinue(q))
             for (std::size_t from = p; from <= q; ++from) least = std::min(least, lowOfWordsInside(from, last));
         if ((text_.flags(q) & kHighTrail) == 0) return least;
+        if (q + 2 > last) return kAny;
         bool const isPair = mayPair(q);
         if ((text_.flags(q + 1) & kDouble) == 0) {
             // The pair ends with the next character, behind which a surface may go on.

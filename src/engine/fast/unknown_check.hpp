@@ -2,6 +2,7 @@
 #ifndef TAVO_ENGINE_FAST_UNKNOWN_CHECK_HPP
 #define TAVO_ENGINE_FAST_UNKNOWN_CHECK_HPP
 
+#include "base/raw_buffer.hpp"
 #include "engine/fast/search_state.hpp"
 
 #include <cstddef>
@@ -50,10 +51,12 @@ public:
         dics_ = &dics;
         unknownCost_ = state_.indexes.conn().unknownCost();
     }
-    /// True when place @p p passes. Sums of places up to @p last are known.
-    bool passes(std::size_t p, std::size_t last) const {
-        return (!needsLook(p) && !isBehindUnknown(p)) || passesLook(p, last);
-    }
+    /// Finds the places of the text at which something is left out that could be chosen; all others pass.
+    void findLooks();
+    /// Ascending: these places.
+    RawBuffer<std::uint32_t> const& looks() const noexcept { return looks_; }
+    /// True when place @p p, one of looks(), passes. Sums of places up to @p last are known.
+    bool passes(std::size_t p, std::size_t last) const;
     /// True when an unknown word that ends at @p p would choose a known word as well.
     bool passesForUnknown(std::size_t p, std::size_t last) const;
     /// The least S of the words at @p p that an unknown word may stand before, kNone for none.
@@ -66,8 +69,7 @@ public:
 
 private:
     Sum low(std::size_t p) const noexcept { return layout_.leastSum(p); }
-    bool passesLook(std::size_t p, std::size_t last) const;
-    bool needsLook(std::size_t p) const noexcept;
+    unsigned needsLook(std::size_t p) const noexcept;
     bool isBehindUnknown(std::size_t p) const noexcept { return (text_.flags(p - 1) & CharacterFlag::kUnknown) != 0; }
     bool mayPair(std::size_t p) const noexcept;
     bool mayContinue(std::size_t p) const noexcept;
@@ -81,27 +83,8 @@ private:
     std::string_view sentence_;
     DicSet const* dics_ = nullptr;
     Sum unknownCost_ = 0;
+    RawBuffer<std::uint32_t> looks_;
 };
-
-/// A safe character of two bytes needs a look only where words inside it may lead beyond its end.
-inline bool UnknownCheck::needsLook(std::size_t p) const noexcept {
-    using namespace CharacterFlag;
-    unsigned const flags = text_.flags(p);
-    if ((flags & (kSafe | kDouble)) != (kSafe | kDouble)) return true;
-    unsigned const behind = text_.flags(p + 1);
-    if ((behind & kEnd) != 0) return false;
-    if ((flags & kHighTrail) != 0 && (mayPair(p) || (behind & (kDouble | kSafe)) == 0)) return true;
-    return (flags & kTrailContinues) != 0 && mayContinue(p);
-}
-
-/// True when the trail byte of @p p and the first byte behind it are a character of some surface.
-inline bool UnknownCheck::mayPair(std::size_t p) const noexcept {
-    unsigned const next = text_.code(p + 1);
-    auto const pair = static_cast<CharacterCode>((text_.code(p) & 0xFFU) << 8 | (next > 0xFF ? next >> 8 : next));
-    for (std::size_t i = 0; i != state_.indexes.count(); ++i)
-        if (state_.indexes.dic(i).hasPair(pair)) return true;
-    return false;
-}
 
 }  // namespace TAVO
 
