@@ -9,6 +9,7 @@ namespace TAVO {
 namespace {
 
 constexpr std::uint32_t kNoNumber = 0x10000;  // above every label
+constexpr std::size_t kAhead = 8;              // places
 
 }  // namespace
 
@@ -95,6 +96,9 @@ void TextPlaces::walk(DicIndex const& dic, std::uint32_t const* numbers, Walk& f
     unsigned char const* const bytes = dic.lists();
     std::size_t const places = size();
     for (std::size_t p = 0; p != places; ++p) {
+        // Where the second character leads is far away in most cases, and nothing else can be done before it is there.
+        std::uint64_t const ahead = numbers[p + kAhead] < rootCount ? roots[numbers[p + kAhead]] : 0;
+        __builtin_prefetch(units + (ahead & DicIndex::kBaseMask) + numbers[p + kAhead + 1]);
         std::uint64_t node = numbers[p] < rootCount ? roots[numbers[p]] : 0;
         std::size_t at = p + 1;
         for (; at != p + DicIndex::kMostCharacters; ++at) {
