@@ -98,6 +98,8 @@ public:
     }
     /// True while no node was made.
     bool isPending() const noexcept { return store_ != nullptr; }
+    /// How many words a pending path has.
+    std::size_t pendingCount() const noexcept { return end_ - begin_; }
     /// Column of the first word of a path.
     std::uint16_t firstColumn() const noexcept {
         return store_ != nullptr ? store_->word(begin_).column : first_->column;

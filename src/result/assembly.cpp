@@ -55,6 +55,7 @@ bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& contex
         return false;
     LengthJoiner joiner(reduce, out);
     if (sentence.path.isPending()) {
+        out.reserve(out.size() + sentence.path.pendingCount());
         sentence.path.visitPending([&](PendingWord const& word) {
             joiner.append(reduce.membershipOf(word), {word.text, word.length}, word.length);
         });

@@ -135,35 +135,33 @@ void ReduceRules::bind(PosTables const& pos, Settings const& settings) {
     std::copy(std::begin(modes), std::end(modes), boundModes_);
 }
 
-namespace {
-
-std::uint32_t pairOf(std::uint32_t column, std::uint32_t row) noexcept { return column << 16 | row; }
-
-}  // namespace
-
 void ReduceRules::bindColumns(ConnTable const& table) {
     if (boundTable_ == table.serial()) return;
     constexpr std::uint16_t kNobody = 0x200;
-    columnMemberships_.assign(table.cols(), kNobody);
-    pairMemberships_.clear();
+    std::vector<std::uint16_t> columns(table.cols(), kNobody);
     auto const take = [](std::uint16_t& known, Membership membership) {
-        known = known == kNobody || known == membership ? membership : kAmbiguous;
+        known = known == kNobody || known == membership ? std::uint16_t{membership} : std::uint16_t{kAmbiguous};
     };
     for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid)
-        take(columnMemberships_[table.column(static_cast<std::uint16_t>(pid))], membershipOf(pid));
+        take(columns[table.column(static_cast<std::uint16_t>(pid))], membershipOf(pid));
+    columnMemberships_.assign(columns.begin(), columns.end());
+    pairMemberships_.clear();
+    for (std::uint32_t& known : columnMemberships_) {
+        if (known != kAmbiguous) continue;
+        known += static_cast<std::uint32_t>(pairMemberships_.size());
+        pairMemberships_.resize(pairMemberships_.size() + table.rows(), kNobody);
+    }
     for (std::uint32_t pid = 1; pid <= table.idCount(); ++pid) {
-        std::uint16_t const column = table.column(static_cast<std::uint16_t>(pid));
-        if (columnMemberships_[column] != kAmbiguous) continue;
-        std::uint32_t const pair = pairOf(column, table.row(static_cast<std::uint16_t>(pid)));
-        take(pairMemberships_.try_emplace(pair, kNobody).first->second, membershipOf(pid));
+        std::uint32_t const known = columnMemberships_[table.column(static_cast<std::uint16_t>(pid))];
+        if (known < kAmbiguous) continue;
+        take(pairMemberships_[known - kAmbiguous + table.row(static_cast<std::uint16_t>(pid))], membershipOf(pid));
     }
     boundTable_ = table.serial();
 }
 
-ReduceRules::Membership ReduceRules::membershipOfPair(PendingWord const& word) const {
-    auto const found = pairMemberships_.find(pairOf(word.column, word.row()));
-    if (found != pairMemberships_.end() && found->second != kAmbiguous) return static_cast<Membership>(found->second);
-    return membershipOf(MrphDic(word.record()).pid());
+ReduceRules::Membership ReduceRules::membershipOfPair(PendingWord const& word, std::uint32_t known) const {
+    std::uint16_t const ofPair = pairMemberships_[known - kAmbiguous + word.row()];
+    return ofPair < kAmbiguous ? static_cast<Membership>(ofPair) : membershipOf(MrphDic(word.record()).pid());
 }
 
 bool ReduceRules::isInner(std::uint8_t number, std::string_view form) const noexcept {

@@ -13,7 +13,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -59,8 +58,8 @@ public:
     /// That of @p word, whose column and row are those of the table of bindColumns(). Its record is read where these do
     /// not tell.
     Membership membershipOf(PendingWord const& word) const {
-        std::uint16_t const known = columnMemberships_[word.column];
-        return known == kAmbiguous ? membershipOfPair(word) : static_cast<Membership>(known);
+        std::uint32_t const known = columnMemberships_[word.column];
+        return known >= kAmbiguous ? membershipOfPair(word, known) : static_cast<Membership>(known);
     }
     static std::uint8_t ruleOf(Membership membership) noexcept {
         return static_cast<std::uint8_t>(membership & ~kFollows);
@@ -74,20 +73,19 @@ public:
 
 private:
     static constexpr std::uint8_t kFollows = 0x80;
-    static constexpr std::uint16_t kAmbiguous = 0x100;
+    static constexpr std::uint32_t kAmbiguous = 0x100;  ///< what more is the place of the column's rows
     static constexpr std::size_t kMaxRules = 0x7F;
 
     bool isInner(std::uint8_t number, std::string_view form) const noexcept;
-    Membership membershipOfPair(PendingWord const& word) const;
+    Membership membershipOfPair(PendingWord const& word, std::uint32_t known) const;
 
     std::string path_;
     std::vector<ReduceRule> rules_;
     PhraseRules phrases_;
     std::vector<Membership> ids_;            // by id: rule number, and kFollows
     std::vector<std::uint16_t> joinedPids_;  // by rule
-    std::vector<std::uint16_t> columnMemberships_;
-    std::unordered_map<std::uint32_t, std::uint16_t>
-        pairMemberships_;  // by column and row, where the column is not enough
+    std::vector<std::uint32_t> columnMemberships_;
+    std::vector<std::uint16_t> pairMemberships_;  // row by row of the columns that are not enough
     // What the bindings were made from.
     std::uint64_t boundRevision_ = 0;
     int boundModes_[3] = {-1, -1, -1};

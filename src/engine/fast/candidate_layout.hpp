@@ -77,10 +77,6 @@ public:
     }
     /// True for the block's own places.
     bool covers(std::size_t p) const noexcept { return p >= begin_ && p < laidEnd_; }
-    /// Length in places of candidate @p number of such a place.
-    unsigned lengthOf(std::size_t p, unsigned number, ChosenPlaces const& chosen) const noexcept {
-        return static_cast<unsigned>(ends_[wordsBefore(p, chosen) + number] - (p - begin_));
-    }
     unsigned firstSlot(std::size_t p) const noexcept { return firstSlot_[p - begin_]; }
     unsigned count(std::size_t p) const noexcept { return counts_[p - begin_]; }
     /// The least sum at @p p.

@@ -186,7 +186,11 @@ LazyPath FastSearch::writePath(Sentence const& sentence) {
     bool const isWhole = !state.pieces.empty() && state.pieces.back().begin == sentence.first;
     if (!isWhole && state.layout.leastSum(sentence.first - 1) == CandidateLayout::kNoSum) return {};
     PlacedCandidate at{sentence.first, state.chosen.next[state.chosen.firstWord[sentence.first - 1]]};
+    paths_.reserve(sentence.end - sentence.first);
+    bool const isPlain = state.pieces.empty() && state.indexes.count() == 1 && state.layout.begin() == 0 &&
+                         state.layout.covers(sentence.end);
     while (!state.text.isEnd(at.place)) {
+        if (isPlain && (at = writePlainWords(at)).place == sentence.end) break;
         ExactPiece const* const piece = state.pieces.empty() ? nullptr : state.pieceAt(at.place);
         if (piece != nullptr) {
             LatticeNode const* node = piece->starts[at.place == sentence.first ? 0 : at.number];
@@ -194,12 +198,32 @@ LazyPath FastSearch::writePath(Sentence const& sentence) {
             at = {piece->end, node != nullptr ? node->length : 0};
             continue;
         }
-        Candidate const word = state.word(at);
+        Candidate const word = state.candidate(at);
         std::uint32_t const length = state.text.offset(at.place + word.length) - state.text.offset(at.place);
         paths_.add({word.list << 8 | word.index, word.column, static_cast<std::uint8_t>(length), word.dic});
         at = state.following(at, word);
     }
     return {paths_, begin, paths_.size(), sentence.text};
+}
+
+/// Writes words of the only dictionary, up to the first place that has an unknown word or to the end. What they are
+/// stands in the arrays of the block; their lists are far away by now.
+PlacedCandidate FastSearch::writePlainWords(PlacedCandidate at) {
+    TextPlaces const& text = state_.text;
+    CandidateLayout const& layout = state_.layout;
+    std::uint32_t const* const firstWord = state_.chosen.firstWord.begin();
+    std::uint8_t const* const next = state_.chosen.next.begin();
+    std::uint32_t offset = text.offset(at.place);
+    while ((text.flags(at.place) & (CharacterFlag::kUnknown | CharacterFlag::kEnd)) == 0) {
+        std::size_t const word = firstWord[at.place] + at.number;
+        std::size_t const end = layout.ends()[word];
+        std::uint32_t const behind = text.offset(end);
+        paths_.add({text.list(0, at.place) << 8 | at.number, layout.columns()[layout.firstSlot(at.place) + at.number],
+                    static_cast<std::uint8_t>(behind - offset), 0});
+        at = {end, next[word]};
+        offset = behind;
+    }
+    return at;
 }
 
 }  // namespace TAVO

@@ -69,6 +69,7 @@ private:
     std::size_t firstFailing(std::size_t from, std::size_t to, std::size_t last) const;
     bool rebase(std::size_t from);
     LazyPath writePath(Sentence const& sentence);
+    PlacedCandidate writePlainWords(PlacedCandidate at);
 
     PathStore& paths_;
     SearchState& state_;

@@ -42,20 +42,6 @@ struct SearchState {
     Candidate candidate(PlacedCandidate at) const noexcept {
         return CandidateLayout::candidate(text, indexes, chosen, at.place, at.number);
     }
-    /// Length, column, dictionary and place in a list of @p at, from the block's arrays where it is in the block: a
-    /// path has many words, and their lists are far away by then.
-    Candidate word(PlacedCandidate at) const noexcept {
-        if (indexes.count() != 1 || !layout.covers(at.place) || (text.flags(at.place) & CharacterFlag::kUnknown) != 0)
-            [[unlikely]]
-            return candidate(at);
-        return {text.list(0, at.place),
-                static_cast<std::uint8_t>(at.number),
-                0,
-                static_cast<std::uint8_t>(layout.lengthOf(at.place, at.number, chosen)),
-                0,
-                layout.columns()[layout.firstSlot(at.place) + at.number],
-                0};
-    }
     /// True when each of @p place's words may follow any word.
     bool isBounded(std::size_t place) const noexcept {
         for (std::size_t i = 0; i != indexes.count(); ++i) {
