@@ -76,6 +76,7 @@ private:
                     if (!addList(indexes_.dic(i).list(text_.list(i, p)), text_.depth(i, p), opens)) break;
             }
             storeLanes(columns_ + slot_ + count_, allLanes(count_ != 0 ? columns_[slot_] : 0));
+            storeLanes(sums_ + slot_ + count_, allLanes(kNoSum));
             counts_[place_] = static_cast<std::uint16_t>(count_);
             slot_ += (count_ + kLanes - 1 + (count_ == 0 ? 1 : 0)) / kLanes * kLanes;
             if (slot_ > kMostSlots) return false;
@@ -96,7 +97,6 @@ private:
             noteRare(list);
         if (count_ + count > kMostAtPlace || list.longest() > depth) [[unlikely]] {
             noteBeyond();
-            storeLanes(sums_ + slot_ + count_, allLanes(kNoSum));
             return false;
         }
         addWords(list, 0);
