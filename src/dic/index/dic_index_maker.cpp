@@ -112,6 +112,7 @@ void DicIndexMaker::addBranch(std::size_t first, std::size_t last, std::size_t d
             if (children.empty() || children.back().first != number) children.emplace_back(number, i);
         }
         std::vector<std::uint32_t> numbers;
+        numbers.reserve(children.size());
         for (auto const& child : children) numbers.push_back(child.first);
         std::sort(numbers.begin(), numbers.end());
         base = trie_.place(numbers);

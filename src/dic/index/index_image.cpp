@@ -7,6 +7,7 @@
 #include "base/bytes.hpp"
 #include "dic/file_access.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
@@ -101,7 +102,7 @@ std::vector<std::uint64_t> IndexWriter::write() const {
     }
     std::vector<std::uint64_t> bytes(end / sizeof(std::uint64_t));
     auto* const to = reinterpret_cast<char*>(bytes.data());
-    std::memcpy(to, head.data(), head.size());
+    std::copy(head.begin(), head.end(), to);
     for (std::size_t i = 0; i < sections_.size(); ++i)
         if (!sections_[i].empty()) std::memcpy(to + offsets[i], sections_[i].data(), sections_[i].size());
     return bytes;

@@ -8,7 +8,6 @@ namespace TAVO {
 namespace {
 
 constexpr std::size_t kSlack = 64;  // behind what is used: vectors are stored whole
-constexpr std::size_t kReach = DicIndex::kMostCharacters;
 
 }  // namespace
 
@@ -127,7 +126,7 @@ private:
         if ((list.flags() & CandidateList::kBeyond) != 0) noteBeyond();
         if ((list.flags() & CandidateList::kOpensLater) == 0) return;
         openedLater_ = (place_ < laterUntil_ ? openedLater_ : 0) | list.opens() | list.restrictedOpens();
-        laterUntil_ = place_ + kReach + 1;
+        laterUntil_ = place_ + DicIndex::kMostCharacters + 1;
     }
 
     [[gnu::always_inline]] void addRare(unsigned flags) {
@@ -174,7 +173,7 @@ private:
     unsigned open_ = 0;
     // At places before laterUntil_. What stands before the block may open any class, as far as words reach.
     unsigned openedLater_ = 0xFF;
-    std::size_t laterUntil_ = kReach;
+    std::size_t laterUntil_ = DicIndex::kMostCharacters;
 };
 
 bool CandidateLayout::lay(TextPlaces const& text, SearchIndexes const& indexes, ChosenPlaces& chosen, std::size_t begin,
@@ -204,7 +203,7 @@ void CandidateLayout::appendHead(Head const& head, std::size_t places, std::size
     for (std::size_t i = 0; i != head.counts.size(); ++i) {
         firstSlot_[places + i] = static_cast<std::uint16_t>(at);
         counts_[places + i] = head.counts[i];
-        at += std::max<std::size_t>(kLanes, (head.counts[i] + kLanes - 1U) / kLanes * kLanes);
+        at += std::max<std::size_t>(kLanes, (head.counts[i] + std::size_t{kLanes} - 1) / kLanes * kLanes);
     }
     std::copy(head.columns.begin(), head.columns.end(), columns_.begin() + slot);
     std::copy(head.sums.begin(), head.sums.end(), sums_.begin() + slot);

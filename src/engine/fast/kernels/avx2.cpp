@@ -11,8 +11,10 @@
 #include <cstdint>
 #include <span>
 
+// NOLINTBEGIN(clang-diagnostic-unknown-pragmas)
 #pragma GCC push_options
 #pragma GCC target("avx2,bmi,bmi2")
+// NOLINTEND(clang-diagnostic-unknown-pragmas)
 
 #include "engine/fast/kernels/relax_words.hpp"
 
@@ -56,6 +58,6 @@ void relaxAvx2(Relaxation const& block, std::size_t begin, std::size_t end) {
 
 }  // namespace TAVO
 
-#pragma GCC pop_options
+#pragma GCC pop_options  // NOLINT(clang-diagnostic-unknown-pragmas)
 
 #endif
