@@ -99,8 +99,7 @@ private:
             return false;
         }
         addWords(list, 0);
-        for (std::size_t i = kLanes; i < count; i += kLanes) [[unlikely]]
-            addWords(list, i);
+        for (std::size_t i = kLanes; i < count; i += kLanes) [[unlikely]] addWords(list, i);
         count_ += count;
         word_ += count;
         return true;

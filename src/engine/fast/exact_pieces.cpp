@@ -98,14 +98,13 @@ unsigned ExactPieces::openedFromInside(std::size_t place) const {
         std::size_t const begin = state_.text.offset(from) + 1;
         std::size_t const most = offset(place) - begin;
         for (DicEntry const& entry : dics_->entries())
-            entry.dic->trie()->prefixSearch(asBytes(text_.data()) + begin, most,
-                                            [&](std::size_t length, RecordChain chain) {
-                                                if (length != most) return true;
-                                                eachNodeRecord(chain, table_->idCount(), [&](MrphDic record) {
-                                                    opened |= conn.rowClasses(table_->row(record.pid()));
-                                                });
-                                                return true;
-                                            });
+            entry.dic->trie()->prefixSearch(
+                asBytes(text_.data()) + begin, most, [&](std::size_t length, RecordChain chain) {
+                    if (length != most) return true;
+                    eachNodeRecord(chain, table_->idCount(),
+                                   [&](MrphDic record) { opened |= conn.rowClasses(table_->row(record.pid())); });
+                    return true;
+                });
     }
     return opened;
 }

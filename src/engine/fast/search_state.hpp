@@ -46,8 +46,7 @@ struct SearchState {
     bool isBounded(std::size_t place) const noexcept {
         for (std::size_t i = 0; i != indexes.count(); ++i) {
             CandidateList const list = indexes.dic(i).list(text.list(i, place));
-            if ((list.flags() & CandidateList::kBounded) == 0 ||
-                list.usable(chosen.open[place]) != list.unrestricted())
+            if ((list.flags() & CandidateList::kBounded) == 0 || list.usable(chosen.open[place]) != list.unrestricted())
                 return false;
         }
         return true;

@@ -9,7 +9,7 @@ namespace TAVO {
 namespace {
 
 constexpr std::uint32_t kNoNumber = 0x10000;  // above every label
-constexpr std::size_t kAhead = 8;              // places
+constexpr std::size_t kAhead = 8;             // places
 
 }  // namespace
 
