@@ -30,6 +30,14 @@ struct LexiconOptions {
     std::vector<std::pair<std::string, int>> modes;
 };
 
+/// A file of a lexicon in memory: "SysDic" and "ConnTable" are needed; "SysDic2" and so on, "SysDic.idx",
+/// "ConnTable.idx", "reduce.rules", "number.list" and "pos.fields" are used where given.
+struct LexiconFile {
+    std::string_view name;
+    /// Aligned to 8 bytes. Not copied: they must stay as long as a lexicon or tokenizer uses them.
+    std::span<std::byte const> bytes;
+};
+
 /// Dictionaries, connection table and rules: a value that shares. A copy costs nothing; all threads may use one
 /// lexicon, and none has to be told of the others. What a lexicon refers to never changes, also when its files do:
 /// reloaded() gives the new state, and the old one goes with the last Lexicon or Tokenizer that uses it.
@@ -43,6 +51,8 @@ public:
     static Lexicon open(LexiconOptions const& options = {});
     /// @p path: a folder with SysDic and ConnTable, or an init file. Paths in an init file count from its folder.
     static Lexicon open(std::string const& path, LexiconOptions const& options = {});
+    /// A lexicon in memory, as from a resource of the program.
+    static Lexicon open(std::span<LexiconFile const> files, LexiconOptions const& options = {});
     /// The folders where open() looks, first one first: TAVO_PATH, "share/tavo" beside the folder of the library,
     /// the prefix that the library was built for, /usr/local, /usr.
     static std::vector<std::string> places();
@@ -52,6 +62,9 @@ public:
 
     /// Folder or init file that was opened; empty in memory.
     std::string const& path() const noexcept;
+    /// Equal for lexicons that give equal analyses: made of the bytes of dictionaries, table and rules, the options
+    /// and the library's version. 16 hexadecimal digits. The first call reads all files.
+    std::string fingerprint() const;
 
 private:
     friend class Tokenizer;

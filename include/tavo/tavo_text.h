@@ -58,12 +58,23 @@ typedef struct tavo_lexicon_options_t {
     size_t mode_count;
 } tavo_lexicon_options_t;
 
+/// A file of a lexicon in memory, as TAVO::LexiconFile: aligned to 8 bytes, and it must stay.
+typedef struct tavo_lexicon_file_t {
+    char const* name;
+    void const* bytes;
+    size_t byte_count;
+} tavo_lexicon_file_t;
+
 /// Opens a folder with a lexicon, an init file or, when @p path is null, the first lexicon found
 /// (TAVO::Lexicon::places).
 TAVO_EXPORT tavo_lexicon_t* tavo_lexicon_open(char const* path, tavo_lexicon_options_t const* options,
                                               tavo_failure_t* failure);
+TAVO_EXPORT tavo_lexicon_t* tavo_lexicon_open_memory(tavo_lexicon_file_t const* files, size_t count,
+                                                     tavo_lexicon_options_t const* options, tavo_failure_t* failure);
 /// Another handle, of the same lexicon as its files are now.
 TAVO_EXPORT tavo_lexicon_t* tavo_lexicon_reloaded(tavo_lexicon_t const* lexicon, tavo_failure_t* failure);
+/// Writes 16 hexadecimal digits and a zero byte: equal for lexicons that give equal analyses.
+TAVO_EXPORT int tavo_lexicon_fingerprint(tavo_lexicon_t const* lexicon, char digits[17], tavo_failure_t* failure);
 /// Null is allowed.
 TAVO_EXPORT void tavo_lexicon_free(tavo_lexicon_t* lexicon);
 
@@ -176,6 +187,12 @@ TAVO_EXPORT int tavo_tokenize(tavo_tokenizer_t* tokenizer, char const* utf8, siz
 /// The same for many texts, which are searched together.
 TAVO_EXPORT int tavo_tokenize_many(tavo_tokenizer_t* tokenizer, char const* const* texts, size_t const* bytes,
                                    size_t count, unsigned fields, tavo_tokens_t* out, tavo_failure_t* failure);
+/// Up to @p n analyses of a text, best first, each like a text of its own (TAVO::Tokenizer::nBest).
+TAVO_EXPORT int tavo_tokenize_nbest(tavo_tokenizer_t* tokenizer, char const* utf8, size_t bytes, int n, unsigned fields,
+                                    tavo_tokens_t* out, tavo_failure_t* failure);
+/// Text with tags (docs/tagged-input.md).
+TAVO_EXPORT int tavo_tokenize_tagged(tavo_tokenizer_t* tokenizer, char const* utf8, size_t bytes, unsigned fields,
+                                     tavo_tokens_t* out, tavo_failure_t* failure);
 
 #ifdef __cplusplus
 }

@@ -237,6 +237,13 @@ public:
     requires std::same_as<Text, std::string> Tokens tokenize(Text&&)
     = delete;
 
+    /// Up to @p n (at least 1) analyses, best first. Of a text with several sentences analysis k joins their k-th
+    /// ones, or the last of a sentence that has fewer. A sentence has at most 8192 bytes in code page 932 (about 4000
+    /// characters), else too_long_string.
+    TokenLists nBest(std::string_view utf8, int n);
+    /// Text with tags (docs/tagged-input.md); text() of the result is without them.
+    Tokens tokenizeTagged(std::string_view utf8);
+
     /// The lexicon that this was made from.
     Lexicon lexicon() const;
     /// Changes when the numbers of texts (Token::textId) begin anew: seldom, and never within a call.

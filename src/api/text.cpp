@@ -165,6 +165,14 @@ void fill(tavo_tokenizer_t& handle, unsigned fields, tavo_tokens_t& out) {
         out.utf16_end = table.utf16().end.data();
     }
     fillColumns(handle, fields, out);
+    if (!table.connectionCosts().empty()) {
+        out.connection_cost = table.connectionCosts().data();
+        out.word_cost = table.wordCosts().data();
+    }
+    if (table.isTagged()) {
+        out.plain_text = table.text(0).data();
+        out.plain_text_bytes = table.text(0).size();
+    }
     StringTable::Flat const flat = table.strings().flat();
     out.string_count = table.strings().size();
     out.string_offsets = flat.offsets;
@@ -197,6 +205,29 @@ tavo_lexicon_t* tavo_lexicon_open(char const* path, tavo_lexicon_options_t const
         opened = new tavo_lexicon_t{path == nullptr ? Lexicon::open(given) : Lexicon::open(path, given)};
     });
     return opened;
+}
+
+tavo_lexicon_t* tavo_lexicon_open_memory(tavo_lexicon_file_t const* files, size_t count,
+                                         tavo_lexicon_options_t const* options, tavo_failure_t* failure) {
+    tavo_lexicon_t* opened = nullptr;
+    attempted(failure, [&] {
+        demand(files != nullptr || count == 0, "null files");
+        std::vector<LexiconFile> given;
+        for (std::size_t i = 0; i != count; ++i) {
+            demand(files[i].name != nullptr && (files[i].bytes != nullptr || files[i].byte_count == 0), "a null file");
+            given.push_back({files[i].name, {static_cast<std::byte const*>(files[i].bytes), files[i].byte_count}});
+        }
+        opened = new tavo_lexicon_t{Lexicon::open(given, optionsOf(options))};
+    });
+    return opened;
+}
+
+int tavo_lexicon_fingerprint(tavo_lexicon_t const* lexicon, char digits[17], tavo_failure_t* failure) {
+    return attempted(failure, [&] {
+        demand(lexicon != nullptr && digits != nullptr, "a null lexicon or buffer");
+        std::string const fingerprint = lexicon->lexicon.fingerprint();
+        std::memcpy(digits, fingerprint.c_str(), fingerprint.size() + 1);
+    });
 }
 
 tavo_lexicon_t* tavo_lexicon_reloaded(tavo_lexicon_t const* lexicon, tavo_failure_t* failure) {
@@ -245,5 +276,21 @@ int tavo_tokenize_many(tavo_tokenizer_t* tokenizer, char const* const* texts, si
             tokenizer->texts.emplace_back(texts[i], bytes[i]);
         }
         user.tokenize(tokenizer->texts);
+    });
+}
+
+int tavo_tokenize_nbest(tavo_tokenizer_t* tokenizer, char const* utf8, size_t bytes, int n, unsigned fields,
+                        tavo_tokens_t* out, tavo_failure_t* failure) {
+    return found(tokenizer, fields, out, failure, [&](Tokenizer& user) {
+        demandText(utf8, bytes);
+        user.nBest(std::string_view(utf8, bytes), n);
+    });
+}
+
+int tavo_tokenize_tagged(tavo_tokenizer_t* tokenizer, char const* utf8, size_t bytes, unsigned fields,
+                         tavo_tokens_t* out, tavo_failure_t* failure) {
+    return found(tokenizer, fields, out, failure, [&](Tokenizer& user) {
+        demandText(utf8, bytes);
+        user.tokenizeTagged(std::string_view(utf8, bytes));
     });
 }

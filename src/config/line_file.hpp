@@ -19,7 +19,15 @@ public:
     explicit LineFile(std::string const& path) : handle_(FileOpenShared(path.c_str())), reader_(handle_) {
         if (handle_ < 0) throw file_not_found(path);
     }
-    ~LineFile() { FileClose(handle_); }
+    /// The same lines from @p text, which must stay, where that is not null; @p path is only its name then.
+    LineFile(std::string const& path, std::string_view const* text)
+        : handle_(text == nullptr ? FileOpenShared(path.c_str()) : -1),
+          reader_(text == nullptr ? LineReader(handle_) : LineReader(*text)) {
+        if (handle_ < 0 && text == nullptr) throw file_not_found(path);
+    }
+    ~LineFile() {
+        if (handle_ >= 0) FileClose(handle_);
+    }
     LineFile(LineFile const&) = delete;
     LineFile& operator=(LineFile const&) = delete;
 

@@ -35,12 +35,12 @@ constexpr char const* kMajorDefaults[] = {
 
 /// Calls add(stripped line, line number) for every line that is no comment.
 template <class Add>
-void readList(std::string const& path, Add&& add) {
-    LineFile file(path);
+void readList(std::string const& path, std::string_view const* text, Add&& add) {
+    LineFile file(path, text);
     for (unsigned number = 1; file.next(); ++number) {
         if (isCommentLine(file.line())) continue;
-        std::string_view const text = strip(file.line());
-        if (!text.empty()) add(text, number);
+        std::string_view const line = strip(file.line());
+        if (!line.empty()) add(line, number);
     }
 }
 
@@ -85,16 +85,18 @@ void setDefaults(PatternList& list, char const* const (&names)[N]) {
 
 }  // namespace
 
-void PosTables::setNumberPartOfSPPath(char const* path) { setList(number_, numberPath_, path); }
+void PosTables::setNumberPartOfSPPath(char const* path, std::string_view const* text) {
+    setList(number_, numberPath_, path, text);
+}
 void PosTables::setMajorPartOfSPPath(char const* path) { setList(major_, majorPath_, path); }
 
-void PosTables::setList(PatternList& list, std::string& storedPath, char const* path) {
+void PosTables::setList(PatternList& list, std::string& storedPath, char const* path, std::string_view const* text) {
     // The argument may be the very string that is cleared.
     std::string const kept = path == nullptr ? "" : path;
     storedPath.clear();
     list.clear();
     if (path == nullptr) return;
-    readList(kept, [&](std::string_view line, unsigned) { addPattern(list, line); });
+    readList(kept, text, [&](std::string_view line, unsigned) { addPattern(list, line); });
     storedPath = kept;
     setPartOfSPType();
 }
@@ -104,7 +106,7 @@ void PosTables::setPublicPartOfSPPath(char const* path) {
     publicPath_.clear();
     public_.clear();
     if (path == nullptr) return;
-    readList(kept, [&](std::string_view line, unsigned number) {
+    readList(kept, nullptr, [&](std::string_view line, unsigned number) {
         PosName const pattern = splitPublicPattern(line);
         if (pattern.head.empty()) throw illegal_format(kept + ":" + std::to_string(number));
         public_.add(pattern);

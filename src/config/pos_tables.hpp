@@ -41,10 +41,10 @@ public:
     /// recomputes the type masks; null empties them.
     void setPartOfSP(ConnTable const* table);
 
-    /// List files; null clears path and list, so that the defaults (number and
+    /// List files, or @p text with @p path as its name; null clears path and list, so that the defaults (number and
     /// major) come back at the next rebuild. Throws file_not_found, and
     /// illegal_format (path:line) for a public line without head.
-    void setNumberPartOfSPPath(char const* path);
+    void setNumberPartOfSPPath(char const* path, std::string_view const* text = nullptr);
     void setMajorPartOfSPPath(char const* path);
     void setPublicPartOfSPPath(char const* path);
     std::string const& numberPath() const noexcept { return numberPath_; }
@@ -79,7 +79,7 @@ public:
     bool isReducable(std::uint16_t pid) const noexcept { return (type(pid) & 0x7FU) != 0; }
 
 private:
-    void setList(PatternList& list, std::string& storedPath, char const* path);
+    void setList(PatternList& list, std::string& storedPath, char const* path, std::string_view const* text = nullptr);
     void setPartOfSPType();
     std::uint8_t typeOf(PosName const& name) const;
 

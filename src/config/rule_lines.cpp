@@ -27,9 +27,9 @@ bool takeUtf8Mark(std::string_view& firstLine) {
     return hasMark || saysUtf8(firstLine);
 }
 
-std::vector<RuleLine> readRuleLines(std::string const& path) {
+std::vector<RuleLine> readRuleLines(std::string const& path, std::string_view const* given) {
     std::vector<RuleLine> lines;
-    LineFile file(path);
+    LineFile file(path, given);
     bool isUtf8 = false;
     for (bool isFirst = true; file.next(); isFirst = false) {
         std::string_view text = file.line();

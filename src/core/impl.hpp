@@ -25,6 +25,9 @@ struct TAVO_HIDDEN Tavo::Impl {
     /// Sets an integer mode; the results of the last analysis are dropped first.
     void setMode(Mode mode, int value);
 
+    /// Uses @p table and the dictionaries that fit it, which belong to the caller, in place of those attached.
+    void attach(ConnTable const& table, std::vector<Dic const*> const& dics);
+
     // Stages of an analysis.
     int analyzeText(std::string_view text, bool nBest);
     /// The same with a text that nobody else keeps.
@@ -65,7 +68,8 @@ struct TAVO_HIDDEN Tavo::Impl {
 
     /// The forms of a sentence's morphemes, one behind the other.
     std::string joinedForms(Sentence const& found);
-
+    /// Applies those keys of an init file at @p path that name no files, in their fixed order.
+    void applySettings(Tavo& tavo, InitValues const& values, std::string const& path);
     /// Applies the keys of an init file at @p path in their fixed order. What they do not name lies in @p folder.
     void applyInitFile(Tavo& tavo, InitValues const& values, std::string const& path, std::string const& folder);
     void applyMode(InitValues const& values, ModeInfo const& info, std::string const& path);

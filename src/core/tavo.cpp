@@ -38,7 +38,7 @@ Tavo::~Tavo() {
     impl_.reset();  // releases the dictionaries under the lock
 }
 
-void Tavo::readyForThread() { sharedPools().readyForThread(); }
+void Tavo::readyForThread() {}
 void Tavo::dispose() { sharedPools().dispose(); }
 
 Tavo::operator bool() const {
@@ -67,6 +67,15 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     comments = std::move(commentRules);
     context.dics = std::move(dics);
     context.connTable = other.context.connTable;
+}
+
+void Tavo::Impl::attach(ConnTable const& table, std::vector<Dic const*> const& dics) {
+    dropInput();
+    context.dics.offDic();
+    for (Dic const* const dic : dics) context.dics.add(*dic, &table);
+    context.settings.connTablePath = table.path();
+    context.connTable = &table;
+    context.pos.setPartOfSP(&table);
 }
 
 int Tavo::setErrorWhat(int code, std::string text) const {

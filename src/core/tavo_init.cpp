@@ -97,11 +97,7 @@ void applyPaths(Tavo& tavo, InitValues const& values, std::string const& table) 
 
 }  // namespace
 
-void Tavo::Impl::applyInitFile(Tavo& tavo, InitValues const& values, std::string const& path,
-                               std::string const& folder) {
-    // The order of the steps is part of the contract: modes before the
-    // dictionaries that they steer, dictionaries before the rules, and the
-    // connection table last, so that it resolves every name.
+void Tavo::Impl::applySettings(Tavo& tavo, InitValues const& values, std::string const& path) {
     for (ModeInfo const& info : kModes) {
         applyMode(values, info, path);
         if (info.mode != Mode::DeleteCRLF) continue;
@@ -111,7 +107,14 @@ void Tavo::Impl::applyInitFile(Tavo& tavo, InitValues const& values, std::string
     applyStrings(context.settings, values);
     if (values.contains("ExtCombine")) hasResult = false;
     applyCombines(tavo, context.settings, values);
+}
 
+void Tavo::Impl::applyInitFile(Tavo& tavo, InitValues const& values, std::string const& path,
+                               std::string const& folder) {
+    // The order of the steps is part of the contract: modes before the
+    // dictionaries that they steer, dictionaries before the rules, and the
+    // connection table last, so that it resolves every name.
+    applySettings(tavo, values, path);
     bool const memoryMapped = context.settings.mode(Mode::MemoryMapped) == 1;
     auto const dics = values.find("Dic");
     if (dics == values.end())

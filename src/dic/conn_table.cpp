@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace TAVO {
 namespace {
@@ -28,6 +29,13 @@ ConnTable::ConnTable(bool flag, char const* path)
     : flag_(flag),
       path_(path != nullptr ? path : throw std::invalid_argument("INVALID_ARGUMENT: ConnTable::ConnTable()")) {
     parse(read());
+}
+
+ConnTable::ConnTable(std::span<unsigned char const> bytes, std::string name) : flag_(false), path_(std::move(name)) {
+    if (bytes.empty()) throw illegal_format(path_);
+    bytes_ = makeTableBlock(bytes.size());
+    std::memcpy(bytes_.get(), bytes.data(), bytes.size());
+    parse(bytes.size());
 }
 
 /// Reads the whole file; its size.

@@ -32,6 +32,8 @@ public:
     /// illegal_format for a file that is cut short or holds an index outside
     /// its matrix. @p flag is kept and not used.
     ConnTable(bool flag, char const* path);
+    /// The same from a file's @p bytes, which are copied; @p name stands for the path.
+    ConnTable(std::span<unsigned char const> bytes, std::string name);
 
     std::string const& path() const noexcept { return path_; }
     /// The whole file as it was read.

@@ -5,10 +5,13 @@
 #include "base/bytes.hpp"
 
 #include <cstring>
+#include <utility>
 
 namespace TAVO {
 
 Dic::Dic(bool memoryMapped, char const* path) : image_(memoryMapped, path) { derive(); }
+
+Dic::Dic(std::span<unsigned char const> bytes, std::string name) : image_(bytes, std::move(name)) { derive(); }
 
 void Dic::derive() {
     unsigned char const* const bytes = image_.data();

@@ -28,6 +28,8 @@ public:
     /// invalid_argument "INVALID_ARGUMENT: Dic::Dic()" for null, file_not_found,
     /// illegal_format, invalid_dictionary_version, invalid_dictionary_char_type.
     Dic(bool memoryMapped, char const* path);
+    /// The same from a file's @p bytes, which must stay; @p name stands for the path.
+    Dic(std::span<unsigned char const> bytes, std::string name);
 
     /// Differs from that of every other table and dictionary, and changes with release() and takeBack().
     std::uint64_t serial() const noexcept { return serial_; }

@@ -86,6 +86,17 @@ void DicSet::addDicPath(char const* pathSpec, bool memoryMapped, ConnTable const
     ++sharedPools().DIC_USED[entries_.back().dic];
 }
 
+void DicSet::add(Dic const& dic, ConnTable const* table) {
+    if (dic.trie() == nullptr) throw illegal_format(dic.path());
+    if (dic.charType() != Dic::kShiftJis) throw not_adaptable(dic.path() + ": Missmatch Char Type");
+    if (table != nullptr && !checkAdaptable(*table, dic)) throw not_adaptable(table->path() + ": " + dic.path());
+    DicEntry added;
+    added.dic = &dic;
+    added.path = dic.path();
+    added.memoryMapped = dic.memoryMapped();
+    entries_.push_back(std::move(added));
+}
+
 DicEntry& DicSet::entry(int index, char const* operation) {
     return const_cast<DicEntry&>(std::as_const(*this).entry(index, operation));
 }

@@ -47,6 +47,8 @@ public:
     std::vector<DicEntry> const& entries() const noexcept { return entries_; }
 
     void addDicPath(char const* pathSpec, bool memoryMapped, ConnTable const* table);
+    /// Adds a dictionary that belongs to the caller, who keeps it as long as this set and its copies.
+    void add(Dic const& dic, ConnTable const* table);
     int getDicCount() const noexcept { return static_cast<int>(entries_.size()); }
     int getDicIndex(char const* path) const;
     char const* getDicPath(int index) const;

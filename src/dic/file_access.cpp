@@ -205,8 +205,16 @@ LineReader::LineReader(int handle, std::size_t capacity)
       buffer_(new char[kBufferBytes]),
       line_(new char[capacity_]) {}
 
+LineReader::LineReader(std::string_view text) : LineReader(-1) { text_ = text; }
+
 bool LineReader::fill() {
-    std::int64_t const got = FileRead(handle_, buffer_.get(), kBufferBytes);
+    std::int64_t got = 0;
+    if (handle_ >= 0) {
+        got = FileRead(handle_, buffer_.get(), kBufferBytes);
+    } else {
+        got = static_cast<std::int64_t>(text_.copy(buffer_.get(), kBufferBytes));
+        text_.remove_prefix(static_cast<std::size_t>(got));
+    }
     failed_ = got < 0;
     bufferPos_ = 0;
     bufferEnd_ = got > 0 ? static_cast<std::size_t>(got) : 0;

@@ -75,6 +75,8 @@ public:
     static constexpr std::size_t kCapacity = 4096;
 
     explicit LineReader(int handle, std::size_t capacity = kCapacity);
+    /// Reads @p text, which must stay, instead of a file.
+    explicit LineReader(std::string_view text);
 
     /// Steps to the next line; false at the end of the file or on a read error.
     bool next();
@@ -94,6 +96,7 @@ private:
 
     int handle_;
     std::size_t capacity_;
+    std::string_view text_;  // in the place of a file
     std::unique_ptr<char[]> buffer_;
     std::unique_ptr<char[]> line_;
     std::size_t bufferPos_ = 0;

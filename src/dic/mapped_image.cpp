@@ -7,6 +7,7 @@
 
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 namespace TAVO {
 namespace {
@@ -24,6 +25,11 @@ MappedImage::MappedImage(bool memoryMapped, char const* path)
     } else {
         read();
     }
+}
+
+MappedImage::MappedImage(std::span<unsigned char const> bytes, std::string name)
+    : image_(bytes.data()), path_(std::move(name)), length_(bytes.size()), memoryMapped_(false) {
+    if (bytes.empty() || bytes.size() > static_cast<std::size_t>(kMostBytes)) throw illegal_format(path_);
 }
 
 MappedImage::~MappedImage() { release(); }

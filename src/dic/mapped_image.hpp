@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace TAVO {
@@ -18,6 +19,8 @@ public:
     /// runtime_error ("OVERFLOW_MMAP_DESCRIPTOR:", "ILLEGAL_FILE_DESCRIPTOR:"),
     /// bad_alloc.
     MappedImage(bool memoryMapped, char const* path);
+    /// The caller's @p bytes, which stay as long as this object; @p name stands for the path.
+    MappedImage(std::span<unsigned char const> bytes, std::string name);
     ~MappedImage();
     MappedImage(MappedImage const&) = delete;
     MappedImage& operator=(MappedImage const&) = delete;

@@ -21,13 +21,10 @@ struct SharedPools {
     std::map<std::string, std::unique_ptr<ConnTable const>> CONN_TABLE_POOL;
     IndexPool indexes;
     unsigned int ObjectCount = 0;
-    /// The lock over all of the above; absent until readyForThread().
-    std::unique_ptr<std::recursive_mutex> CriticalSection;
-    bool HasCS = false;
+    /// The lock over all of the above.
+    std::recursive_mutex CriticalSection;
 
-    /// Creates the lock once.
-    void readyForThread();
-    /// Frees everything pooled, then the lock.
+    /// Frees everything pooled.
     void dispose();
     /// Loads a dictionary that is not pooled yet. Once all places for mapped files are
     /// taken, the mapped dictionaries that nobody uses leave the pool. The lock is held.
@@ -38,10 +35,10 @@ struct SharedPools {
 
 SharedPools& sharedPools();
 
-/// Holds the process-wide lock for a scope when it exists, else does nothing.
+/// Holds the process-wide lock for a scope.
 class PoolLock {
 public:
-    PoolLock();
+    PoolLock() : lock_(sharedPools().CriticalSection) {}
 
 private:
     std::unique_lock<std::recursive_mutex> lock_;

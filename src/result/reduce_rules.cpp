@@ -81,12 +81,12 @@ std::string parseRule(std::string_view line, ReduceRule& rule) {
 
 }  // namespace
 
-void ReduceRules::load(char const* path) {
+void ReduceRules::load(char const* path, std::string_view const* text) {
     std::string const kept = path == nullptr ? "" : path;
     std::vector<ReduceRule> rules;
     PhraseRules phrases;
     if (path != nullptr) {
-        for (RuleLine const& read : readRuleLines(kept)) {
+        for (RuleLine const& read : readRuleLines(kept, text)) {
             std::string_view const line = strip(read.text);
             std::string cause;
             if (PhraseRules::isPhraseRule(line)) {

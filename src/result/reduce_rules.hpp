@@ -2,6 +2,7 @@
 #ifndef TAVO_RESULT_REDUCE_RULES_HPP
 #define TAVO_RESULT_REDUCE_RULES_HPP
 
+#include "base/bytes.hpp"
 #include "config/pos_tables.hpp"
 #include "config/settings.hpp"
 #include "engine/path_store.hpp"
@@ -37,12 +38,18 @@ public:
 
     /// Replaces the rules by those of @p path; null clears them. Throws
     /// file_not_found, and illegal_format (path:line:cause), after which the
-    /// earlier rules stay.
-    void load(char const* path);
+    /// earlier rules stay. A @p text that is not null is taken instead of the file's, and @p path is its name.
+    void load(char const* path, std::string_view const* text = nullptr);
     bool empty() const noexcept { return rules_.empty() && phrases_.empty(); }
     /// The rules over sequences of parts of speech.
     PhraseRules const& phrases() const noexcept { return phrases_; }
     std::string const& path() const noexcept { return path_; }
+
+    /// Two bytes that stand for a whole word: no run takes it in.
+    void setWholeWord(char const* bytes) noexcept { whole_ = loadU16(asBytes(bytes)); }
+    bool isWholeWord(std::string_view form) const noexcept {
+        return whole_ != 0 && form.size() == 2 && loadU16(asBytes(form.data())) == whole_;
+    }
 
     /// Resolves the rules for the ids of @p pos; cheap when nothing changed.
     void bind(PosTables const& pos, Settings const& settings);
@@ -80,6 +87,7 @@ private:
     Membership membershipOfPair(PendingWord const& word, std::uint32_t known) const;
 
     std::string path_;
+    std::uint16_t whole_ = 0;
     std::vector<ReduceRule> rules_;
     PhraseRules phrases_;
     std::vector<Membership> ids_;            // by id: rule number, and kFollows
@@ -109,6 +117,8 @@ public:
     void append(ReduceRules::Membership membership, std::string_view form, Value&& value) {
         if (rule_ == ReduceRules::kNone && membership == ReduceRules::kNone)
             out_.emplace_back(std::forward<Value>(value));
+        else if (rules_.isWholeWord(form))
+            appendAlone(Item(std::forward<Value>(value)));
         else
             appendToRun(membership, form, std::forward<Value>(value));
     }

@@ -4,6 +4,7 @@
 
 #include <tavo/tokenizer.hpp>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,15 @@ namespace TAVO {
 /// True for characters without a place of their own: combining marks, joiners,
 /// variation selectors.
 bool isZeroWidth(char32_t character) noexcept;
+
+/// Columns of a terminal: true for characters that take two.
+bool isWide(char32_t character) noexcept;
+
+/// The number of the script that a letter belongs to (text/unicode_tables.hpp); 0 for what is no letter.
+std::uint8_t letterScript(char32_t character) noexcept;
+/// The one character that two are together; 0 when there is none.
+char32_t composed(char32_t first, char32_t second) noexcept;
+char32_t smallLetter(char32_t character) noexcept;
 
 CharacterKind kindOf(char32_t character) noexcept;
 /// That of the first character of UTF-8 @p text.

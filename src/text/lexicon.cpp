@@ -7,27 +7,25 @@
 
 namespace TAVO {
 
-namespace {
-
-std::shared_ptr<LexiconVersion const> makeVersion(std::string path, LexiconOptions const& options) {
-    static std::once_flag ready;
-    std::call_once(ready, &Tavo::readyForThread);
-    return std::make_shared<LexiconVersion const>(std::move(path), options);
-}
-
-}  // namespace
-
 Lexicon::Lexicon(std::shared_ptr<LexiconVersion const> version) : version_(std::move(version)) {}
 
-Lexicon Lexicon::open(LexiconOptions const& options) { return Lexicon(makeVersion({}, options)); }
+Lexicon Lexicon::open(LexiconOptions const& options) {
+    return Lexicon(std::make_shared<LexiconVersion const>(std::string(), options));
+}
 
 Lexicon Lexicon::open(std::string const& path, LexiconOptions const& options) {
     if (path.empty()) throw std::invalid_argument("INVALID_ARGUMENT: Lexicon::open(): the path is empty");
-    return Lexicon(makeVersion(path, options));
+    return Lexicon(std::make_shared<LexiconVersion const>(path, options));
 }
 
-Lexicon Lexicon::reloaded() const { return Lexicon(makeVersion(version_->path(), version_->options())); }
+Lexicon Lexicon::open(std::span<LexiconFile const> files, LexiconOptions const& options) {
+    if (files.empty()) throw std::invalid_argument("INVALID_ARGUMENT: Lexicon::open(): no files");
+    return Lexicon(std::make_shared<LexiconVersion const>(files, options));
+}
+
+Lexicon Lexicon::reloaded() const { return Lexicon(version_->reloaded()); }
 
 std::string const& Lexicon::path() const noexcept { return version_->path(); }
+std::string Lexicon::fingerprint() const { return version_->fingerprint(); }
 
 }  // namespace TAVO

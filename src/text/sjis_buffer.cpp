@@ -4,6 +4,7 @@
 #include "base/cp932_tables.hpp"
 #include "base/utf8.hpp"
 #include "text/characters.hpp"
+#include "text/unicode_tables.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -21,17 +22,79 @@ void storeCode(char* out, std::uint16_t code) noexcept {
     out[1] = static_cast<char>(code >> 8);
 }
 
-/// The kana that @p kana and a combining mark (U+3099 voiced, U+309A
-/// semi-voiced) show together; 0 when they do not combine, as with any other mark.
-char32_t voicedKana(char32_t kana, char32_t mark) noexcept {
-    if (mark != 0x3099 && mark != 0x309A) return 0;
-    if (kana == 0x30A6 && mark == 0x3099) return 0x30F4;  // the katakana U; hiragana has no such character here
-    char32_t const hiragana = kana >= 0x30A1 && kana <= 0x30F6 ? kana - 0x60 : kana;
-    bool const haRow = hiragana >= 0x306F && hiragana <= 0x307B && (hiragana - 0x306F) % 3 == 0;
-    bool const kaToTi = hiragana >= 0x304B && hiragana <= 0x3061 && hiragana % 2 == 1;
-    bool const tuToTo = hiragana >= 0x3064 && hiragana <= 0x3068 && hiragana % 2 == 0;
-    if (mark == 0x3099) return haRow || kaToTi || tuToTo ? kana + 1 : 0;
-    return haRow ? kana + 2 : 0;
+std::uint16_t codeOf(char32_t character) noexcept {
+    return character < 0x10000 ? kCp932FromUnicode[character] : std::uint16_t{0};
+}
+
+/// What @p character with the mark @p mark behind it is looked up as; 0 where the mark is passed over.
+char32_t lookedUpAs(char32_t character, char32_t mark) noexcept {
+    char32_t const together = composed(character, mark);
+    if (together == 0 || codeOf(together) != 0) return together;
+    std::uint8_t const script = letterScript(together);
+    return script > kScriptHiragana ? together : U'\0';
+}
+
+bool isRegional(char32_t c) noexcept { return c >= 0x1F1E6 && c <= 0x1F1FF; }
+bool isSkinTone(char32_t c) noexcept { return c >= 0x1F3FB && c <= 0x1F3FF; }
+constexpr char32_t kJoiner = 0x200D, kKeycap = 0x20E3;
+
+/// Steps over UTF-8 from character to character.
+struct Utf8Cursor {
+    char const* begin;
+    char const* at;
+    char const* end;
+
+    /// The character here; not valid at the end.
+    Utf8Char next() const noexcept {
+        return at == end ? Utf8Char{0, 0, false} : decodeUtf8({at, static_cast<std::size_t>(end - at)});
+    }
+    /// The one before; not valid at the beginning and behind bytes that are no UTF-8.
+    Utf8Char before() const noexcept {
+        constexpr std::ptrdiff_t kMostBytes = 4;
+        for (std::ptrdiff_t back = 1; back <= kMostBytes && back <= at - begin; ++back) {
+            if ((static_cast<unsigned char>(at[-back]) & 0xC0U) == 0x80) continue;
+            Utf8Char const c = decodeUtf8({at - back, static_cast<std::size_t>(back)});
+            return c.bytes == back ? c : Utf8Char{0, 1, false};
+        }
+        return {0, 0, false};
+    }
+};
+
+/// The beginning of the word of letters of @p script, with their marks, that ends at @p from.
+char const* wordStart(Utf8Cursor from, std::uint8_t script) noexcept {
+    char const* start = from.at;
+    for (Utf8Char c = from.before(); c.valid; c = from.before()) {
+        from.at -= c.bytes;
+        if (letterScript(c.character) == script)
+            start = from.at;
+        else if (!isZeroWidth(c.character))
+            break;
+    }
+    return start;
+}
+
+/// The end of the word of letters of @p script, with their marks, that goes on at @p from.
+char const* wordEnd(Utf8Cursor from, std::uint8_t script) noexcept {
+    for (Utf8Char c = from.next(); c.valid; c = from.next()) {
+        if (letterScript(c.character) != script && !isZeroWidth(c.character)) break;
+        from.at += c.bytes;
+    }
+    return from.at;
+}
+
+/// The end of the sequence that begins with the symbol @p symbol before @p from: skin tones, what is joined, the
+/// second half of a flag.
+char const* sequenceEnd(Utf8Cursor from, char32_t symbol) noexcept {
+    if (Utf8Char const c = from.next(); isRegional(symbol) && c.valid && isRegional(c.character)) from.at += c.bytes;
+    bool joins = false;
+    for (Utf8Char c = from.next(); c.valid; c = from.next()) {
+        CharacterKind const kind = kindOf(c.character);
+        bool const joined = joins && (kind == CharacterKind::Emoji || (kind == CharacterKind::Symbol && c.bytes > 1));
+        if (!joined && !isZeroWidth(c.character) && !isSkinTone(c.character)) break;
+        joins = c.character == kJoiner;
+        from.at += c.bytes;
+    }
+    return from.at;
 }
 
 }  // namespace
@@ -44,6 +107,28 @@ struct SjisBuffer::Cursor {
     char* start;       // of the text in the bytes
     char* out;
     std::uint32_t* offset;
+    char const* begin;              // of the text
+    char const* wordEnd = nullptr;  // where the last word of characters that code page 932 lacks ends
+    std::uint8_t wordScript = 0;    // and its script
+
+    Utf8Cursor utf8() const noexcept { return {begin, in, end}; }
+    std::uint32_t positionOf(char const* place) const noexcept { return static_cast<std::uint32_t>(place - zero); }
+    /// Takes back what was put for the characters from @p place on, of which there are some.
+    void takeBack(char const* place) noexcept {
+        std::uint32_t const position = positionOf(place);
+        std::size_t bytes = 1;  // the first one there; the one before may have the same offset
+        while (offset[-static_cast<std::ptrdiff_t>(bytes)] > position) ++bytes;
+        out -= bytes;
+        offset -= bytes;
+    }
+    /// One character for all from @p place to where the reading stands.
+    void putUnknown(char const* place) noexcept {
+        std::memcpy(out, kUnknownCharacter, 2);
+        offset[0] = positionOf(place);
+        offset[1] = position();
+        out += 2;
+        offset += 2;
+    }
 
     std::uint32_t position() const noexcept { return static_cast<std::uint32_t>(in - zero); }
     void put(char byte, std::uint32_t position) noexcept {
@@ -82,8 +167,8 @@ SjisBuffer::Range SjisBuffer::add(std::string_view utf8, std::uint32_t base) {
     if (capacity_ < size_ + 1 + utf8.size() + kRoom) grow(size_ + 1 + utf8.size());
     if (size_ != 0) bytes_[size_++] = '\n';  // its offset is the end of the text before
     std::size_t const begin = size_;
-    Cursor at{utf8.data(),          utf8.data() + utf8.size(), utf8.data() - base,
-              bytes_.get() + begin, bytes_.get() + begin,      offsets_.get() + begin};
+    Cursor at{utf8.data(),          utf8.data() + utf8.size(), utf8.data() - base, bytes_.get() + begin,
+              bytes_.get() + begin, offsets_.get() + begin,    utf8.data()};
     while (at.end - at.in >= 4) {
         std::uint32_t const w = loadU32(asBytes(at.in));
         if ((w & 0x00C0C0F0U) == 0x008080E0U) {
@@ -112,14 +197,6 @@ SjisBuffer::Range SjisBuffer::add(std::string_view utf8, std::uint32_t base) {
     }
     while (at.in != at.end) convertRare(at);
     std::uint32_t const end = at.position();
-    if (at.out == at.start && !utf8.empty()) {
-        // Nothing but characters that belong to a neighbour, and no neighbour.
-        std::memcpy(at.out, kUnknownCharacter, 2);
-        at.offset[0] = base;
-        at.out += 2;
-        at.offset += 2;
-        at.offset[-1] = end;
-    }
     *at.offset = end;
     offsets_[begin] = base;
     size_ = static_cast<std::size_t>(at.out - bytes_.get());
@@ -128,28 +205,89 @@ SjisBuffer::Range SjisBuffer::add(std::string_view utf8, std::uint32_t base) {
 
 /// Any character.
 void SjisBuffer::convertRare(Cursor& at) {
-    Utf8Char const c = decodeUtf8({at.in, static_cast<std::size_t>(at.end - at.in)});
+    Utf8Char const c = at.utf8().next();
     std::uint32_t const position = at.position();
-    at.in += c.bytes;
     if (!c.valid) {
+        ++at.in;
         ++invalidBytes_;
         return at.put(kInvalidByte, position);
     }
-    if (c.character < 0x80) return at.put(static_cast<char>(c.character), position);
-    if (isZeroWidth(c.character)) {
-        skips_ = true;
-        bool const afterTwoBytes = at.out - at.start >= 2 && at.offset[-1] == position;
-        if (!afterTwoBytes) return;
-        at.offset[-1] = position + c.bytes;
-        auto const* const last = asBytes(at.out) - 2;
-        char32_t const joined = voicedKana(kUnicodeFromCp932[(last[0] & 0x7FU) * 0x100U + last[1]], c.character);
-        if (joined != 0) storeCode(at.out - 2, kCp932FromUnicode[joined]);
-        return;
+    std::uint16_t const code = codeOf(c.character);
+    if (code == 0 && c.character != 0) {
+        if (isZeroWidth(c.character)) return convertMark(at, c);
+        char const* const start = at.in;
+        at.in += c.bytes;
+        return convertUnknown(at, c.character, start);
     }
-    std::uint16_t const code = c.character < 0x10000 ? kCp932FromUnicode[c.character] : std::uint16_t{0};
-    if (code != 0 && code < kFirstTwoByteCode) return at.put(static_cast<char>(code), position);
+    at.in += c.bytes;
+    if (code < kFirstTwoByteCode) return at.put(static_cast<char>(code), position);
     at.put(code, position, position + c.bytes);
-    if (code == 0) std::memcpy(at.out - 2, kUnknownCharacter, 2);
+}
+
+/// Marks at the beginning of a line belong to what comes behind them, or are all there is.
+void SjisBuffer::convertLeadingMarks(Cursor& at) {
+    char const* const start = at.in;
+    for (Utf8Char c = at.utf8().next(); c.valid && isZeroWidth(c.character); c = at.utf8().next()) at.in += c.bytes;
+    if (at.in == at.end || *at.in == '\n' || *at.in == '\r') at.putUnknown(start);
+}
+
+/// A mark or another character that belongs to the one before it.
+void SjisBuffer::convertMark(Cursor& at, Utf8Char const& mark) {
+    skips_ = true;
+    if (at.out == at.start || at.out[-1] == '\n' || at.out[-1] == '\r') return convertLeadingMarks(at);
+    Utf8Cursor behind = at.utf8();
+    Utf8Char before = behind.before();
+    for (; before.valid && isZeroWidth(before.character); before = behind.before()) behind.at -= before.bytes;
+    char const* const start = behind.at - before.bytes;
+    std::uint32_t const position = at.position();
+    bool const inWord = at.in == at.wordEnd;
+    at.in += mark.bytes;
+    if (before.valid && !inWord) {
+        if (mark.character == kKeycap) {
+            at.takeBack(start);
+            return at.putUnknown(start);
+        }
+        if (char32_t const together = lookedUpAs(before.character, mark.character); together != 0) {
+            std::uint16_t const code = codeOf(together);
+            at.takeBack(start);
+            if (code == 0) return convertUnknown(at, together, start);
+            return at.put(code, at.positionOf(start), at.position());
+        }
+    }
+    bool const afterTwoBytes = at.out - at.start >= 2 && at.offset[-1] == position;
+    if (afterTwoBytes) at.offset[-1] = at.position();
+    if (inWord) at.wordEnd = at.in;
+}
+
+/// A character that code page 932 lacks, which stands from @p start to where the reading stands.
+void SjisBuffer::convertUnknown(Cursor& at, char32_t character, char const* start) {
+    char const* const first = start;
+    std::uint8_t const script = letterScript(character);
+    char const* const from = at.in;
+    if (script == 0) {
+        at.in = sequenceEnd(at.utf8(), character);
+    } else if (script > kScriptHiragana) {
+        start = wordStart({at.begin, start, at.end}, script);
+        at.in = wordEnd(at.utf8(), script);
+    } else if (script == at.wordScript && at.wordEnd != nullptr) {
+        // Han: one character that the code page has may stand between two that it lacks.
+        Utf8Cursor const here{at.begin, start, at.end};
+        Utf8Char const between = here.before();
+        bool const joins =
+            at.wordEnd == start || (script == kScriptHan && between.valid && at.wordEnd == start - between.bytes &&
+                                    letterScript(between.character) == script);
+        if (joins) {
+            if (at.wordEnd != start) at.takeBack(at.wordEnd);
+            at.offset[-1] = at.position();
+            at.wordEnd = at.in;
+            return;
+        }
+    }
+    if (at.in != from) skips_ = true;  // some of it may be marks
+    if (start != first) at.takeBack(start);
+    at.putUnknown(start);
+    at.wordEnd = at.in;
+    at.wordScript = script;
 }
 
 std::string_view withoutSkipped(std::string_view text, std::string& scratch) {
@@ -159,15 +297,14 @@ std::string_view withoutSkipped(std::string_view text, std::string& scratch) {
     std::size_t lastAt = 0;  // of the last character in scratch
     while (!rest.empty()) {
         Utf8Char const c = decodeUtf8(rest);
-        if (!c.valid || !isZeroWidth(c.character)) {
+        if (!c.valid || c.character < 0x80 || !isZeroWidth(c.character) || letterScript(c.character) != 0) {
             last = c.valid ? c.character : 0;
             lastAt = scratch.size();
             scratch += rest.substr(0, c.bytes);
-        } else if (char32_t const joined = voicedKana(last, c.character); joined != 0) {
-            constexpr std::size_t kKanaBytes = 3;
-            scratch.resize(lastAt + kKanaBytes);
-            putUtf8(scratch.data() + lastAt, joined);
-            last = 0;
+        } else if (char32_t const together = lookedUpAs(last, c.character); together != 0) {
+            scratch.resize(lastAt + 4);
+            scratch.resize(static_cast<std::size_t>(putUtf8(scratch.data() + lastAt, together) - scratch.data()));
+            last = together;
         }
         rest.remove_prefix(c.bytes);
     }

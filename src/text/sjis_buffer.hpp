@@ -2,6 +2,8 @@
 #ifndef TAVO_TEXT_SJIS_BUFFER_HPP
 #define TAVO_TEXT_SJIS_BUFFER_HPP
 
+#include "base/utf8.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -12,17 +14,19 @@ namespace TAVO {
 
 /// Texts in the bytes that are analysed, one behind the other with a line break between them.
 ///
-/// - A character that code page 932 lacks is analysed as one character that no
-///   dictionary has.
+/// - Letters that code page 932 lacks are analysed, with the letters of their script and the marks beside them, as
+///   one character that no dictionary has. Chinese characters that it lacks take at most one between two of them in,
+///   hiragana none.
+/// - So is any other character that it lacks, with what belongs to it: the parts of a joined emoji, skin tones, the
+///   second half of a flag.
 /// - A byte that is not UTF-8 is analysed as one control character.
-/// - Variation selectors, joiners and combining marks are skipped. They belong to the character
-///   before them (at the start of the text: behind them); kana followed by a
-///   combining voicing mark are analysed as the one kana that they show.
+/// - Other marks, joiners and variation selectors are skipped. They belong to the character before them (at the
+///   start of a line: behind them; alone in one they are like what the code page lacks). A character and a mark that are one character together are analysed as that.
 ///
 /// Memory grows to what was needed most, and stays.
 class SjisBuffer {
 public:
-    /// The character that stands for every character that code page 932 lacks.
+    /// The character that stands for a word of characters that code page 932 lacks.
     /// No word begins with its second byte, so no word is found inside it.
     static constexpr char kUnknownCharacter[] = "\xF0\x80";
     /// Stands for a byte that is not UTF-8.
@@ -60,6 +64,9 @@ private:
     struct Cursor;
     void grow(std::size_t bytes);
     void convertRare(Cursor& at);
+    void convertLeadingMarks(Cursor& at);
+    void convertMark(Cursor& at, Utf8Char const& mark);
+    void convertUnknown(Cursor& at, char32_t character, char const* start);
 
     std::size_t size_ = 0, capacity_ = 0;
     bool skips_ = false;

@@ -4,6 +4,7 @@
 
 #include "text/lexicon_version.hpp"
 #include "text/sjis_buffer.hpp"
+#include "text/tagged_line.hpp"
 #include "text/word_table.hpp"
 
 #include <tavo/tokenizer.hpp>
@@ -23,6 +24,8 @@ public:
     TokenTable(std::shared_ptr<LexiconVersion const> version, TokenizerOptions const& options);
 
     void tokenize(std::span<std::string_view const> texts);
+    void tokenizeNBest(std::string_view text, int n);
+    void tokenizeTagged(std::string_view text);
 
     // The last result. Positions are in bytes of their text.
     std::size_t textCount() const noexcept { return texts_.size(); }
@@ -36,6 +39,11 @@ public:
     std::string_view surface(std::size_t token, std::size_t text) const noexcept {
         return texts_[text].substr(begin_[token], end_[token] - begin_[token]);
     }
+    /// Of N-best, by analysis; else empty.
+    std::vector<std::uint32_t> const& connectionCosts() const noexcept { return connectionCosts_; }
+    std::vector<std::uint32_t> const& wordCosts() const noexcept { return wordCosts_; }
+    /// True when the last text was tagged: text(0) is without its tags.
+    bool isTagged() const noexcept { return isTagged_; }
     /// The number in strings() of a token's text.
     std::uint32_t textId(std::size_t token, std::size_t text, TokenText which);
     StringTable& strings() noexcept { return words_.strings(); }
@@ -61,10 +69,19 @@ private:
     };
 
     void start(std::span<std::string_view const> texts);
+    void addPath(std::vector<Mrph> const& path, Sentence const& sentence, Segment const& segment);
+    void addTaggedLine(std::string_view line);
+    void addToken(std::uint32_t begin, std::uint32_t end, std::uint32_t word) {
+        begin_.push_back(begin);
+        end_.push_back(end);
+        word_.push_back(word);
+    }
+    /// Analyses keep no place in the caller's texts.
+    void finish();
     void addText(std::uint32_t text);
     void analyse();
     void addSentence(Sentence const& sentence, int index, Segment const& segment);
-    void addPieces(std::size_t at, Segment const& segment);
+    void addPieces(Sentence const& sentence, std::size_t at, Segment const& segment);
     void beginTextsUpTo(std::size_t text);
     Positions const& made(Positions& positions, bool utf16);
 
@@ -79,6 +96,11 @@ private:
 
     std::vector<std::string_view> texts_;
     std::vector<std::uint32_t> firstOfText_, begin_, end_, word_;
+    std::vector<std::uint32_t> connectionCosts_, wordCosts_;
+    bool isTagged_ = false;
+    std::string plainText_;
+    LineText line_;
+    TaggedLine taggedLine_;
     Positions characters_, utf16_;
     std::string scratch_;
 };

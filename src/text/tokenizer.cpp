@@ -49,8 +49,10 @@ Tokens::Tokens(TokenTable const* table, std::uint32_t text) noexcept
     : table_(table), first_(table->firstOfText()[text]), end_(table->firstOfText()[text + 1]), text_(text) {}
 
 std::string_view Tokens::text() const noexcept { return table_->text(text_); }
-std::uint32_t Tokens::connectionCost() const noexcept { return 0; }
-std::uint32_t Tokens::wordCost() const noexcept { return 0; }
+std::uint32_t Tokens::connectionCost() const noexcept {
+    return table_->connectionCosts().empty() ? 0 : table_->connectionCosts()[text_];
+}
+std::uint32_t Tokens::wordCost() const noexcept { return table_->wordCosts().empty() ? 0 : table_->wordCosts()[text_]; }
 
 std::size_t TokenLists::size() const noexcept { return table_->textCount(); }
 Tokens TokenLists::operator[](std::size_t index) const noexcept { return {table_, static_cast<std::uint32_t>(index)}; }
@@ -69,6 +71,16 @@ Tokens Tokenizer::tokenize(std::string_view utf8) {
 TokenLists Tokenizer::tokenize(std::span<std::string_view const> texts) {
     table_->tokenize(texts);
     return TokenLists(table_.get());
+}
+
+TokenLists Tokenizer::nBest(std::string_view utf8, int n) {
+    table_->tokenizeNBest(utf8, n);
+    return TokenLists(table_.get());
+}
+
+Tokens Tokenizer::tokenizeTagged(std::string_view utf8) {
+    table_->tokenizeTagged(utf8);
+    return {table_.get(), 0};
 }
 
 Lexicon Tokenizer::lexicon() const { return Lexicon(table_->shared()); }

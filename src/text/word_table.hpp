@@ -67,6 +67,10 @@ public:
     std::uint32_t number(Mrph const& morpheme);
 
     Word const& word(std::uint32_t number) const noexcept { return words_[number]; }
+    /// Gives an annotation the text that was read for it.
+    void setAnnotation(std::uint32_t number, std::string_view text) {
+        words_[number].texts[static_cast<std::size_t>(TokenText::Annotation)] = strings_.add(text);
+    }
     /// The number in strings() of a text of word @p number; kSurface where it is the word itself.
     std::uint32_t text(std::uint32_t number, TokenText which) {
         std::uint32_t const known = words_[number].texts[static_cast<std::size_t>(which)];

@@ -3,6 +3,7 @@
 
 #include <tavo/tavo_text.h>
 
+#include <cstring>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -67,6 +68,34 @@ TEST_F(FlatText, ManyTextsOutliveTheirLexicon) {
     EXPECT_EQ(tokens.first_of_text[2], 1U);
     EXPECT_EQ(tokens.first_of_text[3], 3U);
     EXPECT_EQ(text(tokens.base[1]), "ABC");
+}
+
+TEST_F(FlatText, AnalysesTagsAndLexiconsInMemory) {
+    tokens.size = sizeof tokens;
+    ASSERT_EQ(tavo_tokenize_nbest(tokenizer, "abcd", 4, 2, TAVO_BASE, &tokens, &failure), 0) << failure.text;
+    EXPECT_EQ(tokens.text_count, 2U);
+    EXPECT_EQ(text(tokens.base[0]), "ABC");
+    EXPECT_LE(tokens.connection_cost[0], tokens.connection_cost[1]);
+    EXPECT_EQ(tokens.plain_text, nullptr);
+    char const tagged[] = "<word PartOfSP=\"Verb\">abc</word>";
+    ASSERT_EQ(tavo_tokenize_tagged(tokenizer, tagged, sizeof tagged - 1, TAVO_POS, &tokens, &failure), 0);
+    EXPECT_EQ(std::string(tokens.plain_text, tokens.plain_text_bytes), "abc");
+    EXPECT_EQ(text(tokens.pos[0]), "Verb");
+
+    std::vector<std::vector<std::uint64_t>> blocks;
+    std::vector<tavo_lexicon_file_t> files;
+    for (char const* name : {"SysDic", "ConnTable"}) {
+        std::string const bytes = readFile(dir.file(name));
+        std::memcpy(blocks.emplace_back(bytes.size() / 8 + 1).data(), bytes.data(), bytes.size());
+        files.push_back({name, blocks.back().data(), bytes.size()});
+    }
+    tavo_lexicon_t* const opened = tavo_lexicon_open_memory(files.data(), files.size(), nullptr, &failure);
+    ASSERT_NE(opened, nullptr) << failure.text;
+    char prints[2][17];
+    EXPECT_EQ(tavo_lexicon_fingerprint(opened, prints[0], &failure), 0);
+    EXPECT_EQ(tavo_lexicon_fingerprint(lexicon, prints[1], &failure), 0);
+    EXPECT_STREQ(prints[0], prints[1]);
+    tavo_lexicon_free(opened);
 }
 
 TEST_F(FlatText, Failures) {

@@ -67,6 +67,20 @@ IndexImage IndexImage::own(std::vector<std::uint64_t>&& bytes, std::string_view 
     return image.read(magic) ? std::move(image) : IndexImage();
 }
 
+IndexImage IndexImage::view(std::span<unsigned char const> bytes, std::string_view magic) {
+    if (std::endian::native != std::endian::little) return {};
+    if (reinterpret_cast<std::uintptr_t>(bytes.data()) % sizeof(std::uint64_t) != 0) {
+        if (bytes.size() % sizeof(std::uint64_t) != 0) return {};
+        std::vector<std::uint64_t> copy(bytes.size() / sizeof(std::uint64_t));
+        std::memcpy(copy.data(), bytes.data(), bytes.size());
+        return own(std::move(copy), magic);
+    }
+    IndexImage image;
+    image.bytes_ = bytes.data();
+    image.sizeBytes_ = bytes.size();
+    return image.read(magic) ? std::move(image) : IndexImage();
+}
+
 bool IndexImage::read(std::string_view magic) {
     if (sizeBytes_ < kTableAt || std::memcmp(bytes_, magic.data(), kMagicBytes) != 0) return false;
     std::size_t const count = loadU32(bytes_ + kCountAt);

@@ -42,6 +42,9 @@ public:
     /// The bytes that IndexWriter made.
     static IndexImage own(std::vector<std::uint64_t>&& bytes, std::string_view magic);
 
+    /// The same bytes of the caller's, which must stay; copied where they are not aligned to 8 bytes.
+    static IndexImage view(std::span<unsigned char const> bytes, std::string_view magic);
+
     explicit operator bool() const noexcept { return bytes_ != nullptr; }
     IndexOrigin const& origin() const noexcept { return origin_; }
     std::span<unsigned char const> bytes() const noexcept { return {bytes_, sizeBytes_}; }

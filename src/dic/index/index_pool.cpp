@@ -89,6 +89,29 @@ std::shared_ptr<DicIndex const> IndexPool::dicIndex(Dic const& dic, ConnTable co
     return index = std::move(found);
 }
 
+std::shared_ptr<ConnIndex const> IndexPool::connIndex(ConnTable const& table, std::span<unsigned char const> bytes) {
+    auto found = std::make_shared<ConnIndex const>(IndexImage::view(bytes, ConnIndex::kMagic));
+    IndexOrigin const& origin = found->image().origin();
+    bool const isOurs = found->isSound() && found->rows() == table.rows() + 1U &&
+                        origin.tableBytes == table.bytes().size() && origin.tableStamp == stampOf(table.bytes());
+    if (!isOurs) found = std::make_shared<ConnIndex const>(IndexImage::own(makeConnIndex(table), ConnIndex::kMagic));
+    return tables_[table.serial()] = std::move(found);
+}
+
+std::shared_ptr<DicIndex const> IndexPool::dicIndex(Dic const& dic, ConnTable const& table, ConnIndex const& conn,
+                                                    std::span<unsigned char const> bytes) {
+    auto found = std::make_shared<DicIndex const>(IndexImage::view(bytes, DicIndex::kMagic), conn);
+    IndexOrigin const& origin = found->image().origin();
+    IndexOrigin const& ofTable = conn.image().origin();
+    bool const isOurs = found->isSound() && origin.tableBytes == ofTable.tableBytes &&
+                        origin.tableStamp == ofTable.tableStamp && origin.dicBytes == dic.bytes().size() &&
+                        origin.dicStamp == stampOf(dic.bytes());
+    if (!isOurs)
+        found =
+            std::make_shared<DicIndex const>(IndexImage::own(makeDicIndex(dic, table, conn), DicIndex::kMagic), conn);
+    return dics_[{dic.serial(), table.serial()}] = std::move(found);
+}
+
 void IndexPool::clear() noexcept {
     tables_.clear();
     dics_.clear();
@@ -102,8 +125,11 @@ void IndexPool::renew(Dic const& dic, ConnTable const& table) {
     dics_[{dic.serial(), table.serial()}] = std::make_shared<DicIndex const>(std::move(image), *conn);
 }
 
-void IndexPool::forget(std::uint64_t dicSerial) {
-    std::erase_if(dics_, [dicSerial](auto const& entry) { return entry.first.first == dicSerial; });
+void IndexPool::forget(std::uint64_t serial) {
+    tables_.erase(serial);
+    std::erase_if(dics_, [serial](auto const& entry) {
+        return entry.first.first == serial || entry.first.second == serial;
+    });
 }
 
 void IndexPool::note(std::string const& path, IndexFault fault) {

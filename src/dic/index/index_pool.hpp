@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,11 +35,16 @@ public:
     std::shared_ptr<ConnIndex const> connIndex(ConnTable const& table);
     /// @p conn is the index of @p table.
     std::shared_ptr<DicIndex const> dicIndex(Dic const& dic, ConnTable const& table, ConnIndex const& conn);
+    /// The same where the bytes of index files may stand in memory: @p bytes are used when they are the index of
+    /// these two, and stay as long as the index. Nothing is looked for among the files.
+    std::shared_ptr<ConnIndex const> connIndex(ConnTable const& table, std::span<unsigned char const> bytes);
+    std::shared_ptr<DicIndex const> dicIndex(Dic const& dic, ConnTable const& table, ConnIndex const& conn,
+                                             std::span<unsigned char const> bytes);
     /// Makes the index of @p dic, a dictionary just written, and writes its file anew if there is one; a file that
     /// cannot be written stays, and is stale. Throws bad_alloc.
     void renew(Dic const& dic, ConnTable const& table);
-    /// Drops the indexes of the dictionary with this serial number, which is no more.
-    void forget(std::uint64_t dicSerial);
+    /// Drops the indexes of the dictionary or connection table with this serial number, which is no more.
+    void forget(std::uint64_t serial);
     void clear() noexcept;
 
     /// An index file that was not taken, which costs the time of making the index at every start.

@@ -3,6 +3,7 @@
 #include "lexicon/encoding_guess.hpp"
 
 #include "base/sjis.hpp"
+#include "core/impl.hpp"
 #include "engine/nbest/all_paths.hpp"
 
 #include <cstring>
@@ -30,7 +31,10 @@ BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& o
       nBest_(options.nBest),
       writer_(makeLineWriter(options, analyser_)),
       tagged_(analyser_.getTaggedInputMode() == 1),
-      alone_(nBest_ != 0 || tagged_ || *analyser_.getCommentRulePath() != '\0') {}
+      alone_(nBest_ != 0 || tagged_ || *analyser_.getCommentRulePath() != '\0') {
+    if (encoding_ == Encoding::Utf8)
+        TAVO::TavoAccess::impl(analyser_).reduce.setWholeWord(LineText::kUnknownCharacter);
+}
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
     BlockReport report;

@@ -1,38 +1,12 @@
-// A line of tagged text without its markup.
+// The library's tagged line, by the program's names.
 #ifndef TAVO_TOOL_TAGGED_LINE_HPP
 #define TAVO_TOOL_TAGGED_LINE_HPP
 
-#include "output/line_text.hpp"
-
-#include <tavo/tavo.hpp>
-
-#include <string>
-#include <string_view>
-#include <vector>
+#include "text/tagged_line.hpp"
 
 namespace tool {
 
-/// What the analysis of a tagged line covers, in the order in which it comes
-/// out: the texts of the sentences with their annotations, and sentences that
-/// failed as they were read. Reused from line to line.
-class TaggedLine {
-public:
-    /// @p analyser has analysed the whole of @p line as tagged text. The result
-    /// lives until the next call.
-    LineText const& strip(LineText const& line, TAVO::Tavo& analyser);
-    /// The same without annotations: what positions count in.
-    std::string_view plainText() const noexcept { return plainText_; }
-
-private:
-    void addSentence(LineText const& line, TAVO::Tavo& analyser, int index);
-    void addText(LineText const& line, std::string_view text, std::size_t at);
-    void addPlainText(LineText const& line, std::size_t firstPart);
-
-    LineText stripped_;
-    std::string plainText_;
-    std::vector<LineText::Part> parts_;
-    std::vector<TAVO::Mrph> morphemes_;
-};
+using TAVO::TaggedLine;
 
 }  // namespace tool
 

@@ -1,6 +1,7 @@
-#include "output/line_text.hpp"
+#include "text/line_text.hpp"
 
 #include "base/sjis.hpp"
+#include "base/utf8.hpp"
 #include "cli/utf8.hpp"
 #include "support/testing.hpp"
 
@@ -9,12 +10,12 @@
 namespace {
 
 using namespace TAVO::test;
-using tool::LineText;
+using TAVO::LineText;
 using namespace std::string_literals;
 
 /// A line as the reader hands it over: readable bytes behind it.
 struct PaddedLine {
-    explicit PaddedLine(std::string const& line) : bytes(line + std::string(tool::kPaddingBytes, '\0')) {
+    explicit PaddedLine(std::string const& line) : bytes(line + std::string(TAVO::kPaddingBytes, '\0')) {
         text.assignUtf8(std::string_view(bytes).substr(0, line.size()));
     }
     std::string bytes;
@@ -41,7 +42,22 @@ TEST(LineText, Conversions) {
         {"emoji", "a😀b", "a"s + kUnknown + "b", {0, 1, 5, 5, 6}, 0},
         {"not in the code page", "鷗é", std::string(kUnknown) + kUnknown, {0, 3, 3, 5, 5}, 0},
         {"variation selector", "葛\U000E0100x", "\x8A\x8Bx", {0, 7, 7, 8}, 0},
-        {"combining mark on ASCII", "e\u0301x", "ex", {0, 3, 4}, 0},
+        {"combining mark on ASCII", "1\u0301x", "1x", {0, 3, 4}, 0},
+        {"letters with marks", "xe\u0301x1", kUnknown + "1"s, {0, 5, 5, 6}, 0},
+        {"letter outside among others", "1naïve2", "1"s + kUnknown + "2", {0, 1, 7, 7, 8}, 0},
+        {"behind two bytes", "表ïa表", "\x95\x5C"s + kUnknown + "\x95\x5C", {0, 3, 3, 6, 6, 9, 9}, 0},
+        {"full-width letters", "Ａï", kUnknown, {0, 5, 5}, 0},
+        {"scripts side by side", "éД", std::string(kUnknown) + "\x84\x44", {0, 2, 2, 4, 4}, 0},
+        {"Han around one", "韩国语中", kUnknown + "\x92\x86"s, {0, 9, 9, 12, 12}, 0},
+        {"Han around two", "韩国中语", kUnknown + "\x8D\x91\x92\x86"s + kUnknown, {0, 3, 3, 6, 6, 9, 9, 12, 12}, 0},
+        {"hiragana outside", "あゔい", "\x82\xA0"s + kUnknown + "\x82\xA2", {0, 3, 3, 6, 6, 9, 9}, 0},
+        {"katakana outside", "イㇰー", kUnknown, {0, 9, 9}, 0},
+        {"marks of a script", "กิน", kUnknown, {0, 9, 9}, 0},
+        {"joined emoji", "👩\u200D❤\uFE0F\u200D👩a", kUnknown + "a"s, {0, 20, 20, 21}, 0},
+        {"skin tone", "👍🏽👍", std::string(kUnknown) + kUnknown, {0, 8, 8, 12, 12}, 0},
+        {"flags", "🇯🇵🇯", std::string(kUnknown) + kUnknown, {0, 8, 8, 12, 12}, 0},
+        {"keycap", "21\uFE0F\u20E3", "2"s + kUnknown, {0, 1, 8, 8}, 0},
+        {"mark behind a joiner", "ウ\u200D\u3099", "\x83\x94", {0, 9, 9}, 0},
         {"voiced kana", "か\u3099", "\x82\xAA", {0, 6, 6}, 0},
         {"semi-voiced kana", "ハ\u309A", "\x83\x70", {0, 6, 6}, 0},
         {"voiced u", "ウ\u3099", "\x83\x94", {0, 6, 6}, 0},
@@ -91,7 +107,8 @@ TEST(LineText, EveryCharacterOfTheCodePageIsAnalysedAsItself) {
 TEST(LineText, WhatAnalysisSkipsIsLeftOut) {
     Table<std::string, std::string> const table{
         {"もも", "もも"},
-        {"a\u0301\uFEFFも\u200Bも\uFE0F", "aもも"},
+        {"a\u0301\uFEFFも\u200Bも\uFE0F", "áもも"},
+        {"1\u0301กิน\u200D", "1กิน"},
         {"か\u3099ハ\u309Aウ\u200D\u3099", "がパヴ"},
         {"か\u3099\u3099ま\u3099は\uFE0F", "がまは"},
         {"\xFF\u200D👩\u200D👩", "\xFF👩👩"},
@@ -122,7 +139,7 @@ TEST(LineText, WordsJoinedAreTheLineWhereverItIsCut) {
     LineText text;
     for (int round = 0; round < 20000; ++round) {
         std::string const line = randomLine(random);
-        std::string const padded = line + std::string(tool::kPaddingBytes, '\0');
+        std::string const padded = line + std::string(TAVO::kPaddingBytes, '\0');
         text.assignUtf8(std::string_view(padded).substr(0, line.size()));
         std::size_t const size = text.sjis().size();
         ASSERT_LE(size, line.size()) << testing::PrintToString(line);
@@ -154,7 +171,7 @@ TEST(Utf8, WidthsInColumns) {
     };
     for (auto const& [text, columns, characters] : table) {
         EXPECT_EQ(tool::displayWidth(text), columns) << text;
-        EXPECT_EQ(tool::countCharacters(text), characters) << text;
+        EXPECT_EQ(TAVO::countCharacters(text), characters) << text;
     }
 }
 

@@ -1,4 +1,4 @@
-#include "output/tagged_line.hpp"
+#include "text/tagged_line.hpp"
 
 #include "base/sjis.hpp"
 #include "result/mrph_access.hpp"
@@ -6,9 +6,9 @@
 
 #include <algorithm>
 
-namespace tool {
+namespace TAVO {
 
-LineText const& TaggedLine::strip(LineText const& line, TAVO::Tavo& analyser) {
+LineText const& TaggedLine::strip(LineText const& line, Tavo& analyser) {
     parts_.clear();
     plainText_.clear();
     for (int i = 0; i < static_cast<int>(analyser.getSentenceCount()); ++i) addSentence(line, analyser, i);
@@ -16,7 +16,7 @@ LineText const& TaggedLine::strip(LineText const& line, TAVO::Tavo& analyser) {
     return stripped_;
 }
 
-void TaggedLine::addSentence(LineText const& line, TAVO::Tavo& analyser, int index) {
+void TaggedLine::addSentence(LineText const& line, Tavo& analyser, int index) {
     char const* const lineBegin = line.sjis().data();
     analyser.getResult(morphemes_, index);
     if (morphemes_.empty()) {
@@ -28,20 +28,19 @@ void TaggedLine::addSentence(LineText const& line, TAVO::Tavo& analyser, int ind
         addPlainText(line, parts_.size() - 1);
         return;
     }
-    TAVO::Sentence const& sentence =
-        TAVO::MrphAccess::owner(morphemes_.front())->sentences[static_cast<std::size_t>(index)];
+    Sentence const& sentence = MrphAccess::owner(morphemes_.front())->sentences[static_cast<std::size_t>(index)];
     auto const begin = static_cast<std::size_t>(sentence.given.data() - lineBegin);
     if (!sentence.markup) {
         parts_.push_back({begin, begin + sentence.text.size()});
         addPlainText(line, parts_.size() - 1);
         return;
     }
-    TAVO::SentenceMarkup const& markup = *sentence.markup;
+    SentenceMarkup const& markup = *sentence.markup;
     auto annotation = markup.annotations.begin();
     auto origin = markup.origins.begin();
     std::size_t position = 0;  // in the sentence's text
-    for (TAVO::Mrph const& m : morphemes_) {
-        std::string_view text = TAVO::MrphAccess::rawForm(m);
+    for (Mrph const& m : morphemes_) {
+        std::string_view text = MrphAccess::rawForm(m);
         std::size_t const firstPart = parts_.size();
         if (m.isAnnotation()) {
             addText(line, text, begin + (annotation++)->linePosition);
@@ -75,18 +74,18 @@ void TaggedLine::addPlainText(LineText const& line, std::size_t firstPart) {
 /// Adds @p text, which stands in the line from @p at on, maybe with entities.
 void TaggedLine::addText(LineText const& line, std::string_view text, std::size_t at) {
     constexpr std::size_t kLongestEntity = 6;
-    std::vector<TAVO::Entity> entities;
+    std::vector<Entity> entities;
     std::size_t const firstPart = parts_.size();
     for (std::size_t pos = 0; pos < text.size();) {
         entities.clear();
-        if (line.sjis()[at] == '&') TAVO::decodeEntities(line.sjis().substr(at, kLongestEntity), &entities);
+        if (line.sjis()[at] == '&') decodeEntities(line.sjis().substr(at, kLongestEntity), &entities);
         bool const isEntity = !entities.empty() && entities.front().begin == 0;
         if (isEntity && text[pos] != '&') {
             parts_.push_back({0, 0, text[pos++]});
             at += entities.front().end;
             continue;
         }
-        std::size_t const width = std::min(TAVO::charWidth(line.sjis(), at), text.size() - pos);
+        std::size_t const width = std::min(charWidth(line.sjis(), at), text.size() - pos);
         if (parts_.size() > firstPart && parts_.back().begin != parts_.back().end && parts_.back().end == at)
             parts_.back().end += width;
         else
@@ -96,4 +95,4 @@ void TaggedLine::addText(LineText const& line, std::string_view text, std::size_
     }
 }
 
-}  // namespace tool
+}  // namespace TAVO
