@@ -77,15 +77,8 @@ bool ExactPieces::isSeam(std::size_t place) const noexcept {
 /// True when all words at @p place are laid out that a word may choose: one from inside a character may open classes,
 /// too.
 bool ExactPieces::isComplete(std::size_t place) const {
-    unsigned const open = state_.chosen.open[place];
-    unsigned all = open;
-    for (std::size_t i = 0; i != state_.indexes.count(); ++i) {
-        CandidateList const list = state_.indexes.dic(i).list(state_.text.list(i, place));
-        if (list.usable(open) == list.count()) continue;
-        if (all == open) all |= openedFromInside(place);
-        if (list.usable(all) != list.usable(open)) return false;
-    }
-    return true;
+    constexpr unsigned kEveryClass = 0xFF;
+    return state_.hasAllWords(place, kEveryClass) || state_.hasAllWords(place, openedFromInside(place));
 }
 
 /// The classes that words open which begin inside a character and end at @p place.

@@ -98,7 +98,7 @@ LazyPath FastSearch::searchLong(std::string_view text) {
 void FastSearch::beginSentence(Sentence const& sentence) {
     known_ = sentence.end;
     ties_.restart();
-    check_.begin(sentence.text, *dics_);
+    check_.begin(sentence.text, *table_, *dics_);
     pieces_.begin(sentence.text, sentence.first, sentence.end, *table_, *dics_);
 }
 

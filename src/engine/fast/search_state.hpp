@@ -51,6 +51,14 @@ struct SearchState {
         }
         return true;
     }
+    /// True when all words at @p place are laid out that may stand where the classes @p opened are open.
+    bool hasAllWords(std::size_t place, unsigned opened) const noexcept {
+        for (std::size_t i = 0; i != indexes.count(); ++i) {
+            CandidateList const list = indexes.dic(i).list(text.list(i, place));
+            if (list.usable(opened | chosen.open[place]) != list.usable(chosen.open[place])) return false;
+        }
+        return true;
+    }
     /// What @p at, which is @p candidate, chose.
     PlacedCandidate following(PlacedCandidate at, Candidate const& candidate) const noexcept {
         return {at.place + candidate.length, chosen.next[chosen.firstWord[at.place] + at.number]};

@@ -1,7 +1,9 @@
 #include "engine/fast/unknown_check.hpp"
 
 #include "base/bytes.hpp"
+#include "dic/conn_table.hpp"
 #include "dic/dic_set.hpp"
+#include "dic/record_walk.hpp"
 
 #include <algorithm>
 
@@ -134,17 +136,25 @@ UnknownCheck::Sum UnknownCheck::lowInside(std::size_t p, std::size_t last) const
     std::uint32_t const begin = text_.offset(p) + 1;
     Sum least = kNone;
     for (DicEntry const& entry : dics_->entries())
-        entry.dic->trie()->prefixSearch(
-            asBytes(sentence_.data()) + begin, sentence_.size() - begin, [&](std::size_t length, RecordChain) {
-                std::size_t q = p + 1;
-                while (q <= last && text_.offset(q) < begin + length) ++q;
-                if (q > last)
-                    least = kAny;
-                else if (text_.offset(q) == begin + length)
-                    least = std::min(least, state_.indexes.leavesUntwinned() ? kAny : low(q));
-                return least != kAny;
-            });
+        entry.dic->trie()->prefixSearch(asBytes(sentence_.data()) + begin, sentence_.size() - begin,
+                                        [&](std::size_t length, RecordChain chain) {
+                                            std::size_t q = p + 1;
+                                            while (q <= last && text_.offset(q) < begin + length) ++q;
+                                            if (q > last)
+                                                least = kAny;
+                                            else if (text_.offset(q) == begin + length)
+                                                least = std::min(least, lacksWordsBehind(q, chain) ? kAny : low(q));
+                                            return least != kAny;
+                                        });
     return least;
+}
+
+/// True when a word of @p chain, which ends at @p q, could choose a word that is not laid out there.
+bool UnknownCheck::lacksWordsBehind(std::size_t q, RecordChain chain) const {
+    unsigned opened = 0;
+    eachNodeRecord(chain, table_->idCount(),
+                   [&](MrphDic record) { opened |= state_.indexes.conn().rowClasses(table_->row(record.pid())); });
+    return !state_.hasAllWords(q, opened);
 }
 
 }  // namespace TAVO

@@ -11,7 +11,9 @@
 
 namespace TAVO {
 
+class ConnTable;
 class DicSet;
+class RecordChain;
 
 /// The fast search makes an unknown word only of a character that is no surface with a bounded word. It leaves out all
 /// other unknown words and, with them, every word that begins inside a character, since only an unknown word ends
@@ -45,9 +47,10 @@ public:
 
     UnknownCheck(SearchState const& state) : state_(state), text_(state.text), layout_(state.layout) {}
 
-    /// The sentence at work and its dictionaries.
-    void begin(std::string_view sentence, DicSet const& dics) noexcept {
+    /// The sentence at work, the table and the dictionaries.
+    void begin(std::string_view sentence, ConnTable const& table, DicSet const& dics) noexcept {
         sentence_ = sentence;
+        table_ = &table;
         dics_ = &dics;
         unknownCost_ = state_.indexes.conn().unknownCost();
     }
@@ -76,11 +79,13 @@ private:
     Sum lowLeftOut(std::size_t p, std::size_t last) const;
     Sum lowInside(std::size_t p, std::size_t last) const;
     Sum lowOfWordsInside(std::size_t p, std::size_t last) const;
+    bool lacksWordsBehind(std::size_t q, RecordChain chain) const;
 
     SearchState const& state_;
     TextPlaces const& text_;
     CandidateLayout const& layout_;
     std::string_view sentence_;
+    ConnTable const* table_ = nullptr;
     DicSet const* dics_ = nullptr;
     Sum unknownCost_ = 0;
     RawBuffer<std::uint32_t> looks_;
