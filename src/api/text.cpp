@@ -202,7 +202,8 @@ tavo_lexicon_t* tavo_lexicon_open(char const* path, tavo_lexicon_options_t const
     tavo_lexicon_t* opened = nullptr;
     attempted(failure, [&] {
         LexiconOptions const given = optionsOf(options);
-        opened = new tavo_lexicon_t{path == nullptr ? Lexicon::open(given) : Lexicon::open(path, given)};
+        Lexicon const found = path == nullptr ? Lexicon::open(given) : Lexicon::open(path, given);
+        opened = new tavo_lexicon_t{found};
     });
     return opened;
 }

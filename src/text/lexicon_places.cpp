@@ -31,7 +31,7 @@ fs::path ownFile() {
     Dl_info info{};
     if (::dladdr(reinterpret_cast<void const*>(&holdsLexicon), &info) == 0 || info.dli_fname == nullptr) return {};
     std::error_code failed;
-    fs::path const real = fs::canonical(info.dli_fname, failed);
+    fs::path real = fs::canonical(info.dli_fname, failed);
     if (!failed) return real;
     // The name of a program is the one that it was called by.
     fs::path const program = fs::read_symlink("/proc/self/exe", failed);

@@ -43,7 +43,7 @@ std::size_t pieceLength(std::string_view text) noexcept {
     if (text.size() <= kMostTogether) return text.size();
     std::size_t const before = text.rfind('\n', kMostTogether);
     std::size_t const end = before != std::string_view::npos ? before : text.find('\n');
-    if (end != std::string_view::npos && end < kMostBytes) return end + 1;
+    if (end < kMostBytes) return end + 1;
     if (text.size() <= kMostBytes) return text.size();
     auto const continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80; };
     constexpr std::size_t kMostContinuationBytes = 3;

@@ -45,7 +45,7 @@ bool WordTable::isLarge() const noexcept {
 
 std::uint64_t WordTable::keyOf(PendingWord const& word) noexcept {
     PathWord const& found = *word.word;
-    if (found.source < PathWord::kUnknown) return (std::uint64_t{found.source} + 1) << 32 | found.word;
+    if (found.source < PathWord::kUnknown) return static_cast<std::uint64_t>(found.source + 1U) << 32 | found.word;
     return keyOfRecord(word.record(), {word.text, word.length});
 }
 

@@ -168,8 +168,8 @@ TEST_F(Conversions, KeepMarkupInPlace) {
 }
 
 TEST_F(Conversions, LeaveTokensInTheirText) {
-    std::string const init = dir_.write("tavo.init", "Dic=" + dir_.file("SysDic") + "\nConnTable=" +
-                                                         dir_.file("ConnTable") + "\nInputConvert=2\n");
+    std::string const init = dir_.write(
+        "tavo.init", "Dic=" + dir_.file("SysDic") + "\nConnTable=" + dir_.file("ConnTable") + "\nInputConvert=2\n");
     Tokenizer tokenizer(Lexicon::open(init));
     std::string found;
     for (Token const& token : tokenizer.tokenize("ﾃﾞｰﾀは㌔。髙﨑"))
