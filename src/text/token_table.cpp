@@ -264,12 +264,15 @@ void TokenTable::addPieces(Sentence const& sentence, std::size_t at, Segment con
 }
 
 std::uint32_t TokenTable::textId(std::size_t token, std::size_t text, TokenText which) {
-    std::uint32_t const found = words_.text(word_[token], which);
+    return textIdOf(word_[token], surface(token, text), which);
+}
+
+std::uint32_t TokenTable::textIdOf(std::uint32_t word, std::string_view surface, TokenText which) {
+    std::uint32_t const found = words_.text(word, which);
     if (found != WordTable::kSurface) return found;
-    std::string_view const given = surface(token, text);
-    if (which == TokenText::Normalized) return strings().add(normalizedText(withoutSkipped(given, scratch_)));
-    std::uint32_t const usual = words_.spelling(word_[token], given);
-    return usual != WordTable::kNotYet ? usual : strings().add(withoutSkipped(given, scratch_));
+    if (which == TokenText::Normalized) return strings().add(normalizedText(withoutSkipped(surface, scratch_)));
+    std::uint32_t const usual = words_.spelling(word, surface);
+    return usual != WordTable::kNotYet ? usual : strings().add(withoutSkipped(surface, scratch_));
 }
 
 TokenTable::Positions const& TokenTable::made(Positions& positions, bool utf16) {

@@ -58,6 +58,12 @@ public:
     Positions const& characters() { return made(characters_, false); }
     Positions const& utf16() { return made(utf16_, true); }
 
+    /// Numbers of the tokens' words, which last until stringsVersion() changes, and the texts of such a word where the
+    /// text has it as @p surface.
+    std::vector<std::uint32_t> const& wordNumbers() const noexcept { return word_; }
+    std::uint32_t textIdOf(std::uint32_t word, std::string_view surface, TokenText which);
+    WordTable& words() noexcept { return words_; }
+
     LexiconVersion const& version() const noexcept { return *version_; }
     std::shared_ptr<LexiconVersion const> const& shared() const noexcept { return version_; }
 
