@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <unordered_map>
 #include <utility>
 
 namespace TAVO {
@@ -79,22 +80,28 @@ bool isValue(std::string const& field) { return !field.empty() && field != "*"; 
 
 PosTexts::PosTexts(Tavo const& analyser, std::string_view fields) : parts_(analyser.getPidMax() + std::size_t{1}) {
     PosFieldLines const lines(fields);
+    std::unordered_map<std::string, std::uint32_t> known;  // ids by name: cost classes of one differ in nothing
     for (std::uint32_t pid = 1; pid < parts_.size(); ++pid) {
         Part& part = parts_[pid];
         auto const id = static_cast<unsigned short>(pid);
+        std::string const tableName(withoutClass(analyser.getPartOfSP(id)));
+        if (auto const [first, isNew] = known.emplace(tableName, pid); !isNew) {
+            part = parts_[first->second];
+            continue;
+        }
         part.name = keep(sjisToUtf8(analyser.getDisplayPartOfSP(id)));
-        auto const known = lines.fields.find(sjisToUtf8(withoutClass(analyser.getPartOfSP(id))));
-        if (known == lines.fields.end() || known->second.size() < lines.count || lines.count == 0) {
+        auto const line = lines.fields.find(sjisToUtf8(tableName));
+        if (line == lines.fields.end() || line->second.size() < lines.count || lines.count == 0) {
             std::vector<std::string> const levels = levelsOf(part.name);
             setFields(part, levels, levels.size());
             continue;
         }
         bool const conjugates = lines.count >= kFieldsWithConjugation;
         std::size_t const levels = lines.count - (conjugates ? 2 : 0);
-        setFields(part, known->second, levels);
+        setFields(part, line->second, levels);
         if (!conjugates) continue;
-        if (isValue(known->second[levels])) part.conjugationType = keep(known->second[levels]);
-        if (isValue(known->second[levels + 1])) part.conjugationForm = keep(known->second[levels + 1]);
+        if (isValue(line->second[levels])) part.conjugationType = keep(line->second[levels]);
+        if (isValue(line->second[levels + 1])) part.conjugationForm = keep(line->second[levels + 1]);
     }
 }
 
