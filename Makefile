@@ -13,6 +13,7 @@ SECONDS ?= 60
 TEXT ?=
 GOLD ?=
 LEXICONS ?=
+NAME ?= $(if $(filter /usr/share/mecab/dic/ipadic,$(LEXICON)),ipadic,$(subst -,_,$(notdir $(LEXICON))))
 
 # A compiler named on the command line builds beside the default one.
 ifeq ($(origin CXX),command line)
@@ -35,7 +36,7 @@ CTEST := ctest --output-on-failure --no-tests=error -j $(JOBS)
 LDCONFIG := [ -n "$$DESTDIR" ] || [ "$$(id -u)" != 0 ] || ! command -v ldconfig >/dev/null || ldconfig
 
 .DEFAULT_GOAL := help
-.PHONY: help demo test fuzz build lexicon bench accuracy lint tidy format install \
+.PHONY: help demo test fuzz build lexicon wheel bench accuracy lint tidy format install \
         sanitize test-asan test-tsan uninstall clean
 
 help:
@@ -45,6 +46,7 @@ help:
 	@echo 'make fuzz       each fuzz target for SECONDS=$(SECONDS) seconds'
 	@echo 'make build      program $(BUILD)/bin/tavo, library $(BUILD)/lib/libtavo.so; CXX=clang++ for another compiler'
 	@echo 'make lexicon    the default lexicon in $(BUILD)/share/tavo; LEXICON=DIR for another source'
+	@echo 'make wheel      Python wheels of analyser and lexicon in dist; LEXICON=DIR for another source, NAME=NAME its name'
 	@echo 'make install    program, library, headers and lexicon below PREFIX=$(PREFIX)'
 	@echo 'make uninstall  takes that away again; what was added beside it stays'
 	@echo 'make clean      removes the build folders, the lexicon with them'
@@ -68,6 +70,11 @@ build:
 lexicon: build
 	$(call say,lexicon from $(LEXICON) in $(BUILD)/share/tavo)
 	@scripts/make-lexicon '$(BUILD)' '$(LEXICON)'
+
+wheel: lexicon
+	@$(SETUP) python
+	$(call say,wheels in dist)
+	@python3 -B bindings/python/tavo_build.py dist '$(BUILD)' '$(BUILD)/share/tavo' '$(NAME)'
 
 test: lexicon
 	@$(SETUP) test
