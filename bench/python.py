@@ -1,47 +1,100 @@
-#!/usr/bin/env python3
-"""Processor time of the Python package beside the program's on the same text.
+#!/usr/bin/python3
+"""The Python package beside MeCab's binding (Debian: python3-mecab) on the same text with the same lexicon.
 
-    bench/python.py TEXT [BUILD]      UTF-8 text; the best of five runs each
+    bench/python.py TEXT [ROUNDS] [BUILD]      UTF-8 text
+
+Processor time. Each round runs a loop with one and then with the other; the best round of each counts.
 """
 import os
 import pathlib
-import resource
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+LEXICON = "/var/lib/mecab/dic/ipadic-utf8"
 TEXT = sys.argv[1]
-BUILD = pathlib.Path(sys.argv[2] if len(sys.argv) > 2 else ROOT / "build").resolve()
-os.environ.update(TAVO_LIBRARY=str(BUILD / "lib/libtavo.so"), TAVO_PATH=str(BUILD / "share/tavo"))
-sys.path.insert(0, str(ROOT / "bindings/python"))
+ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 7
+BUILD = pathlib.Path(sys.argv[3] if len(sys.argv) > 3 else ROOT / "build").resolve()
+os.environ["TAVO_PATH"] = str(BUILD / "share/tavo")
+os.environ["PYTHONPATH"] = str(BUILD / "python")
+sys.path.insert(0, os.environ["PYTHONPATH"])
+import MeCab  # noqa: E402
 import tavo  # noqa: E402
 
-
-def best(who, action):
-    def seconds():
-        usage = resource.getrusage(who)
-        return usage.ru_utime + usage.ru_stime
-
-    def once():
-        before = seconds()
-        action()
-        return seconds() - before
-
-    return min(once() for _ in range(5))
-
-
-def program(form):
-    subprocess.run([BUILD / "bin/tavo", "-O", form, TEXT], check=True, stdout=subprocess.DEVNULL)
-
-
+lines = [line for line in pathlib.Path(TEXT).read_text(encoding="utf-8").split("\n") if line]
+short = [line[:10] for line in lines if len(line) >= 10]
 tagger = tavo.Tagger()
-lines = pathlib.Path(TEXT).read_text(encoding="utf-8").split("\n")
-for form in ("wakati", "json"):
-    print(f"{best(resource.RUSAGE_CHILDREN, lambda: program(form)):6.2f} s  tavo -O {form}")
-for name, action in {
-    "split_batch(lines)": lambda: sum(map(len, tagger.split_batch(lines))),
-    "batch(lines), every morpheme made": lambda: sum(len(list(result)) for result in tagger.batch(lines)),
-    "split(line) for each line": lambda: sum(len(tagger.split(line)) for line in lines),
-    "tagger(line) for each line, every morpheme made": lambda: sum(len(list(tagger(line))) for line in lines),
-}.items():
-    print(f"{best(resource.RUSAGE_SELF, action):6.2f} s  {name}")
+mecab = MeCab.Tagger(f"-d {LEXICON}")
+wakati = MeCab.Tagger(f"-d {LEXICON} -Owakati")
+
+
+def tavo_nodes(texts):
+    for line in texts:
+        for token in tagger(line):
+            token.surface, token.pos, token.reading
+
+
+def tavo_batch(texts):
+    for result in tagger.batch(texts):
+        for token in result:
+            token.surface, token.pos, token.reading
+
+
+def mecab_nodes(texts):
+    for line in texts:
+        node = mecab.parseToNode(line)
+        while node:
+            node.surface, node.feature
+            node = node.next
+
+
+def tavo_split(texts):
+    for line in texts:
+        tagger.split(line)
+
+
+def tavo_split_batch(texts):
+    for _ in tagger.split_batch(texts):
+        pass
+
+
+def mecab_split(texts):
+    for line in texts:
+        wakati.parse(line).split()
+
+
+def start(program):
+    """Wall-clock time of an interpreter that imports, analyses and ends."""
+    subprocess.run([sys.executable, "-c", program], check=True, stdout=subprocess.DEVNULL)
+
+
+START_TAVO = "import tavo; tavo.Tagger().split('猫が好きだ')"
+START_MECAB = f"import MeCab; MeCab.Tagger('-d {LEXICON} -Owakati').parse('猫が好きだ').split()"
+
+PAIRS = [
+    ("surface, part of speech, reading of each token", tavo_nodes, mecab_nodes, lines, time.process_time),
+    ("the same by batch", tavo_batch, mecab_nodes, lines, time.process_time),
+    ("split", tavo_split, mecab_split, lines, time.process_time),
+    ("split by batch", tavo_split_batch, mecab_split, lines, time.process_time),
+    ("10 characters, tokens", tavo_nodes, mecab_nodes, short, time.process_time),
+    ("10 characters, split", tavo_split, mecab_split, short, time.process_time),
+    ("import and first result", start, start, None, time.perf_counter),
+]
+
+
+def seconds(action, argument, clock):
+    before = clock()
+    action(argument)
+    return clock() - before
+
+
+print(f"{len(lines)} lines, {sum(map(len, lines))} characters, {sum(map(len, tagger.split_batch(lines)))} tokens\n")
+print(f"{'':48} {'tavo':>9} {'MeCab':>9}  ratio   a line")
+for name, own, other, texts, clock in PAIRS:
+    best = [float("inf")] * 2
+    for _ in range(ROUNDS):
+        for side, (action, argument) in enumerate(((own, texts or START_TAVO), (other, texts or START_MECAB))):
+            best[side] = min(best[side], seconds(action, argument, clock))
+    each = f"{best[0] / len(texts) * 1e6:6.1f} µs" if texts else ""
+    print(f"{name:48} {best[0]:7.3f} s {best[1]:7.3f} s {best[1] / best[0]:6.2f} {each}")
