@@ -43,10 +43,13 @@ def test_files_are_read_in_order(lexicon, tmp_path):
     assert done.returncode == 1 and b"none" in done.stderr and b"Traceback" not in done.stderr
 
 
-def test_a_library_that_cannot_be_loaded_is_explained(lexicon):
-    done = run(lexicon, TAVO_LIBRARY="/no/such/libtavo.so")
-    assert done.returncode == 1
-    assert "/no/such/libtavo.so" in done.stderr.decode() and "make build" in done.stderr.decode()
+@pytest.mark.parametrize("form", ["wakati", "mecab", "json"])
+def test_formats_are_those_of_the_program(form):
+    lexicon = os.path.join(os.environ["TAVO_BUILD"], "share", "tavo")
+    data = '食べたx も\n\nす"もも,髙\n'.encode()
+    done = run(lexicon, "-O", form, data=data)
+    program = subprocess.run([os.environ["TAVO_PROGRAM"], "-O", form, "-i", lexicon], input=data, capture_output=True)
+    assert done.stdout.decode() == program.stdout.decode() and done.returncode == program.returncode == 0
 
 
 def test_a_reader_that_leaves_is_no_error(lexicon):

@@ -1,17 +1,28 @@
-"""Japanese morphological analysis with the Tavo library.
+"""Japanese morphological analysis.
 
-    >>> import tavo
-    >>> tagger = tavo.Tagger()
-    >>> [m.surface for m in tagger("すもももももももものうち")]
-    ['すもも', 'も', 'もも', 'も', 'もも', 'の', 'うち']
+>>> import tavo
+>>> tagger = tavo.Tagger()
+>>> tagger.split("猫が好きだ")
+['猫', 'が', '好き', 'だ']
+>>> for token in tagger("猫が好きだ"):
+...     print(token.surface, token.pos, token.reading)
+猫 名詞:一般 ネコ
+が 助詞:格助詞:一般 ガ
+好き 名詞:形容動詞語幹 スキ
+だ 助動詞:特殊・ダ:基本形 ダ
 
-Set TAVO_LIBRARY to the path of libtavo.so and TAVO_PATH to the folder of a
-lexicon when they are not found by themselves.
+The lexicon is that of the package tavo-ipadic when it is installed; TAVO_PATH names the folder of another one.
 """
 
-from ._library import TavoError
-from ._result import Morpheme, Result
-from ._tagger import Tagger
-from ._version import __version__
+from _collections_abc import Sequence  # loaded in every interpreter, as collections.abc is not
 
-__all__ = ["Morpheme", "Result", "Tagger", "TavoError", "__version__"]
+from ._columns import Columns
+from ._error import TavoError
+from ._tagger import Tagger
+from ._tavo import Result, Token
+from ._version import __version__
+from ._words import compile
+
+__all__ = ["Columns", "Result", "Tagger", "TavoError", "Token", "__version__", "compile"]
+
+Sequence.register(Result)

@@ -2,29 +2,50 @@
 
 import argparse
 import collections
+import json
 import os
 import sys
 
-from . import Result, Tagger, TavoError, __version__
-
+from . import Tagger, TavoError, __version__
+from .mecab import feature_of
 
 _UNKNOWN = "未知語"
 
 
-def columns(result: Result) -> str:
-    """A line for each morpheme, then EOS."""
-    lines = ["\t".join((m.surface, m.pos, m.reading, m.pronunciation, m.base, str(m.cost), _UNKNOWN * m.unknown)) for m in result]
+def column_lines(result):
+    """A line for each token, then EOS."""
+    lines = ["\t".join((t.surface, t.pos, t.reading, t.pronunciation, t.base, str(t.cost), _UNKNOWN * t.unknown)) for t in result]
     return "\n".join([*lines, "EOS"])
+
+
+def mecab_lines(result):
+    return "\n".join([*(f"{t.surface}\t{feature_of(t)}" for t in result), "EOS"])
+
+
+def json_line(result):
+    morphemes = [
+        {
+            "surface": t.surface, "pos": t.pos, "base_form": t.base, "reading": t.reading or None,
+            "pronunciation": t.pronunciation or None, "cost": t.cost, "start": t.byte_start, "end": t.byte_end,
+            "char_start": t.start, "char_end": t.end, "unknown": t.unknown,
+        }
+        for t in result
+    ]  # fmt: skip
+    return json.dumps({"text": result.text, "morphemes": morphemes}, ensure_ascii=False, separators=(",", ":"))
+
+
+FORMATS = {"columns": column_lines, "wakati": None, "mecab": mecab_lines, "json": json_line}
 
 
 def parsed(arguments):
     parser = argparse.ArgumentParser(prog="python3 -m tavo", description=__doc__)
     parser.add_argument("files", nargs="*", metavar="FILE", help="UTF-8 text; standard input without, or for -")
-    parser.add_argument("-O", "--output", choices=["columns", "wakati"], default="columns",
+    parser.add_argument("-O", "--output", choices=[*FORMATS], default="columns",
                         help="columns: surface, part of speech, reading, pronunciation, base form, cost, "
-                        f"and {_UNKNOWN} for unknown words (default); "
-                        "wakati: surfaces separated by blanks, without those that are blanks themselves")  # fmt: skip
+                        f"and {_UNKNOWN} for unknown words (default); wakati: surfaces separated by blanks; "
+                        "mecab: MeCab's fields; json: an object a line")  # fmt: skip
     parser.add_argument("-i", "--init", help="init file, or folder of a lexicon")
+    parser.add_argument("-d", "--dic", action="append", default=[], help="dictionary, used before those of the lexicon")
     parser.add_argument("--version", action="version", version=f"tavo {__version__}")
     return parser.parse_args(arguments)
 
@@ -58,15 +79,16 @@ def main(arguments=None) -> int:
     options = parsed(arguments)
     out = open(sys.stdout.fileno(), "w", encoding="utf-8", errors="surrogateescape", newline="\n", closefd=False)
     chunk = 1 if sys.stdin.isatty() else 1000  # a person at the keyboard waits for each line
+    written = FORMATS[options.output]
     try:
-        tagger = Tagger(options.init)
+        tagger = Tagger(options.init, dic=options.dic, blanks=options.output in ("columns", "json"))
         for file in options.files or ["-"]:
-            if options.output == "wakati":
+            if written is None:
                 for end, surfaces in analyzed(tagger.split_batch, lines_of(file), chunk):
-                    print(" ".join(s for s in surfaces if s.strip(" ")), end=end, file=out, flush=chunk == 1)
+                    print(" ".join(surfaces), end=end, file=out, flush=chunk == 1)
             else:
                 for _, result in analyzed(tagger.batch, lines_of(file), chunk):
-                    print(columns(result), file=out, flush=chunk == 1)
+                    print(written(result), file=out, flush=chunk == 1)
         out.close()
     except BrokenPipeError:
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # the reader has enough; nothing to tell

@@ -1,189 +1,162 @@
 """The analyser."""
 
-import threading
-from ctypes import byref, c_char_p, c_int, c_void_p
+from __future__ import annotations
+
+import os
 from itertools import islice
-from typing import Dict, Iterable, Iterator, List
 
-from . import _lexicon, _text
-from . import _library as library
-from ._library import LIB, TavoError
-from ._result import Block, Result
+from . import _lexicon, _tavo, _words
+from ._columns import Columns, columns_of
 
-_MORPHEMES = library.PART_OF_SP | library.STD_FORM | library.READ | library.PRON | library.CHARACTERS
-_SURFACES = library.CHARACTERS
-_MARKED = library.FORM | library.ANALYZED
-_NOTHING_BACK: Dict[int, str] = {}
+TYPE_CHECKING = False  # importing typing takes longer than opening a lexicon
+if TYPE_CHECKING:
+    from typing import Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union
+
+    from ._tavo import Result
+
+    Path = Union[str, "os.PathLike[str]"]
+    #: None, NaN and pandas.NA stand for an empty text.
+    Text = Optional[Union[str, float]]
 
 
-class Tagger:
-    """An analyser with its dictionaries.
+def _checked(texts: Iterable[Text], caller: str) -> Iterator[Text]:
+    if isinstance(texts, (str, bytes)):
+        raise TypeError(f"{caller}() takes a list of texts, not one: {caller}([text])")
+    return iter(texts)
 
-    init: an init file, or the folder of a lexicon; without it the lexicon of
-    TAVO_PATH, of the installed tree or of the build.
-    Options, applied after the init file:
-      dic          path or paths of dictionaries used before those of the init file
-      conn_table   connection table; with dic and without init nothing else is loaded
-                   but reduce.rules and number.list from beside it, where they exist
-      delimiter    string or strings that end a sentence
-      memory_mapped, delimit_crlf, delete_crlf, delete_slash, alphabet_capitalize,
-      alternative, divide_word, reduce_undef, reduce_char, reduce_number: 0 or 1
-      comment_rule, reduce_rule, public_pos, number_pos, major_pos: paths, None for none
-    Raises TavoError for errors of the library, FileNotFoundError without lexicon.
 
-    A tagger may be shared by threads: it works for one at a time. For parallel
-    work make one for each thread; dictionaries are shared, and other threads run
-    while the library works. Pickling keeps init and options.
+class Tagger(_tavo.Tagger):
+    """An analyser with its lexicon.
+
+    lexicon: the folder of a lexicon, or an init file; without it that of TAVO_PATH, an installed lexicon package, or
+    where `make install` puts one.
+    dic: path or paths of dictionaries that are asked before those of the lexicon.
+    words: words of your own, as tavo.compile() takes them.
+    blanks: True keeps the blanks between words as tokens; line breaks end sentences and are none.
+    comment_rule, reduce_rule: paths of rule files instead of the lexicon's; "none" for none.
+    Options that are True or False: delete_slash, alphabet_capitalize, alternative, divide_word, reduce_undef,
+    reduce_char, reduce_number.
+
+    Raises FileNotFoundError without lexicon, TavoError for one that cannot be used.
+
+    A tagger may be shared by threads, and works for one at a time; threads with a tagger each work at the same time,
+    and share the lexicon. Pickling keeps the arguments, so that a tagger can be sent to the processes of a pool.
+
+    >>> tagger = Tagger(words=[("推し活", {"like": "部活"})])
+    >>> tagger.split("推し活が好き")
+    ['推し活', 'が', '好き']
     """
 
-    def __init__(self, init=None, **options):
-        self._handle = None
-        _lexicon.check_options(options)
-        self._init, self._options = init, options
-        self._lock = threading.RLock()
-        # A pointer, which functions without declared arguments take whole too.
-        self._handle = c_void_p(LIB.tavo_new(0))
-        if not self._handle:
-            raise MemoryError("tavo_new()")
+    def __init__(
+        self,
+        lexicon: Optional[Path] = None,
+        *,
+        dic: Union[Path, Sequence[Path]] = (),
+        words: Iterable[_words.WordLike] = (),
+        blanks: bool = False,
+        comment_rule: Path = "",
+        reduce_rule: Path = "",
+        **options: int,
+    ) -> None:
+        names = ("lexicon", "dic", "words", "blanks", "comment_rule", "reduce_rule")
+        modes = _lexicon.modes_of(options, names)
+        dictionaries = [os.fspath(path) for path in ([dic] if isinstance(dic, (str, os.PathLike)) else dic)]
+        own = list(words)
+        given: Dict[str, Any] = dict(options, dic=dictionaries, words=own, blanks=blanks,
+                                     comment_rule=comment_rule, reduce_rule=reduce_rule)  # fmt: skip
+        self._arguments: Tuple[Optional[Path], Dict[str, Any]] = (lexicon, given)
+        self._lexicon = _lexicon.find() if lexicon is None else os.fspath(lexicon)
         try:
-            _lexicon.configure(self._call, init, options)
-        except BaseException:
-            self.close()
-            raise
-        # Tags have no place in the results, so positions count without them.
-        self._marked = LIB.tavo_getTaggedInputMode(self._handle) == 1
+            if own:
+                self._folder = _words.temporary_folder()  # goes with the tagger
+                compiled = os.path.join(self._folder.name, "words.dic")
+                _words.compile(own, compiled, lexicon=lexicon)
+                dictionaries = [compiled, *dictionaries]
+            super().__init__(self._lexicon, dictionaries, os.fspath(comment_rule), os.fspath(reduce_rule), modes, blanks)
+        except FileNotFoundError as error:
+            raise (error if self._lexicon else _lexicon.missing(error)) from None
 
-    def __call__(self, text: str) -> Result:
-        """The morphemes of a text."""
-        return self._one(text, _MORPHEMES)
+    def batch(self, texts: Iterable[Text], chunk: int = 1000) -> Iterator[Result]:
+        """The results of many texts, in order: several times as quick as one call for each.
 
-    def split(self, text: str) -> List[str]:
-        """The surfaces of a text's morphemes alone."""
-        return self._one(text, _SURFACES).surfaces
+        Texts are taken `chunk` at a time.
 
-    def batch(self, texts: Iterable[str], chunk: int = 1000) -> Iterator[Result]:
-        """The results of many texts, in order; quicker than one call for each.
-
-        Texts are taken `chunk` at a time. At a text that raises, the results of
-        those before it have been given.
+        >>> [len(result) for result in tagger.batch(["猫が好きだ", "", None])]
+        [4, 0, 0]
         """
-        return self._batch(texts, chunk, _MORPHEMES)
+        return self._each(self._batch, _checked(texts, "batch"), chunk)
 
-    def split_batch(self, texts: Iterable[str], chunk: int = 1000) -> Iterator[List[str]]:
-        """split() for many texts."""
-        return (result.surfaces for result in self._batch(texts, chunk, _SURFACES))
+    def split_batch(self, texts: Iterable[Text], chunk: int = 1000) -> Iterator[List[str]]:
+        """split() for many texts.
 
-    def nbest(self, text: str, n: int = 10) -> List[Result]:
-        """Up to n analyses, best first. Of a text with several sentences the k-th
-        result joins their k-th analyses (the last one of a sentence that has fewer).
-        Sentences have at most 8192 bytes of code page 932."""
-        with self._lock:
-            marked = self._marked
-            data, back = _text.encode_reversibly(text) if marked else (_text.encode(text), _NOTHING_BACK)
-            what = _MORPHEMES | (_MARKED if marked else 0)
-            bulk = library.Bulk()
-            self._call("tavo_bulkAnalyzeNBest", byref(bulk), data, len(data), n, what)
-            if not marked and bulk.row_count and Block(bulk, what, back).row_length[0] != len(text):
-                data = _text.encode(_text.without_halves(text))
-                self._call("tavo_bulkAnalyzeNBest", byref(bulk), data, len(data), n, what)
-            block = Block(bulk, what, back)
-        return [Result(_row_text(block, k, text, marked), block, k) for k in range(len(block.row_end))]
+        >>> list(tagger.split_batch(["猫が好きだ", "犬も"]))
+        [['猫', 'が', '好き', 'だ'], ['犬', 'も']]
+        """
+        return self._each(self._split_batch, _checked(texts, "split_batch"), chunk)
 
-    def tagged(self, text: str) -> Result:
-        """Analyses tagged text; the result's text is without the tags."""
-        with self._lock:
-            before = self._call("tavo_getTaggedInputMode")
-            self._call("tavo_setTaggedInputMode", 1)
-            try:
-                return self._analyze_marked(text, _MORPHEMES)
-            finally:
-                self._call("tavo_setTaggedInputMode", before)
+    def nbest(self, text: Text, n: int = 10) -> List[Result]:
+        """Up to n analyses, best first, with `connection_cost` and `word_cost`.
 
-    def close(self) -> None:
-        """Gives the analyser's memory back; results live on."""
-        handle, self._handle = self._handle, None
-        if handle:
-            LIB.tavo_free(handle)
+        Of a text with several sentences the k-th result joins their k-th analyses (the last one of a sentence that has
+        fewer). A sentence has at most about 4000 characters, else TavoError.
+
+        >>> [str(result) for result in tagger.nbest("すもも", 2)]
+        ['すもも', 'す もも']
+        """
+        return self._nbest(text, n)
+
+    def columns(self, texts: Iterable[Text]) -> Columns:
+        """The tokens of many texts as columns of numbers.
+
+        >>> columns = tagger.columns(["猫が好きだ", "犬も"])
+        >>> list(columns.text), list(columns.start), columns.strings[columns.base[2]]
+        ([0, 0, 0, 0, 1, 1], [0, 1, 2, 4, 0, 1], '好き')
+        """
+        return columns_of(self._columns(list(_checked(texts, "columns")), 0))
+
+    def pos_names(self) -> List[str]:
+        """The parts of speech that a word of one's own can have."""
+        names = (shown for _, shown in _tavo.pos_names(_words.table_of(self.path)))
+        return list(dict.fromkeys(name for name in names if name))
+
+    def rebuild(self, path: Path) -> None:
+        """Takes up the dictionary at `path`, one of `dic`, which was compiled anew, and all other files as they are now.
+
+        Results that are there keep what they have.
+        """
+        names = [os.fspath(own) for own in self._arguments[1]["dic"]]
+        if os.fspath(path) not in names:
+            raise ValueError(f"the tagger has no dictionary {os.fspath(path)}; it has {', '.join(names) or 'none'}")
+        self._reload()
+
+    @staticmethod
+    def _each(analyse: Any, texts: Iterator[Text], chunk: int) -> Iterator[Any]:
+        if chunk < 1:
+            raise ValueError(f"chunk is {chunk}; at least 1 text is taken at a time")
+
+        def results() -> Iterator[Any]:
+            first = 0
+            while taken := list(islice(texts, chunk)):
+                yield from analyse(taken, first)
+                first += len(taken)
+
+        return results()
 
     def __enter__(self) -> "Tagger":
         return self
 
-    def __exit__(self, *error) -> None:
+    def __exit__(self, *error: object) -> None:
         self.close()
 
-    def __del__(self):
-        if getattr(self, "_handle", None):
-            self.close()
-
-    def __reduce__(self):
-        return _make, (self._init, self._options)
+    def __reduce__(self) -> Tuple[Any, ...]:
+        return _make, self._arguments
 
     def __repr__(self) -> str:
-        options = "".join(f", {name}={value!r}" for name, value in self._options.items())
-        return f"tavo.Tagger({self._init!r}{options})"
-
-    def _call(self, function: str, *arguments) -> int:
-        if not self._handle:
-            raise ValueError("the tagger is closed")
-        code = getattr(LIB, function)(self._handle, *arguments)
-        if code < 0:
-            raise TavoError(code, LIB.tavo_getErrorMessage(code).decode(),
-                            _text.decode(LIB.tavo_getErrorWhat(self._handle)))  # fmt: skip
-        return code
-
-    def _one(self, text: str, what: int) -> Result:
-        if self._marked:
-            return self._analyze_marked(text, what)
-        block, error = self._analyze([text], what)
-        if error:
-            raise error
-        return Result(text, block, 0)
-
-    def _batch(self, texts, chunk, what) -> Iterator[Result]:
-        texts = iter(texts)
-        while taken := list(islice(texts, chunk)):
-            if self._marked:
-                yield from (self._analyze_marked(text, what) for text in taken)
-                continue
-            block, error = self._analyze(taken, what)
-            for row in range(len(block.row_end)):
-                yield Result(taken[row], block, row)
-            if error:
-                raise error
-
-    def _analyze(self, texts: List[str], what: int):
-        """A row for each text, and the error of the text behind the last row."""
-        encoded = list(map(_text.encode, texts))
-        with self._lock:
-            block, error = self._bulk(encoded, what, _NOTHING_BACK)
-        if any(map(int.__ne__, block.row_length, map(len, texts))):
-            encoded = [_text.encode(_text.without_halves(text)) for text in texts]
-            with self._lock:
-                block, error = self._bulk(encoded, what, _NOTHING_BACK)
-        return block, error
-
-    def _analyze_marked(self, text: str, what: int) -> Result:
-        data, back = _text.encode_reversibly(text)
-        with self._lock:
-            block, error = self._bulk([data], what | _MARKED, back)
-        if error:
-            raise error
-        return Result(_row_text(block, 0, text, True), block, 0)
-
-    def _bulk(self, encoded: List[bytes], what: int, back):
-        count = len(encoded)
-        bulk, error = library.Bulk(), None
-        texts, lengths = (c_char_p * count)(*encoded), (c_int * count)(*map(len, encoded))
-        try:
-            self._call("tavo_bulkAnalyze", byref(bulk), texts, lengths, count, what)
-        except TavoError as raised:
-            error = raised
-        return Block(bulk, what, back), error
+        lexicon, options = self._arguments
+        shown = [repr(lexicon)] if lexicon is not None else []
+        shown += [f"{name}={value!r}" for name, value in options.items() if value]
+        return f"tavo.Tagger({', '.join(shown)})"
 
 
-def _row_text(block: Block, row: int, text: str, marked: bool) -> str:
-    return block.strings[block.row_text[row]] if marked else text
-
-
-def _make(init, options) -> Tagger:
-    return Tagger(init, **options)
+def _make(lexicon: Optional[Path], options: Dict[str, Any]) -> Tagger:
+    return Tagger(lexicon, **options)
