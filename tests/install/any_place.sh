@@ -16,6 +16,7 @@ for each in "$source"/*; do
 done
 cp "$build/bin/tavo" "$place/build/bin"
 cp -RP "$build/lib" "$place/build"
+cp -RL "$build/python" "$place/build"
 cp -R "$source/tests/cli/world/mecab" "$place/辞 書"
 as=
 if [ "$(id -u)" = 0 ]; then
@@ -41,6 +42,6 @@ run "TAVO_PATH='$place/出 力' BUILD='$place/build' scripts/demo" '^.*JSON with
 run "make help" 'make test'
 run "scripts/check-layers" '0 faults'
 run "scripts/check-symbols build/lib/libtavo.so" 'as listed'
-run "TAVO_LIBRARY='$place/build/lib/libtavo.so' TAVO_PATH='$place/出 力' PYTHONPATH=bindings/python /usr/bin/python3 -B examples/analyze.py 山は川" '山.*ヤマ'
+run "TAVO_PATH='$place/出 力' PYTHONPATH=build/python /usr/bin/python3 -B examples/analyze.py 山は川" '山.*ヤマ'
 run "mkdir buildings build-asan; make clean; ls" '^buildings$'
 run "ls; test ! -e build; test ! -e build-asan" '^src$'

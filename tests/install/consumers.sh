@@ -59,7 +59,7 @@ printf 'Undef\n' >"$folder/lexicon/number.list"
 echo abc | LD_LIBRARY_PATH=$libdir "$folder/analyze" "$folder/lexicon" >"$folder/out"
 grep -q '^abc ' "$folder/out"
 rm "$folder/lexicon/reduce.rules" "$folder/lexicon/number.list"
-PYTHONPATH=$here/../../bindings/python TAVO_LIBRARY=$libdir/libtavo.so TAVO_PATH=$folder/lexicon \
+PYTHONPATH=$build/python TAVO_PATH=$folder/lexicon \
     /usr/bin/python3 -B "$example/analyze.py" すもももの >"$folder/out"
 grep -q '^  0 すもも	名詞	スモモ$' "$folder/out"
 test "$(wc -l <"$folder/out")" -eq 6
