@@ -20,8 +20,8 @@ struct RuleLine {
 };
 
 /// The lines of @p path but for comments and empty ones; UTF-8 where the first line says so, as in an init file.
-/// Throws file_not_found, and illegal_format (path:line:cause) for a line that Shift_JIS cannot hold. A @p given text that is
-/// not null is taken instead of the file's, and @p path is its name.
+/// Throws file_not_found, and illegal_format (path:line:cause) for a line that Shift_JIS cannot hold. A @p given text
+/// that is not null is taken instead of the file's, and @p path is its name.
 std::vector<RuleLine> readRuleLines(std::string const& path, std::string_view const* given = nullptr);
 /// Throws illegal_format with @p path, the line's number and @p cause.
 [[noreturn]] void refuseRule(std::string const& path, std::size_t number, std::string const& cause);

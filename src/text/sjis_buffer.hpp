@@ -21,7 +21,8 @@ namespace TAVO {
 ///   second half of a flag.
 /// - A byte that is not UTF-8 is analysed as one control character.
 /// - Other marks, joiners and variation selectors are skipped. They belong to the character before them (at the
-///   start of a line: behind them; alone in one they are like what the code page lacks). A character and a mark that are one character together are analysed as that.
+///   start of a line: behind them; alone in one they are like what the code page lacks). A character and a mark that
+///   are one character together are analysed as that.
 ///
 /// Memory grows to what was needed most, and stays.
 class SjisBuffer {

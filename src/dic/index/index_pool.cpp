@@ -127,9 +127,8 @@ void IndexPool::renew(Dic const& dic, ConnTable const& table) {
 
 void IndexPool::forget(std::uint64_t serial) {
     tables_.erase(serial);
-    std::erase_if(dics_, [serial](auto const& entry) {
-        return entry.first.first == serial || entry.first.second == serial;
-    });
+    std::erase_if(dics_,
+                  [serial](auto const& entry) { return entry.first.first == serial || entry.first.second == serial; });
 }
 
 void IndexPool::note(std::string const& path, IndexFault fault) {

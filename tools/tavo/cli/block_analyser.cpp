@@ -32,8 +32,7 @@ BlockAnalyser::BlockAnalyser(TAVO::Tavo const& prototype, OutputOptions const& o
       writer_(makeLineWriter(options, analyser_)),
       tagged_(analyser_.getTaggedInputMode() == 1),
       alone_(nBest_ != 0 || tagged_ || *analyser_.getCommentRulePath() != '\0') {
-    if (encoding_ == Encoding::Utf8)
-        TAVO::TavoAccess::impl(analyser_).reduce.setWholeWord(LineText::kUnknownCharacter);
+    if (encoding_ == Encoding::Utf8) TAVO::TavoAccess::impl(analyser_).reduce.setWholeWord(LineText::kUnknownCharacter);
 }
 
 BlockReport BlockAnalyser::run(std::string_view block, OutBuffer& out) {
