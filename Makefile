@@ -79,6 +79,7 @@ wheel: lexicon
 test: lexicon
 	@$(SETUP) test
 	$(call say,tests (release))
+	@cmake --preset release -B $(BUILD) $(CONFIGURE_FLAGS) >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 	@$(CTEST) --test-dir $(BUILD)
 
