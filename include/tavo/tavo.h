@@ -57,7 +57,7 @@
 /// used. Pointers to settings live until the setting changes.
 ///
 /// Threads. One analyser, with its morphemes, belongs to one thread at a time.
-/// Different analysers may run in parallel.
+/// Different analysers may run in parallel after one call of tavo_readyForThread.
 #ifndef TAVO_H
 #define TAVO_H
 
@@ -90,9 +90,10 @@ TAVO_EXPORT tavo_t* tavo_new(int nodeCapacity);
 TAVO_EXPORT int tavo_free(tavo_t* tavo);
 /// 1 when a connection table and at least one dictionary are loaded, else 0.
 TAVO_EXPORT int tavo_isOK(tavo_t* tavo);
-/// Kept: the process-wide lock is always there. 0.
+/// Creates the process-wide lock. Call it once before several threads make
+/// analysers. 0, or -99999 on any failure.
 TAVO_EXPORT int tavo_readyForThread(void);
-/// Frees all loaded dictionaries and connection tables. Call it
+/// Frees all loaded dictionaries and connection tables and the lock. Call it
 /// after the last analyser was freed. 0, or -99999 on any failure.
 TAVO_EXPORT int tavo_dispose(void);
 /// The name of an error code, a static string: "ERROR_NONE" for 0 and above,

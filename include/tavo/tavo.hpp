@@ -28,7 +28,7 @@ struct PathCost {
 /// Texts are Shift_JIS bytes (code page 932, NUL is an ordinary byte); lengths
 /// and positions are in bytes; sentence and dictionary indexes start at 0.
 /// Threads: one analyser belongs to one thread at a time. Different analysers
-/// may run in parallel; loaded dictionaries
+/// may run in parallel once readyForThread() was called; loaded dictionaries
 /// and connection tables are shared by all analysers of the process.
 /// Errors are exceptions of <tavo/error.hpp> or of the standard library; null
 /// pointers throw invalid_argument "INVALID_ARGUMENT: Tavo::" + name + "()",
@@ -44,7 +44,8 @@ public:
     Tavo& operator=(Tavo const& other);
     ~Tavo();
 
-    /// Kept for callers that were written when the process-wide lock had to be made: it is always there.
+    /// Creates the process-wide lock; call it once before analysers are used
+    /// from more than one thread. Without it the library does no locking. Opening a Lexicon calls it.
     static void readyForThread();
     /// Frees every pooled dictionary and connection table and the lock. Call it
     /// after the last analyser is destroyed.

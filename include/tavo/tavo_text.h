@@ -80,7 +80,7 @@ TAVO_EXPORT void tavo_lexicon_free(tavo_lexicon_t* lexicon);
 
 typedef struct tavo_tokenizer_options_t {
     size_t size;
-    int keep_blanks;  ///< 1: words of blanks and line breaks alone come out, too
+    int keep_blanks;  ///< 1: words of blanks alone come out, too; line breaks never do
 } tavo_tokenizer_options_t;
 
 /// @p options may be null.
@@ -111,7 +111,7 @@ enum {
 enum {
     TAVO_TOKEN_UNKNOWN = 0x1,     ///< in no dictionary
     TAVO_TOKEN_ANNOTATION = 0x2,  ///< stands beside the text
-    TAVO_TOKEN_BLANK = 0x4,       ///< blanks and line breaks alone
+    TAVO_TOKEN_BLANK = 0x4,       ///< blanks alone
     TAVO_TOKEN_INVALID = 0x8      ///< holds bytes that are not UTF-8
 };
 

@@ -213,7 +213,7 @@ private:
 };
 
 struct TokenizerOptions {
-    /// Words of blanks and line breaks alone come out, too. Without them they are what stands between the words.
+    /// Words of blanks alone come out, too. Without them they stand between the words, as line breaks always do.
     bool keepBlanks = false;
 };
 

@@ -18,7 +18,7 @@ namespace {
 
 /// A dictionary that was taken off to be remade.
 struct Remade {
-    std::string spec;
+    std::string pathPair;
     std::size_t position;
 };
 
@@ -78,49 +78,50 @@ char const* variable(char const* name) {
     return value != nullptr && *value != '\0' ? value : nullptr;
 }
 
-std::string pathOf(std::string const& spec) { return spec.substr(0, spec.find(',')); }
+std::string pathOf(std::string const& pathPair) { return pathPair.substr(0, pathPair.find(',')); }
 
 bool isMapped(Tavo const& tavo) { return tavo.getMemoryMappedMode() == 1; }
 
 /// The list of dictionaries as addDicPath takes them.
 std::vector<std::string> dictionaries(Tavo const& tavo) {
-    std::vector<std::string> specs;
+    std::vector<std::string> pathPairs;
     for (int i = 0; i < tavo.getDicCount(); ++i) {
         std::string const source = tavo.getSrcPath(i);
-        specs.push_back(tavo.getDicPath(i) + (source.empty() ? "" : "," + source));
+        pathPairs.push_back(tavo.getDicPath(i) + (source.empty() ? "" : "," + source));
     }
-    return specs;
+    return pathPairs;
 }
 
 /// Replaces the list of dictionaries, or leaves it as it was.
-void setDictionaries(Tavo& tavo, std::vector<std::string> const& specs) {
+void setDictionaries(Tavo& tavo, std::vector<std::string> const& pathPairs) {
     Tavo const before(tavo);  // keeps them loaded, too
     try {
         tavo.offDic();
-        for (std::string const& spec : specs) tavo.addDicPath(spec.c_str(), isMapped(tavo));
+        for (std::string const& pathPair : pathPairs) tavo.addDicPath(pathPair.c_str(), isMapped(tavo));
     } catch (...) {
         tavo = before;
         throw;
     }
 }
 
-/// Puts @p spec in the place of dictionary @p index.
-void replaceAt(Tavo& tavo, int index, char const* spec) {
-    std::vector<std::string> specs = dictionaries(tavo);
-    specs[static_cast<std::size_t>(index)] = spec;
-    setDictionaries(tavo, specs);
+/// Puts @p pathPair in the place of dictionary @p index.
+void replaceAt(Tavo& tavo, int index, char const* pathPair) {
+    std::vector<std::string> pathPairs = dictionaries(tavo);
+    pathPairs[static_cast<std::size_t>(index)] = pathPair;
+    setDictionaries(tavo, pathPairs);
 }
 
-/// Puts @p spec before the dictionary at @p position, or behind all.
-void insertAt(Tavo& tavo, std::size_t position, std::string const& spec) {
-    std::vector<std::string> specs = dictionaries(tavo);
-    specs.insert(specs.begin() + static_cast<std::ptrdiff_t>(std::min(position, specs.size())), spec);
-    setDictionaries(tavo, specs);
+/// Puts @p pathPair before the dictionary at @p position, or behind all.
+void insertAt(Tavo& tavo, std::size_t position, std::string const& pathPair) {
+    std::vector<std::string> pathPairs = dictionaries(tavo);
+    pathPairs.insert(pathPairs.begin() + static_cast<std::ptrdiff_t>(std::min(position, pathPairs.size())), pathPair);
+    setDictionaries(tavo, pathPairs);
 }
 
 bool isAttached(Tavo const& tavo, std::string const& path) {
-    std::vector<std::string> const specs = dictionaries(tavo);
-    return std::any_of(specs.begin(), specs.end(), [&](std::string const& spec) { return pathOf(spec) == path; });
+    std::vector<std::string> const pathPairs = dictionaries(tavo);
+    return std::any_of(pathPairs.begin(), pathPairs.end(),
+                       [&](std::string const& pathPair) { return pathOf(pathPair) == path; });
 }
 
 void loadFolder(Tavo& tavo) {
@@ -306,7 +307,7 @@ int tavoreplace(char const* path, char const* dictionary) {
 
 int tavoremake_start(char const* path) {
     return analyserCall(__func__, path != nullptr, [&](Legacy& state, Tavo& tavo) {
-        if (state.remade) throw std::logic_error("LOGIC_ERROR: tavoremake_start(): " + state.remade->spec);
+        if (state.remade) throw std::logic_error("LOGIC_ERROR: tavoremake_start(): " + state.remade->pathPair);
         auto const position = static_cast<std::size_t>(tavo.getDicIndex(path));
         Remade remade{dictionaries(tavo)[position], position};
         tavo.offDic(path);
@@ -317,8 +318,8 @@ int tavoremake_start(char const* path) {
 int tavoremake_end(void) {
     return analyserCall(__func__, true, [](Legacy& state, Tavo& tavo) {
         if (!state.remade) throw std::logic_error("LOGIC_ERROR: tavoremake_end()");
-        insertAt(tavo, state.remade->position, state.remade->spec);
-        std::string const path = pathOf(state.remade->spec);
+        insertAt(tavo, state.remade->position, state.remade->pathPair);
+        std::string const path = pathOf(state.remade->pathPair);
         state.remade.reset();
         return tavo.updateDic(path.c_str());
     });

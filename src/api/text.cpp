@@ -3,6 +3,7 @@
 #include <tavo/error.hpp>
 #include <tavo/tokenizer.hpp>
 
+#include "base/utf8.hpp"
 #include "text/characters.hpp"
 #include "text/token_table.hpp"
 
@@ -108,12 +109,21 @@ void eachToken(TokenTable const& table, Visit visit) {
             visit(token, text);
 }
 
+bool holdsInvalid(std::string_view text) noexcept {
+    for (Utf8Char read{}; !text.empty(); text.remove_prefix(read.bytes)) {
+        read = decodeUtf8(text);
+        if (!read.valid) return true;
+    }
+    return false;
+}
+
 std::uint8_t flagsOf(TokenTable const& table, std::size_t token, std::string_view surface) {
     WordTable::Word const& word = table.word(token);
     bool const blank = surface.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos;
     return static_cast<std::uint8_t>((word.isUnknown ? TAVO_TOKEN_UNKNOWN : 0) |
                                      (word.isAnnotation ? TAVO_TOKEN_ANNOTATION : 0) |
-                                     (blank && !word.isAnnotation ? TAVO_TOKEN_BLANK : 0));
+                                     (blank && !word.isAnnotation ? TAVO_TOKEN_BLANK : 0) |
+                                     (word.isUnknown && holdsInvalid(surface) ? TAVO_TOKEN_INVALID : 0));
 }
 
 void fillColumns(tavo_tokenizer_t& handle, unsigned fields, tavo_tokens_t& out) {

@@ -38,7 +38,7 @@ Tavo::~Tavo() {
     impl_.reset();  // releases the dictionaries under the lock
 }
 
-void Tavo::readyForThread() {}
+void Tavo::readyForThread() { sharedPools().readyForThread(); }
 void Tavo::dispose() { sharedPools().dispose(); }
 
 Tavo::operator bool() const {

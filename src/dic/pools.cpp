@@ -13,12 +13,24 @@ SharedPools& sharedPools() {
     return pools;
 }
 
+void SharedPools::readyForThread() {
+    static std::mutex making;
+    std::lock_guard<std::mutex> const lock(making);
+    if (HasCS) return;
+    CriticalSection = std::make_unique<std::recursive_mutex>();
+    HasCS = true;
+}
+
 void SharedPools::dispose() {
-    PoolLock const lock;
-    DIC_POOL.clear();
-    DIC_USED.clear();
-    CONN_TABLE_POOL.clear();
-    indexes.clear();
+    {
+        PoolLock const lock;
+        DIC_POOL.clear();
+        DIC_USED.clear();
+        CONN_TABLE_POOL.clear();
+        indexes.clear();
+        HasCS = false;
+    }
+    CriticalSection.reset();
 }
 
 std::unique_ptr<Dic const> SharedPools::loadDic(bool memoryMapped, std::string const& path) {
@@ -39,6 +51,11 @@ ConnTable const* SharedPools::connTable(char const* path) {
     if (auto const found = CONN_TABLE_POOL.find(path); found != CONN_TABLE_POOL.end()) return found->second.get();
     auto table = std::make_unique<ConnTable const>(false, path);
     return CONN_TABLE_POOL.emplace(path, std::move(table)).first->second.get();
+}
+
+PoolLock::PoolLock() {
+    SharedPools& pools = sharedPools();
+    if (pools.HasCS) lock_ = std::unique_lock(*pools.CriticalSection);
 }
 
 }  // namespace TAVO

@@ -6,6 +6,7 @@
 #include "dic/dic.hpp"
 #include "dic/index/index_pool.hpp"
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -21,10 +22,13 @@ struct SharedPools {
     std::map<std::string, std::unique_ptr<ConnTable const>> CONN_TABLE_POOL;
     IndexPool indexes;
     unsigned int ObjectCount = 0;
-    /// The lock over all of the above.
-    std::recursive_mutex CriticalSection;
+    /// The lock over all of the above; absent until readyForThread().
+    std::unique_ptr<std::recursive_mutex> CriticalSection;
+    std::atomic<bool> HasCS = false;
 
-    /// Frees everything pooled.
+    /// Creates the lock once; several threads may call it at the same time.
+    void readyForThread();
+    /// Frees everything pooled, then the lock.
     void dispose();
     /// Loads a dictionary that is not pooled yet. Once all places for mapped files are
     /// taken, the mapped dictionaries that nobody uses leave the pool. The lock is held.
@@ -35,10 +39,10 @@ struct SharedPools {
 
 SharedPools& sharedPools();
 
-/// Holds the process-wide lock for a scope.
+/// Holds the process-wide lock for a scope when it exists, else does nothing.
 class PoolLock {
 public:
-    PoolLock() : lock_(sharedPools().CriticalSection) {}
+    PoolLock();
 
 private:
     std::unique_lock<std::recursive_mutex> lock_;

@@ -59,6 +59,12 @@ private:
     void addDictionaryFile(std::string const& path);
     void attach();
 
+    /// Users of lexicons have no call for the process-wide lock, which the analyser below takes already.
+    struct MakesLock {
+        MakesLock() { Tavo::readyForThread(); }
+    };
+
+    MakesLock lock_;
     std::string path_;
     LexiconOptions options_;
     std::vector<LexiconFile> files_;

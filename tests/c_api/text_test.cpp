@@ -56,6 +56,15 @@ TEST_F(FlatText, ColumnsAskedFor) {
     EXPECT_EQ(tokens.cost, nullptr);
 }
 
+TEST_F(FlatText, BytesThatAreNoTextAreFlagged) {
+    tokens.size = sizeof tokens;
+    ASSERT_EQ(tavo_tokenize(tokenizer, "abc \xFF \xC3\xA9", 8, 0, &tokens, &failure), 0) << failure.text;
+    ASSERT_EQ(tokens.token_count, 3U);
+    EXPECT_EQ(tokens.flags[0], 0);
+    EXPECT_EQ(tokens.flags[1], TAVO_TOKEN_UNKNOWN | TAVO_TOKEN_INVALID);
+    EXPECT_EQ(tokens.flags[2], TAVO_TOKEN_UNKNOWN);
+}
+
 TEST_F(FlatText, ManyTextsOutliveTheirLexicon) {
     tavo_lexicon_free(lexicon);
     lexicon = tavo_lexicon_open(init.c_str(), nullptr, nullptr);

@@ -238,9 +238,9 @@ PyObject* refuseNew(PyTypeObject*, PyObject*, PyObject*) {
     return nullptr;
 }
 
-PyTypeObject* addType(PyObject* module, PyType_Spec& spec) {
-    Ref type(PyType_FromSpec(&spec));
-    char const* const name = std::strrchr(spec.name, '.') + 1;
+PyTypeObject* addType(PyObject* module, PyType_Spec& definition) {
+    Ref type(PyType_FromSpec(&definition));
+    char const* const name = std::strrchr(definition.name, '.') + 1;
     demand(PyModule_AddObject(module, name, Ref::shared(type.get()).release()) == 0);
     return as<PyTypeObject>(type.release());
 }

@@ -58,8 +58,8 @@ extern Types types;
 /// Makes the types of results and adds them to the module.
 void addResultTypes(PyObject* module);
 void addTokenType(PyObject* module);
-/// Adds a type of @p spec to the module under the last part of its name.
-PyTypeObject* addType(PyObject* module, PyType_Spec& spec);
+/// Adds a type of @p definition to the module under the last part of its name.
+PyTypeObject* addType(PyObject* module, PyType_Spec& definition);
 
 /// Of types whose objects only the package makes.
 PyObject* refuseNew(PyTypeObject* type, PyObject* arguments, PyObject* keywords);

@@ -341,7 +341,7 @@ PyType_Slot slots[] = {{Py_tp_new, slot(create)},
                        {Py_tp_methods, methods},
                        {Py_tp_getset, values},
                        {0, nullptr}};
-PyType_Spec spec{"tavo._tavo.Tagger", sizeof(Tagger), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, slots};
+PyType_Spec taggerDefinition{"tavo._tavo.Tagger", sizeof(Tagger), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, slots};
 
 }  // namespace
 
@@ -374,6 +374,6 @@ Many::Many(PyObject* list, Py_ssize_t first) {
     }
 }
 
-void addTaggerType(PyObject* module) { Py_DECREF(as<PyObject>(addType(module, spec))); }
+void addTaggerType(PyObject* module) { Py_DECREF(as<PyObject>(addType(module, taggerDefinition))); }
 
 }  // namespace tavo_python

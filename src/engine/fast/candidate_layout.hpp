@@ -41,8 +41,7 @@ struct ChosenPlaces {
 
 /// Two views of the candidates of a block:
 /// - slots: those of one place stand together, a multiple of eight, so that whatever ends there reads whole vectors;
-/// what
-///   rounds the number up has the first one's column and no sum.
+///   what rounds the number up has the first one's column and no sum.
 /// - words: without gaps, for the one loop over all of them.
 /// An end has two slots, the columns of a text's end, with the sums 0 and 255, and one word, with the row of its
 /// beginning.

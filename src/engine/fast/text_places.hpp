@@ -41,7 +41,7 @@ public:
     std::uint16_t depth(std::size_t dic, std::size_t p) const noexcept { return walks_[dic].depths[p]; }
     /// Ascending: the ends.
     RawBuffer<std::uint32_t> const& ends() const noexcept { return ends_; }
-    /// Ascending: the places at which the search checks what it leaves out.
+    /// Ascending: the places at which the search may have to check what it leaves out.
     RawBuffer<std::uint32_t> const& looks() const noexcept { return looks_; }
 
 private:

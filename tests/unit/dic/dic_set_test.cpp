@@ -227,12 +227,13 @@ TEST_F(DicSetTest, AnUpdateDropsTheReadingIndex) {
 }
 
 TEST_F(DicSetTest, LeavesTheThreadLockOnEveryWayOut) {
+    sharedPools().readyForThread();
     DicSet set = attached();
     newSource("bad\n");
     stderrOf([&] { EXPECT_EQ(set.updateDic(0, names_), 5); });
     newSource("new,N\n");
     EXPECT_EQ(set.updateDic(0, names_), 1);
-    auto const free = [] { return std::unique_lock(sharedPools().CriticalSection, std::try_to_lock).owns_lock(); };
+    auto const free = [] { return std::unique_lock(*sharedPools().CriticalSection, std::try_to_lock).owns_lock(); };
     EXPECT_TRUE(std::async(std::launch::async, free).get());
 }
 

@@ -1,3 +1,4 @@
+#include "dic/pools.hpp"
 #include "support/text_world.hpp"
 
 #include <cstdlib>
@@ -94,6 +95,14 @@ TEST_F(LexiconTest, Options) {
     options = {};
     options.dictionaries = {folder + "/none"};
     EXPECT_EQ(thrown([&] { Lexicon::open(folder, options); }), "FILE_NOT_OPEN: " + folder + "/none");
+}
+
+TEST_F(LexiconTest, MakesTheLockThatAnAnalyserDoesWithout) {
+    Tavo::dispose();
+    { Tavo const analyser; }
+    EXPECT_FALSE(sharedPools().HasCS);
+    Lexicon::open(world_.dir.path());
+    EXPECT_TRUE(sharedPools().HasCS);
 }
 
 TEST_F(LexiconTest, FoundByItself) {

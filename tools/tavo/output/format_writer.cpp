@@ -62,7 +62,7 @@ constexpr char kLibraryFormat[] = "%10w %20h %k\\n";
 constexpr char kOwnFormat[] = "%10w %20h %k %u";
 
 /// The text of --eos; else that of the init file; else none behind a format of the user's
-/// own, unless several analyses of a line have to be told apart.
+/// own, unless a line has several analyses.
 std::string endOfSentence(OutputOptions const& options, TAVO::Tavo const& analyser, bool ownFormat) {
     if (options.eos) return *options.eos;
     std::string const set = fromSjis(analyser.getEOS(), options.encoding);

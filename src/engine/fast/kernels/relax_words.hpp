@@ -13,9 +13,11 @@
 namespace TAVO {
 
 // A kernel's Eight has:
-//   Eight::after(matrixRow, columns, sums)  eight sums plus the costs of the row in these columns, kNoSum where a cost
-//   is 255; least(a, b)            the smaller sums of two; minimum()              the smallest sum; equal(value) a bit
-//   for each of the eight lanes, the first one lowest, that is value; store(to)              the eight sums.
+// - after(matrixRow, columns, sums): eight sums plus the costs of the row in these columns, kNoSum where a cost is 255;
+// - least(a, b): the smaller sums of two;
+// - minimum(): the smallest sum;
+// - equal(value): a bit for each of the eight lanes that is value, the first one lowest;
+// - store(to): the eight sums.
 // A forced inline keeps all of it in the function with the kernel's target.
 
 inline constexpr std::size_t kLanesOfKernel = 8;

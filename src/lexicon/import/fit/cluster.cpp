@@ -58,7 +58,7 @@ std::pair<double, double> compare(std::int16_t const* a, std::int16_t const* b, 
 }
 
 /// The first blocks of the leaders, side by side, so that a line is compared with several at once. Of three hundred
-/// pairs all but one are told apart there, with the very sums of compare().
+/// pairs all but one differ enough there, by the very sums of compare().
 class Heads {
 public:
     explicit Heads(std::vector<float> const& weights)
