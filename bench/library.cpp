@@ -1,15 +1,10 @@
-// Compares the two libraries on one text in memory, a line at a time, on one
-// thread: analyze, getResult and reading each surface, with the text in Shift_JIS,
-// against parseToNode and reading each surface, with the text in the encoding of
-// MeCab's dictionary, UTF-8.
+// Compares the two libraries on one UTF-8 text in memory, on one thread: surface, part of speech and reading of each
+// token read, one call a line and many lines a call, against parseToNode and reading each surface and feature.
 //
 //     tavo_bench_library TEXT [ROUNDS [MECAB-DICTIONARY]]
 //
-// Lines that code page 932 cannot hold are left out. The two take turns which
-// goes first, and each round gives a ratio of processor times.
-#include "support/encoding.hpp"
-
-#include <tavo/tavo.hpp>
+// The sides take turns which goes first, and each round gives ratios of processor times.
+#include <tavo/tokenizer.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -18,8 +13,10 @@
 #include <exception>
 #include <fstream>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <mecab.h>
@@ -28,8 +25,9 @@
 namespace {
 
 struct Lines {
-    std::vector<std::string> utf8, sjis;
-    std::size_t utf8Bytes = 0;
+    std::vector<std::string> texts;
+    std::vector<std::string_view> views;
+    std::size_t bytes = 0;
 };
 
 Lines readLines(char const* path) {
@@ -37,53 +35,49 @@ Lines readLines(char const* path) {
     std::ifstream in(path);
     if (!in) throw std::runtime_error(std::string("cannot read ") + path);
     for (std::string line; std::getline(in, line);) {
-        try {
-            lines.sjis.push_back(TAVO::test::toSjis(line));
-        } catch (std::runtime_error const&) {
-            continue;
-        }
-        lines.utf8Bytes += line.size() + 1;
-        lines.utf8.push_back(std::move(line));
+        lines.bytes += line.size() + 1;
+        lines.texts.push_back(std::move(line));
     }
-    if (lines.utf8.empty()) throw std::runtime_error(std::string("no text in ") + path);
+    if (lines.texts.empty()) throw std::runtime_error(std::string("no text in ") + path);
+    lines.views.assign(lines.texts.begin(), lines.texts.end());
     return lines;
 }
 
-/// What reading the surfaces gives, so that nothing of it is left out.
+/// What reading the tokens gives, so that nothing of it is left out.
 struct Words {
     std::size_t count = 0;
     std::size_t bytes = 0;
 
     void read(char const* surface, std::size_t length) {
         ++count;
-        for (std::size_t i = 0; i < length; ++i) bytes += surface[i] != '\0';
+        bytes += length + static_cast<unsigned char>(surface[0]) + static_cast<unsigned char>(surface[length - 1]);
     }
 };
 
 class TavoSide {
 public:
-    TavoSide() { tavo_.setInitFilePath(TAVO_BENCH_LEXICON "/tavo.init"); }
+    explicit TavoSide(bool together) : together_(together) {}
 
     Words run(Lines const& lines) {
         Words words;
-        for (std::string const& line : lines.sjis) {
-            tavo_.analyze(line.data(), static_cast<int>(line.size()));
-            auto const sentences = static_cast<int>(tavo_.getSentenceCount());
-            for (int sentence = 0; sentence < sentences; ++sentence) {
-                tavo_.getResult(morphemes_, sentence);
-                for (TAVO::Mrph const& morpheme : morphemes_) {
-                    unsigned int length = 0;
-                    char const* const form = morpheme.getFormWithoutNullEnd(length);
-                    words.read(form, length);
-                }
-            }
+        if (together_) {
+            for (TAVO::Tokens const& tokens : tokenizer_.tokenize(std::span(lines.views))) read(tokens, words);
+        } else {
+            for (std::string_view const line : lines.views) read(tokenizer_.tokenize(line), words);
         }
         return words;
     }
 
 private:
-    TAVO::Tavo tavo_;
-    std::vector<TAVO::Mrph> morphemes_;
+    static void read(TAVO::Tokens const& tokens, Words& words) {
+        for (TAVO::Token const& token : tokens) {
+            words.read(token.surface().data(), token.surface().size());
+            words.bytes += token.pos().size() + token.reading().size();
+        }
+    }
+
+    bool together_;
+    TAVO::Tokenizer tokenizer_{TAVO::Lexicon::open(TAVO_BENCH_LEXICON)};
 };
 
 class MecabSide {
@@ -94,11 +88,12 @@ public:
 
     Words run(Lines const& lines) {
         Words words;
-        for (std::string const& line : lines.utf8) {
+        for (std::string const& line : lines.texts) {
             for (MeCab::Node const* node = tagger_->parseToNode(line.data(), line.size()); node != nullptr;
                  node = node->next) {
-                if (node->stat != MECAB_BOS_NODE && node->stat != MECAB_EOS_NODE)
-                    words.read(node->surface, node->length);
+                if (node->stat == MECAB_BOS_NODE || node->stat == MECAB_EOS_NODE) continue;
+                words.read(node->surface, node->length);
+                words.bytes += static_cast<unsigned char>(*node->feature);
             }
         }
         return words;
@@ -128,27 +123,31 @@ double median(std::vector<double> values) {
 
 void compare(char const* text, int rounds, std::string const& dictionary) {
     Lines const lines = readLines(text);
-    TavoSide tavo;
+    TavoSide alone(false), together(true);
     MecabSide mecab(dictionary);
-    Words tavoWords, mecabWords;
-    timed(tavo, lines, tavoWords);
-    timed(mecab, lines, mecabWords);
-    std::vector<double> tavoTimes, mecabTimes, ratios;
-    for (int round = 0; round < rounds; ++round) {
-        double first = 0;
-        if (round % 2 == 0) first = timed(tavo, lines, tavoWords);
-        mecabTimes.push_back(timed(mecab, lines, mecabWords));
-        tavoTimes.push_back(round % 2 == 0 ? first : timed(tavo, lines, tavoWords));
-        ratios.push_back(mecabTimes.back() / tavoTimes.back());
+    constexpr char const* kNames[] = {"tavo, a line a call", "tavo, all lines", "mecab"};
+    constexpr int kSides = 3, kMecab = 2;
+    Words words[kSides];
+    std::vector<double> times[kSides];
+    for (int round = -1; round < rounds; ++round) {
+        for (int i = 0; i < kSides; ++i) {
+            int const side = (i + round + 1) % kSides;
+            double const time = side == kMecab ? timed(mecab, lines, words[side])
+                                : side == 0    ? timed(alone, lines, words[side])
+                                               : timed(together, lines, words[side]);
+            if (round >= 0) times[side].push_back(time);  // the first round warms up
+        }
     }
-    auto const [least, most] = std::minmax_element(ratios.begin(), ratios.end());
-    double const megabytes = static_cast<double>(lines.utf8Bytes) / 1e6;
-    std::printf("%s, %zu bytes in %zu lines, %d rounds\n", text, lines.utf8Bytes, lines.utf8.size(), rounds);
-    std::printf("  tavo   %.3f s  %5.1f MB/s  %zu words\n", median(tavoTimes), megabytes / median(tavoTimes),
-                tavoWords.count);
-    std::printf("  mecab  %.3f s  %5.1f MB/s  %zu words\n", median(mecabTimes), megabytes / median(mecabTimes),
-                mecabWords.count);
-    std::printf("  mecab / tavo: %.2f [%.2f .. %.2f]\n", median(ratios), *least, *most);
+    double const megabytes = static_cast<double>(lines.bytes) / 1e6;
+    std::printf("%s, %zu bytes in %zu lines, %d rounds\n", text, lines.bytes, lines.texts.size(), rounds);
+    for (int side = 0; side < kSides; ++side) {
+        std::vector<double> ratios;
+        for (std::size_t i = 0; i != times[side].size(); ++i) ratios.push_back(times[kMecab][i] / times[side][i]);
+        auto const [least, most] = std::minmax_element(ratios.begin(), ratios.end());
+        std::printf("  %-20s %.3f s  %5.1f MB/s  %zu words  mecab's time / its: %.2f [%.2f .. %.2f]\n", kNames[side],
+                    median(times[side]), megabytes / median(times[side]), words[side].count, median(ratios), *least,
+                    *most);
+    }
 }
 
 }  // namespace

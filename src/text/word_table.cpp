@@ -30,6 +30,10 @@ std::uint64_t keyOfRecord(unsigned char const* record, std::string_view surface)
 
 void WordTable::clear() {
     words_.assign(1, {});
+    pids_.assign(1, 0);
+    texts_.assign(1, {});
+    nearSlots_.assign(kFirstWordSlots, {});
+    nearUsed_ = 0;
     surfaces_.clear();
     slots_.assign(kFirstWordSlots, {});
     used_ = 0;
@@ -72,6 +76,18 @@ std::uint32_t WordTable::add(std::uint64_t key, PendingWord const& word) {
     return number;
 }
 
+std::uint32_t WordTable::addNear(PendingWord const& word) {
+    std::uint32_t const number = addRecord(word.record(), {word.text, word.length});
+    if (2 * (nearUsed_ + 1) > nearSlots_.size()) {
+        std::vector<NearSlot> const old = std::exchange(nearSlots_, std::vector<NearSlot>(2 * nearSlots_.size()));
+        for (NearSlot const& slot : old)
+            if (slot.word != kNone) nearSlots_[nearPlace(slot.key)] = slot;
+    }
+    nearSlots_[nearPlace(word.word->word)] = {word.word->word, number};
+    ++nearUsed_;
+    return number;
+}
+
 /// The same record has several names in a search index.
 std::uint32_t WordTable::addRecord(unsigned char const* record, std::string_view surface) {
     bool const isUnknown = record == kUnknownRecord.data();
@@ -85,17 +101,20 @@ std::uint32_t WordTable::addRecord(unsigned char const* record, std::string_view
     word.cost = values.cost();
     word.isUnknown = word.pid == ConnTable::kUnknownId || context_.pos.isUndef(word.pid);
     if (!word.isUnknown) word.id = idOf(record);
-    word.texts.fill(kNotYet);
-    std::uint32_t const number = keep(word, surface);
+    Texts texts;
+    texts.fill(kNotYet);
+    std::uint32_t const number = keep(word, surface, texts);
     if (!isUnknown) records_.insert_or_assign(record, number);
     return number;
 }
 
-std::uint32_t WordTable::keep(Word word, std::string_view surface) {
+std::uint32_t WordTable::keep(Word word, std::string_view surface, Texts const& texts) {
     word.surfaceAt = static_cast<std::uint32_t>(surfaces_.size());
     word.surfaceBytes = static_cast<std::uint32_t>(surface.size());
     surfaces_ += surface;
     words_.push_back(word);
+    pids_.push_back(word.pid);
+    texts_.push_back(texts);
     return static_cast<std::uint32_t>(words_.size() - 1);
 }
 
@@ -151,14 +170,15 @@ std::uint32_t WordTable::addMade(Mrph const& morpheme) {
     word.cost = morpheme.getCost();
     word.isUnknown = MrphAccess::isUnknown(morpheme);
     word.isAnnotation = morpheme.isAnnotation();
-    word.texts.fill(kNotYet);
-    auto const set = [&](TokenText which, std::uint32_t text) { word.texts[static_cast<std::size_t>(which)] = text; };
+    Texts texts;
+    texts.fill(kNotYet);
+    auto const set = [&](TokenText which, std::uint32_t text) { texts[static_cast<std::size_t>(which)] = text; };
     set(TokenText::Additional, add(morpheme.getAdditionalInfo(), {}));
     set(TokenText::Annotation, word.isAnnotation ? add(surface, {}) : 0);
     set(TokenText::Base, word.isAnnotation ? 0 : add(morpheme.getStdForm(true), surface));
     set(TokenText::Reading, add(morpheme.getRead(true), surface));
     set(TokenText::Pronunciation, add(morpheme.getPron(true), surface));
-    return keep(word, surface);
+    return keep(word, surface, texts);
 }
 
 std::uint32_t WordTable::add(std::string_view sjis, std::string_view surface) {
@@ -200,7 +220,7 @@ std::uint32_t WordTable::find(std::uint32_t number, TokenText which) {
         case TokenText::Additional:
             break;
     }
-    return word.texts[static_cast<std::size_t>(which)] = found;
+    return texts_[number][static_cast<std::size_t>(which)] = found;
 }
 
 std::uint32_t WordTable::spelling(std::uint32_t number, std::string_view surface) {

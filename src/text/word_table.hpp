@@ -45,7 +45,6 @@ public:
         std::uint16_t pid = 0;
         bool isUnknown = true;
         bool isAnnotation = false;
-        std::array<std::uint32_t, kTokenTexts> texts{};
     };
 
     /// @p context is the analyser's that the words come from; @p pos belongs to its connection table. Both outlive
@@ -57,6 +56,10 @@ public:
     bool isLarge() const noexcept;
 
     std::uint32_t number(PendingWord const& word) {
+        if (word.word->source == 0) {
+            NearSlot const& near = nearSlots_[nearPlace(word.word->word)];
+            return near.word != kNone ? near.word : addNear(word);
+        }
         std::uint64_t const key = keyOf(word);
         Slot const& slot = slots_[place(key)];
         return slot.key == key ? slot.word : add(key, word);
@@ -69,17 +72,17 @@ public:
     Word const& word(std::uint32_t number) const noexcept { return words_[number]; }
     /// Gives an annotation the text that was read for it.
     void setAnnotation(std::uint32_t number, std::string_view text) {
-        words_[number].texts[static_cast<std::size_t>(TokenText::Annotation)] = strings_.add(text);
+        texts_[number][static_cast<std::size_t>(TokenText::Annotation)] = strings_.add(text);
     }
     /// The number in strings() of a text of word @p number; kSurface where it is the word itself.
     std::uint32_t text(std::uint32_t number, TokenText which) {
-        std::uint32_t const known = words_[number].texts[static_cast<std::size_t>(which)];
+        std::uint32_t const known = texts_[number][static_cast<std::size_t>(which)];
         return known != kNotYet ? known : find(number, which);
     }
     /// The number in strings() of word @p number's surface where that is written as @p surface; else kNotYet.
     std::uint32_t spelling(std::uint32_t number, std::string_view surface);
 
-    PosTexts::Part const& pos(std::uint32_t number) const noexcept { return pos_.part(words_[number].pid); }
+    PosTexts::Part const& pos(std::uint32_t number) const noexcept { return pos_.part(pids_[number]); }
     StringTable& strings() noexcept { return strings_; }
     StringTable const& strings() const noexcept { return strings_; }
     std::uint64_t version() const noexcept { return version_; }
@@ -96,13 +99,27 @@ private:
         }
     };
 
+    using Texts = std::array<std::uint32_t, kTokenTexts>;
+    /// Of words of the first dictionary, by the search index's name; most words of most texts.
+    struct NearSlot {
+        std::uint32_t key = 0;
+        std::uint32_t word = kNone;  // that: free
+    };
+
+    std::size_t nearPlace(std::uint32_t key) const noexcept {
+        std::size_t const mask = nearSlots_.size() - 1;
+        std::size_t at = (key * 0x9E3779B1U >> 7) & mask;
+        while (nearSlots_[at].word != kNone && nearSlots_[at].key != key) at = (at + 1) & mask;
+        return at;
+    }
+    std::uint32_t addNear(PendingWord const& word);
     static std::uint64_t keyOf(PendingWord const& word) noexcept;
     std::size_t place(std::uint64_t key) const noexcept;
     void put(std::uint64_t key, std::uint32_t word);
     std::uint32_t add(std::uint64_t key, PendingWord const& word);
     std::uint32_t addRecord(unsigned char const* record, std::string_view surface);
     std::uint32_t addMade(Mrph const& morpheme);
-    std::uint32_t keep(Word word, std::string_view surface);
+    std::uint32_t keep(Word word, std::string_view surface, Texts const& texts);
     Mrph morphemeOf(Word const& word) const;
     std::string_view surfaceOf(Word const& word) const noexcept {
         return std::string_view(surfaces_).substr(word.surfaceAt, word.surfaceBytes);
@@ -114,6 +131,11 @@ private:
     AnalyzerContext const& context_;
     PosTexts const& pos_;
     std::vector<Word> words_;
+    // By word, apart from what is seldom asked for.
+    std::vector<std::uint16_t> pids_;
+    std::vector<Texts> texts_;
+    std::vector<NearSlot> nearSlots_;  // a power of two of them, never more than half full
+    std::size_t nearUsed_ = 0;
     std::string surfaces_;
     std::vector<Slot> slots_;  // a power of two of them, never more than half full; key 0: free
     std::size_t used_ = 0;
