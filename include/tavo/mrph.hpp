@@ -5,6 +5,7 @@
 
 #include <tavo/export.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -78,6 +79,12 @@ public:
     /// The form's bytes, not NUL-terminated; @p length receives their number.
     char const* getFormWithoutNullEnd(unsigned int& length) const;
     unsigned int getRawForm(char* buf, int size, int start) const;
+    /// Where the morpheme stands in the text that was given to the analyser: its first byte, and behind its last. Line
+    /// breaks, tags and entities that analysis takes out count: those inside the morpheme are inside, those at its
+    /// ends outside; an annotation stands where its text does. A word that stands in no text, as of
+    /// Tavo::getByRead(), throws logic_error "LOGIC_ERROR: Mrph::" + name + "()".
+    std::size_t getGivenBegin() const;
+    std::size_t getGivenEnd() const;
     std::string getStdForm(bool plain) const;
     unsigned int getStdForm(char* buf, int size, int start, bool plain) const;
     std::string getRead(bool plain) const;
@@ -127,6 +134,11 @@ public:
     void getPartFormLength(std::vector<int>& lengths) const;
     std::string getPartForm(int index) const;
     void getPartForm(std::vector<std::string>& forms) const;
+    /// Where the part stands in the text that was given, as getGivenBegin() and getGivenEnd().
+    std::size_t getPartGivenBegin(int index) const;
+    void getPartGivenBegin(std::vector<std::size_t>& begins) const;
+    std::size_t getPartGivenEnd(int index) const;
+    void getPartGivenEnd(std::vector<std::size_t>& ends) const;
     std::string getPartStdForm(int index) const;
     void getPartStdForm(std::vector<std::string>& forms) const;
     std::string getPartRead(int index) const;
@@ -208,6 +220,7 @@ private:
 
     char const* form_;
     std::uint32_t formLength_;
+    std::uint32_t sentence_ = 0xFFFFFFFF;  // index of a sentence with a text of its own, else none
     unsigned char const* dic_;
     char const* rawForm_;
     AnalyzerContext const* owner_;

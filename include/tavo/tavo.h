@@ -269,6 +269,11 @@ TAVO_EXPORT int tavo_getAnalyzedText(tavo_t* tavo, int sentence, char* buffer, i
 TAVO_EXPORT int tavo_getForm(tavo_mrph_t* mrph, int flag, char* buffer, int size);
 /// Length of the form as analysed.
 TAVO_EXPORT int tavo_getFormLength(tavo_mrph_t* mrph);
+/// Where the morpheme stands in the text that was given to tavo_analyze or tavo_analyzeNBest: its first byte, and
+/// behind its last. Line breaks, tags and entities that analysis takes out count; those at the ends stand outside. For
+/// an annotation where its text stands. -10008 for a word of tavo_getByRead, which stands in no text.
+TAVO_EXPORT int tavo_getGivenBegin(tavo_mrph_t* mrph);
+TAVO_EXPORT int tavo_getGivenEnd(tavo_mrph_t* mrph);
 TAVO_EXPORT int tavo_getStdForm(tavo_mrph_t* mrph, int flag, char* buffer, int size);
 TAVO_EXPORT int tavo_getRead(tavo_mrph_t* mrph, int flag, char* buffer, int size);
 TAVO_EXPORT int tavo_getPron(tavo_mrph_t* mrph, int flag, char* buffer, int size);
@@ -334,6 +339,9 @@ TAVO_EXPORT int tavo_getPartCount(tavo_mrph_t* mrph);
 TAVO_EXPORT int tavo_getPartLength(tavo_mrph_t* mrph, int part);
 TAVO_EXPORT int tavo_getPartForm(tavo_mrph_t* mrph, int part, char* buffer, int size);
 TAVO_EXPORT int tavo_getPartFormLength(tavo_mrph_t* mrph, int part);
+/// Where the part stands in the text that was given, as tavo_getGivenBegin and tavo_getGivenEnd.
+TAVO_EXPORT int tavo_getPartGivenBegin(tavo_mrph_t* mrph, int part);
+TAVO_EXPORT int tavo_getPartGivenEnd(tavo_mrph_t* mrph, int part);
 TAVO_EXPORT int tavo_getPartStdForm(tavo_mrph_t* mrph, int part, char* buffer, int size);
 TAVO_EXPORT int tavo_getPartRead(tavo_mrph_t* mrph, int part, char* buffer, int size);
 TAVO_EXPORT int tavo_getPartPron(tavo_mrph_t* mrph, int part, char* buffer, int size);

@@ -3,10 +3,10 @@
 #include "base/sjis.hpp"
 #include "engine/special_records.hpp"
 #include "result/mrph_access.hpp"
+#include "split/sentence_splitter.hpp"
 
 #include <functional>
 #include <stdexcept>
-#include <tuple>
 #include <utility>
 
 namespace TAVO::api {
@@ -32,43 +32,12 @@ bool isInside(std::string_view span, std::string_view text) {
     return notBehind(text.data(), span.data()) && notBehind(span.data() + span.size(), text.data() + text.size());
 }
 
-bool isBreak(char c) noexcept { return c == '\r' || c == '\n'; }
-
-/// Finds the positions of a sentence's text in the text as given, from which line
-/// breaks may have been taken out. To be asked in ascending order.
-class GivenPositions {
-public:
-    explicit GivenPositions(Sentence const& sentence) : sentence_(sentence) {}
-
-    /// Where the bytes [begin, end) of the sentence's text stand; breaks come
-    /// back inside, not at the ends.
-    std::pair<std::size_t, std::size_t> find(std::size_t begin, std::size_t end) {
-        advance(begin);
-        if (begin < end) skipBreaks();
-        std::size_t const first = given_;
-        advance(end);
-        return {first, given_};
-    }
-
-private:
-    void advance(std::size_t byte) {
-        for (; text_ < byte; ++text_, ++given_) {
-            skipBreaks();
-            if (given_ == sentence_.given.size() || sentence_.given[given_] != sentence_.text[text_])
-                throw std::logic_error(
-                    "LOGIC_ERROR: tags changed the text, so that only TAVO_BULK_ANALYZED tells places");
-        }
-    }
-    void skipBreaks() {
-        while (given_ < sentence_.given.size() && isBreak(sentence_.given[given_]) &&
-               sentence_.given[given_] != sentence_.text[text_])
-            ++given_;
-    }
-
-    Sentence const& sentence_;
-    std::size_t text_ = 0;
-    std::size_t given_ = 0;
-};
+/// Throws where more than line breaks was taken out of the sentence's text.
+void requireNoTags(Sentence const& sentence) {
+    TextOrigins origins;
+    if (sentence.ownedText && deleteLineBreaks(sentence.given, origins) != sentence.text)
+        throw std::logic_error("LOGIC_ERROR: tags changed the text, so that only TAVO_BULK_ANALYZED tells places");
+}
 
 }  // namespace
 
@@ -112,7 +81,7 @@ void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionC
     Sentence const& source = MrphAccess::owner(morphemes.front())->sentences[sentence];
     std::size_t const base = inAnalyzedText() ? row.analyzedBegin[sentence]
                                               : static_cast<std::size_t>(source.given.data() - row.given.data());
-    GivenPositions given(source);
+    if (!inAnalyzedText()) requireNoTags(source);
     std::size_t last = base;  // where an annotation stands
     for (Mrph const& mrph : morphemes) {
         std::string_view const span = MrphAccess::rawForm(mrph);
@@ -120,11 +89,12 @@ void BulkArrays::addSentence(BulkRow const& row, std::size_t sentence, PositionC
             addMorpheme(mrph, positions.at(last), 0);
             continue;
         }
-        auto begin = static_cast<std::size_t>(span.data() - source.text.data());
-        std::size_t end = begin + span.size();
-        if (!inAnalyzedText() && source.ownedText) std::tie(begin, end) = given.find(begin, end);
-        last = base + end;
-        std::uint32_t const start = positions.at(base + begin);
+        auto const inText = static_cast<std::size_t>(span.data() - source.text.data());
+        TextSpan place{inText, inText + span.size()};
+        if (!inAnalyzedText() && source.ownedText)
+            place = {source.ownedText->origins.begin(place.begin), source.ownedText->origins.end(place.end)};
+        last = base + place.end;
+        std::uint32_t const start = positions.at(base + place.begin);
         addMorpheme(mrph, start, positions.at(last) - start);
     }
 }

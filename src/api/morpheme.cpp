@@ -41,6 +41,8 @@ int tavo_getEndLVRead(tavo_mrph_t* mrph, int flag, char* buffer, int size) {
 }
 
 int tavo_getFormLength(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::getFormLength); }
+int tavo_getGivenBegin(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::getGivenBegin); }
+int tavo_getGivenEnd(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::getGivenEnd); }
 int tavo_getPid(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::getPid); }
 int tavo_getCost(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::getCost); }
 int tavo_getExtCount(tavo_mrph_t* mrph) { return valueOf(mrph, &Mrph::getExtCount); }

@@ -75,6 +75,12 @@ int tavo_getPartLength(tavo_mrph_t* mrph, int part) {
 int tavo_getPartFormLength(tavo_mrph_t* mrph, int part) {
     return partValue<int>(mrph, __func__, &Mrph::getPartFormLength, part);
 }
+int tavo_getPartGivenBegin(tavo_mrph_t* mrph, int part) {
+    return partValue<std::size_t>(mrph, __func__, &Mrph::getPartGivenBegin, part);
+}
+int tavo_getPartGivenEnd(tavo_mrph_t* mrph, int part) {
+    return partValue<std::size_t>(mrph, __func__, &Mrph::getPartGivenEnd, part);
+}
 int tavo_getPartPid(tavo_mrph_t* mrph, int part) {
     return partValue<unsigned short>(mrph, __func__, &Mrph::getPartPid, part);
 }

@@ -35,12 +35,14 @@ void Tavo::Impl::dropInput() noexcept {
     context.allPaths.clear();
     context.lateNodes.reset();
     context.madeRecords.clear();
+    context.input = {};
 }
 
 int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
     dropInput();
     errorSentences.clear();
     hasResult = true;
+    context.input = text;
     converter.bind(context.settings, convertRules, context.dics);
     if (searchesAlone(nBest)) {
         splitText(
@@ -93,8 +95,8 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     sentence.given = piece;
     sentence.text = piece;
     if (deletesLineBreaks()) {
-        sentence.ownedText = std::make_unique<std::string>(deleteLineBreaks(piece));
-        sentence.text = *sentence.ownedText;
+        sentence.ownedText = std::make_unique<OwnedText>();
+        sentence.text = sentence.ownedText->text = deleteLineBreaks(piece, sentence.ownedText->origins);
     }
     bool complete = readMarkup(sentence);
     if (complete) {

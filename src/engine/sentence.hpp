@@ -5,6 +5,7 @@
 #include "convert/conversion.hpp"
 #include "engine/path_store.hpp"
 #include "split/sentence_markup.hpp"
+#include "split/text_origins.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -14,16 +15,22 @@
 
 namespace TAVO {
 
+/// An analysed text that is not the given one: without line breaks or without tags.
+struct OwnedText {
+    std::string text;
+    TextOrigins origins;  ///< in the given text
+};
+
 struct Sentence {
     static constexpr std::uint32_t kNoEdges = 0xFFFFFFFF;
 
     /// The piece of the caller's text, as given (not owned).
     std::string_view given;
-    /// The text that was analysed: equal to given, or to ownedText.
+    /// The text that was analysed: given, or that of ownedText.
     std::string_view text;
     /// Holds the analysed text where it differs from the given one; its
     /// characters never move, since morphemes point at them.
-    std::unique_ptr<std::string> ownedText;
+    std::unique_ptr<OwnedText> ownedText;
     /// What is searched in the place of text; null when that is text itself.
     std::unique_ptr<Conversion> conversion;
     /// Nodes, paths and candidates stand in this text.

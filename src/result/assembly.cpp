@@ -18,14 +18,8 @@ struct InPlace {
     operator Mrph() const { return MrphAccess::fromNode(text, node, &context); }
 };
 
-}  // namespace
-
-void getMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path, AnalyzerContext const& context,
-                  ReduceRules const& reduce, Sentence const& sentence) {
-    if (sentence.markup) {
-        getMarkedUpMrphArray(out, path, context, reduce, sentence);
-        return;
-    }
+void getPlainMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path, AnalyzerContext const& context,
+                       ReduceRules const& reduce, Sentence const& sentence) {
     bool const divideWords = context.settings.mode(Mode::DivideWord) == 1;
     out.clear();
     out.reserve(path.size());
@@ -46,6 +40,19 @@ void getMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> pa
     }
     joiner.finish();
     if (!divideWords) reduce.phrases().join(out);
+}
+
+}  // namespace
+
+void getMrphArray(std::vector<Mrph>& out, std::span<LatticeNode const* const> path, AnalyzerContext const& context,
+                  ReduceRules const& reduce, Sentence const& sentence) {
+    if (sentence.markup)
+        getMarkedUpMrphArray(out, path, context, reduce, sentence);
+    else
+        getPlainMrphArray(out, path, context, reduce, sentence);
+    if (!sentence.ownedText) return;
+    auto const index = static_cast<std::size_t>(&sentence - context.sentences.data());
+    for (Mrph& m : out) MrphAccess::setSentence(m, index);
 }
 
 bool appendLengths(std::vector<unsigned int>& out, AnalyzerContext const& context, ReduceRules const& reduce,

@@ -19,6 +19,7 @@
 #include <deque>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace TAVO {
@@ -55,6 +56,7 @@ struct AnalyzerContext {
     Sentence const* sentenceOf(char const* text) const;
 
     // State of the last input.
+    std::string_view input;  // as given, not owned
     Lattice lattice;
     AllPaths allPaths;                    // the edges, where the input was analysed with all paths
     std::unique_ptr<NodePool> lateNodes;  // of edges that were made after the analysis; null while there are none

@@ -1,7 +1,10 @@
 #include "result/given_text.hpp"
 
+#include "result/mrph_access.hpp"
+
 #include <algorithm>
 #include <functional>
+#include <stdexcept>
 
 namespace TAVO {
 namespace {
@@ -12,37 +15,56 @@ bool holds(std::string_view text, std::string_view span) noexcept {
     return notBehind(text.data(), span.data()) && notBehind(span.data() + span.size(), text.data() + text.size());
 }
 
-constexpr bool isLineBreak(char c) noexcept { return c == '\r' || c == '\n'; }
+Sentence const* sentenceOf(Mrph const& m, std::string_view span) {
+    AnalyzerContext const& owner = *MrphAccess::owner(m);
+    std::size_t const known = MrphAccess::sentence(m);
+    return known < owner.sentences.size() ? &owner.sentences[known] : owner.sentenceOf(span.data());
+}
 
-/// Walks both texts of @p sentence in step up to the end of [begin, end).
-std::optional<std::string_view> mapSpan(Sentence const& sentence, std::size_t begin, std::size_t end) {
-    std::size_t givenBegin = 0;
-    std::size_t at = 0;
-    for (std::size_t i = 0; i < end; ++i) {
-        char const c = sentence.text[i];
-        while (at < sentence.given.size() && sentence.given[at] != c && isLineBreak(sentence.given[at])) ++at;
-        if (at == sentence.given.size() || sentence.given[at] != c) return std::nullopt;
-        if (i == begin) givenBegin = at;
-        ++at;
+/// In the sentence's given text.
+std::optional<TextSpan> spanInSentence(Sentence const& sentence, std::string_view span) {
+    if (sentence.ownedText && holds(sentence.text, span)) {
+        TextOrigins const& origins = sentence.ownedText->origins;
+        auto const at = static_cast<std::size_t>(span.data() - sentence.text.data());
+        if (!span.empty()) return TextSpan{origins.begin(at), origins.end(at + span.size())};
+        return TextSpan{origins.end(at), origins.end(at)};
     }
-    return begin == end ? std::string_view{} : sentence.given.substr(givenBegin, at - givenBegin);
+    if (!sentence.markup) return std::nullopt;
+    std::vector<Annotation> const& annotations = sentence.markup->annotations;
+    auto const found = std::find_if(annotations.begin(), annotations.end(),
+                                    [&](Annotation const& one) { return one.text.data() == span.data(); });
+    if (found == annotations.end()) return std::nullopt;
+    return TextSpan{found->lineBegin, found->lineEnd};
 }
 
 }  // namespace
 
-std::optional<std::string_view> givenText(std::vector<Sentence> const& sentences, std::string_view span) {
-    // Sentences analysed as given are pieces of one text, in its order.
-    auto const behind =
-        std::upper_bound(sentences.begin(), sentences.end(), span.data(),
-                         [](char const* p, Sentence const& s) { return std::less<char const*>()(p, s.given.data()); });
-    if (behind != sentences.begin() && !std::prev(behind)->ownedText && holds(std::prev(behind)->text, span))
-        return span;
-    for (Sentence const& sentence : sentences) {
-        if (!sentence.ownedText || !holds(sentence.text, span)) continue;
-        auto const begin = static_cast<std::size_t>(span.data() - sentence.text.data());
-        return mapSpan(sentence, begin, begin + span.size());
+std::optional<TextSpan> givenSpan(Mrph const& m, std::string_view span) {
+    AnalyzerContext const* const owner = MrphAccess::owner(m);
+    if (owner == nullptr) return std::nullopt;
+    if (std::string_view const input = owner->input; holds(input, span)) {
+        auto const begin = static_cast<std::size_t>(span.data() - input.data());
+        return TextSpan{begin, begin + span.size()};
     }
-    return std::nullopt;
+    Sentence const* const sentence = sentenceOf(m, span);
+    std::optional<TextSpan> found = sentence != nullptr ? spanInSentence(*sentence, span) : std::nullopt;
+    if (!found) return std::nullopt;
+    auto const base = static_cast<std::size_t>(sentence->given.data() - owner->input.data());
+    return TextSpan{base + found->begin, base + found->end};
+}
+
+TextSpan requireGivenSpan(Mrph const& m, std::string_view span, char const* error) {
+    std::optional<TextSpan> const found = givenSpan(m, span);
+    if (!found) throw std::logic_error(error);
+    return *found;
+}
+
+std::size_t Mrph::getGivenBegin() const {
+    return requireGivenSpan(*this, MrphAccess::rawForm(*this), "LOGIC_ERROR: Mrph::getGivenBegin()").begin;
+}
+
+std::size_t Mrph::getGivenEnd() const {
+    return requireGivenSpan(*this, MrphAccess::rawForm(*this), "LOGIC_ERROR: Mrph::getGivenEnd()").end;
 }
 
 }  // namespace TAVO

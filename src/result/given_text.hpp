@@ -2,19 +2,21 @@
 #ifndef TAVO_RESULT_GIVEN_TEXT_HPP
 #define TAVO_RESULT_GIVEN_TEXT_HPP
 
-#include "engine/sentence.hpp"
+#include "split/markup_scanner.hpp"
+
+#include <tavo/mrph.hpp>
 
 #include <optional>
 #include <string_view>
-#include <vector>
 
 namespace TAVO {
 
-/// The given bytes of @p span, a piece of some sentence's analysed text. Where
-/// line breaks were taken out of a sentence they come back inside the span, not
-/// at its ends. Empty when no sentence holds the span, or when the sentence's
-/// two texts differ in more than line breaks.
-std::optional<std::string_view> givenText(std::vector<Sentence> const& sentences, std::string_view span);
+/// Where @p span, a piece of the text that @p m covers, stands in the text that the analyser of @p m was given: from
+/// its first to behind its last byte, with what was taken out in between. Empty for text that was not given: that of
+/// words that were looked up, and of morphemes without analyser.
+std::optional<TextSpan> givenSpan(Mrph const& m, std::string_view span);
+/// The same; throws logic_error with @p error where that is empty.
+TextSpan requireGivenSpan(Mrph const& m, std::string_view span, char const* error);
 
 }  // namespace TAVO
 

@@ -3,6 +3,7 @@
 #include "result/mrph_access.hpp"
 #include "result/tagged_input.hpp"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,20 @@ void addMatching(std::vector<unsigned char const*>& records, RecordChain chain, 
     }
 }
 
+/// Makes the text without tags that of @p sentence.
+void takeText(Sentence& sentence, TaggedText& tagged) {
+    if (sentence.ownedText) {  // line breaks were taken out before
+        TextOrigins const& before = sentence.ownedText->origins;
+        for (Annotation& annotation : tagged.markup.annotations) {
+            annotation.lineEnd = before.end(annotation.lineEnd);
+            annotation.lineBegin = std::min(before.begin(annotation.lineBegin), annotation.lineEnd);
+        }
+        tagged.origins = tagged.origins.through(before);
+    }
+    sentence.ownedText = std::make_unique<OwnedText>(OwnedText{std::move(tagged.text), std::move(tagged.origins)});
+    sentence.text = sentence.ownedText->text;
+}
+
 }  // namespace
 
 bool takeMarkup(Sentence& sentence, AnalyzerContext const& context, CommentRules const& comments) {
@@ -34,10 +49,7 @@ bool takeMarkup(Sentence& sentence, AnalyzerContext const& context, CommentRules
     if (context.settings.mode(Mode::TaggedInput) == 1) {
         std::optional<TaggedText> tagged = parseTaggedText(sentence.text, context.pos, comments);
         if (!tagged) return false;
-        if (tagged->text != sentence.text) {
-            sentence.ownedText = std::make_unique<std::string>(std::move(tagged->text));
-            sentence.text = *sentence.ownedText;
-        }
+        if (tagged->text != sentence.text) takeText(sentence, *tagged);
         markup = std::move(tagged->markup);
     } else {
         markup = commentMarkup(sentence.text, comments);

@@ -47,6 +47,7 @@ Mrph::Mrph(char const* text, LatticeNode const* node, AnalyzerContext const* own
 Mrph::Mrph(Mrph const& other)
     : form_(other.form_),
       formLength_(other.formLength_),
+      sentence_(other.sentence_),
       dic_(other.dic_),
       rawForm_(other.rawForm_),
       owner_(other.owner_),
@@ -211,6 +212,7 @@ void Mrph::getAlt(std::vector<Mrph>& alternatives) const {
     eachAlternative(*this, [&](unsigned char const* record, std::uint32_t length) {
         Mrph& added = found.emplace_back(Mrph(rawForm_, length, record, owner_));
         added.node_ = node_;  // their alternatives are found by one node
+        added.sentence_ = sentence_;
     });
     alternatives = std::move(found);
 }

@@ -57,6 +57,9 @@ struct MrphAccess {
     static std::string_view form(Mrph const& m) noexcept { return {m.form_, m.formLength_}; }
     /// The span of the analysed text that the morpheme covers.
     static std::string_view rawForm(Mrph const& m) noexcept { return {m.rawForm_, m.rawFormLength_}; }
+    /// Index of its sentence where that has a text of its own; else the text that was given holds the span.
+    static std::size_t sentence(Mrph const& m) noexcept { return m.sentence_; }
+    static void setSentence(Mrph& m, std::size_t index) noexcept { m.sentence_ = static_cast<std::uint32_t>(index); }
     static unsigned int partCount(Mrph const& m) noexcept { return m.partCount_; }
     /// True when the morpheme is in no dictionary, or one character of an unknown word.
     static bool isUnknown(Mrph const& m) { return m.getPid() == ConnTable::kUnknownId || m.isUndef(); }

@@ -1,6 +1,7 @@
 // Accessors of one part of a morpheme, and of all parts in order.
 #include "base/sjis.hpp"
 #include "dic/read_pron.hpp"
+#include "result/given_text.hpp"
 #include "result/mrph_access.hpp"
 #include "result/part_text.hpp"
 
@@ -148,6 +149,35 @@ unsigned short leafPid(Mrph const& m, int index) {
 std::string_view MrphAccess::partForm(Mrph const& m, int index) {
     return ofPart(m, index, "RANGE_ERROR: Mrph::getPartFormNoConvert()", leafForm);
 }
+
+namespace {
+
+/// Where part @p index stands in the given text. A part whose form is no span of the text stands where its whole does.
+TextSpan partGivenSpan(Mrph const& m, int index, char const* rangeError, char const* noText) {
+    TextSpan const span = ofPart(m, index, rangeError, [&](Mrph const& leaf, int local) {
+        std::string_view const raw = MrphAccess::rawForm(leaf);
+        bool const inText = MrphAccess::form(leaf).data() == raw.data();
+        return requireGivenSpan(m, inText ? leafForm(leaf, local) : raw, noText);
+    });
+    return span;
+}
+
+}  // namespace
+
+std::size_t Mrph::getPartGivenBegin(int index) const {
+    return partGivenSpan(*this, index, "RANGE_ERROR: Mrph::getPartGivenBegin()",
+                         "LOGIC_ERROR: Mrph::getPartGivenBegin()")
+        .begin;
+}
+void Mrph::getPartGivenBegin(std::vector<std::size_t>& begins) const {
+    fillParts(*this, begins, &Mrph::getPartGivenBegin);
+}
+
+std::size_t Mrph::getPartGivenEnd(int index) const {
+    return partGivenSpan(*this, index, "RANGE_ERROR: Mrph::getPartGivenEnd()", "LOGIC_ERROR: Mrph::getPartGivenEnd()")
+        .end;
+}
+void Mrph::getPartGivenEnd(std::vector<std::size_t>& ends) const { fillParts(*this, ends, &Mrph::getPartGivenEnd); }
 
 int Mrph::getPartLength(int index) const {
     return static_cast<int>(ofPart(*this, index, "RANGE_ERROR: Mrph::getPartLength()", leafForm).size());

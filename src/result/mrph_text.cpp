@@ -63,7 +63,8 @@ std::string const* coverValue(MrphCover const* cover, std::string MrphCover::*ow
 std::string Mrph::getForm(bool plain) const {
     int const mode = outputConvert(owner_);
     if (mode == kConvertToGivenText) {
-        if (auto const given = givenText(owner_->sentences, MrphAccess::rawForm(*this))) return std::string(*given);
+        if (auto const given = givenSpan(*this, MrphAccess::rawForm(*this)))
+            return std::string(owner_->input.substr(given->begin, given->end - given->begin));
     }
     if ((mode == kGivenAndConverted && !plain) || mode == kConverted) {
         std::string_view const converted = convertedForm(*this);

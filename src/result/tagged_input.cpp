@@ -46,9 +46,10 @@ private:
         auto const lineBegin = static_cast<std::size_t>(written.data() - line_.data());
         std::vector<Entity> entities;
         result.text += decodeEntities(written, &entities);
-        markup().origins.push_back({begin, lineBegin});
+        result.origins.add({begin, lineBegin, textEnd_});
+        textEnd_ = lineBegin + written.size();
         for (Entity const& entity : entities)
-            markup().origins.push_back({begin + entity.decodedBegin + 1, lineBegin + entity.end});
+            result.origins.add({begin + entity.decodedBegin + 1, lineBegin + entity.end, lineBegin + entity.end});
         if (word_ || multiword_) return;
         for (Comment const& comment : comments_.find(std::string_view(result.text).substr(begin)))
             addComment(markup(), comment, begin);
@@ -98,8 +99,8 @@ private:
         read_ = end->end;
         TagInfo info;
         bool const sound = readInfo(tag, info);
-        markup().annotations.push_back(
-            {position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)), std::move(info), tag.end});
+        markup().annotations.push_back({position(), decodeEntities(line_.substr(tag.end, end->begin - tag.end)),
+                                        std::move(info), tag.end, end->begin});
         return sound;
     }
 
@@ -148,7 +149,8 @@ private:
     PosTables const& pos_;
     CommentRules const& comments_;
     MarkupScanner scanner_;
-    std::size_t read_ = 0;  // up to here the line has been taken in
+    std::size_t read_ = 0;     // up to here the line has been taken in
+    std::size_t textEnd_ = 0;  // of the last text outside tags, in the line
     std::optional<TaggedWord> word_;
     std::optional<Multiword> multiword_;
 };

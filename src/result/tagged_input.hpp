@@ -6,6 +6,7 @@
 #include "result/comment_rules.hpp"
 #include "split/markup_scanner.hpp"
 #include "split/sentence_markup.hpp"
+#include "split/text_origins.hpp"
 
 #include <cstddef>
 #include <optional>
@@ -18,6 +19,7 @@ namespace TAVO {
 /// A line without its markup, and what that said.
 struct TaggedText {
     std::string text;
+    TextOrigins origins;  ///< in the line
     SentenceMarkup markup;
 };
 

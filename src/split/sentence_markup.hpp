@@ -55,15 +55,8 @@ struct Annotation {
     std::uint32_t position = 0;
     std::string text;
     TagInfo info;
-    std::size_t linePosition = 0;  ///< where the text begins in the line
-    bool excluded = false;         ///< does not come out
-};
-
-/// From textPosition on the text stands in the line from linePosition on, up to
-/// the next origin; the last character before that may be an entity there.
-struct TextOrigin {
-    std::size_t textPosition;
-    std::size_t linePosition;
+    std::size_t lineBegin = 0, lineEnd = 0;  ///< where the text stands in the line, with its entities
+    bool excluded = false;                   ///< does not come out
 };
 
 /// Every list is in the order of positions. Words do not overlap, multiwords
@@ -74,7 +67,6 @@ struct SentenceMarkup {
     std::vector<Annotation> annotations;   ///< those of one position in the order of the text
     std::vector<BoundaryInfo> boundaries;  ///< at most one per position
     std::vector<std::uint32_t> barriers;   ///< each once; no word crosses one
-    std::vector<TextOrigin> origins;       ///< of tagged text
 
     /// Adds the position that the text has reached to the barriers.
     void addBarrier(std::uint32_t position) {

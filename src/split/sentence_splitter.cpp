@@ -92,12 +92,17 @@ void splitText(std::string_view text, Settings const& settings, PieceSink const&
     split(text.substr(start));
 }
 
-std::string deleteLineBreaks(std::string_view text) {
+std::string deleteLineBreaks(std::string_view text, TextOrigins& origins) {
     std::string result;
     result.reserve(text.size());
+    std::size_t keptEnd = 0;  // of the last character that stays
     for (std::size_t pos = 0; pos < text.size();) {
         std::size_t const width = charWidth(text, pos);
-        if (text[pos] != '\r' && text[pos] != '\n') result.append(text, pos, width);
+        if (text[pos] != '\r' && text[pos] != '\n') {
+            if (pos != keptEnd || pos == 0) origins.add({result.size(), pos, keptEnd});
+            result.append(text, pos, width);
+            keptEnd = pos + width;
+        }
         pos += width;
     }
     return result;

@@ -4,6 +4,7 @@
 
 #include "config/settings.hpp"
 #include "split/markup_scanner.hpp"
+#include "split/text_origins.hpp"
 
 #include <functional>
 #include <string>
@@ -23,8 +24,8 @@ using SpanFinder = std::function<std::vector<TextSpan>(std::string_view line)>;
 void splitText(std::string_view text, Settings const& settings, std::function<void(std::string_view)> const& piece,
                SpanFinder const& spans = nullptr);
 
-/// @p text without its line feeds and carriage returns.
-std::string deleteLineBreaks(std::string_view text);
+/// @p text without its line feeds and carriage returns; tells @p origins where the rest stands in it.
+std::string deleteLineBreaks(std::string_view text, TextOrigins& origins);
 
 }  // namespace TAVO
 

@@ -30,29 +30,28 @@ void TaggedLine::addSentence(LineText const& line, Tavo& analyser, int index) {
     }
     Sentence const& sentence = MrphAccess::owner(morphemes_.front())->sentences[static_cast<std::size_t>(index)];
     auto const begin = static_cast<std::size_t>(sentence.given.data() - lineBegin);
-    if (!sentence.markup) {
+    if (!sentence.ownedText) {
         parts_.push_back({begin, begin + sentence.text.size()});
         addPlainText(line, parts_.size() - 1);
         return;
     }
-    SentenceMarkup const& markup = *sentence.markup;
-    auto annotation = markup.annotations.begin();
-    auto origin = markup.origins.begin();
+    std::vector<TextOrigin> const& origins = sentence.ownedText->origins.list();
+    auto annotation = sentence.markup->annotations.begin();
+    auto origin = origins.begin();
     std::size_t position = 0;  // in the sentence's text
     for (Mrph const& m : morphemes_) {
         std::string_view text = MrphAccess::rawForm(m);
         std::size_t const firstPart = parts_.size();
         if (m.isAnnotation()) {
-            addText(line, text, begin + (annotation++)->linePosition);
+            addText(line, text, begin + (annotation++)->lineBegin);
             continue;
         }
         // A morpheme joined from several may reach over several origins.
         while (!text.empty()) {
-            while (origin + 1 != markup.origins.end() && (origin + 1)->textPosition <= position) ++origin;
-            bool const isLast = origin + 1 == markup.origins.end();
-            std::size_t const length =
-                isLast ? text.size() : std::min(text.size(), (origin + 1)->textPosition - position);
-            addText(line, text.substr(0, length), begin + origin->linePosition + (position - origin->textPosition));
+            while (origin + 1 != origins.end() && (origin + 1)->position <= position) ++origin;
+            bool const isLast = origin + 1 == origins.end();
+            std::size_t const length = isLast ? text.size() : std::min(text.size(), (origin + 1)->position - position);
+            addText(line, text.substr(0, length), begin + origin->source + (position - origin->position));
             position += length;
             text.remove_prefix(length);
         }

@@ -9,10 +9,10 @@ class ValueFunctions : public FlatWorld {};
 TEST_F(ValueFunctions, OfAMorpheme) {
     // Of a compound and of an unknown word.
     Table<int (*)(tavo_mrph_t*), int, int> const cases{
-        {tavo_getFormLength, 3, 1}, {tavo_getPid, 4, 3},       {tavo_getCost, 12, 255},   {tavo_getExtCount, 2, 0},
-        {tavo_getAltCount, 0, 0},   {tavo_isUndef, 0, 1},      {tavo_isAnnotation, 0, 0}, {tavo_isFirstDic, 1, 0},
-        {tavo_getPartCount, 2, 1},  {tavo_get_comp_cap, 2, 1}, {tavo_get_mrph_cap, 0, 0}, {tavo_get_icat, 3, 0},
-        {tavo_get_usrfield, 2, 0},
+        {tavo_getFormLength, 3, 1}, {tavo_getPid, 4, 3},        {tavo_getCost, 12, 255},   {tavo_getExtCount, 2, 0},
+        {tavo_getAltCount, 0, 0},   {tavo_isUndef, 0, 1},       {tavo_isAnnotation, 0, 0}, {tavo_isFirstDic, 1, 0},
+        {tavo_getPartCount, 2, 1},  {tavo_get_comp_cap, 2, 1},  {tavo_get_mrph_cap, 0, 0}, {tavo_get_icat, 3, 0},
+        {tavo_get_usrfield, 2, 0},  {tavo_getGivenBegin, 0, 3}, {tavo_getGivenEnd, 3, 4},
     };
     std::string const text = "abcz";
     tavo_result_t const result = analyze(text);
@@ -28,7 +28,8 @@ TEST_F(ValueFunctions, OfAPart) {
     Table<char const*, int (*)(tavo_mrph_t*, int), int, int> const cases{
         {"PartLength", tavo_getPartLength, 2, 1},     {"PartFormLength", tavo_getPartFormLength, 2, 1},
         {"PartPid", tavo_getPartPid, 5, 6},           {"PartCost", tavo_getPartCost, 12, 12},
-        {"PartExtCount", tavo_getPartExtCount, 2, 2},
+        {"PartExtCount", tavo_getPartExtCount, 2, 2}, {"PartGivenBegin", tavo_getPartGivenBegin, 0, 2},
+        {"PartGivenEnd", tavo_getPartGivenEnd, 2, 3},
     };
     tavo_mrph_t* const mrph = compound();
     for (auto const& [name, call, first, second] : cases) {
@@ -40,6 +41,17 @@ TEST_F(ValueFunctions, OfAPart) {
         EXPECT_EQ(call(mrph, 0), first);
         EXPECT_EQ(tavo_getMrphErrorCode(mrph), 0);
     }
+}
+
+TEST_F(ValueFunctions, OfAWordThatStandsInNoText) {
+    tavo_result_t found{};
+    ASSERT_EQ(tavo_getByRead(tavo, &found, toSjis("でぃ").c_str(), 0), 0);
+    ASSERT_GT(found.count, 0);
+    tavo_mrph_t* const word = found.array[0];
+    expectError(word, tavo_getGivenBegin(word), -10008, "LOGIC_ERROR: Mrph::getGivenBegin()");
+    expectError(word, tavo_getGivenEnd(word), -10008, "LOGIC_ERROR: Mrph::getGivenEnd()");
+    expectError(word, tavo_getPartGivenBegin(word, 0), -10008, "LOGIC_ERROR: Mrph::getPartGivenBegin()");
+    expectError(word, tavo_getPartGivenEnd(word, 0), -10008, "LOGIC_ERROR: Mrph::getPartGivenEnd()");
 }
 
 TEST_F(ValueFunctions, CategoryCounts) {

@@ -9,13 +9,13 @@
 namespace TAVO::test {
 
 inline constexpr std::array kMrphValues = {
-    tavo_getFormLength, tavo_getPid,       tavo_getCost,      tavo_getExtCount,     tavo_getAltCount,
-    tavo_isUndef,       tavo_isAnnotation, tavo_isFirstDic,   tavo_getPartCount,    tavo_get_comp_cap,
-    tavo_get_mrph_cap,  tavo_get_icat,     tavo_get_usrfield, tavo_getMrphErrorCode};
+    tavo_getFormLength, tavo_getPid,           tavo_getCost,       tavo_getExtCount,  tavo_getAltCount,  tavo_isUndef,
+    tavo_isAnnotation,  tavo_isFirstDic,       tavo_getPartCount,  tavo_get_comp_cap, tavo_get_mrph_cap, tavo_get_icat,
+    tavo_get_usrfield,  tavo_getMrphErrorCode, tavo_getGivenBegin, tavo_getGivenEnd};
 /// With an index or a capacity.
-inline constexpr std::array kMrphNumbers = {tavo_getPartLength, tavo_getPartFormLength, tavo_getPartPid,
-                                            tavo_getPartCost,   tavo_getPartExtCount,   tavo_set_comp_cap,
-                                            tavo_set_mrph_cap};
+inline constexpr std::array kMrphNumbers = {tavo_getPartLength,   tavo_getPartFormLength, tavo_getPartGivenBegin,
+                                            tavo_getPartGivenEnd, tavo_getPartPid,        tavo_getPartCost,
+                                            tavo_getPartExtCount, tavo_set_comp_cap,      tavo_set_mrph_cap};
 inline constexpr std::array kMrphTexts = {tavo_getPartOfSP,       tavo_getCategory,     tavo_getGroup,
                                           tavo_getGroupCooc,      tavo_getWordCooc,     tavo_getGrammarType,
                                           tavo_getAdditionalInfo, tavo_getProsodicInfo, tavo_getProsodicType};

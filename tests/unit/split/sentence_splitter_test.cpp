@@ -65,10 +65,20 @@ TEST(SplitText, StepsByCharactersToLineBreaks) {
 }
 
 TEST(DeleteLineBreaks, StepsByCharacters) {
-    EXPECT_EQ(deleteLineBreaks("a\r\nb\nc\r"), "abc");
-    EXPECT_EQ(deleteLineBreaks("\x83\x0A\x0A"), "\x83\x0A");
-    EXPECT_EQ(deleteLineBreaks("\x83"), "\x83");
-    EXPECT_EQ(deleteLineBreaks("\x83\0\n"s), "\x83\0"s);
+    // Each text, what stays, and where its bytes begin and end in the text.
+    Table<std::string, std::string, std::vector<std::size_t>, std::vector<std::size_t>> const cases{
+        {"a\r\nb\nc\r", "abc", {0, 3, 5}, {1, 4, 6}}, {"\n\nab\n", "ab", {2, 3}, {3, 4}},
+        {"\x83\x0A\x0A", "\x83\x0A", {0, 1}, {1, 2}}, {"\x83", "\x83", {0}, {1}},
+        {"\x83\0\n"s, "\x83\0"s, {0, 1}, {1, 2}},     {"\n", "", {}, {}},
+    };
+    for (auto const& [text, expected, begins, ends] : cases) {
+        TextOrigins origins;
+        EXPECT_EQ(deleteLineBreaks(text, origins), expected);
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            EXPECT_EQ(origins.begin(i), begins[i]) << testing::PrintToString(text) << i;
+            EXPECT_EQ(origins.end(i + 1), ends[i]) << testing::PrintToString(text) << i;
+        }
+    }
 }
 
 }  // namespace
