@@ -1,6 +1,7 @@
 // Prints the words of each line of standard input with part of speech and reading, over the C interface:
 //   rustc words.rs -L native=PREFIX/lib && ./words < text
-use std::ffi::{c_char, c_int, c_uint, c_void, CStr};
+use std::ffi::CStr;
+use std::os::raw::{c_char, c_int, c_uint, c_void};
 use std::io::{self, BufRead, Write};
 use std::{mem, process, ptr, slice};
 
