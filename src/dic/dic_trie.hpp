@@ -85,6 +85,10 @@ public:
     template <class Visit>
     void visitAll(Visit&& visit) const;
 
+    /// The same for the keys that begin with the n bytes of @p prefix, as long as visit returns true.
+    template <class Visit>
+    void visitFrom(unsigned char const* prefix, std::size_t n, Visit&& visit) const;
+
     // The steps of a search, for searches of another shape.
 
     /// Base of the node behind the key's first byte; 0 when no key begins so.
@@ -144,6 +148,10 @@ public:
     }
 
 private:
+    /// Visits the keys at and below a node, which begin with @p key; false when a visit stopped it.
+    template <class Visit>
+    bool visitBelow(std::uint32_t base, std::string key, std::vector<bool>& entered, Visit& visit) const;
+
     std::array<std::uint32_t, 256> root_{};
     unsigned char const* cells_ = nullptr;
     std::uint32_t cellCount_ = 0;
@@ -202,49 +210,80 @@ void DicTrie::possibleLengths(unsigned char const* text, std::size_t n, Visit&& 
 
 template <class Visit>
 void DicTrie::visitAll(Visit&& visit) const {
+    visitFrom(nullptr, 0, [&visit](std::string const& key, RecordChain chain) {
+        visit(key, chain);
+        return true;
+    });
+}
+
+template <class Visit>
+void DicTrie::visitFrom(unsigned char const* prefix, std::size_t n, Visit&& visit) const {
+    std::vector<bool> entered(cellCount_, false);
+    if (n == 0) {
+        for (std::size_t first = 1; first != root_.size(); ++first)
+            if (root_[first] != 0 && !visitBelow(root_[first], {static_cast<char>(first)}, entered, visit)) return;
+        return;
+    }
+    std::uint32_t base = root_[prefix[0]];
+    if (base == 0) return;
+    for (std::size_t consumed = 1; consumed != n;) {
+        std::uint32_t const byte = prefix[consumed];
+        std::uint32_t const next = cell(base + byte);
+        if (byte == 0 || label(next) != byte) return;
+        ++consumed;
+        if (isLeaf(next)) {
+            Tail const tail = tailOf(next);
+            std::size_t const rest = n - consumed;
+            if (!tail.chain || tail.length < rest || std::memcmp(tail.bytes, prefix + consumed, rest) != 0) return;
+            visit(std::string(asChars(prefix), consumed).append(asChars(tail.bytes), tail.length), tail.chain);
+            return;
+        }
+        base = next & kValueMask;
+    }
+    visitBelow(base, std::string(asChars(prefix), n), entered, visit);
+}
+
+template <class Visit>
+bool DicTrie::visitBelow(std::uint32_t base, std::string key, std::vector<bool>& entered, Visit& visit) const {
     struct Step {
         std::uint32_t base;
         std::uint32_t nextLabel;
     };
     std::vector<Step> path;
-    std::vector<bool> entered(cellCount_, false);
-    std::string key;
-    auto const enter = [&](std::uint32_t base) {
-        if (base >= cellCount_ || entered[base]) return false;
-        entered[base] = true;
-        if (std::uint32_t const end = cell(base); isKeyEnd(end)) {
-            if (RecordChain const chain = chainOf(end)) visit(std::as_const(key), chain);
+    bool goesOn = true;
+    auto const enter = [&](std::uint32_t node) {
+        if (node >= cellCount_ || entered[node]) return false;
+        entered[node] = true;
+        if (std::uint32_t const end = cell(node); isKeyEnd(end)) {
+            if (RecordChain const chain = chainOf(end)) goesOn = visit(std::as_const(key), chain);
         }
-        path.push_back({base, 1});
+        path.push_back({node, 1});
         return true;
     };
-    for (std::uint32_t first = 1; first < root_.size(); ++first) {
-        if (root_[first] == 0) continue;
-        key.assign(1, static_cast<char>(first));
-        if (!enter(root_[first])) continue;
-        while (!path.empty()) {
-            Step& step = path.back();
-            if (step.nextLabel > 255) {
-                path.pop_back();
-                key.pop_back();
-                continue;
-            }
-            std::uint32_t const byte = step.nextLabel++;
-            std::uint32_t const next = cell(step.base + byte);
-            if (label(next) != byte) continue;
-            key.push_back(static_cast<char>(byte));
-            if (!isLeaf(next)) {
-                if (!enter(next & kValueMask)) key.pop_back();
-                continue;
-            }
-            std::size_t const length = key.size();
-            if (Tail const tail = tailOf(next); tail.chain) {
-                key.append(asChars(tail.bytes), tail.length);
-                visit(std::as_const(key), tail.chain);
-            }
-            key.resize(length - 1);
+    enter(base);
+    while (goesOn && !path.empty()) {
+        Step& step = path.back();
+        if (step.nextLabel > 255) {
+            path.pop_back();
+            key.pop_back();
+            continue;
         }
+        std::uint32_t const byte = step.nextLabel++;
+        std::uint32_t const next = cell(step.base + byte);
+        if (label(next) != byte) continue;
+        key.push_back(static_cast<char>(byte));
+        if (!isLeaf(next)) {
+            if (!enter(next & kValueMask)) key.pop_back();
+            continue;
+        }
+        std::size_t const length = key.size();
+        if (Tail const tail = tailOf(next); tail.chain) {
+            key.append(asChars(tail.bytes), tail.length);
+            goesOn = visit(std::as_const(key), tail.chain);
+        }
+        key.resize(length - 1);
     }
+    return goesOn;
 }
 
 }  // namespace TAVO

@@ -124,6 +124,18 @@ TEST(TrieProperty, AgreesWithALinearScan) {
             });
             ASSERT_EQ(found, scan(words, text));
             auto const word = words.find(text);
+            auto const below = words.lower_bound(text);
+            std::vector<std::string> begun, expected;
+            for (auto word = below; word != words.end() && word->first.starts_with(text); ++word)
+                expected.push_back(word->first);
+            std::size_t const most = query % 5 == 2 ? 2 : expected.size();
+            expected.resize(std::min(most, expected.size()));
+            trie.visitFrom(guarded.data(), guarded.size(), [&](std::string const& key, RecordChain chain) {
+                EXPECT_EQ(costsOf(chain), costsOf(words.at(key)));
+                begun.push_back(key);
+                return begun.size() != most;
+            });
+            EXPECT_EQ(begun, expected) << text;
             EXPECT_EQ(costsOf(trie.exactMatch(guarded.data(), guarded.size())),
                       word != words.end() ? costsOf(word->second) : std::vector<int>{});
         }
