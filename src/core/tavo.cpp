@@ -144,11 +144,11 @@ int Tavo::updateDic(char const* path) {
 
 void Tavo::getByRead(std::vector<Mrph>& result, char const* reading, int index) {
     if (reading == nullptr) throw std::invalid_argument("INVALID_ARGUMENT: Tavo::getByRead()");
-    std::vector<ReadingWord const*> const words = impl_->context.dics.findByRead(reading, index);
+    std::vector<ReadingWord> const words = impl_->context.dics.findByRead(reading, index);
     result.clear();
-    for (ReadingWord const* word : words) {
-        auto const length = static_cast<unsigned int>(word->form.size());
-        result.push_back(MrphAccess::fromRecord(word->form.data(), length, word->record, &impl_->context));
+    for (ReadingWord const& word : words) {
+        auto const length = static_cast<unsigned int>(word.form.size());
+        result.push_back(MrphAccess::fromRecord(word.form.data(), length, word.record, &impl_->context));
     }
 }
 

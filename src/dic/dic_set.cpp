@@ -4,7 +4,6 @@
 
 #include "dic/file_access.hpp"
 #include "dic/pools.hpp"
-#include "dic/read_pron.hpp"
 
 #include <algorithm>
 #include <stdexcept>
@@ -133,27 +132,15 @@ void DicSet::offDic() noexcept {
 void DicSet::touchDic(int index) const { entry(index, "touchDic"); }
 void DicSet::touchDic(char const* path) const { position(path, "touchDic"); }
 
-std::vector<ReadingWord const*> DicSet::findByRead(char const* reading, int index) {
+std::vector<ReadingWord> DicSet::findByRead(char const* reading, int index) {
     DicEntry& searched = entry(index, "getByRead");
     if (reading == nullptr) throw std::invalid_argument(invalidArgument("getByRead"));
     {
         PoolLock const lock;
-        if (searched.readingIndex == nullptr) {
-            auto words = std::make_shared<std::multimap<std::string, ReadingWord>>();
-            if (DicTrie const* const trie = searched.dic->trie()) {
-                trie->visitAll([&words](std::string const& form, RecordChain chain) {
-                    for (; chain; chain = chain.next()) {
-                        words->emplace(extractRead(chain.record().readPron(), true), ReadingWord{form, chain.head()});
-                    }
-                });
-            }
-            searched.readingIndex = std::move(words);
-        }
+        if (searched.readingIndex == nullptr)
+            searched.readingIndex = std::make_shared<ReadingIndex const>(*searched.dic);
     }
-    std::vector<ReadingWord const*> found;
-    auto const [begin, end] = searched.readingIndex->equal_range(reading);
-    for (auto word = begin; word != end; ++word) found.push_back(&word->second);
-    return found;
+    return searched.readingIndex->find(reading);
 }
 
 }  // namespace TAVO

@@ -4,28 +4,22 @@
 
 #include "dic/conn_table.hpp"
 #include "dic/dic.hpp"
+#include "dic/reading_index.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace TAVO {
 
-/// A word of the reading index; form is owned, the record stands in the image.
-struct ReadingWord {
-    std::string form;
-    unsigned char const* record;
-};
-
 struct DicEntry {
     Dic const* dic = nullptr;
     std::string path;
     std::string sourcePath;
     /// Built on first use by findByRead(); a dictionary's forms by their reading.
-    std::shared_ptr<std::multimap<std::string, ReadingWord>> readingIndex;
+    std::shared_ptr<ReadingIndex const> readingIndex;
     bool memoryMapped = true;
 };
 
@@ -64,7 +58,7 @@ public:
     int updateDic(int index, std::vector<std::string> const& names, ConnTable const* table = nullptr);
     /// The words whose reading equals @p reading, in the index's order; they
     /// live until the entry is removed or rebuilt.
-    std::vector<ReadingWord const*> findByRead(char const* reading, int index);
+    std::vector<ReadingWord> findByRead(char const* reading, int index);
 
 private:
     DicEntry& entry(int index, char const* operation);

@@ -218,11 +218,11 @@ TEST_F(DicSetTest, AnUpdateDropsTheReadingIndex) {
     newSource("b-a,N,1," + toSjis("ア(イ|ウ)/エ") + "\nc,N,1," + toSjis("アイエ") + "\nd,N,1,x\n");
     EXPECT_EQ(set.findByRead(toSjis("アイエ").c_str(), 0).size(), 0U);
     ASSERT_EQ(set.updateDic(0, names_), 1);
-    std::vector<ReadingWord const*> const words = set.findByRead(toSjis("アイエ").c_str(), 0);
+    std::vector<ReadingWord> const words = set.findByRead(toSjis("アイエ").c_str(), 0);
     ASSERT_EQ(words.size(), 2U);
-    EXPECT_EQ(words[0]->form, "ba");
-    EXPECT_EQ(words[1]->form, "c");
-    EXPECT_STREQ(MrphDic(words[0]->record).partForm(), "b-a");
+    EXPECT_EQ(words[0].form, "ba");
+    EXPECT_EQ(words[1].form, "c");
+    EXPECT_STREQ(MrphDic(words[0].record).partForm(), "b-a");
     EXPECT_EQ(thrown([&] { set.findByRead(nullptr, 0); }), "INVALID_ARGUMENT: Tavo::getByRead()");
 }
 

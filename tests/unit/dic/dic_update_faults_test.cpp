@@ -185,7 +185,7 @@ TEST_P(DicUpdateFaults, TheReadingIndexGoesWithTheMapping) {
         Faults const faults([](int, FileStep step, std::size_t&) { return step == FileStep::kRename ? EIO : 0; });
         EXPECT_EQ(set.updateDic(0, world_.names()), 6);
     }
-    for (ReadingWord const* word : set.findByRead("", 0)) EXPECT_TRUE(set.entries()[0].dic->contains(word->record));
+    for (ReadingWord const& word : set.findByRead("", 0)) EXPECT_TRUE(set.entries()[0].dic->contains(word.record));
 }
 
 TEST_P(DicUpdateFaults, WhatCannotBeTakenBackIsAnotherDictionary) {
