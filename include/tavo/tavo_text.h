@@ -176,7 +176,8 @@ typedef struct tavo_tokens_t {
     /// Of N-best, one element an analysis: sums of its costs; else null.
     uint32_t const* connection_cost;
     uint32_t const* word_cost;
-    /// Of tagged text: the text without its tags, which begin and end count in; else null.
+    /// Of tagged text the text without its tags, of a look-up the surfaces one behind the other: begin and end count
+    /// in it; else null.
     char const* plain_text;
     size_t plain_text_bytes;
 } tavo_tokens_t;
@@ -193,6 +194,18 @@ TAVO_EXPORT int tavo_tokenize_nbest(tavo_tokenizer_t* tokenizer, char const* utf
 /// Text with tags (docs/tagged-input.md).
 TAVO_EXPORT int tavo_tokenize_tagged(tavo_tokenizer_t* tokenizer, char const* utf8, size_t bytes, unsigned fields,
                                      tavo_tokens_t* out, tavo_failure_t* failure);
+
+/// Values of @p by.
+enum {
+    TAVO_BY_SURFACE,       ///< words that are the text
+    TAVO_BY_READING,       ///< words that read so, in hiragana or katakana
+    TAVO_BY_PREFIX,        ///< words that begin with the text; with an empty text all words
+    TAVO_BY_COMMON_PREFIX  ///< words that the text begins with, shortest first
+};
+
+/// Up to @p most words of the dictionaries themselves (TAVO::Tokenizer::lookUp).
+TAVO_EXPORT int tavo_look_up(tavo_tokenizer_t* tokenizer, int by, char const* utf8, size_t bytes, size_t most,
+                             unsigned fields, tavo_tokens_t* out, tavo_failure_t* failure);
 
 #ifdef __cplusplus
 }

@@ -212,6 +212,14 @@ private:
     TokenTable const* table_;
 };
 
+/// How Tokenizer::lookUp finds words.
+enum class LookUp : std::uint8_t {
+    Surface,       ///< words that are the text
+    Reading,       ///< words that read so, in hiragana or katakana
+    Prefix,        ///< words that begin with the text; with an empty text all words
+    CommonPrefix,  ///< words that the text begins with, shortest first
+};
+
 struct TokenizerOptions {
     /// Words of blanks alone come out, too. Without them they stand between the words, as line breaks always do.
     bool keepBlanks = false;
@@ -243,6 +251,11 @@ public:
     TokenLists nBest(std::string_view utf8, int n);
     /// Text with tags (docs/tagged-input.md); text() of the result is without them.
     Tokens tokenizeTagged(std::string_view utf8);
+
+    /// Words of the dictionaries themselves, up to @p most: those of the first dictionary first, those of one surface
+    /// in the order of their source. text() of the result is their surfaces, one behind the other. The first look-up
+    /// by reading reads the dictionaries whole, once a lexicon version.
+    Tokens lookUp(std::string_view utf8, LookUp by, std::size_t most = SIZE_MAX);
 
     /// The lexicon that this was made from.
     Lexicon lexicon() const;

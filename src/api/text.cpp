@@ -179,7 +179,7 @@ void fill(tavo_tokenizer_t& handle, unsigned fields, tavo_tokens_t& out) {
         out.connection_cost = table.connectionCosts().data();
         out.word_cost = table.wordCosts().data();
     }
-    if (table.isTagged()) {
+    if (table.hasOwnText()) {
         out.plain_text = table.text(0).data();
         out.plain_text_bytes = table.text(0).size();
     }
@@ -295,6 +295,15 @@ int tavo_tokenize_nbest(tavo_tokenizer_t* tokenizer, char const* utf8, size_t by
     return found(tokenizer, fields, out, failure, [&](Tokenizer& user) {
         demandText(utf8, bytes);
         user.nBest(std::string_view(utf8, bytes), n);
+    });
+}
+
+int tavo_look_up(tavo_tokenizer_t* tokenizer, int by, char const* utf8, size_t bytes, size_t most, unsigned fields,
+                 tavo_tokens_t* out, tavo_failure_t* failure) {
+    return found(tokenizer, fields, out, failure, [&](Tokenizer& user) {
+        demandText(utf8, bytes);
+        demand(by >= TAVO_BY_SURFACE && by <= TAVO_BY_COMMON_PREFIX, "tavo_look_up: by is none of TAVO_BY_...");
+        user.lookUp(std::string_view(utf8, bytes), static_cast<LookUp>(by), most);
     });
 }
 

@@ -25,6 +25,26 @@ constexpr char16_t kWideKana[] =
     u"。「」、・ヲァィゥェォャュョッーアイウエオカキクケコサシスセソタチツテトナニヌネノハヒフヘホマミムメモヤユヨラリ"
     u"ルレロワン";
 
+/// The first characters of the two kinds of kana, which have the same order, and how many have a partner: small a to
+/// small ke.
+constexpr char32_t kHiragana = 0x3041, kKatakana = 0x30A1, kKana = 0x56;
+
+/// @p utf8 with the kana of the kind that begins with @p from as those of the other one.
+std::string withKana(std::string_view utf8, char32_t from, char32_t to) {
+    std::string result;
+    while (!utf8.empty()) {
+        Utf8Char const c = decodeUtf8(utf8);
+        bool const changes = c.valid && c.character >= from && c.character < from + kKana;
+        char bytes[4];
+        if (changes)
+            result.append(bytes, putUtf8(bytes, c.character - from + to));
+        else
+            result += utf8.substr(0, c.bytes);
+        utf8.remove_prefix(c.bytes);
+    }
+    return result;
+}
+
 }  // namespace
 
 CharacterKind kindOf(char32_t character) noexcept {
@@ -88,6 +108,17 @@ std::string normalizedText(std::string_view text) {
         last = c;
     }
     return result;
+}
+
+std::vector<std::string> readingSpellings(std::string_view reading) {
+    std::vector<std::string> found;
+    for (std::string const& utf8 :
+         {std::string(reading), withKana(reading, kHiragana, kKatakana), withKana(reading, kKatakana, kHiragana)}) {
+        std::string sjis;
+        bool const isKnown = !appendUtf8AsSjis(sjis, utf8);
+        if (isKnown && std::find(found.begin(), found.end(), sjis) == found.end()) found.push_back(sjis);
+    }
+    return found;
 }
 
 bool isZeroWidth(char32_t character) noexcept { return rangeOf(kZeroWidth, character) != nullptr; }

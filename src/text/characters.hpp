@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace TAVO {
 
@@ -30,6 +31,10 @@ CharacterKind kindOf(std::string_view text) noexcept;
 /// UTF-8 @p text as search compares it: full-width letters, digits and marks and half-width kana in their usual width,
 /// letters small.
 std::string normalizedText(std::string_view text);
+
+/// UTF-8 @p reading in Shift_JIS as given, in katakana and in hiragana, each one once: dictionaries write one or the
+/// other. Spellings that Shift_JIS lacks are left out.
+std::vector<std::string> readingSpellings(std::string_view reading);
 
 }  // namespace TAVO
 

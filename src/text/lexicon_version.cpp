@@ -296,6 +296,15 @@ PosTexts const& LexiconVersion::pos() const {
     return *pos_;
 }
 
+std::vector<ReadingIndex> const& LexiconVersion::readings() const {
+    std::call_once(readingsMade_, [this] {
+        std::vector<ReadingIndex> made;
+        for (auto const& dic : dics_) made.emplace_back(*dic);
+        readings_ = std::move(made);
+    });
+    return readings_;
+}
+
 std::string LexiconVersion::fingerprint() const {
     std::string parts = TAVO_VERSION;
     auto const add = [&parts](std::span<unsigned char const> bytes) {

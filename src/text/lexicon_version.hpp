@@ -5,6 +5,7 @@
 #include "config/init_file.hpp"
 #include "dic/conn_table.hpp"
 #include "dic/dic.hpp"
+#include "dic/reading_index.hpp"
 #include "text/pos_texts.hpp"
 
 #include <tavo/lexicon.hpp>
@@ -38,6 +39,8 @@ public:
     /// Attachments and settings of the analysers of tokenizers.
     Tavo const& prototype() const noexcept { return prototype_; }
     PosTexts const& pos() const;
+    /// Of each dictionary, first one first.
+    std::vector<ReadingIndex> const& readings() const;
     std::string fingerprint() const;
 
 private:
@@ -73,6 +76,8 @@ private:
     Tavo prototype_;  // refers to those above
     mutable std::once_flag posMade_;
     mutable std::unique_ptr<PosTexts const> pos_;
+    mutable std::once_flag readingsMade_;
+    mutable std::vector<ReadingIndex> readings_;
 };
 
 }  // namespace TAVO

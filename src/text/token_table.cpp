@@ -71,7 +71,7 @@ void TokenTable::start(std::span<std::string_view const> texts) {
     if (words_.isLarge()) words_.clear();
     texts_.assign(texts.begin(), texts.end());
     for (auto* const column : {&firstOfText_, &begin_, &end_, &word_, &connectionCosts_, &wordCosts_}) column->clear();
-    isTagged_ = false;
+    hasOwnText_ = false;
     characters_.made = utf16_.made = false;
     buffer_.clear();
     segments_.clear();
@@ -126,7 +126,7 @@ void TokenTable::tokenizeNBest(std::string_view text, int n) {
 
 void TokenTable::tokenizeTagged(std::string_view text) {
     start({&text, 1});
-    isTagged_ = true;
+    hasOwnText_ = true;
     plainText_.clear();
     analyser_.setTaggedInputMode(1);
     try {

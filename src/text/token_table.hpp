@@ -26,6 +26,7 @@ public:
     void tokenize(std::span<std::string_view const> texts);
     void tokenizeNBest(std::string_view text, int n);
     void tokenizeTagged(std::string_view text);
+    void lookUp(std::string_view text, LookUp by, std::size_t most);
 
     // The last result. Positions are in bytes of their text.
     std::size_t textCount() const noexcept { return texts_.size(); }
@@ -42,8 +43,8 @@ public:
     /// Of N-best, by analysis; else empty.
     std::vector<std::uint32_t> const& connectionCosts() const noexcept { return connectionCosts_; }
     std::vector<std::uint32_t> const& wordCosts() const noexcept { return wordCosts_; }
-    /// True when the last text was tagged: text(0) is without its tags.
-    bool isTagged() const noexcept { return isTagged_; }
+    /// True when tokens count in a text that was made: of tagged text or a look-up. It is text(0).
+    bool hasOwnText() const noexcept { return hasOwnText_; }
     /// The number in strings() of a token's text.
     std::uint32_t textId(std::size_t token, std::size_t text, TokenText which);
     StringTable& strings() noexcept { return words_.strings(); }
@@ -103,7 +104,7 @@ private:
     std::vector<std::string_view> texts_;
     std::vector<std::uint32_t> firstOfText_, begin_, end_, word_;
     std::vector<std::uint32_t> connectionCosts_, wordCosts_;
-    bool isTagged_ = false;
+    bool hasOwnText_ = false;
     std::string plainText_;
     LineText line_;
     TaggedLine taggedLine_;

@@ -83,6 +83,11 @@ Tokens Tokenizer::tokenizeTagged(std::string_view utf8) {
     return {table_.get(), 0};
 }
 
+Tokens Tokenizer::lookUp(std::string_view utf8, LookUp by, std::size_t most) {
+    table_->lookUp(utf8, by, most);
+    return {table_.get(), 0};
+}
+
 Lexicon Tokenizer::lexicon() const { return Lexicon(table_->shared()); }
 std::uint64_t Tokenizer::textsVersion() const noexcept { return table_->stringsVersion(); }
 std::string_view Tokenizer::text(std::uint32_t textId) const noexcept { return table_->strings().text(textId); }

@@ -154,6 +154,10 @@ std::uint32_t WordTable::number(Mrph const& morpheme) {
     std::string_view const surface = MrphAccess::form(morpheme);
     bool const lasts = record == kUnknownRecord.data() || (record != nullptr && idOf(record) != 0);
     if (!lasts || MrphAccess::cover(morpheme) != nullptr || surface.empty()) return addMade(morpheme);
+    return number(record, surface);
+}
+
+std::uint32_t WordTable::number(unsigned char const* record, std::string_view surface) {
     std::uint64_t const key = keyOfRecord(record, surface);
     Slot const& slot = slots_[place(key)];
     if (slot.key == key && surfaceOf(words_[slot.word]) == surface) return slot.word;

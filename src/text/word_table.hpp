@@ -68,6 +68,8 @@ public:
     /// that of the first).
     std::uint32_t joined(std::span<WordPiece const> members, std::string_view surface, std::uint16_t pid);
     std::uint32_t number(Mrph const& morpheme);
+    /// The word of a dictionary's @p record, which has this @p surface.
+    std::uint32_t number(unsigned char const* record, std::string_view surface);
 
     Word const& word(std::uint32_t number) const noexcept { return words_[number]; }
     /// Gives an annotation the text that was read for it.

@@ -107,6 +107,19 @@ TEST_F(FlatText, AnalysesTagsAndLexiconsInMemory) {
     tavo_lexicon_free(opened);
 }
 
+TEST_F(FlatText, WordsOfTheDictionaries) {
+    tokens.size = sizeof tokens;
+    ASSERT_EQ(tavo_look_up(tokenizer, TAVO_BY_COMMON_PREFIX, "abcd", 4, 9, TAVO_READING, &tokens, &failure), 0);
+    ASSERT_NE(tokens.token_count, 0U);
+    EXPECT_EQ(std::string_view(tokens.plain_text, tokens.end[0]), std::string_view("abcd", tokens.end[0]));
+    std::size_t const all = tokens.token_count;
+    EXPECT_EQ(tokens.first_of_text[1], all);
+    ASSERT_EQ(tavo_look_up(tokenizer, TAVO_BY_COMMON_PREFIX, "abcd", 4, all - 1, 0, &tokens, &failure), 0);
+    EXPECT_EQ(tokens.token_count, all - 1);
+    EXPECT_EQ(tavo_look_up(tokenizer, 4, "abcd", 4, 9, 0, &tokens, &failure), -10001);
+    EXPECT_TRUE(std::string_view(failure.text).ends_with("by is none of TAVO_BY_..."));
+}
+
 TEST_F(FlatText, Failures) {
     EXPECT_EQ(tavo_lexicon_open((dir.path() + "/none").c_str(), nullptr, &failure), nullptr);
     EXPECT_EQ(failure.code, -10003);

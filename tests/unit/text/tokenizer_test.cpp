@@ -73,6 +73,43 @@ TEST_F(TokenizerTest, TaggedText) {
     EXPECT_EQ(describe(tokenizer_.tokenize("<a>")), describe(tokenizer_.tokenizeTagged("&lt;a&gt;")));
 }
 
+TEST_F(TokenizerTest, WordsOfTheDictionaries) {
+    auto const found = [&](std::string const& text, LookUp by, std::size_t most = SIZE_MAX) {
+        std::string shown;
+        for (Token const& token : tokenizer_.lookUp(text, by, most))
+            shown += std::string(token.surface()) + "/" + std::string(token.reading()) + "@" +
+                     std::to_string(token.charBegin()) + (token.wordId() != 0 ? " " : "? ");
+        return shown;
+    };
+    struct {
+        LookUp by;
+        std::string text, expected;
+    } const table[] = {
+        {LookUp::Surface, "東京", "東京/トウキョウ@0 "},
+        {LookUp::Surface, "か\u3099", "が/ガ@0 "},
+        {LookUp::Surface, "東", ""},
+        {LookUp::Surface, "", ""},
+        {LookUp::Surface, "한", ""},
+        {LookUp::Surface, "\xFF", ""},
+        {LookUp::Reading, "とうきょう", "東京/トウキョウ@0 "},
+        {LookUp::Reading, "トウキョウ", "東京/トウキョウ@0 "},
+        {LookUp::Reading, "トウ", ""},
+        {LookUp::Reading, "😀", ""},
+        {LookUp::Prefix, "東", "東京/トウキョウ@0 "},
+        {LookUp::Prefix, "東京は", ""},
+        {LookUp::Prefix, "", "1/イチ@0 2/ニ@1 が/ガ@2 は/ワ@3 スー/スー@4 見/ミ@6 東京/トウキョウ@7 "},
+        {LookUp::CommonPrefix, "東京は", "東京/トウキョウ@0 "},
+        {LookUp::CommonPrefix, "", ""},
+    };
+    for (auto const& [by, text, expected] : table) EXPECT_EQ(found(text, by), expected) << text;
+    EXPECT_EQ(found("", LookUp::Prefix, 2), "1/イチ@0 2/ニ@1 ");
+    EXPECT_EQ(found("東京", LookUp::Surface, 0), "");
+    // What is found is the word that a text has.
+    std::uint64_t const id = tokenizer_.lookUp("見", LookUp::Surface)[0].wordId();
+    EXPECT_EQ(tokenizer_.tokenize("は見")[1].wordId(), id);
+    EXPECT_EQ(tokenizer_.lookUp("見", LookUp::Surface).text(), "見");
+}
+
 TEST_F(TokenizerTest, BestAnalysesComeFirst) {
     std::string const text = "東京は12\n見naïve";
     std::string const best = describe(tokenizer_.tokenize(text));

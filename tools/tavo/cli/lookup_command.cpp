@@ -3,16 +3,14 @@
 #include "cli/commands.hpp"
 #include "cli/file_io.hpp"
 #include "cli/lexicon.hpp"
-#include "cli/utf8.hpp"
 #include "output/out_buffer.hpp"
 
 #include "dic/pools.hpp"
 #include "dic/record_source.hpp"
 #include "result/mrph_access.hpp"
+#include "text/characters.hpp"
 
 #include <CLI/CLI.hpp>
-
-#include <algorithm>
 
 namespace tool {
 
@@ -50,31 +48,8 @@ ExitStatus lookUp(LookupOptions const& options, std::vector<std::string> const& 
     return ExitStatus::Ok;
 }
 
-/// @p utf8 with the kana of each kind as the other one: @p from is the first character of the kind that changes.
-std::string withKana(std::string_view utf8, char32_t from, char32_t to) {
-    constexpr char32_t kCount = 0x56;  // small a to small ke
-    std::string result;
-    while (!utf8.empty()) {
-        Utf8Char const c = decodeUtf8(utf8);
-        bool const changes = c.valid && c.character >= from && c.character < from + kCount;
-        char bytes[4];
-        result += changes ? std::string_view(bytes, putUtf8(bytes, c.character - from + to)) : utf8.substr(0, c.bytes);
-        utf8.remove_prefix(c.bytes);
-    }
-    return result;
-}
-
-/// @p reading in Shift_JIS as given, in katakana, in hiragana: lexicons write one or the other.
 std::vector<std::string> spellings(std::string const& reading, Encoding encoding) {
-    constexpr char32_t kHiragana = 0x3041, kKatakana = 0x30A1;
-    std::string const given = encoding == Encoding::Sjis ? sjisToUtf8(reading) : reading;
-    std::vector<std::string> found;
-    for (std::string const& utf8 :
-         {given, withKana(given, kHiragana, kKatakana), withKana(given, kKatakana, kHiragana)}) {
-        std::string sjis;
-        bool const known = !appendUtf8AsSjis(sjis, utf8);
-        if (known && std::find(found.begin(), found.end(), sjis) == found.end()) found.push_back(sjis);
-    }
+    std::vector<std::string> found = TAVO::readingSpellings(encoding == Encoding::Sjis ? sjisToUtf8(reading) : reading);
     if (found.empty()) found.push_back(argumentToSjis(reading, encoding, "READING"));
     return found;
 }
