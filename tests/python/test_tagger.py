@@ -248,6 +248,24 @@ def test_words_of_ones_own(lexicon, tmp_path):
     assert "動詞" in tagger.pos_names()
 
 
+def test_words_are_looked_up(tagger, lexicon, tmp_path):
+    assert [(t.surface, t.pos, t.base, t.cost) for t in tagger.lookup("食べ")] == [("食べ", "動詞", "食べる", 12), ("食べ", "名詞", "食べ", 13)]
+    assert tagger.lookup("食べ")[1].surface is tagger.split("食べ")[0]
+    finds = {("スモモ", "reading"): ["すもも"], ("すもも", "reading"): ["すもも"], ("すも", "prefix"): ["すもも"],
+             ("東京の", "common_prefix"): ["東京"], ("東京の", "surface"): [], ("\ud800", "surface"): []}  # fmt: skip
+    for (text, by), surfaces in finds.items():
+        assert tagger.lookup(text, by).surfaces == surfaces, (text, by)
+    every = tagger.lookup("", by="prefix")
+    assert every.text == "".join(every.surfaces) and tagger.lookup("", "prefix", 2).surfaces == every.surfaces[:2]
+    assert pickle.loads(pickle.dumps(every)) == every
+    own = tmp_path / "own.dic"
+    tavo.compile([("すもも", {"like": "もも", "reading": "オウン"})], own, lexicon=lexicon)
+    assert [t.reading for t in tavo.Tagger(lexicon, dic=own).lookup("すもも")] == ["オウン", "スモモ"]
+    for error, arguments in ((TypeError, (3,)), (ValueError, ("も", "surfaces")), (ValueError, ("も", "surface", -1))):
+        with pytest.raises(error):
+            tagger.lookup(*arguments)
+
+
 def test_a_tagger_takes_up_changed_dictionaries(lexicon, tmp_path):
     path = tmp_path / "own.dic"
     tavo.compile(["すも"], path, like="もも", lexicon=lexicon)

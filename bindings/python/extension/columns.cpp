@@ -56,21 +56,11 @@ std::vector<Ref> stringsOf(Core& core, std::vector<std::uint32_t> const& ids) {
     return strings;
 }
 
-Ref listOf(std::vector<Ref>& strings) {
-    Ref list(PyList_New(static_cast<Py_ssize_t>(strings.size())));
-    for (std::size_t i = 0; i != strings.size(); ++i)
-        PyList_SetItem(list.get(), static_cast<Py_ssize_t>(i), strings[i].release());
-    return list;
-}
-
 }  // namespace
 
 PyObject* columnsOfTexts(PyObject* self, PyObject* arguments) {
     return guarded([&] {
-        PyObject* texts = nullptr;
-        Py_ssize_t first = 0;
-        demand(PyArg_ParseTuple(arguments, "O!n", &PyList_Type, &texts, &first) != 0);
-        Many const many(texts, first);
+        Many const many(arguments);
         InUse const core(self);
         Columns found;
         std::vector<Ref> pos, strings;
@@ -92,8 +82,8 @@ PyObject* columnsOfTexts(PyObject* self, PyObject* arguments) {
                 column.empty() ? "" : static_cast<char const*>(static_cast<void const*>(column.data()));
             PyTuple_SetItem(made.get(), i, Ref(PyBytes_FromStringAndSize(data, bytes)).release());
         }
-        PyTuple_SetItem(made.get(), kColumns, listOf(pos).release());
-        PyTuple_SetItem(made.get(), kColumns + 1, listOf(strings).release());
+        PyTuple_SetItem(made.get(), kColumns, listOf(pos));
+        PyTuple_SetItem(made.get(), kColumns + 1, listOf(strings));
         return made.release();
     });
 }

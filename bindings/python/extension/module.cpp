@@ -15,10 +15,8 @@ using namespace tavo_python;
 PyObject* places(PyObject*, PyObject*) {
     return guarded([] {
         Ref list(PyList_New(0));
-        for (std::string const& place : TAVO::Lexicon::places()) {
-            Ref const text(PyUnicode_DecodeFSDefault(place.c_str()));
-            demand(PyList_Append(list.get(), text.get()) == 0);
-        }
+        for (std::string const& place : TAVO::Lexicon::places())
+            append(list.get(), Ref(PyUnicode_DecodeFSDefault(place.c_str())));
         return list.release();
     });
 }

@@ -7,6 +7,7 @@
 #include <Python.h>
 
 #include <exception>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -87,6 +88,23 @@ template <class... Arguments>
 
 inline Ref stringOf(std::string_view utf8) {
     return Ref(PyUnicode_DecodeUTF8(utf8.data(), static_cast<Py_ssize_t>(utf8.size()), "replace"));
+}
+
+/// A path as the system has it, a bytes object.
+inline Ref pathBytes(PyObject* path) {
+    PyObject* bytes = nullptr;
+    demand(PyUnicode_FSConverter(path, static_cast<void*>(&bytes)) != 0);
+    return Ref(bytes);
+}
+
+inline void append(PyObject* list, Ref const& object) { demand(PyList_Append(list, object.get()) == 0); }
+
+/// A list that takes the objects over.
+inline PyObject* listOf(std::span<Ref> objects) {
+    Ref list(PyList_New(static_cast<Py_ssize_t>(objects.size())));
+    for (std::size_t i = 0; i != objects.size(); ++i)
+        PyList_SetItem(list.get(), static_cast<Py_ssize_t>(i), objects[i].release());
+    return list.release();
 }
 
 /// The C++ object behind a Python one, and back.

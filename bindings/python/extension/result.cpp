@@ -133,8 +133,7 @@ PyObject* reduce(PyObject* self, PyObject*) {
         Ref const words(listOf(self, [](Result* result, std::uint32_t i) { return valuesOf(result, i).release(); }));
         Ref const places(PyList_New(0));
         for (Place const& place : values.places) {
-            Ref const pair(Py_BuildValue("(II)", place.begin, place.end));
-            demand(PyList_Append(places.get(), pair.get()) == 0);
+            append(places.get(), Ref(Py_BuildValue("(II)", place.begin, place.end)));
         }
         return Py_BuildValue("O(OOOII)", restore.get(), values.given.text.get(), places.get(), words.get(),
                              values.connectionCost, values.wordCost);

@@ -42,11 +42,25 @@ struct Many {
     std::vector<GivenText> given;
     std::vector<std::string_view> views;
 
-    /// @p list: a list of texts, of which the first is number @p first for errors.
-    Many(PyObject* list, Py_ssize_t first);
+    /// @p arguments: a list of texts, and the number that the first one has in errors.
+    explicit Many(PyObject* arguments);
 };
 
 void addTaggerType(PyObject* module);
+
+// The calls that find words, as Python calls them.
+
+/// tagger(text)
+PyObject* callTagger(PyObject* self, PyObject* arguments, PyObject* keywords);
+PyObject* splitText(PyObject* self, PyObject* text);
+PyObject* analyseTagged(PyObject* self, PyObject* text);
+/// Tagger._batch(texts, first), a list of results; _split_batch(texts, first), one of lists of surfaces.
+PyObject* analyseTexts(PyObject* self, PyObject* arguments);
+PyObject* splitTexts(PyObject* self, PyObject* arguments);
+/// Tagger._nbest(text, n)
+PyObject* bestOfText(PyObject* self, PyObject* arguments);
+/// Tagger._lookup(text, number of a TAVO::LookUp, most; negative: no limit)
+PyObject* lookUpWords(PyObject* self, PyObject* arguments);
 /// Tagger._columns(texts, first): columns of the words of all texts, as bytes of 32-bit numbers, and their tables.
 PyObject* columnsOfTexts(PyObject* self, PyObject* arguments);
 

@@ -6,18 +6,6 @@
 
 namespace tavo_python {
 
-namespace {
-
-void append(PyObject* list, Ref object) { demand(PyList_Append(list, object.get()) == 0); }
-
-Ref pathBytes(PyObject* path) {
-    PyObject* bytes = nullptr;
-    demand(PyUnicode_FSConverter(path, static_cast<void*>(&bytes)) != 0);
-    return Ref(bytes);
-}
-
-}  // namespace
-
 PyObject* compileWords(PyObject*, PyObject* arguments) {
     return guarded([&] {
         char const *list = nullptr, *like = nullptr;

@@ -19,6 +19,9 @@ if TYPE_CHECKING:
     Text = Optional[Union[str, float]]
 
 
+_LOOKUPS = ("surface", "reading", "prefix", "common_prefix")
+
+
 def _checked(texts: Iterable[Text], caller: str) -> Iterator[Text]:
     if isinstance(texts, (str, bytes)):
         raise TypeError(f"{caller}() takes a list of texts, not one: {caller}([text])")
@@ -113,6 +116,29 @@ class Tagger(_tavo.Tagger):
         ([0, 0, 0, 0, 1, 1], [0, 1, 2, 4, 0, 1], '好き')
         """
         return columns_of(self._columns(list(_checked(texts, "columns")), 0))
+
+    def lookup(self, text: str, by: str = "surface", limit: Optional[int] = None) -> Result:
+        """Words of the dictionaries themselves, at most `limit`, as tokens.
+
+        `by` tells which ones: "surface", those written as `text`; "reading", those that read so, in hiragana or
+        katakana; "prefix", those that begin with `text`; "common_prefix", those that `text` begins with, shortest
+        first. Own dictionaries come first. The result's text is the words one behind the other. The first look-up by
+        reading takes longer: it reads the dictionaries whole.
+
+        >>> [(word.pos, word.reading) for word in tagger.lookup("すもも")]
+        [('名詞:一般', 'スモモ')]
+        >>> tagger.lookup("すもも", by="reading").surfaces
+        ['すもも', 'スモモ', '李', '李']
+        >>> tagger.lookup("推し量", by="prefix", limit=2).surfaces
+        ['推し量', '推し量っ']
+        """
+        if not isinstance(text, str):
+            raise TypeError(f"a text is a str, not {type(text).__name__}")
+        if by not in _LOOKUPS:
+            raise ValueError(f"by is {', '.join(map(repr, _LOOKUPS[:-1]))} or {_LOOKUPS[-1]!r}, not {by!r}")
+        if limit is not None and limit < 0:
+            raise ValueError(f"limit is {limit}; None stands for all words")
+        return self._lookup(text, _LOOKUPS.index(by), -1 if limit is None else limit)
 
     def pos_names(self) -> List[str]:
         """The parts of speech that a word of one's own can have."""
