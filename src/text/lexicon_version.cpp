@@ -291,7 +291,7 @@ PosTexts const& LexiconVersion::pos() const {
         std::string text;
         if (given != nullptr) text = charsOf(*given);
         if (files_.empty()) text = textOf((fs::path(table_->path()).parent_path() / "pos.fields").string());
-        pos_ = std::make_unique<PosTexts const>(prototype_, text);
+        pos_ = std::make_unique<PosTexts const>(*table_, text);
     });
     return *pos_;
 }

@@ -3,8 +3,6 @@
 #include "base/utf8.hpp"
 #include "config/pos_name.hpp"
 
-#include <tavo/tavo.hpp>
-
 #include <algorithm>
 #include <charconv>
 #include <map>
@@ -78,31 +76,38 @@ bool isValue(std::string const& field) { return !field.empty() && field != "*"; 
 
 }  // namespace
 
-PosTexts::PosTexts(Tavo const& analyser, std::string_view fields) : parts_(analyser.getPidMax() + std::size_t{1}) {
+PosTexts::PosTexts(ConnTable const& table, std::string_view fields)
+    : parts_(1), places_(table.idCount() + std::size_t{1}) {
     PosFieldLines const lines(fields);
-    std::unordered_map<std::string, std::uint32_t> known;  // ids by name: cost classes of one differ in nothing
-    for (std::uint32_t pid = 1; pid < parts_.size(); ++pid) {
-        Part& part = parts_[pid];
-        auto const id = static_cast<unsigned short>(pid);
-        std::string const tableName(withoutClass(analyser.getPartOfSP(id)));
-        if (auto const [first, isNew] = known.emplace(tableName, pid); !isNew) {
-            part = parts_[first->second];
-            continue;
-        }
-        part.name = keep(sjisToUtf8(analyser.getDisplayPartOfSP(id)));
+    // Places by name: cost classes of one part of speech, most of all ids, differ in nothing.
+    std::unordered_map<std::string_view, std::uint32_t> known;
+    for (std::uint32_t pid = 1; pid < places_.size(); ++pid) {
+        std::string_view const tableName = withoutClass(table.getName(pid));
+        auto const [place, isNew] = known.emplace(tableName, static_cast<std::uint32_t>(parts_.size()));
+        places_[pid] = place->second;
+        if (!isNew) continue;
         auto const line = lines.fields.find(sjisToUtf8(tableName));
-        if (line == lines.fields.end() || line->second.size() < lines.count || lines.count == 0) {
-            std::vector<std::string> const levels = levelsOf(part.name);
-            setFields(part, levels, levels.size());
-            continue;
-        }
-        bool const conjugates = lines.count >= kFieldsWithConjugation;
-        std::size_t const levels = lines.count - (conjugates ? 2 : 0);
-        setFields(part, line->second, levels);
-        if (!conjugates) continue;
-        if (isValue(line->second[levels])) part.conjugationType = keep(line->second[levels]);
-        if (isValue(line->second[levels + 1])) part.conjugationForm = keep(line->second[levels + 1]);
+        bool const isTold = line != lines.fields.end() && line->second.size() >= lines.count && lines.count != 0;
+        parts_.push_back(made(displayPosName(table.getName(pid)), isTold ? &line->second : nullptr, lines.count));
     }
+}
+
+/// @p line: the fields that the file has for it, of which @p count tell the part of speech; null without.
+PosTexts::Part PosTexts::made(std::string_view displayName, std::vector<std::string> const* line, std::size_t count) {
+    Part part;
+    part.name = keep(sjisToUtf8(displayName));
+    if (line == nullptr) {
+        std::vector<std::string> const levels = levelsOf(part.name);
+        setFields(part, levels, levels.size());
+        return part;
+    }
+    bool const conjugates = count >= kFieldsWithConjugation;
+    std::size_t const levels = count - (conjugates ? 2 : 0);
+    setFields(part, *line, levels);
+    if (!conjugates) return part;
+    if (isValue((*line)[levels])) part.conjugationType = keep((*line)[levels]);
+    if (isValue((*line)[levels + 1])) part.conjugationForm = keep((*line)[levels + 1]);
+    return part;
 }
 
 std::string_view PosTexts::keep(std::string text) { return kept_.emplace_back(std::move(text)); }

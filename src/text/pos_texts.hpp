@@ -2,6 +2,8 @@
 #ifndef TAVO_TEXT_POS_TEXTS_HPP
 #define TAVO_TEXT_POS_TEXTS_HPP
 
+#include "dic/conn_table.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -10,8 +12,6 @@
 #include <vector>
 
 namespace TAVO {
-
-class Tavo;
 
 /// Of all ids of a connection table, in UTF-8; the views live as long as this object.
 class PosTexts {
@@ -23,19 +23,21 @@ public:
         std::string_view conjugationType, conjugationForm;
     };
 
-    /// @p analyser has a connection table. @p fields: the text of its file pos.fields, which may be empty. Lines of
-    /// it that are none of that file's are passed over.
-    PosTexts(Tavo const& analyser, std::string_view fields);
+    /// @p fields: the text of the table's file pos.fields, which may be empty. Lines of it that are none of that file's
+    /// are passed over.
+    PosTexts(ConnTable const& table, std::string_view fields);
 
     /// Empty for ids that there are none of.
-    Part const& part(std::uint32_t pid) const noexcept { return parts_[pid < parts_.size() ? pid : 0]; }
+    Part const& part(std::uint32_t pid) const noexcept { return parts_[places_[pid < places_.size() ? pid : 0]]; }
 
 private:
+    Part made(std::string_view displayName, std::vector<std::string> const* line, std::size_t count);
     std::string_view keep(std::string text);
     void setFields(Part& part, std::vector<std::string> const& levels, std::size_t count);
 
     std::deque<std::string> kept_;
-    std::vector<Part> parts_;
+    std::vector<Part> parts_;            // each distinct one once; the first is empty
+    std::vector<std::uint32_t> places_;  // in parts_, by id
 };
 
 }  // namespace TAVO

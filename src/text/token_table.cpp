@@ -58,7 +58,7 @@ TokenTable::TokenTable(std::shared_ptr<LexiconVersion const> version, TokenizerO
     : version_(std::move(version)),
       options_(options),
       analyser_(version_->prototype()),
-      words_(TavoAccess::impl(analyser_).context, version_->pos()) {
+      words_(TavoAccess::impl(analyser_).context, *version_) {
     TavoAccess::impl(analyser_).reduce.setWholeWord(SjisBuffer::kUnknownCharacter);
 }
 

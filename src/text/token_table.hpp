@@ -36,7 +36,7 @@ public:
     std::vector<std::uint32_t> const& begin() const noexcept { return begin_; }
     std::vector<std::uint32_t> const& end() const noexcept { return end_; }
     WordTable::Word const& word(std::size_t token) const noexcept { return words_.word(word_[token]); }
-    PosTexts::Part const& pos(std::size_t token) const noexcept { return words_.pos(word_[token]); }
+    PosTexts::Part const& pos(std::size_t token) const { return words_.pos(word_[token]); }
     std::string_view surface(std::size_t token, std::size_t text) const noexcept {
         return texts_[text].substr(begin_[token], end_[token] - begin_[token]);
     }

@@ -4,7 +4,7 @@
 
 #include "engine/path_store.hpp"
 #include "result/context.hpp"
-#include "text/pos_texts.hpp"
+#include "text/lexicon_version.hpp"
 #include "text/string_table.hpp"
 
 #include <tavo/mrph.hpp>
@@ -47,9 +47,10 @@ public:
         bool isAnnotation = false;
     };
 
-    /// @p context is the analyser's that the words come from; @p pos belongs to its connection table. Both outlive
-    /// this.
-    WordTable(AnalyzerContext const& context, PosTexts const& pos) : context_(context), pos_(pos) { clear(); }
+    /// @p context is the analyser's that the words come from, @p lexicon what that was made from. Both outlive this.
+    WordTable(AnalyzerContext const& context, LexiconVersion const& lexicon) : context_(context), lexicon_(lexicon) {
+        clear();
+    }
 
     void clear();
     /// True when so much is kept that it should be cleared before the next call.
@@ -84,7 +85,10 @@ public:
     /// The number in strings() of word @p number's surface where that is written as @p surface; else kNotYet.
     std::uint32_t spelling(std::uint32_t number, std::string_view surface);
 
-    PosTexts::Part const& pos(std::uint32_t number) const noexcept { return pos_.part(pids_[number]); }
+    PosTexts::Part const& pos(std::uint32_t number) const {
+        if (pos_ == nullptr) pos_ = &lexicon_.pos();
+        return pos_->part(pids_[number]);
+    }
     StringTable& strings() noexcept { return strings_; }
     StringTable const& strings() const noexcept { return strings_; }
     std::uint64_t version() const noexcept { return version_; }
@@ -131,7 +135,8 @@ private:
     std::uint32_t add(std::string_view sjis, std::string_view surface);
 
     AnalyzerContext const& context_;
-    PosTexts const& pos_;
+    LexiconVersion const& lexicon_;
+    mutable PosTexts const* pos_ = nullptr;  // the lexicon's, once a part of speech was asked for
     std::vector<Word> words_;
     // By word, apart from what is seldom asked for.
     std::vector<std::uint16_t> pids_;
