@@ -18,6 +18,7 @@ ROUNDS = int(sys.argv[2]) if len(sys.argv) > 2 else 7
 BUILD = pathlib.Path(sys.argv[3] if len(sys.argv) > 3 else ROOT / "build").resolve()
 os.environ["TAVO_PATH"] = str(BUILD / "share/tavo")
 os.environ["PYTHONPATH"] = str(BUILD / "python")
+os.environ.pop("PYTHONDONTWRITEBYTECODE", None)  # modules are compiled once, as pip does it
 sys.path.insert(0, os.environ["PYTHONPATH"])
 import MeCab  # noqa: E402
 import tavo  # noqa: E402

@@ -16,13 +16,29 @@ The lexicon is that of the package tavo-ipadic when it is installed; TAVO_PATH n
 
 from _collections_abc import Sequence  # loaded in every interpreter, as collections.abc is not
 
-from ._columns import Columns
-from ._error import TavoError
 from ._tagger import Tagger
 from ._tavo import Result, Token
-from ._version import __version__
-from ._words import compile
+from ._tavo import version as __version__
 
 __all__ = ["Columns", "Result", "Tagger", "TavoError", "Token", "__version__", "compile"]
 
 Sequence.register(Result)
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from ._columns import Columns
+    from ._error import TavoError
+    from ._words import compile
+else:
+    #: What few programs need, with the module that it comes from when it is asked for.
+    _LATER = {"Columns": "_columns", "TavoError": "_error", "compile": "_words"}
+
+    def __getattr__(name):
+        if name not in _LATER:
+            raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
+        value = getattr(__import__(f"{__name__}.{_LATER[name]}", fromlist=[name]), name)
+        globals()[name] = value
+        return value
+
+    def __dir__():
+        return sorted({*globals(), *_LATER})

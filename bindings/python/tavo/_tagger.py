@@ -5,13 +5,14 @@ from __future__ import annotations
 import os
 from itertools import islice
 
-from . import _lexicon, _tavo, _words
-from ._columns import Columns, columns_of
+from . import _lexicon, _tavo
 
 TYPE_CHECKING = False  # importing typing takes longer than opening a lexicon
 if TYPE_CHECKING:
     from typing import Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union
 
+    from . import _words
+    from ._columns import Columns
     from ._tavo import Result
 
     Path = Union[str, "os.PathLike[str]"]
@@ -71,6 +72,8 @@ class Tagger(_tavo.Tagger):
         self._lexicon = _lexicon.find() if lexicon is None else os.fspath(lexicon)
         try:
             if own:
+                from . import _words
+
                 self._folder = _words.temporary_folder()  # goes with the tagger
                 compiled = os.path.join(self._folder.name, "words.dic")
                 _words.compile(own, compiled, lexicon=lexicon)
@@ -115,6 +118,8 @@ class Tagger(_tavo.Tagger):
         >>> list(columns.text), list(columns.start), columns.strings[columns.base[2]]
         ([0, 0, 0, 0, 1, 1], [0, 1, 2, 4, 0, 1], '好き')
         """
+        from ._columns import columns_of
+
         return columns_of(self._columns(list(_checked(texts, "columns")), 0))
 
     def lookup(self, text: str, by: str = "surface", limit: Optional[int] = None) -> Result:
@@ -142,7 +147,9 @@ class Tagger(_tavo.Tagger):
 
     def pos_names(self) -> List[str]:
         """The parts of speech that a word of one's own can have."""
-        names = (shown for _, shown in _tavo.pos_names(_words.table_of(self.path)))
+        from ._words import table_of
+
+        names = (shown for _, shown in _tavo.pos_names(table_of(self.path)))
         return list(dict.fromkeys(name for name in names if name))
 
     def rebuild(self, path: Path) -> None:
