@@ -124,10 +124,9 @@ TEST(TrieProperty, AgreesWithALinearScan) {
             });
             ASSERT_EQ(found, scan(words, text));
             auto const word = words.find(text);
-            auto const below = words.lower_bound(text);
             std::vector<std::string> begun, expected;
-            for (auto word = below; word != words.end() && word->first.starts_with(text); ++word)
-                expected.push_back(word->first);
+            for (auto from = words.lower_bound(text); from != words.end() && from->first.starts_with(text); ++from)
+                expected.push_back(from->first);
             std::size_t const most = query % 5 == 2 ? 2 : expected.size();
             expected.resize(std::min(most, expected.size()));
             trie.visitFrom(guarded.data(), guarded.size(), [&](std::string const& key, RecordChain chain) {
