@@ -95,7 +95,8 @@ public:
     unsigned int getReadPron(char* buf, int size, bool plain) const;
     std::string getLVRead(bool plain) const;
     unsigned int getLVRead(char* buf, int size, bool plain) const;
-    /// End (dictionary) forms. While no end-form rule exists they equal the plain ones.
+    /// End (dictionary) forms, by the rules of the part of speech (docs/end-forms.md): those of 行っ give 行く. The
+    /// plain texts where no rule fits.
     std::string getEndForm(bool plain) const;
     std::string getEndStdForm(bool plain) const;
     std::string getEndRead(bool plain) const;

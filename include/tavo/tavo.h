@@ -203,6 +203,8 @@ TAVO_EXPORT int tavo_setConvertRulePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getConvertRulePath(tavo_t* tavo);
 TAVO_EXPORT int tavo_setReduceRulePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getReduceRulePath(tavo_t* tavo);
+TAVO_EXPORT int tavo_setEndFormRulePath(tavo_t* tavo, char const* path);
+TAVO_EXPORT char const* tavo_getEndFormRulePath(tavo_t* tavo);
 /// Loads a list of parts of speech; null goes back to the built-in one.
 TAVO_EXPORT int tavo_setPublicPartOfSPPath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getPublicPartOfSPPath(tavo_t* tavo);

@@ -61,8 +61,8 @@ public:
     // throws invalid_argument outside its range.
 
     /// Reads @p path (lines of key=value) and applies its keys in a fixed
-    /// order; docs/init-file.md lists them. Without ReduceRule and NumberPartOfSP it takes
-    /// reduce.rules and number.list from beside its connection table, where these exist.
+    /// order; docs/init-file.md lists them. Without ReduceRule, NumberPartOfSP and EndFormRule it
+    /// takes reduce.rules, number.list and end.rules from beside its connection table, where these exist.
     /// What was applied before an error stays.
     void setInitFilePath(char const* path);
     char const* getInitFilePath() const;
@@ -156,6 +156,10 @@ public:
     /// clears them. Throws file_not_found, and illegal_format (path:line:cause).
     void setReduceRulePath(char const* path);
     char const* getReduceRulePath() const;
+    /// Reads the rules of end forms (docs/end-forms.md), which Mrph::getEndForm() and its like follow; null clears
+    /// them. Throws file_not_found, and illegal_format (path:line:cause), after which the earlier rules stay.
+    void setEndFormRulePath(char const* path);
+    char const* getEndFormRulePath() const;
 
     /// The id of a part-of-speech name, 0 when unknown.
     unsigned short getPid(std::string const& name) const;

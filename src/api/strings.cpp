@@ -33,6 +33,10 @@ int tavo_setReduceRulePath(tavo_t* tavo, char const* path) {
     return setOptionalPath(tavo, &Tavo::setReduceRulePath, path);
 }
 char const* tavo_getReduceRulePath(tavo_t* tavo) { return getText(tavo, &Tavo::getReduceRulePath); }
+int tavo_setEndFormRulePath(tavo_t* tavo, char const* path) {
+    return setOptionalPath(tavo, &Tavo::setEndFormRulePath, path);
+}
+char const* tavo_getEndFormRulePath(tavo_t* tavo) { return getText(tavo, &Tavo::getEndFormRulePath); }
 int tavo_setPublicPartOfSPPath(tavo_t* tavo, char const* path) {
     return setOptionalPath(tavo, &Tavo::setPublicPartOfSPPath, path);
 }

@@ -40,7 +40,7 @@ InitValues readInitFile(std::string const& path);
 /// and paths are used byte by byte.
 bool isTextKey(std::string_view key) noexcept;
 
-/// A value of ReduceRule and NumberPartOfSP: no file, not even the one beside the
+/// A value of ReduceRule, NumberPartOfSP and EndFormRule: no file, not even the one beside the
 /// connection table.
 inline constexpr std::string_view kNoFile = "none";
 
@@ -53,6 +53,7 @@ struct TableCompanion {
 inline constexpr TableCompanion kTableCompanions[] = {
     {"ReduceRule", "reduce.rules"},
     {"NumberPartOfSP", "number.list"},
+    {"EndFormRule", "end.rules"},
 };
 
 /// The path of the companion of @p key in the folder of a connection table; empty when there

@@ -55,6 +55,7 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     // Everything that can fail comes first.
     Settings settings = other.context.settings;
     PosTables pos = other.context.pos;
+    EndFormRules endForms = other.context.endForms;
     ReduceRules reduceRules = other.reduce;
     CommentRules commentRules = other.comments;
     ConvertRules ownConvertRules = other.convertRules;
@@ -63,6 +64,7 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     convertRules = std::move(ownConvertRules);
     context.settings = std::move(settings);
     context.pos = std::move(pos);
+    context.endForms = std::move(endForms);
     reduce = std::move(reduceRules);
     comments = std::move(commentRules);
     context.dics = std::move(dics);

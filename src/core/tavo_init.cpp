@@ -71,6 +71,7 @@ constexpr FileKey kFileKeys[] = {
     {"PublicPartOfSP", &Tavo::setPublicPartOfSPPath, &Tavo::getPublicPartOfSPPath},
     {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath, &Tavo::getNumberPartOfSPPath},
     {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath, &Tavo::getMajorPartOfSPPath},
+    {"EndFormRule", &Tavo::setEndFormRulePath, &Tavo::getEndFormRulePath},
 };
 
 bool hasCompanion(std::string_view key) {

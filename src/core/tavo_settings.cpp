@@ -167,6 +167,8 @@ void Tavo::setReduceRulePath(char const* path) {
     impl_->context.pos.setPartOfSP(impl_->context.connTable);
 }
 char const* Tavo::getReduceRulePath() const { return impl_->reduce.path().c_str(); }
+void Tavo::setEndFormRulePath(char const* path) { impl_->context.endForms.load(path); }
+char const* Tavo::getEndFormRulePath() const { return impl_->context.endForms.path().c_str(); }
 
 unsigned short Tavo::getPid(std::string const& name) const { return impl_->context.pos.getPid(name); }
 std::string Tavo::getPartOfSP(unsigned short pid) const { return impl_->context.pos.name(pid); }

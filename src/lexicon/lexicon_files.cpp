@@ -29,7 +29,8 @@ std::string tableAt(std::string const& path) {
 void useTable(Tavo& analyser, std::string const& table, InitValues const& named) {
     using Setter = void (Tavo::*)(char const*);
     for (auto const& [key, set] : {std::pair<char const*, Setter>{"ReduceRule", &Tavo::setReduceRulePath},
-                                   {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath}}) {
+                                   {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath},
+                                   {"EndFormRule", &Tavo::setEndFormRulePath}}) {
         if (named.contains(key)) continue;
         std::string const path = tableCompanion(table, key);
         (analyser.*set)(path.empty() ? nullptr : path.c_str());

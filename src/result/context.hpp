@@ -11,6 +11,7 @@
 #include "engine/lattice.hpp"
 #include "engine/nbest/all_paths.hpp"
 #include "engine/sentence.hpp"
+#include "result/end_form_rules.hpp"
 #include "result/format.hpp"
 #include "result/made_records.hpp"
 
@@ -31,6 +32,7 @@ struct AnalyzerContext {
 
     Settings settings;
     PosTables pos;
+    EndFormRules endForms;
     DicSet dics;
     ConnTable const* connTable = nullptr;  // owned by the pool
     CompiledFormat outputFormat;           // of settings.outputFormat, as of the last output

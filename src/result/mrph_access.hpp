@@ -9,6 +9,7 @@
 #include <tavo/mrph.hpp>
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -77,6 +78,12 @@ struct MrphAccess {
     }
     static char const* readPronPtr(Mrph const& m) noexcept { return text(m, &MrphCover::readPron, &MrphDic::readPron); }
     static char const* stdFormPtr(Mrph const& m) noexcept { return text(m, &MrphCover::stdForm, &MrphDic::stdForm); }
+    /// What @p span of the morpheme's form was analysed as.
+    static std::string_view converted(Mrph const& m, std::string_view span);
+    /// What the rules of end forms make of @p text, a text of @p m or of its part of speech @p pid; nothing when none
+    /// fits.
+    static std::optional<std::string> endText(Mrph const& m, unsigned short pid, EndFormRules::Kind kind,
+                                              std::string_view text);
 
     // The cover.
 

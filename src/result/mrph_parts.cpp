@@ -133,15 +133,31 @@ std::string leafLVRead(Mrph const& m, int index) {
 
 /// A standard form that is not cut into as many parts cannot be spread over
 /// them; each part then has its own form as standard form.
-std::string leafStdForm(Mrph const& m, int index) {
+bool hasStdForm(Mrph const& m) {
     std::string_view const stdForm = MrphAccess::stdFormPtr(m);
     bool const spread = countMarks(stdForm, separatorsFor(stdForm, partCount(m))) + 1 == partCount(m);
-    if (stdForm.empty() || (partCount(m) > 1 && !spread)) return std::string(leafForm(m, index));
-    return separatedPart(stdForm, index, partCount(m));
+    return !stdForm.empty() && (partCount(m) < 2 || spread);
+}
+
+std::string leafStdForm(Mrph const& m, int index) {
+    if (!hasStdForm(m)) return std::string(leafForm(m, index));
+    return separatedPart(MrphAccess::stdFormPtr(m), index, partCount(m));
 }
 
 unsigned short leafPid(Mrph const& m, int index) {
     return partCount(m) < 2 ? m.getPid() : MrphDic(MrphAccess::record(m)).partPid(static_cast<unsigned>(index));
+}
+
+/// The end form of a part's text, which @p text(leaf, index) gives; that text itself where no rule fits.
+template <class Text>
+std::string partEnd(Mrph const& m, int index, char const* error, EndFormRules::Kind kind, Text text) {
+    return ofPart(m, index, error, [&](Mrph const& leaf, int local) {
+        std::string plain(text(leaf, local));
+        bool const isForm = kind == EndFormRules::Kind::Form;
+        auto end = MrphAccess::endText(leaf, leafPid(leaf, local), kind,
+                                       isForm ? MrphAccess::converted(leaf, leafForm(leaf, local)) : plain);
+        return end ? *std::move(end) : std::move(plain);
+    });
 }
 
 }  // namespace
@@ -221,36 +237,36 @@ std::string Mrph::getPartLVRead(int index) const {
 }
 void Mrph::getPartLVRead(std::vector<std::string>& readings) const { fillParts(*this, readings, &Mrph::getPartLVRead); }
 
-// No part of speech has an end-form rule, so the end forms are the plain ones.
-
 std::string Mrph::getPartEndForm(int index) const {
-    return std::string(ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndForm()", leafForm));
+    return partEnd(*this, index, "RANGE_ERROR: Mrph::getPartEndForm()", EndFormRules::Kind::Form, leafForm);
 }
 void Mrph::getPartEndForm(std::vector<std::string>& forms) const { fillParts(*this, forms, &Mrph::getPartEndForm); }
 
 std::string Mrph::getPartEndStdForm(int index) const {
-    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndStdForm()", leafStdForm);
+    constexpr char kError[] = "RANGE_ERROR: Mrph::getPartEndStdForm()";
+    bool const hasOwn = ofPart(*this, index, kError, [](Mrph const& leaf, int) { return hasStdForm(leaf); });
+    return partEnd(*this, index, kError, hasOwn ? EndFormRules::Kind::Standard : EndFormRules::Kind::Form, leafStdForm);
 }
 void Mrph::getPartEndStdForm(std::vector<std::string>& forms) const {
     fillParts(*this, forms, &Mrph::getPartEndStdForm);
 }
 
 std::string Mrph::getPartEndRead(int index) const {
-    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndRead()", leafRead);
+    return partEnd(*this, index, "RANGE_ERROR: Mrph::getPartEndRead()", EndFormRules::Kind::Reading, leafRead);
 }
 void Mrph::getPartEndRead(std::vector<std::string>& readings) const {
     fillParts(*this, readings, &Mrph::getPartEndRead);
 }
 
 std::string Mrph::getPartEndPron(int index) const {
-    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndPron()", leafPron);
+    return partEnd(*this, index, "RANGE_ERROR: Mrph::getPartEndPron()", EndFormRules::Kind::Pron, leafPron);
 }
 void Mrph::getPartEndPron(std::vector<std::string>& pronunciations) const {
     fillParts(*this, pronunciations, &Mrph::getPartEndPron);
 }
 
 std::string Mrph::getPartEndLVRead(int index) const {
-    return ofPart(*this, index, "RANGE_ERROR: Mrph::getPartEndLVRead()", leafLVRead);
+    return partEnd(*this, index, "RANGE_ERROR: Mrph::getPartEndLVRead()", EndFormRules::Kind::Reading, leafLVRead);
 }
 void Mrph::getPartEndLVRead(std::vector<std::string>& readings) const {
     fillParts(*this, readings, &Mrph::getPartEndLVRead);

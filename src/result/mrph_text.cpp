@@ -38,12 +38,7 @@ std::string withoutMarks(std::string text, bool plain, MrphCover const* cover) {
     return text;
 }
 
-/// The form that was analysed; a form of the morpheme's own was not.
-std::string_view convertedForm(Mrph const& m) {
-    std::string_view const form = MrphAccess::form(m), raw = MrphAccess::rawForm(m);
-    AnalyzerContext const* const owner = MrphAccess::owner(m);
-    return owner == nullptr || form != raw || form.data() != raw.data() ? form : owner->convertedText(raw);
-}
+std::string_view convertedForm(Mrph const& m) { return MrphAccess::converted(m, MrphAccess::form(m)); }
 
 /// True when the list of public parts of speech lets output conversion change the form.
 bool mayConvert(Mrph const& m) {
@@ -144,11 +139,67 @@ unsigned int Mrph::getLVRead(char* buf, int size, bool plain) const {
     return copyOut(getLVRead(plain), buf, size, 0, "INVALID_ARGUMENT: Mrph::getLVRead()");
 }
 
-// No part of speech has an end-form rule, so the end forms are the plain ones.
-std::string Mrph::getEndForm(bool plain) const { return getForm(plain); }
-std::string Mrph::getEndStdForm(bool plain) const { return getStdForm(plain); }
-std::string Mrph::getEndRead(bool plain) const { return getRead(plain); }
-std::string Mrph::getEndPron(bool plain) const { return getPron(plain); }
-std::string Mrph::getEndLVRead(bool plain) const { return getLVRead(plain); }
+namespace {
+
+using EndKind = EndFormRules::Kind;
+
+/// True when the end form of joined morphemes is that of the first one: a phrase has a name of its own, to which no
+/// rules belong, and its other members would stand where the ending is looked for.
+bool endsAsFirst(Mrph const& m) {
+    MrphCover const* const cover = MrphAccess::cover(m);
+    AnalyzerContext const* const owner = MrphAccess::owner(m);
+    return cover != nullptr && !cover->subMrphs.empty() && owner != nullptr && !owner->endForms.empty() &&
+           (!cover->className.empty() || m.getPid() > owner->pos.getPidMax());
+}
+
+/// What the rules make of @p text; @p otherwise where no rule fits.
+std::string ended(Mrph const& m, EndKind kind, std::string_view text, std::string otherwise) {
+    auto end = MrphAccess::endText(m, m.getPid(), kind, text);
+    return end ? *std::move(end) : std::move(otherwise);
+}
+
+}  // namespace
+
+std::string_view MrphAccess::converted(Mrph const& m, std::string_view span) {
+    // A form of the morpheme's own was not analysed.
+    bool const isRaw = m.form_ == m.rawForm_ && m.formLength_ == m.rawFormLength_;
+    return m.owner_ != nullptr && isRaw ? m.owner_->convertedText(span) : span;
+}
+
+std::optional<std::string> MrphAccess::endText(Mrph const& m, unsigned short pid, EndKind kind, std::string_view text) {
+    if (m.owner_ == nullptr || m.owner_->endForms.empty()) return {};
+    return m.owner_->endForms.apply(m.owner_->pos.name(pid), kind, text);
+}
+
+// Rules know the forms of the dictionaries, so the end form of a converted word is that of its converted form.
+std::string Mrph::getEndForm(bool plain) const {
+    if (endsAsFirst(*this)) return getPartEndForm(0);
+    return ended(*this, EndKind::Form, convertedForm(*this), getForm(plain));
+}
+
+std::string Mrph::getEndStdForm(bool plain) const {
+    if (endsAsFirst(*this)) return getPartEndStdForm(0);
+    bool const hasOwn = *MrphAccess::stdFormPtr(*this) != '\0';
+    std::string const stdForm = getStdForm(plain);
+    return ended(*this, hasOwn ? EndKind::Standard : EndKind::Form, stdForm, stdForm);
+}
+
+std::string Mrph::getEndRead(bool plain) const {
+    if (endsAsFirst(*this)) return getPartEndRead(0);
+    std::string const read = getRead(plain);
+    return ended(*this, EndKind::Reading, read, read);
+}
+
+std::string Mrph::getEndPron(bool plain) const {
+    if (endsAsFirst(*this)) return getPartEndPron(0);
+    std::string const pron = getPron(plain);
+    return ended(*this, EndKind::Pron, pron, pron);
+}
+
+std::string Mrph::getEndLVRead(bool plain) const {
+    if (endsAsFirst(*this)) return getPartEndLVRead(0);
+    std::string const read = getLVRead(plain);
+    return ended(*this, EndKind::Reading, read, read);
+}
 
 }  // namespace TAVO

@@ -166,6 +166,7 @@ TEST_F(ValueFunctions, RuleAndListFilesTakeNull) {
         {tavo_setCommentRulePath, tavo_getCommentRulePath},
         {tavo_setConvertRulePath, tavo_getConvertRulePath},
         {tavo_setReduceRulePath, tavo_getReduceRulePath},
+        {tavo_setEndFormRulePath, tavo_getEndFormRulePath},
         {tavo_setPublicPartOfSPPath, tavo_getPublicPartOfSPPath},
         {tavo_setNumberPartOfSPPath, tavo_getNumberPartOfSPPath},
         {tavo_setMajorPartOfSPPath, tavo_getMajorPartOfSPPath},

@@ -56,7 +56,7 @@ inline constexpr std::array kTavoStrings = {
     tavo_setInitFilePath,       tavo_setConnTablePath,     tavo_setConvertRulePath,
     tavo_setCommentRulePath,    tavo_setReduceRulePath,    tavo_setPublicPartOfSPPath,
     tavo_setNumberPartOfSPPath, tavo_setMajorPartOfSPPath, tavo_getDicIndex,
-    tavo_touchDicPath};
+    tavo_touchDicPath,          tavo_setEndFormRulePath};
 inline constexpr std::array kTavoPointers = {tavo_getErrorWhat,
                                              tavo_getProsodicInfoFiller,
                                              tavo_getOutputFormat,
@@ -69,7 +69,8 @@ inline constexpr std::array kTavoPointers = {tavo_getErrorWhat,
                                              tavo_getReduceRulePath,
                                              tavo_getPublicPartOfSPPath,
                                              tavo_getNumberPartOfSPPath,
-                                             tavo_getMajorPartOfSPPath};
+                                             tavo_getMajorPartOfSPPath,
+                                             tavo_getEndFormRulePath};
 inline constexpr std::array kTavoNumberTexts = {tavo_getSentence, tavo_getAnalyzedText, tavo_getDicPath,
                                                 tavo_getSrcPath};
 

@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     constexpr Setter kSetters[] = {&Tavo::setInitFilePath,      &Tavo::setCommentRulePath,
                                    &Tavo::setReduceRulePath,    &Tavo::setNumberPartOfSPPath,
                                    &Tavo::setMajorPartOfSPPath, &Tavo::setPublicPartOfSPPath,
-                                   &Tavo::setConvertRulePath};
+                                   &Tavo::setConvertRulePath,   &Tavo::setEndFormRulePath};
     FuzzInput in(data, size);
     std::size_t const chosen = in.choice(std::size(kSetters));
     std::string const path = fuzzWorld().dir.write("file", in.rest());
