@@ -1,4 +1,5 @@
 // Makes a lexicon from one in MeCab's format.
+#include "lexicon/import/end_forms.hpp"
 #include "lexicon/import/fit/fit.hpp"
 #include "lexicon/import/fit/pairs.hpp"
 #include "lexicon/import/report.hpp"
@@ -136,6 +137,7 @@ private:
     void write() {
         words::tell(options_.progress, "Writing the dictionary");
         lexicon_.matrix = {};
+        facts_.endForms = deriveEndForms(lexicon_);
         std::vector<std::string> const lines = sourceLines(lexicon_, tables_);
         std::vector<DictionaryPart> const parts = compileDictionaries(tables_.names, lines);
         std::string const connTable = connTableBytes(tables_);
@@ -150,6 +152,7 @@ private:
         writeFile(out / words::kMecabFieldsName, lexicon_.fields.text());
         writeFile(out / "reduce.rules", reduceRuleText(tables_.names, lexicon_.shortUnits));
         writeFile(out / "number.list", numberListText(tables_.names));
+        writeFile(out / "end.rules", facts_.endForms.text);
         fs::path const data = options_.dataFolder.empty() ? out : fs::path(options_.dataFolder);
         writeFile(out / "tavo.init", initFileText(data, parts.size(), options_.source));
         facts_.linesWritten = lines.size();

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string_view>
 #include <tuple>
+#include <utility>
 
 namespace TAVO::importer {
 namespace {
@@ -131,6 +132,14 @@ std::string reportText(Lexicon const& lexicon, Tables const& tables, Agreement c
     line("rows and columns merged up to", decimal(facts.table.contextTolerance, 0));
     line("levels merged up to", decimal(facts.table.levelTolerance, 1));
     line("shift per byte of text, in source cost", decimal(facts.perByte, 1));
+    line("rules of end forms", number(facts.endForms.rules));
+    for (auto const& [name, share] :
+         {std::pair<char const*, EndShare>{"conjugated words that they give the base form", facts.endForms.forms},
+          {"base forms that they leave so", facts.endForms.own},
+          {"readings that they give that of the base form", facts.endForms.readings},
+          {"pronunciations that they give that of the base form", facts.endForms.prons}})
+        line(name, number(share.right) + " of " + number(share.all) + " (" +
+                       decimal(100 * ratio(share.right, share.all), 3) + " %)");
     line("measured on", facts.fittedOn + ", " + number(facts.sentences) + " sentences");
     line("edges of best analyses clamped at 0", decimal(100 * ratio(agreement.below, agreement.edges), 3) + " %");
     line("edges of best analyses clamped at 254", decimal(100 * ratio(agreement.above, agreement.edges), 3) + " %");

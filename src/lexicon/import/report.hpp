@@ -2,6 +2,7 @@
 #ifndef TAVO_LEXICON_IMPORT_REPORT_HPP
 #define TAVO_LEXICON_IMPORT_REPORT_HPP
 
+#include "lexicon/import/end_forms.hpp"
 #include "lexicon/import/fit/fit.hpp"
 #include "lexicon/import/fit/search.hpp"
 #include "lexicon/import/source/source_lexicon.hpp"
@@ -38,6 +39,7 @@ struct ReportFacts {
     double perByte = 0;
     std::string notices;  ///< files of the source's notices
     TableOptions table;
+    EndForms endForms;
 };
 
 /// UTF-8, "name: value" lines.

@@ -189,7 +189,7 @@ std::string initFileText(std::filesystem::path const& data, std::size_t parts, b
         text += "\n";
     }
     return text + "ReduceRule=" + folder + "reduce.rules\nNumberPartOfSP=" + folder +
-           "number.list\nConnTable=" + folder + "ConnTable\n";
+           "number.list\nEndFormRule=" + folder + "end.rules\nConnTable=" + folder + "ConnTable\n";
 }
 
 std::string numberListText(std::vector<std::string> const& names) {
