@@ -146,7 +146,7 @@ private:
 
 TEST(EndFormProperty, RulesOfALexiconServeItsOtherWords) {
     for (std::uint32_t seed = 0; seed < 200; ++seed) {
-        Conjugations const world(seed);
+        Conjugations world(seed);
         EndForms const made = deriveEndForms(world.lexicon);
         EXPECT_EQ(made.forms.right, made.forms.all) << seed;
         EXPECT_EQ(made.readings.right, made.readings.all) << seed;
@@ -182,7 +182,13 @@ TEST(EndFormProperty, ReadingsAreThoseOfTheMostAlikeBaseForm) {
     add("動詞:甲:連用", "開い", "開く", "ヒライ");
     add("動詞:乙:未然", "来", "来る", "コ");
     add("動詞:乙:仮定", "無い", "無", "ナイ");  // no entry has the base form
-    std::string const rules = deriveEndForms(lexicon).text;
+    add("動詞:丁:連用", "撃って", "撃つ", "");
+    add("動詞:丁:連用", "射って", "射つ", "");
+    add("動詞:丁:連用", "射って", "", "");
+    EndForms const made = deriveEndForms(lexicon);
+    EXPECT_EQ(made.own.all - made.own.right, 1U);
+    EXPECT_EQ(lexicon.words.back().base, lexicon.words.back().form) << "what the source says stays";
+    std::string const& rules = made.text;
     EXPECT_TRUE(contains(rules, "動詞:甲:連用\treading\tイ\tク\n"));
     EXPECT_TRUE(contains(rules, "動詞:乙:未然\treading\tコ\tクル\n"));
     EXPECT_TRUE(contains(rules, "動詞:乙:仮定\tform\tい\t\n"));

@@ -177,8 +177,7 @@ bool isWritable(Ending const& ending) {
 
 class Deriver {
 public:
-    explicit Deriver(Lexicon const& lexicon)
-        : lexicon_(lexicon), conjugated_(conjugatedNames(lexicon)), entries_(lexicon) {}
+    explicit Deriver(Lexicon& lexicon) : lexicon_(lexicon), conjugated_(conjugatedNames(lexicon)), entries_(lexicon) {}
 
     EndForms run() {
         collect();
@@ -189,8 +188,8 @@ public:
 
 private:
     template <class Visit>
-    void eachWord(Visit visit) const {
-        for (Word const& word : lexicon_.words)
+    void eachWord(Visit visit) {
+        for (Word& word : lexicon_.words)
             if (!word.unknown && conjugated_[word.name]) visit(word, textsOf(word, entries_));
     }
     void collect() {
@@ -223,20 +222,22 @@ private:
         EndFormRules rules;
         std::string_view const text = made_.text;
         rules.load("end.rules", &text);
-        eachWord([&](Word const& word, Texts const& texts) {
+        eachWord([&](Word& word, Texts const& texts) {
             EndShare* const shares[] = {word.base.empty() ? &made_.own : &made_.forms, &made_.readings, &made_.prons};
             for (std::size_t kind = 0; kind < kKinds; ++kind) {
                 auto const& [given, wanted] = texts[kind];
                 if (given.empty()) continue;
                 auto const end =
                     rules.apply(lexicon_.names.at(word.name), static_cast<EndFormRules::Kind>(kind), given);
+                bool const isRight = (end ? std::string_view(*end) : given) == wanted;
                 ++shares[kind]->all;
-                shares[kind]->right += (end ? std::string_view(*end) : given) == wanted ? 1 : 0;
+                shares[kind]->right += isRight ? 1 : 0;
+                if (kind == 0 && !isRight && word.base.empty()) word.base = word.form;
             }
         });
     }
 
-    Lexicon const& lexicon_;
+    Lexicon& lexicon_;
     std::vector<bool> conjugated_;
     BaseEntries entries_;
     std::map<std::string, std::array<EndPairs, kKinds>> pairs_;  // by name
@@ -258,6 +259,6 @@ std::vector<Ending> deriveEndings(EndPairs pairs) {
     return endings;
 }
 
-EndForms deriveEndForms(Lexicon const& lexicon) { return Deriver(lexicon).run(); }
+EndForms deriveEndForms(Lexicon& lexicon) { return Deriver(lexicon).run(); }
 
 }  // namespace TAVO::importer

@@ -39,8 +39,9 @@ struct EndForms {
     EndShare readings, prons;  ///< of the words whose base form is an entry
 };
 
-/// Derives the rules of all parts of speech that are conjugated, and tries them on every word.
-EndForms deriveEndForms(Lexicon const& lexicon);
+/// Derives the rules of all parts of speech that are conjugated, and tries them on every word. A word that is its own
+/// base form and that the rules give another is named as its base form, so that its standard form stays.
+EndForms deriveEndForms(Lexicon& lexicon);
 
 }  // namespace TAVO::importer
 
