@@ -11,7 +11,7 @@
 namespace TAVO {
 namespace {
 
-constexpr std::string_view kArrow = "->";
+constexpr std::string_view kArrow = "->", kMajorClass = "Major";
 
 /// Where the arrow stands, which has a blank or the line's start before it: names hold "-".
 std::size_t arrowAt(std::string_view line) noexcept {
@@ -21,8 +21,9 @@ std::size_t arrowAt(std::string_view line) noexcept {
     return std::string_view::npos;
 }
 
-/// Adds the alternatives of one element, each a head with features; false when one has no head.
-bool addPatterns(std::string_view text, PatternList& patterns) {
+/// Adds the alternatives of one element, each a head with features, and tells whether the class of major parts of
+/// speech is among them; false when one has no head.
+bool addPatterns(std::string_view text, PatternList& patterns, bool& hasMajor) {
     for (std::size_t begin = 0; begin <= text.size();) {
         std::size_t const end = std::min(findMark(text, "|", begin), text.size());
         std::string_view const one = text.substr(begin, end - begin);
@@ -36,6 +37,7 @@ bool addPatterns(std::string_view text, PatternList& patterns) {
             at = colon + 1;
         }
         if (name.head.empty()) return false;
+        hasMajor = hasMajor || one == kMajorClass;
         patterns.add(name);
         begin = end + 1;
     }
@@ -63,7 +65,9 @@ std::string PhraseRules::add(std::string_view line) {
         if (mark == '?' || mark == '*') rule.optional |= bit;
         if (mark == '+' || mark == '*') rule.repeated |= bit;
         if (mark == '?' || mark == '*' || mark == '+') word.remove_suffix(1);
-        if (!addPatterns(word, rule.patterns.emplace_back())) return "No Part Of Speech:" + std::string(word);
+        bool hasMajor = false;
+        if (!addPatterns(word, rule.patterns.emplace_back(), hasMajor)) return "No Part Of Speech:" + std::string(word);
+        if (hasMajor) rule.major |= bit;
     }
     if (rule.patterns.empty()) return "No Elements";
     rules_.push_back(std::move(rule));
@@ -85,7 +89,7 @@ PhraseRules::Fits const& PhraseRules::fitsOf(std::uint16_t pid) const {
     PosName name;
     splitPosName(pos_->name(pid), name);
     for (Rule const& rule : rules_) {
-        Elements elements = 0;
+        Elements elements = pos_->isMajor(pid) ? rule.major : 0;
         for (std::size_t i = 0; i < rule.patterns.size(); ++i)
             if (rule.patterns[i].matches(name)) elements |= Elements{1} << i;
         fits.push_back(elements);

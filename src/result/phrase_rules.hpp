@@ -40,6 +40,7 @@ private:
     struct Rule {
         std::vector<PatternList> patterns;  // by element
         Elements optional = 0, repeated = 0;
+        Elements major = 0;  // those that the parts of speech of the major list fit
         std::string className;
     };
     /// For one id the elements that it fits, by rule; made when a morpheme of the id is first met.

@@ -1,6 +1,7 @@
 // Each setting, set away from its default, makes a difference that a caller sees.
 #include "config/settings.hpp"
 #include "support/describe.hpp"
+#include "support/docs_page.hpp"
 #include "support/small_world.hpp"
 #include "support/testing.hpp"
 
@@ -8,6 +9,8 @@
 
 #include <fstream>
 #include <map>
+#include <regex>
+#include <set>
 #include <sstream>
 
 namespace TAVO::test {
@@ -34,11 +37,11 @@ protected:
         init_ = dir_.write("tavo.ini", "Dic=" + paths_.dic + "\nConnTable=" + paths_.connTable + "\n");
     }
     /// All that the settings may change: words in the output format, with what else they answer.
-    std::string outputOf(Case const& given, std::function<void(Tavo&)> const& set) {
+    std::string outputOf(Case const& given, std::function<void(Tavo&)> const& set, std::string const& init) {
         Tavo tavo;
         given.before(tavo);
         set(tavo);
-        tavo.setInitFilePath(init_.c_str());
+        tavo.setInitFilePath(init.c_str());
         std::ostringstream out;
         std::string const text = toSjis(given.text);
         tavo.analyze(text);
@@ -49,7 +52,8 @@ protected:
             tavo.getResult(words, s);
             for (Mrph const& m : words)
                 out << m.getForm(false) << "/" << m.getRead(true) << "/" << m.getPartOfSP() << "/" << m.getAltCount()
-                    << "/" << m.getProsodicInfo() << "/" << (m.getExtCount() > 0 ? m.getExt(0) : "") << " ";
+                    << "/" << m.getEndForm(true) << "/" << m.getProsodicInfo() << "/"
+                    << (m.getExtCount() > 0 ? m.getExt(0) : "") << " ";
             std::vector<std::vector<Mrph>> best;
             tavo.getResultNBest(best, s, 2);
             out << best.size();
@@ -59,10 +63,13 @@ protected:
             if (line.ends_with(paths_.dic)) out << "mapped";
         return out.str();
     }
-    void expectDifference(std::string const& name, Case const& given, std::function<void(Tavo&)> const& set) {
-        std::string const without = outputOf(given, [](Tavo&) {});
+    /// @p init: another init file than that of the output without the setting.
+    void expectDifference(std::string const& name, Case const& given, std::function<void(Tavo&)> const& set,
+                          std::string const& init = "") {
+        std::string const without = outputOf(
+            given, [](Tavo&) {}, init_);
         Tavo::dispose();
-        EXPECT_NE(outputOf(given, set), without) << name;
+        EXPECT_NE(outputOf(given, set, init.empty() ? init_ : init), without) << name;
         Tavo::dispose();
     }
     auto withRules(std::string const& rules) {
@@ -111,10 +118,23 @@ TEST_F(EverySetting, OfATextOrFileActs) {
     auto const file = [&](void (Tavo::*set)(char const*), std::string const& text) {
         return [this, set, text](Tavo& tavo) { (tavo.*set)(dir_.write("file", text).c_str()); };
     };
+    auto const none = [](Tavo&) {};
+    TempDir other;
+    SmallWorld world;
+    // The verb goes before the end of a sentence, so that the compound comes apart.
+    world.namesUtf8({"BOS", "EOS", "Undef", "Noun", "Verb", "Number", "K:Undef", "S:Symbol", "Figure"})
+        .cost(
+            [](unsigned left, unsigned right) { return static_cast<std::uint8_t>(right == 2 && left != 5 ? 100 : 0); })
+        .linesUtf8({"ab,Verb,1"});
+    SmallWorld::Paths const others = world.writeTo(other.path());
+    auto const initOf = [&](char const* name, std::string const& dic, std::string const& table) {
+        return other.write(name, "Dic=" + dic + "\nConnTable=" + table + "\n");
+    };
     struct Row {
         char const* name;
         Case given;
         std::function<void(Tavo&)> set;
+        std::string init = "";
     };
     std::vector<Row> const rows{
         {"Delimiter", {"ab"}, [](Tavo& tavo) { tavo.setDelimiterString({"a"}); }},
@@ -130,8 +150,21 @@ TEST_F(EverySetting, OfATextOrFileActs) {
          {"ﾃﾞｰﾀ", [](Tavo& tavo) { tavo.setInputConvertMode(1), tavo.setOutputConvertMode(2); }},
          file(&Tavo::setPublicPartOfSPPath, "Verb\n")},
         {"NumberPartOfSP", {"cc", withRules("Number=\n")}, file(&Tavo::setNumberPartOfSPPath, "Noun\n")},
+        {"MajorPartOfSP", {"ac", withRules("Major Major -> Phrase\n")}, file(&Tavo::setMajorPartOfSPPath, "Noun\n")},
+        {"EndFormRule", {"b"}, file(&Tavo::setEndFormRulePath, "Verb\tform\tb\tbe\n")},
+        {"Dic", {"ab"}, none, initOf("dic", others.dic + "\nDic=" + paths_.dic, paths_.connTable)},
+        {"ConnTable", {"ab"}, none, initOf("table", paths_.dic, others.connTable)},
     };
-    for (Row const& row : rows) expectDifference(row.name, row.given, row.set);
+    std::set<std::string> documented, tested;
+    std::string const page = docsPage("init-file.md");
+    std::regex const key("\n\\| \\d+ \\| `(\\w+)`");
+    for (std::sregex_iterator at(page.begin(), page.end(), key), end; at != end; ++at) documented.insert((*at)[1]);
+    for (ModeInfo const& info : kModes) tested.insert(info.key);
+    for (Row const& row : rows) {
+        expectDifference(row.name, row.given, row.set, row.init);
+        tested.insert(row.name);
+    }
+    EXPECT_EQ(tested, documented) << "each setting has a case and a row in the table";
 }
 
 }  // namespace
