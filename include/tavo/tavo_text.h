@@ -101,6 +101,7 @@ enum {
     TAVO_NORMALIZED = 0x80,       ///< base form as search compares it
     TAVO_ANNOTATION = 0x100,      ///< of tagged text
     TAVO_ADDITIONAL = 0x200,      ///< of tagged text
+    TAVO_CONVERTED = 0x400,       ///< what was analysed in the place of the surface (docs/normalisation.md)
     TAVO_CHAR_OFFSETS = 0x1000,   ///< char_begin, char_end
     TAVO_UTF16_OFFSETS = 0x2000,  ///< utf16_begin, utf16_end
     TAVO_COST = 0x4000,
@@ -180,6 +181,8 @@ typedef struct tavo_tokens_t {
     /// in it; else null.
     char const* plain_text;
     size_t plain_text_bytes;
+
+    uint32_t const* converted;  ///< strings by number, asked for
 } tavo_tokens_t;
 
 /// Finds the words of one text of @p bytes bytes.

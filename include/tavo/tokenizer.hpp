@@ -49,9 +49,10 @@ enum class TokenText : std::uint8_t {
     Pronunciation,
     Normalized,
     Annotation,
-    Additional
+    Additional,
+    Converted
 };
-inline constexpr std::size_t kTokenTexts = 10;
+inline constexpr std::size_t kTokenTexts = 11;
 
 /// A word of a text: an index into the tokenizer's columns, cheap to copy. A value is found when it is asked for, and
 /// once per distinct word.
@@ -73,7 +74,7 @@ public:
 
     /// The part of speech as a person writes it: levels with ":" between them, conjugation last.
     std::string_view pos() const;
-    /// Its levels without the conjugation. The views live as long as the lexicon.
+    /// Its levels without the conjugation. The views live as long as the tokenizer.
     std::span<std::string_view const> posFields() const;
     /// Empty without conjugation, and where the lexicon does not tell (docs/import.md: pos.fields).
     std::string_view conjugationType() const;
@@ -86,6 +87,9 @@ public:
     /// The base form as search compares it: full-width letters and digits and half-width kana in their usual width,
     /// letters small.
     std::string_view normalized() const;
+    /// What was analysed in the place of the surface, where input conversion (docs/normalisation.md) changed it; else
+    /// the surface without the characters that analysis skips.
+    std::string_view converted() const;
     /// Of tagged text.
     std::string_view annotation() const;
     std::string_view additional() const;

@@ -97,6 +97,7 @@ constexpr StringColumn kStringColumns[] = {
     {TAVO_READING, TokenText::Reading, &tavo_tokens_t::reading},
     {TAVO_PRONUNCIATION, TokenText::Pronunciation, &tavo_tokens_t::pronunciation},
     {TAVO_NORMALIZED, TokenText::Normalized, &tavo_tokens_t::normalized},
+    {TAVO_CONVERTED, TokenText::Converted, &tavo_tokens_t::converted},
     {TAVO_ANNOTATION, TokenText::Annotation, &tavo_tokens_t::annotation},
     {TAVO_ADDITIONAL, TokenText::Additional, &tavo_tokens_t::additional},
 };
@@ -195,12 +196,15 @@ template <class Find>
 int found(tavo_tokenizer_t* handle, unsigned fields, tavo_tokens_t* out, tavo_failure_t* failure, Find find) noexcept {
     return attempted(failure, [&] {
         demand(handle != nullptr && out != nullptr, "a null tokenizer or result");
-        demand(out->size >= sizeof *out, "tavo_tokens_t: size is not set");
-        std::size_t const size = out->size;
-        *out = {};
-        out->size = size;
+        // Programs of before the columns behind this one have a shorter struct.
+        demand(out->size >= offsetof(tavo_tokens_t, converted), "tavo_tokens_t: size is not set");
+        tavo_tokens_t result{};
+        result.size = out->size;
+        std::size_t const known = std::min(out->size, sizeof result);
+        std::memcpy(out, &result, known);
         find(handle->tokenizer);
-        fill(*handle, fields, *out);
+        fill(*handle, fields, result);
+        std::memcpy(out, &result, known);
     });
 }
 

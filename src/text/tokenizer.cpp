@@ -35,6 +35,7 @@ std::string_view Token::base() const { return textOf(table_, index_, text_, Toke
 std::string_view Token::reading() const { return textOf(table_, index_, text_, TokenText::Reading); }
 std::string_view Token::pronunciation() const { return textOf(table_, index_, text_, TokenText::Pronunciation); }
 std::string_view Token::normalized() const { return textOf(table_, index_, text_, TokenText::Normalized); }
+std::string_view Token::converted() const { return textOf(table_, index_, text_, TokenText::Converted); }
 std::string_view Token::annotation() const { return textOf(table_, index_, text_, TokenText::Annotation); }
 std::string_view Token::additional() const { return textOf(table_, index_, text_, TokenText::Additional); }
 std::uint32_t Token::textId(TokenText which) const { return filling(table_).textId(index_, text_, which); }

@@ -1,11 +1,13 @@
 #include "text/word_table.hpp"
 
 #include "base/utf8.hpp"
+#include "config/pos_name.hpp"
 #include "dic/mrph_dic.hpp"
 #include "engine/special_records.hpp"
 #include "result/mrph_access.hpp"
 #include "text/characters.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace TAVO {
@@ -38,6 +40,7 @@ void WordTable::clear() {
     slots_.assign(kFirstWordSlots, {});
     used_ = 0;
     records_.clear();
+    converted_.clear();
     joined_.clear();
     strings_.clear();
     ++version_;
@@ -152,6 +155,8 @@ std::uint32_t WordTable::joined(std::span<WordPiece const> members, std::string_
 std::uint32_t WordTable::number(Mrph const& morpheme) {
     unsigned char const* const record = MrphAccess::record(morpheme);
     std::string_view const surface = MrphAccess::form(morpheme);
+    std::string_view const converted = MrphAccess::converted(morpheme, surface);
+    if (converted != surface) return addConverted(morpheme, surface, converted);
     bool const lasts = record == kUnknownRecord.data() || (record != nullptr && idOf(record) != 0);
     if (!lasts || MrphAccess::cover(morpheme) != nullptr || surface.empty()) return addMade(morpheme);
     return number(record, surface);
@@ -167,6 +172,41 @@ std::uint32_t WordTable::number(unsigned char const* record, std::string_view su
     return number;
 }
 
+std::uint32_t WordTable::addConverted(Mrph const& morpheme, std::string_view surface, std::string_view converted) {
+    if (MrphAccess::cover(morpheme) != nullptr) return addMade(morpheme);
+    unsigned char const* const record = MrphAccess::record(morpheme);
+    std::string key(reinterpret_cast<char const*>(&record), sizeof record);
+    key.append(surface).append(1, '\0').append(converted);
+    auto const [known, isNew] = converted_.try_emplace(std::move(key), kNone);
+    if (isNew) {
+        known->second = addMade(morpheme);
+        if (!words_.back().isUnknown) words_.back().id = idOf(record);
+    }
+    return known->second;
+}
+
+std::uint16_t WordTable::classId(std::string const& name) {
+    std::size_t at = 0;
+    while (at < classes_.size() && classes_[at].sjis != name) ++at;
+    std::size_t const id = context_.pos.getPidMax() + 1 + at;
+    if (id > 0xFFFF) return 0;
+    if (at == classes_.size()) {
+        ClassTexts& made = classes_.emplace_back();
+        made.sjis = name;
+        made.name = sjisToUtf8(displayPosName(name));
+        made.fieldsText = made.name;
+        std::replace(made.fieldsText.begin(), made.fieldsText.end(), ':', '\t');
+        made.part.name = made.name;
+        made.part.fieldsText = made.fieldsText;
+        for (std::string_view rest = made.fieldsText; !rest.empty();) {
+            std::size_t const end = std::min(rest.find('\t'), rest.size());
+            made.part.fields.push_back(rest.substr(0, end));
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+    }
+    return static_cast<std::uint16_t>(id);
+}
+
 std::uint32_t WordTable::addMade(Mrph const& morpheme) {
     std::string_view const surface = MrphAccess::form(morpheme);
     Word word;
@@ -179,10 +219,16 @@ std::uint32_t WordTable::addMade(Mrph const& morpheme) {
     auto const set = [&](TokenText which, std::uint32_t text) { texts[static_cast<std::size_t>(which)] = text; };
     set(TokenText::Additional, add(morpheme.getAdditionalInfo(), {}));
     set(TokenText::Annotation, word.isAnnotation ? add(surface, {}) : 0);
-    set(TokenText::Base, word.isAnnotation ? 0 : add(morpheme.getStdForm(true), surface));
+    // Of a phrase all base forms, where the end form is that of its first member alone.
+    bool const isPhrase = MrphAccess::cover(morpheme) != nullptr && !MrphAccess::cover(morpheme)->className.empty();
+    std::string const base = isPhrase ? morpheme.getStdForm(true) : morpheme.getEndStdForm(true);
+    set(TokenText::Base, word.isAnnotation ? 0 : add(base, surface));
+    set(TokenText::Converted, word.isAnnotation ? 0 : add(MrphAccess::converted(morpheme, surface), surface));
     set(TokenText::Reading, add(morpheme.getRead(true), surface));
     set(TokenText::Pronunciation, add(morpheme.getPron(true), surface));
-    return keep(word, surface, texts);
+    std::uint32_t const number = keep(word, surface, texts);
+    if (isPhrase) pids_.back() = classId(MrphAccess::cover(morpheme)->className);
+    return number;
 }
 
 std::uint32_t WordTable::add(std::string_view sjis, std::string_view surface) {
@@ -208,7 +254,7 @@ std::uint32_t WordTable::find(std::uint32_t number, TokenText which) {
             found = strings_.add(part.conjugationForm);
             break;
         case TokenText::Base:
-            found = add(morphemeOf(word).getStdForm(true), surfaceOf(word));
+            found = add(morphemeOf(word).getEndStdForm(true), surfaceOf(word));
             break;
         case TokenText::Reading:
             found = add(morphemeOf(word).getRead(true), surfaceOf(word));
@@ -219,6 +265,9 @@ std::uint32_t WordTable::find(std::uint32_t number, TokenText which) {
         case TokenText::Normalized:
             found = text(number, TokenText::Base);
             if (found != kSurface) found = strings_.add(normalizedText(strings_.text(found)));
+            break;
+        case TokenText::Converted:
+            found = kSurface;
             break;
         case TokenText::Annotation:
         case TokenText::Additional:

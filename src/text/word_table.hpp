@@ -13,6 +13,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <span>
 #include <string>
@@ -86,6 +87,8 @@ public:
     std::uint32_t spelling(std::uint32_t number, std::string_view surface);
 
     PosTexts::Part const& pos(std::uint32_t number) const {
+        std::size_t const id = pids_[number], ofTable = context_.pos.getPidMax();
+        if (id > ofTable) return classes_[id - ofTable - 1].part;
         if (pos_ == nullptr) pos_ = &lexicon_.pos();
         return pos_->part(pids_[number]);
     }
@@ -103,6 +106,12 @@ private:
         std::size_t operator()(std::u32string_view text) const noexcept {
             return std::hash<std::u32string_view>()(text);
         }
+    };
+
+    /// A part of speech that the connection table has not.
+    struct ClassTexts {
+        std::string sjis, name, fieldsText;
+        PosTexts::Part part;  ///< views of those
     };
 
     using Texts = std::array<std::uint32_t, kTokenTexts>;
@@ -123,8 +132,11 @@ private:
     std::size_t place(std::uint64_t key) const noexcept;
     void put(std::uint64_t key, std::uint32_t word);
     std::uint32_t add(std::uint64_t key, PendingWord const& word);
+    std::uint32_t addConverted(Mrph const& morpheme, std::string_view surface, std::string_view converted);
     std::uint32_t addRecord(unsigned char const* record, std::string_view surface);
     std::uint32_t addMade(Mrph const& morpheme);
+    /// The place in pids_ of a part of speech that a phrase has.
+    std::uint16_t classId(std::string const& name);
     std::uint32_t keep(Word word, std::string_view surface, Texts const& texts);
     Mrph morphemeOf(Word const& word) const;
     std::string_view surfaceOf(Word const& word) const noexcept {
@@ -143,10 +155,12 @@ private:
     std::vector<Texts> texts_;
     std::vector<NearSlot> nearSlots_;  // a power of two of them, never more than half full
     std::size_t nearUsed_ = 0;
+    std::deque<ClassTexts> classes_;  // of phrases; their ids stand behind those of the table
     std::string surfaces_;
     std::vector<Slot> slots_;  // a power of two of them, never more than half full; key 0: free
     std::size_t used_ = 0;
     std::unordered_map<unsigned char const*, std::uint32_t> records_;
+    std::unordered_map<std::string, std::uint32_t> converted_;  // by record, surface and what it was converted to
     std::unordered_map<std::u32string, std::uint32_t, Hash, std::equal_to<>> joined_;  // by members and part of speech
     std::u32string scratch_;
     StringTable strings_;

@@ -65,6 +65,20 @@ TEST_F(FlatText, BytesThatAreNoTextAreFlagged) {
     EXPECT_EQ(tokens.flags[2], TAVO_TOKEN_UNKNOWN);
 }
 
+TEST_F(FlatText, StructsOfOlderProgramsAreShorter) {
+    std::uint32_t const own = 0;
+    tokens.size = offsetof(tavo_tokens_t, converted);
+    tokens.converted = &own;
+    ASSERT_EQ(tavo_tokenize(tokenizer, "abc", 3, TAVO_CONVERTED, &tokens, &failure), 0) << failure.text;
+    EXPECT_EQ(tokens.token_count, 1U);
+    EXPECT_EQ(tokens.converted, &own);
+    tokens.size = sizeof tokens;
+    ASSERT_EQ(tavo_tokenize(tokenizer, "abc", 3, TAVO_CONVERTED, &tokens, &failure), 0) << failure.text;
+    EXPECT_EQ(text(tokens.converted[0]), "abc");
+    tokens.size = offsetof(tavo_tokens_t, converted) - 1;
+    EXPECT_NE(tavo_tokenize(tokenizer, "abc", 3, 0, &tokens, &failure), 0);
+}
+
 TEST_F(FlatText, ManyTextsOutliveTheirLexicon) {
     tavo_lexicon_free(lexicon);
     lexicon = tavo_lexicon_open(init.c_str(), nullptr, nullptr);

@@ -16,8 +16,8 @@ SENTENCE = "すもももももももものうち"
 
 def test_a_token_has_all_its_values(tagger):
     first, second = tagger("食べ東京")
-    names = ("surface", "pos", "pos_fields", "reading", "pronunciation", "base", "normalized", "cost", "unknown", "annotation", "additional")
-    values = ("食べ", "動詞", ("動詞",), "タベ", "タベー", "食べる", "食べる", 12, False, "", "")
+    names = ("surface", "pos", "pos_fields", "reading", "pronunciation", "base", "normalized", "cost", "unknown", "annotation", "additional", "converted")
+    values = ("食べ", "動詞", ("動詞",), "タベ", "タベー", "食べる", "食べる", 12, False, "", "", "食べ")
     assert tuple(getattr(first, name) for name in names) == values
     positions = ("start", "end", "byte_start", "byte_end", "utf16_start", "utf16_end")
     assert tuple(getattr(second, name) for name in positions) == (2, 4, 6, 12, 2, 4)

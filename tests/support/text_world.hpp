@@ -42,8 +42,8 @@ inline std::string describe(Tokens const& tokens) {
             << token.charEnd() << ' ' << token.utf16Begin() << '-' << token.utf16End() << '|' << token.pos() << '|';
         for (std::string_view const field : token.posFields()) out << field << ',';
         out << '|' << token.conjugationType() << '|' << token.conjugationForm() << '|' << token.base() << '|'
-            << token.reading() << '|' << token.pronunciation() << '|' << token.normalized() << '|' << token.annotation()
-            << '|' << token.additional() << '|' << token.cost() << '|' << token.isUnknown()
+            << token.reading() << '|' << token.pronunciation() << '|' << token.normalized() << '|' << token.converted()
+            << '|' << token.annotation() << '|' << token.additional() << '|' << token.cost() << '|' << token.isUnknown()
             << static_cast<int>(token.kind()) << (token.wordId() != 0) << '\n';
     }
     return out.str();

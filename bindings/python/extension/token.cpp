@@ -12,7 +12,8 @@ using TAVO::TokenText;
 
 constexpr TokenText kTexts[] = {TokenText::Pos,        TokenText::ConjugationType, TokenText::ConjugationForm,
                                 TokenText::Base,       TokenText::Reading,         TokenText::Pronunciation,
-                                TokenText::Normalized, TokenText::Annotation,      TokenText::Additional};
+                                TokenText::Normalized, TokenText::Annotation,      TokenText::Additional,
+                                TokenText::Converted};
 // The order of a restored token's values; kTexts come first.
 enum Restored : Py_ssize_t { kFields = std::size(kTexts), kCost, kUnknown, kRestoredValues };
 
@@ -158,6 +159,8 @@ PyGetSetDef tokenValues[] = {
     {"annotation", text, nullptr, "The text of a note in tagged text; such a token covers no text. Else empty.",
      textClosure(7)},
     {"additional", text, nullptr, "The dictionary's additional information; else empty.", textClosure(8)},
+    {"converted", text, nullptr, "What was analysed in the place of the surface, where conversion changed it.",
+     textClosure(9)},
     {"cost", cost, nullptr, "Word cost, 0 to 255; of a word joined from several their sum.", nullptr},
     {"unknown", unknown, nullptr, "True for what is in no dictionary.", nullptr},
     {"start", position, nullptr, "Where the word begins in the result's text, in code points.", positionClosure(0)},

@@ -172,9 +172,18 @@ TEST_F(Conversions, LeaveTokensInTheirText) {
         "tavo.init", "Dic=" + dir_.file("SysDic") + "\nConnTable=" + dir_.file("ConnTable") + "\nInputConvert=2\n");
     Tokenizer tokenizer(Lexicon::open(init));
     std::string found;
-    for (Token const& token : tokenizer.tokenize("ﾃﾞｰﾀは㌔。髙﨑"))
-        found += std::string(token.surface()) + "@" + std::to_string(token.begin()) + " ";
-    EXPECT_EQ(found, "ﾃﾞｰﾀ@0 は@12 ㌔@15 。@18 髙﨑@21 ");
+    for (Token const& token : tokenizer.tokenize("ﾃﾞｰﾀは㌔。髙﨑データﾃﾞｰﾀ"))
+        found.append(token.surface())
+            .append("@")
+            .append(std::to_string(token.begin()))
+            .append("=")
+            .append(token.converted())
+            .append(",")
+            .append(token.base())
+            .append(token.wordId() != 0 ? " " : "? ");
+    EXPECT_EQ(found,
+              "ﾃﾞｰﾀ@0=データ,データ は@12=は,は? ㌔@15=キロ,キロ 。@18=。,。 髙﨑@21=高崎,高崎 データ@27=データ,データ "
+              "ﾃﾞｰﾀ@36=データ,データ ");
 }
 
 /// Converted or not, results stand for the given text, character by character, and what is converted stays.

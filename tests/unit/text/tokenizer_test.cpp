@@ -18,27 +18,38 @@ protected:
 
 TEST_F(TokenizerTest, Values) {
     // Surface | bytes characters UTF-16 | part of speech | fields | conjugation | base | reading | pronunciation |
-    // normalized | annotation | additional | cost | unknown, kind, known word
+    // normalized | converted | annotation | additional | cost | unknown, kind, known word
     Table<std::string, std::string> const table{
         {"", ""},
         {" \n\t", ""},
         {"東京は",
-         "東京|0-6 0-2 0-2|名詞:一般|名詞,一般,|||東京|トウキョウ|トウキョウ|東京|||5|011\n"
-         "は|6-9 2-3 2-3|助詞|助詞,|||は|ワ|ワ|は|||5|021\n"},
-        {"見", "見|0-3 0-1 0-1|動詞:自立:一段:連用形|動詞,自立,|一段|連用形|見る|ミ|ミ|見る|||5|011\n"},
-        {"12", "12|0-2 0-2 0-2|数|数,|||12|イチニ|イチニ|12|||10|090\n"},
-        {"スー", "スー|0-6 0-2 0-2|名詞:一般|名詞,一般,|||スー|スー|スー|スー|||5|031\n"},
-        {"か\u3099\uFE0F", "か\u3099\uFE0F|0-9 0-3 0-3|助詞|助詞,|||が|ガ|ガ|が|||5|021\n"},
-        {"ｘＹ", "ｘＹ|0-6 0-2 0-2|未知語|未知語,|||ｘＹ|||xy|||510|140\n"},
+         "東京|0-6 0-2 0-2|名詞:一般|名詞,一般,|||東京|トウキョウ|トウキョウ|東京|東京|||5|011\n"
+         "は|6-9 2-3 2-3|助詞|助詞,|||は|ワ|ワ|は|は|||5|021\n"},
+        {"見", "見|0-3 0-1 0-1|動詞:自立:一段:連用形|動詞,自立,|一段|連用形|見る|ミ|ミ|見る|見|||5|011\n"},
+        {"12", "12|0-2 0-2 0-2|数|数,|||12|イチニ|イチニ|12|12|||10|090\n"},
+        {"スー", "スー|0-6 0-2 0-2|名詞:一般|名詞,一般,|||スー|スー|スー|スー|スー|||5|031\n"},
+        {"か\u3099\uFE0F", "か\u3099\uFE0F|0-9 0-3 0-3|助詞|助詞,|||が|ガ|ガ|が|が|||5|021\n"},
+        {"ｘＹ", "ｘＹ|0-6 0-2 0-2|未知語|未知語,|||ｘＹ|||xy|ｘＹ|||510|140\n"},
         {"ＮＡÏve😀は",
-         "ＮＡÏve|0-10 0-5 0-5|未知語|未知語,|||ＮＡÏve|||naïve|||255|140\n"
-         "😀|10-14 5-6 5-7|未知語|未知語,|||😀|||😀|||255|1110\n"
-         "は|14-17 6-7 7-8|助詞|助詞,|||は|ワ|ワ|は|||5|021\n"},
+         "ＮＡÏve|0-10 0-5 0-5|未知語|未知語,|||ＮＡÏve|||naïve|ＮＡÏve|||255|140\n"
+         "😀|10-14 5-6 5-7|未知語|未知語,|||😀|||😀|😀|||255|1110\n"
+         "は|14-17 6-7 7-8|助詞|助詞,|||は|ワ|ワ|は|は|||5|021\n"},
         {"\xFF\n\xE3",
-         "\xFF|0-1 0-1 0-1|未知語|未知語,|||\xFF|||\xFF|||255|1130\n"
-         "\xE3|2-3 2-3 2-3|未知語|未知語,|||\xE3|||\xE3|||255|1130\n"},
+         "\xFF|0-1 0-1 0-1|未知語|未知語,|||\xFF|||\xFF|\xFF|||255|1130\n"
+         "\xE3|2-3 2-3 2-3|未知語|未知語,|||\xE3|||\xE3|\xE3|||255|1130\n"},
     };
     for (auto const& [text, expected] : table) EXPECT_EQ(describe(tokenizer_.tokenize(text)), expected) << text;
+}
+
+TEST_F(TokenizerTest, PhrasesAndEndForms) {
+    world_.dir.write("reduce.rules", toSjis("名詞 助詞 -> 句:名詞句\n"));
+    world_.dir.write("end.rules", toSjis("助詞\tform\t\tり\n動詞:自立:一段:連用形\tform,standard\t\tる\n"));
+    Tokenizer tokenizer(Lexicon::open(world_.dir.path()));
+    for (int round = 0; round < 2; ++round)  // the second time the words are known
+        EXPECT_EQ(describe(tokenizer.tokenize("東京は見が")),
+                  "東京は|0-9 0-3 0-3|句:名詞句|句,名詞句,|||東京は|トウキョウワ|トウキョウワ|東京は|東京は|||10|010\n"
+                  "見|9-12 3-4 3-4|動詞:自立:一段:連用形|動詞,自立,|一段|連用形|見るる|ミ|ミ|見るる|見|||5|011\n"
+                  "が|12-15 4-5 4-5|助詞|助詞,|||がり|ガ|ガ|がり|が|||5|021\n");
 }
 
 TEST_F(TokenizerTest, EqualTextsHaveEqualNumbers) {
@@ -66,10 +77,10 @@ TEST_F(TokenizerTest, TaggedText) {
     Tokens const tokens = tokenizer_.tokenizeTagged(text);
     EXPECT_EQ(tokens.text(), "東京<\n見");
     EXPECT_EQ(describe(tokens),
-              "東京|0-6 0-2 0-2|助詞|助詞,|||東京|トーキョー||東京||x|100|010\n"
-              "<|6-7 2-3 2-3|未知語|未知語,|||<|||<|||255|1100\n"
-              "|7-7 3-3 3-3|||||||||註😀||0|000\n"
-              "見|8-11 4-5 4-5|動詞:自立:一段:連用形|動詞,自立,|一段|連用形|見る|ミ|ミ|見る|||5|011\n");
+              "東京|0-6 0-2 0-2|助詞|助詞,|||東京|トーキョー||東京|東京||x|100|010\n"
+              "<|6-7 2-3 2-3|未知語|未知語,|||<|||<|<|||255|1100\n"
+              "|7-7 3-3 3-3||||||||||註😀||0|000\n"
+              "見|8-11 4-5 4-5|動詞:自立:一段:連用形|動詞,自立,|一段|連用形|見る|ミ|ミ|見る|見|||5|011\n");
     EXPECT_EQ(describe(tokenizer_.tokenize("<a>")), describe(tokenizer_.tokenizeTagged("&lt;a&gt;")));
 }
 
