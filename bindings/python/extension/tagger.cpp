@@ -114,6 +114,19 @@ PyObject* path(PyObject* self, void*) {
     });
 }
 
+PyObject* fingerprint(PyObject* self, void*) {
+    return guarded([&] {
+        InUse const core(self);
+        TAVO::Lexicon const lexicon = **in(self).lexicon;
+        std::string digits;
+        {
+            WithoutLock const free;
+            digits = lexicon.fingerprint();
+        }
+        return stringOf(digits).release();
+    });
+}
+
 PyMethodDef methods[] = {
     {"split", splitText, METH_O,
      "split($self, text, /)\n--\n\nThe surfaces of a text's words, a list.\n\n>>> tagger.split(\"猫が好きだ\")\n['猫', "
@@ -129,8 +142,13 @@ PyMethodDef methods[] = {
     {"_reload", reload, METH_NOARGS, nullptr},
     {"close", close, METH_NOARGS, "close($self, /)\n--\n\nGives the tokenizer's memory back; results live on."},
     {nullptr, nullptr, 0, nullptr}};
-PyGetSetDef values[] = {{"path", path, nullptr, "Folder or init file of the lexicon in use.", nullptr},
-                        {nullptr, nullptr, nullptr, nullptr, nullptr}};
+PyGetSetDef values[] = {
+    {"path", path, nullptr, "Folder or init file of the lexicon in use.", nullptr},
+    {"fingerprint", fingerprint, nullptr,
+     "Equal for taggers that analyse alike: of the bytes of dictionaries, table and rules, the options\n"
+     "and the version, 16 hexadecimal digits. All files are read each time.",
+     nullptr},
+    {nullptr, nullptr, nullptr, nullptr, nullptr}};
 PyType_Slot slots[] = {{Py_tp_new, slot(create)},
                        {Py_tp_init, slot(initialise)},
                        {Py_tp_dealloc, slot(deallocate)},

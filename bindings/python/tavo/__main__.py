@@ -6,10 +6,12 @@ import json
 import os
 import sys
 
-from . import Tagger, TavoError, __version__
+from . import Result, Tagger, TavoError, __version__
 from .mecab import feature_of
 
 _UNKNOWN = "未知語"
+#: Bytes that are not UTF-8, as lines_of() gives them: JSON has no place for them.
+_STRAY_BYTES = dict.fromkeys(range(0xDC80, 0xDD00), "\ufffd")
 
 
 def column_lines(result):
@@ -22,7 +24,7 @@ def mecab_lines(result):
     return "\n".join([*(f"{t.surface}\t{feature_of(t)}" for t in result), "EOS"])
 
 
-def json_line(result):
+def json_line(result: Result) -> str:
     morphemes = [
         {
             "surface": t.surface, "pos": t.pos, "base_form": t.base, "reading": t.reading or None,
@@ -31,7 +33,8 @@ def json_line(result):
         }
         for t in result
     ]  # fmt: skip
-    return json.dumps({"text": result.text, "morphemes": morphemes}, ensure_ascii=False, separators=(",", ":"))
+    line = json.dumps({"text": result.text, "morphemes": morphemes}, ensure_ascii=False, separators=(",", ":"))
+    return line.translate(_STRAY_BYTES)
 
 
 FORMATS = {"columns": column_lines, "wakati": None, "mecab": mecab_lines, "json": json_line}
