@@ -21,6 +21,8 @@ constexpr std::size_t kManyBytes = std::size_t{1} << 24;
 /// Keys of words: those of a dictionary by its number and the search index's name for them, unknown ones by their
 /// bytes, others by their record.
 constexpr std::uint64_t kUnknownKey = std::uint64_t{0x1FF} << 32, kRecordKey = std::uint64_t{1} << 63;
+/// Begins keys of joined_ for words known by their values; the others begin with a part of speech.
+constexpr char32_t kMadeKey = 0xFFFFFFFF;
 
 std::uint64_t keyOfRecord(unsigned char const* record, std::string_view surface) noexcept {
     if (record != kUnknownRecord.data()) return kRecordKey | reinterpret_cast<std::uintptr_t>(record);
@@ -226,9 +228,17 @@ std::uint32_t WordTable::addMade(Mrph const& morpheme) {
     set(TokenText::Converted, word.isAnnotation ? 0 : add(MrphAccess::converted(morpheme, surface), surface));
     set(TokenText::Reading, add(morpheme.getRead(true), surface));
     set(TokenText::Pronunciation, add(morpheme.getPron(true), surface));
-    std::uint32_t const number = keep(word, surface, texts);
-    if (isPhrase) pids_.back() = classId(MrphAccess::cover(morpheme)->className);
-    return number;
+    if (isPhrase || word.isAnnotation) {  // a phrase is known by its members, and an annotation's text comes later
+        std::uint32_t const number = keep(word, surface, texts);
+        if (isPhrase) pids_.back() = classId(MrphAccess::cover(morpheme)->className);
+        return number;
+    }
+    std::u32string key{kMadeKey, word.pid, static_cast<char32_t>(word.cost), word.isUnknown};
+    for (std::uint32_t const text : texts) key += static_cast<char32_t>(text);
+    for (char const byte : surface) key += static_cast<unsigned char>(byte);
+    auto const [known, isNew] = joined_.emplace(std::move(key), 0);
+    if (isNew) known->second = keep(word, surface, texts);
+    return known->second;
 }
 
 std::uint32_t WordTable::add(std::string_view sjis, std::string_view surface) {

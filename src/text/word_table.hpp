@@ -161,7 +161,8 @@ private:
     std::size_t used_ = 0;
     std::unordered_map<unsigned char const*, std::uint32_t> records_;
     std::unordered_map<std::string, std::uint32_t> converted_;  // by record, surface and what it was converted to
-    std::unordered_map<std::u32string, std::uint32_t, Hash, std::equal_to<>> joined_;  // by members and part of speech
+    // By part of speech and members, or by all values.
+    std::unordered_map<std::u32string, std::uint32_t, Hash, std::equal_to<>> joined_;
     std::u32string scratch_;
     StringTable strings_;
     std::uint64_t version_ = 0;
