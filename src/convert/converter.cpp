@@ -49,25 +49,40 @@ std::string textOf(char16_t const* characters) {
     return text;
 }
 
-/// The characters that words of the dictionaries begin with.
+/// Tells of single characters what the dictionaries have that begins with them, without reading all their words.
 class FirstCharacters {
 public:
-    explicit FirstCharacters(DicSet const& dics) : kinds_(kCodes, 0) {
-        for (DicEntry const& entry : dics.entries()) {
-            if (entry.dic->trie() == nullptr) continue;
-            entry.dic->trie()->visitAll([this](std::string const& form, RecordChain) {
-                std::size_t const width = charWidth(form, 0);
-                kinds_[charCode(form)] |= form.size() > width ? kLonger : kWhole;
-            });
-        }
-    }
+    explicit FirstCharacters(DicSet const& dics) : dics_(dics) {}
+
     /// True when a word of several characters begins with the character.
-    bool beginsLonger(std::uint16_t code) const noexcept { return (kinds_[code] & kLonger) != 0; }
-    bool begins(std::uint16_t code) const noexcept { return kinds_[code] != 0; }
+    bool beginsLonger(std::uint16_t code) const {
+        return inAny(code, [](DicTrie const& trie, unsigned char const* character, std::size_t bytes) {
+            bool isLonger = false;
+            if (trie.mayContinue(character, bytes))
+                trie.visitFrom(character, bytes, [&](std::string const& form, RecordChain) {
+                    isLonger = form.size() > bytes;
+                    return !isLonger;
+                });
+            return isLonger;
+        });
+    }
+    bool begins(std::uint16_t code) const {
+        return inAny(code, [](DicTrie const& trie, unsigned char const* character,
+                              std::size_t bytes) { return static_cast<bool>(trie.exactMatch(character, bytes)); }) ||
+               beginsLonger(code);
+    }
 
 private:
-    static constexpr std::uint8_t kWhole = 1, kLonger = 2;
-    std::vector<std::uint8_t> kinds_;
+    template <class Has>
+    bool inAny(std::uint16_t code, Has has) const {
+        std::string const character = bytesOf(code);
+        return std::any_of(dics_.entries().begin(), dics_.entries().end(), [&](DicEntry const& entry) {
+            DicTrie const* const trie = entry.dic->trie();
+            return trie != nullptr && has(*trie, asBytes(character.data()), character.size());
+        });
+    }
+
+    DicSet const& dics_;
 };
 
 /// Which widths of letters, digits and other ASCII characters the dictionaries have. All letters go together, since
