@@ -71,6 +71,21 @@ public:
                               std::size_t bytes) { return static_cast<bool>(trie.exactMatch(character, bytes)); }) ||
                beginsLonger(code);
     }
+    /// Number of words that begin with the character, up to @p most.
+    std::size_t count(std::uint16_t code, std::size_t most) const {
+        std::size_t words = 0;
+        inAny(code, [&](DicTrie const& trie, unsigned char const* character, std::size_t bytes) {
+            if (words < most)
+                trie.visitFrom(character, bytes, [&](std::string const&, RecordChain) { return ++words < most; });
+            return words >= most;
+        });
+        return words;
+    }
+    /// True when more words begin with @p code than with @p other.
+    bool isPreferred(std::uint16_t code, std::uint16_t other) const {
+        std::size_t const words = count(other, SIZE_MAX);
+        return count(code, words + 1) > words;
+    }
 
 private:
     template <class Has>
@@ -193,7 +208,8 @@ void Converter::makeTables(DicSet const& dics) {
     for (CharacterRow const& row : kRows) {
         std::uint16_t const from = codeOf(row.from);
         std::string const to = textOf(row.to);
-        if (row.kind == Kind::Plain || (row.kind == Kind::Variant && made_.level == 2 && first.begins(charCode(to)))) {
+        if (row.kind == Kind::Plain ||
+            (row.kind == Kind::Variant && made_.level == 2 && first.isPreferred(charCode(to), from))) {
             std::string whole;
             for (std::size_t at = 0; at < to.size(); at += charWidth(to, at)) {
                 std::string const one = to.substr(at, charWidth(to, at));
