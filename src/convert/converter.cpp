@@ -22,7 +22,7 @@ constexpr CharacterRow kRows[] = {
 #include "convert/character_tables.inc"
 };
 
-constexpr std::uint8_t kRule = 1, kSingle = 2, kIteration = 4, kLongVowel = 8;
+constexpr std::uint8_t kRule = 1, kSingle = 2, kIteration = 4, kLongVowel = 8, kVariant = 16;
 constexpr std::size_t kCodes = 0x10000;
 
 // Marks of code page 932.
@@ -217,6 +217,7 @@ void Converter::makeTables(DicSet const& dics) {
                 whole += isLetter ? texts_[singles_[charCode(one)]] : one;
             }
             add(from, whole);
+            if (row.kind == Kind::Variant) flags_[from] |= kVariant;
         } else if (row.kind == Kind::Voiced || row.kind == Kind::HalfVoiced) {
             (row.kind == Kind::Voiced ? voiced_ : halfVoiced_)[from] = charCode(to);
             unvoiced_[charCode(to)] = from;
@@ -292,7 +293,7 @@ std::size_t Converter::convertAt(Writer& writer, std::string_view text, std::siz
             return end;
         }
     }
-    if ((flags & kSingle) == 0) return next;
+    if ((flags & kSingle) == 0 || ((flags & kVariant) != 0 && hasWordWith(text, at))) return next;
     std::string_view const single = texts_[singles_[code]];
     if (code < 0x100 && next < text.size()) {
         auto const sign = static_cast<unsigned char>(text[next]);
@@ -312,6 +313,7 @@ std::size_t Converter::convertAt(Writer& writer, std::string_view text, std::siz
 bool Converter::isInWord(std::string_view text, std::size_t at, std::size_t next) const {
     for (std::size_t begin = at, kana = 0; kana != 4 && begin >= 2; ++kana) {
         begin -= 2;
+        if (isInsideCharacter(text, begin)) return false;
         std::uint16_t const code = charCode(text.substr(begin));
         if (!isHiragana(code) && !isKatakana(code)) return false;
         std::string_view const word = text.substr(begin, next - begin);
@@ -321,6 +323,24 @@ bool Converter::isInWord(std::string_view text, std::size_t at, std::size_t next
                                     trie->mayContinue(asBytes(word.data()), word.size())))
                 return true;
         }
+    }
+    return false;
+}
+
+/// True when a word of several characters is written with the kanji at @p at and begins up to three before it.
+bool Converter::hasWordWith(std::string_view text, std::size_t at) const {
+    for (std::size_t begin = at, before = 0; before != 4; ++before, begin -= 2) {
+        for (DicEntry const& entry : dics_->entries()) {
+            bool found = false;
+            if (DicTrie const* const trie = entry.dic->trie())
+                trie->prefixSearch(asBytes(text.data()) + begin, text.size() - begin,
+                                   [&](std::size_t length, RecordChain) {
+                                       found = found || (length > 2 && begin + length > at);
+                                       return !found;
+                                   });
+            if (found) return true;
+        }
+        if (begin < 2 || isInsideCharacter(text, begin - 2) || charWidth(text, begin - 2) != 2) return false;
     }
     return false;
 }

@@ -45,6 +45,7 @@ private:
     void convertPiece(Writer& writer, std::string_view text, std::size_t begin, std::size_t end) const;
     std::size_t convertAt(Writer& writer, std::string_view text, std::size_t at, std::string_view previous) const;
     bool isInWord(std::string_view text, std::size_t at, std::size_t next) const;
+    bool hasWordWith(std::string_view text, std::size_t at) const;
     /// Letters in the case that a word has.
     void foldLetters(std::string_view text, std::span<std::uint32_t const> cuts,
                      std::unique_ptr<Conversion>& conversion) const;

@@ -22,10 +22,26 @@ protected:
         world.namesUtf8({"BOS", "EOS", "Unknown", "名詞", "記号"}).cost([](unsigned left, unsigned right) {
             return static_cast<std::uint8_t>(left == 3 || right == 3 ? 200 : 10);
         });
-        world.linesUtf8({"データ,名詞,1,データ", "ガギ,名詞,1,ガギ", "ＡＢ,名詞,1,エービー", "１２,名詞,1,ジュウニ",
-                         "キロ,名詞,1,キロ", "高崎,名詞,1,タカサキ", "すず,名詞,1,スズ", "いすゞ,名詞,1,イスズ",
-                         "すごーい,名詞,1,スゴーイ", "ｉＰｏｄ,名詞,1,アイポッド", "。,記号,1", "国,名詞,1,クニ",
-                         "平-成,名詞-名詞-名詞,1,ヘイ/セイ", "キ,名詞,200,キ", "崎,名詞,200,サキ"});
+        world.linesUtf8({"データ,名詞,1,データ",
+                         "ガギ,名詞,1,ガギ",
+                         "ＡＢ,名詞,1,エービー",
+                         "１２,名詞,1,ジュウニ",
+                         "キロ,名詞,1,キロ",
+                         "高崎,名詞,1,タカサキ",
+                         "すず,名詞,1,スズ",
+                         "いすゞ,名詞,1,イスズ",
+                         "すごーい,名詞,1,スゴーイ",
+                         "ｉＰｏｄ,名詞,1,アイポッド",
+                         "。,記号,1",
+                         "国,名詞,1,クニ",
+                         "平-成,名詞-名詞-名詞,1,ヘイ/セイ",
+                         "遥か,名詞,1,ハルカ",
+                         "遥々,名詞,1,ハルバル",
+                         "遙,名詞,1,ハルカ",
+                         "曽,名詞,1,ソウ",
+                         "未曾有,名詞,1,ミゾウ",
+                         "キ,名詞,200,キ",
+                         "崎,名詞,200,サキ"});
         world.writeTo(dir_.path()).attachTo(tavo_);
     }
     std::vector<Mrph> const& analyse(std::string sjis) {
@@ -57,6 +73,8 @@ TEST_F(Conversions, TurnTextIntoTheLexiconsForms) {
         {"①②", "１２", "１２"},
         {"髙﨑", "髙﨑", "高崎"},
         {"國", "國", "国"},
+        {"遥か遥", "遥か遥", "遥か遥"},  // more words begin so than with 遙
+        {"未曾有曾未曾", "未曾有曾未曾", "未曾有曽未曽"},
         {"澤", "澤", "澤"},  // 沢 begins no word here
         {"すゞ", "すず", "すず"},
         {"いすゞ", "いすゞ", "いすゞ"},
@@ -188,9 +206,9 @@ TEST_F(Conversions, LeaveTokensInTheirText) {
 
 /// Converted or not, results stand for the given text, character by character, and what is converted stays.
 TEST_F(Conversions, ChangeNothingTwice) {
-    std::vector<std::string> const pieces{"ﾃ",  "ﾞ",  "ﾟ",  "ｰ",  "ー", "～",     "ゝ", "ゞ", "ヽ",
-                                          "ヾ", "す", "ず", "カ", "㌔", "㍻",     "①",  "髙", "﨑",
-                                          "國", "A",  "b",  "1",  "Ｂ", "いすゞ", "国", "。"};
+    std::vector<std::string> const pieces{"ﾃ",  "ﾞ",  "ﾟ",  "ｰ",  "ー", "～", "ゝ", "ゞ",     "ヽ", "ヾ",
+                                          "す", "ず", "カ", "㌔", "㍻", "①",  "髙", "﨑",     "國", "曾",
+                                          "未", "有", "遥", "A",  "b",  "1",  "Ｂ", "いすゞ", "国", "。"};
     std::mt19937 random(22);
     int changed = 0;
     for (int round = 0; round < 2000; ++round) {
