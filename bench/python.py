@@ -3,12 +3,14 @@
 
     bench/python.py TEXT [ROUNDS] [BUILD]      UTF-8 text
 
-Processor time. Each round runs a loop with one and then with the other; the best round of each counts.
+Processor time. Each round runs a loop with one and then with the other; the best round of each counts. The last lines
+are by the clock: threads with a tagger each that divide the lines.
 """
 import os
 import pathlib
 import subprocess
 import sys
+import threading
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -99,3 +101,18 @@ for name, own, other, texts, clock in PAIRS:
             best[side] = min(best[side], seconds(action, argument, clock))
     each = f"{best[0] / len(texts) * 1e6:6.1f} µs" if texts else ""
     print(f"{name:48} {best[0]:7.3f} s {best[1]:7.3f} s {best[1] / best[0]:6.2f} {each}")
+
+
+def by_threads(count):
+    """All lines, divided among threads with a tagger each."""
+    threads = [threading.Thread(target=lambda own=own, part=lines[i::count]: [own.columns(part) for _ in range(5)])
+               for i, own in enumerate(taggers[:count])]  # fmt: skip
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+
+
+taggers = [tavo.Tagger() for _ in range(os.cpu_count())]
+for count in sorted({1, 2, os.cpu_count()}):
+    print(f"columns by {count} threads: {min(seconds(by_threads, count, time.perf_counter) for _ in range(ROUNDS)):.3f} s")
