@@ -13,7 +13,7 @@ constexpr std::size_t kLargestBlock = std::size_t{1} << 25;
 
 }  // namespace
 
-NodePool::NodePool(std::uint32_t capacity) {
+NodePool::NodePool(std::uint32_t capacity) : blocks_(1) {
     blocks_[0].capacity = capacity == 0 ? kDefaultCapacity : capacity;
     blocks_[0].slots = std::make_unique_for_overwrite<LatticeNode[]>(blocks_[0].capacity);
     open(0);
@@ -32,6 +32,7 @@ void NodePool::grow() {
     std::size_t const pending = static_cast<std::size_t>(next_ - positionBegin_);
     std::size_t const following = current_ + 1;
     if (following == kMaxBlocks) throw std::bad_alloc();
+    if (following == blocks_.size()) blocks_.emplace_back();
     Block& block = blocks_[following];
     std::size_t const wanted = std::max(std::min(blocks_[current_].capacity * 2, kLargestBlock), pending * 2);
     if (block.slots == nullptr || block.capacity < pending * 2) {

@@ -4,11 +4,11 @@
 
 #include "engine/lattice_node.hpp"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace TAVO {
 
@@ -65,7 +65,7 @@ private:
     }
     std::size_t blockOf(LatticeNode const* node) const noexcept;
 
-    std::array<Block, kMaxBlocks> blocks_;
+    std::vector<Block> blocks_;
     std::size_t current_ = 0;
     LatticeNode* next_ = nullptr;
     LatticeNode* end_ = nullptr;

@@ -9,6 +9,7 @@
 #include "engine/special_records.hpp"
 #include "support/draw_lattice.hpp"
 #include "support/fast_rig.hpp"
+#include "support/process_usage.hpp"
 #include "support/random_world.hpp"
 #include "support/reference_search.hpp"
 #include "support/testing.hpp"
@@ -270,6 +271,28 @@ std::vector<std::size_t> pendingLengths(LazyPath const& path) {
         lengths.push_back(word.length);
     });
     return lengths;
+}
+
+/// Where pieces of the exact search can end nowhere before the end of the sentence, each goes over the ones behind it:
+/// what they hold must not grow with the square of the sentence.
+TEST(FastSearchProperty, PiecesTakeNoMoreThanTheWholeSentence) {
+    constexpr std::size_t kBytes = 4000, kMost = 4 << 20;
+    std::size_t most = 0;
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        Random random(seed);
+        World const world = randomFlatWorld(random);
+        Attached const attached(world);
+        std::string text;
+        while (text.size() < kBytes) text += world.bytes(random, 8);
+        FastRig rig(attached);
+        if (!rig.state.indexes.isUsable()) continue;
+        std::size_t const before = ProcessUsage::now().heapBytes;
+        std::string_view const texts[] = {text};
+        rig.search(texts);
+        std::size_t const after = ProcessUsage::now().heapBytes;
+        most = std::max(most, after - std::min(before, after));
+        ASSERT_LT(most, kMost) << "seed " << seed;
+    }
 }
 
 // Sentences of one call are what each of them is alone, whenever their paths are read.

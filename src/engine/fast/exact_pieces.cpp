@@ -20,6 +20,7 @@ void ExactPieces::begin(std::string_view text, std::size_t first, std::size_t en
     table_ = &table;
     dics_ = &dics;
     state_.pieces.clear();
+    searchedBytes_ = 0;
     exact_.reset();
     pools_.clear();
 }
@@ -36,7 +37,7 @@ ExactPieces::Result ExactPieces::search(std::size_t at, std::size_t last) {
                 if (begin == blockBegin) return Result::kNoSeam;
                 continue;
             }
-            if (++attempts > kMostAttempts) return Result::kImpossible;
+            if (++attempts > kMostAttempts || !mayTake(offset(end) - offset(begin))) return Result::kImpossible;
             if (!build(begin, end)) {  // a word reaches over the end
                 forget();
                 break;
@@ -111,6 +112,13 @@ bool ExactPieces::crosses(std::size_t from, std::size_t place) const noexcept {
             if (from + list.lengths()[word] > place) return true;
     }
     return false;
+}
+
+/// Where pieces cannot end before the end of the sentence, each would go over the one behind it again: all of them
+/// together take no more than a few searches of the whole sentence.
+bool ExactPieces::mayTake(std::size_t bytes) noexcept {
+    searchedBytes_ += bytes;
+    return searchedBytes_ <= kMostSearches * text_.size() + kMostBytesOfShort;
 }
 
 /// Drops the nodes of an attempt.

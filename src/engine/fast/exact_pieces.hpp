@@ -31,7 +31,7 @@ public:
         kPiece,      ///< the sums at the piece's beginning are set
         kWhole,      ///< the piece begins the sentence: the path is complete
         kNoSeam,     ///< no seam in the block before the place
-        kImpossible  ///< no path leads through the sentence
+        kImpossible  ///< no path leads through the sentence, or the exact search of all of it takes less
     };
     /// Searches the piece around place @p at, of a block whose sums are known from there to @p last.
     Result search(std::size_t at, std::size_t last);
@@ -40,8 +40,10 @@ public:
 
 private:
     static constexpr unsigned kMostAttempts = 8;  // a longer way is the exact search's
-    static constexpr std::uint32_t kPieceNodes = 512;
+    static constexpr std::uint32_t kPieceNodes = 64;
+    static constexpr std::size_t kMostSearches = 2, kMostBytesOfShort = 4096;
 
+    bool mayTake(std::size_t bytes) noexcept;
     void forget();
     bool mayEnd(std::size_t place, std::size_t last) const;
     bool isSeam(std::size_t place) const noexcept;
@@ -60,6 +62,7 @@ private:
     UnknownCheck const& check_;
     std::string_view text_;
     std::size_t first_ = 0, end_ = 0;
+    std::size_t searchedBytes_ = 0;  // of this sentence
     ConnTable const* table_ = nullptr;
     DicSet const* dics_ = nullptr;
     LatticeConstraints const none_;
