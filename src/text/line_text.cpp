@@ -1,5 +1,13 @@
 #include "text/line_text.hpp"
 
+#include "base/sjis.hpp"
+#include "base/utf8.hpp"
+#include "split/markup_scanner.hpp"
+#include "text/tag_escape.hpp"
+
+#include <algorithm>
+#include <optional>
+
 namespace TAVO {
 
 void LineText::startLines(std::string_view first) noexcept {
@@ -25,6 +33,62 @@ LineText::Range LineText::addUtf8(std::string_view line) {
     skips_ = buffer_.skips();
     invalidBytes_ = buffer_.invalidBytes();
     return range;
+}
+
+namespace {
+
+/// A text under construction beside the one it is made from.
+struct Rewriting {
+    LineText const& from;
+    std::string bytes;
+    std::vector<std::uint32_t> offsets;
+    std::size_t done = 0;  // of from
+
+    void copyTo(std::size_t end) {
+        bytes.append(from.sjis().substr(done, end - done));
+        for (; done != end; ++done) offsets.push_back(static_cast<std::uint32_t>(from.originalOffset(done)));
+    }
+    void escapeTo(std::size_t end) {
+        std::size_t const begin = from.originalOffset(done), behind = from.originalOffset(end);
+        offsets.push_back(static_cast<std::uint32_t>(begin));
+        appendTagEscape(bytes, from.slice(begin, behind));
+        offsets.resize(bytes.size(), static_cast<std::uint32_t>(behind));
+        done = end;
+    }
+};
+
+/// Escapes the characters of @p tag that do not come back as they were.
+void escapeTag(Rewriting& rewriting, Tag const& tag) {
+    LineText const& from = rewriting.from;
+    for (std::size_t at = tag.begin; at < tag.end;) {
+        std::size_t const end = std::min(at + charWidth(from.sjis(), at), tag.end);
+        std::string_view const character = from.sjis().substr(at, end - at);
+        std::string_view const given = from.slice(from.originalOffset(at), from.originalOffset(end));
+        if (given != character && given != sjisToUtf8(character)) {
+            rewriting.copyTo(at);
+            rewriting.escapeTo(end);
+        }
+        at = end;
+    }
+}
+
+}  // namespace
+
+void LineText::assignTaggedUtf8(std::string_view line) {
+    assignUtf8(line);
+    Rewriting rewriting{*this, {}, {}};
+    MarkupScanner scanner(sjis_);
+    for (std::optional<Tag> tag = scanner.next(); tag && tag->isTerminated(); tag = scanner.next()) {
+        escapeTag(rewriting, *tag);
+        if (tag->name == "annotation" && !tag->closing) scanner.annotationEnd();
+    }
+    if (rewriting.done == 0) return;
+    rewriting.copyTo(sjis_.size());
+    buffer_.assign(rewriting.bytes.size());
+    std::copy(rewriting.bytes.begin(), rewriting.bytes.end(), buffer_.bytes());
+    std::copy(rewriting.offsets.begin(), rewriting.offsets.end(), buffer_.offsets());
+    buffer_.offsets()[rewriting.offsets.size()] = static_cast<std::uint32_t>(line.size());
+    sjis_ = buffer_.sjis();
 }
 
 void LineText::assignParts(LineText const& source, std::vector<Part> const& parts) {

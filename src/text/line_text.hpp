@@ -32,6 +32,9 @@ public:
         startLines(line);
         addUtf8(line);
     }
+    /// The same for a line of tagged text: in its tags, what does not come back from Shift_JIS as it was is written so
+    /// that tagTextToUtf8() gives it again.
+    void assignTaggedUtf8(std::string_view line);
     /// Takes Shift_JIS bytes as they are.
     void assignSjis(std::string_view line) noexcept {
         startLines(line);

@@ -150,7 +150,7 @@ void TokenTable::tokenizeTagged(std::string_view text) {
 void TokenTable::addTaggedLine(std::string_view line) {
     if (line.size() > kMostBytes)
         throw too_long_string("a line of tagged text has " + std::to_string(line.size()) + " bytes");
-    line_.assignUtf8(line);
+    line_.assignTaggedUtf8(line);
     analyser_.analyze(line_.sjis().data(), static_cast<int>(line_.sjis().size()));
     LineText const& shown = taggedLine_.strip(line_, analyser_);
     auto at = static_cast<std::uint32_t>(plainText_.size());

@@ -6,6 +6,7 @@
 #include "engine/special_records.hpp"
 #include "result/mrph_access.hpp"
 #include "text/characters.hpp"
+#include "text/tag_escape.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -243,7 +244,7 @@ std::uint32_t WordTable::addMade(Mrph const& morpheme) {
 
 std::uint32_t WordTable::add(std::string_view sjis, std::string_view surface) {
     if (sjis.empty()) return 0;
-    return sjis == surface ? kSurface : strings_.add(sjisToUtf8(sjis));
+    return sjis == surface ? kSurface : strings_.add(tagTextToUtf8(sjis));
 }
 
 std::uint32_t WordTable::find(std::uint32_t number, TokenText which) {

@@ -121,6 +121,26 @@ TEST_F(TokenizerTest, WordsOfTheDictionaries) {
     EXPECT_EQ(tokenizer_.lookUp("見", LookUp::Surface).text(), "見");
 }
 
+TEST_F(TokenizerTest, AttributesComeBackAsTheyWereWritten) {
+    std::string const given[] = {
+        "naïve",         "😀", "葛\U000E0100飾", "한국어１２", "e\u0301", "\xFF\xE3x\x81", "〜～",
+        "\uE040\uF8F2é", "é", "&amp;é&lt;é",    "ー",         "ｶﾞ",      "\uF8F2\uF8F2",  "ö/é"};
+    for (std::string const& value : given) {
+        std::string expected = value;
+        if (value.starts_with("&")) expected = "&é<é";
+        std::string const text = "見<word Read=\"" + value + "\" AdditionalInfo=\"" + value + "\">東京</word>は";
+        Tokens const tokens = tokenizer_.tokenizeTagged(text);
+        ASSERT_EQ(tokens.size(), 3U) << value;
+        EXPECT_EQ(tokens.text(), "見東京は");
+        EXPECT_EQ(tokens[1].additional(), expected);
+        EXPECT_EQ(tokens[2].begin(), 9U);
+        std::erase(expected, '/');
+        EXPECT_EQ(tokens[1].reading(), expected);
+        std::string const bad = "<word X=\"" + value + "\">東京";  // a sentence that fails comes out as it was read
+        EXPECT_EQ(tokenizer_.tokenizeTagged(bad).text(), bad);
+    }
+}
+
 TEST_F(TokenizerTest, BestAnalysesComeFirst) {
     std::string const text = "東京は12\n見naïve";
     std::string const best = describe(tokenizer_.tokenize(text));
