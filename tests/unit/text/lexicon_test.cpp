@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -76,6 +78,45 @@ TEST_F(LexiconTest, VersionsStayWhileFilesChange) {
               "ILLEGAL_FORMAT: " + world_.dir.path() +
                   "/SysDic: damaged, no compiled dictionary, or one of another version; make it anew");
     EXPECT_EQ(describe(old.tokenize(text_)), expected_);
+}
+
+TEST_F(LexiconTest, WhatIsMissingDamagedOrDoesNotFitIsTold) {
+    SmallWorld other;
+    TempDir made;
+    other.namesUtf8({"BOS", "EOS", "UNK", "別"}).linesUtf8({"東,別,5"}).writeTo(made.path());
+    auto const ofOther = [&](char const* name) {
+        std::ifstream in(made.path() + "/" + name, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    std::string const dic = world_.read("SysDic"), table = world_.read("ConnTable");
+    // A file, what stands in it ("-": it is missing), and what is told of it.
+    Table<char const*, std::string, std::string> const cases{
+        {"SysDic", "-", "no lexicon: it has no SysDic and ConnTable; name the folder"},
+        {"ConnTable", "-", "no lexicon: it has no SysDic and ConnTable; name the folder"},
+        {"SysDic", "", "SysDic: damaged, no compiled dictionary, or one of another version; make it anew"},
+        {"SysDic", dic.substr(0, 40),
+         "SysDic: damaged, no compiled dictionary, or one of another version; make it anew"},
+        {"ConnTable", "", "ConnTable: damaged, or no connection table; take it from its source anew"},
+        {"ConnTable", table.substr(0, table.size() / 2),
+         "ConnTable: damaged, or no connection table; take it from its source anew"},
+        {"ConnTable", ofOther("ConnTable"), "ConnTable; compile it with this connection table"},
+        {"SysDic", ofOther("SysDic"), "SysDic: its parts of speech are not those of"},
+        {"reduce.rules", "Nonsense\n", "reduce.rules:1:No Equals Sign"},
+        {"tavo.init", "Dic=gone\nConnTable=ConnTable\n", "/gone"},
+        {"tavo.init", "Dic=SysDic\nConnTable=ConnTable\nReduceRule=gone\n", "/gone"},
+        {"tavo.init", "Dic=SysDic\nConnTable=ConnTable\nReduceUndef=7\n", "ReduceUndef=7"},
+    };
+    for (auto const& [name, bytes, expected] : cases) {
+        TempDir folder;
+        fs::copy(world_.dir.path(), folder.path(), fs::copy_options::overwrite_existing | fs::copy_options::recursive);
+        if (bytes == "-")
+            fs::remove(folder.path() + "/" + name);
+        else
+            folder.write(name, bytes);
+        std::string const what = thrown([&] { Lexicon::open(folder.path()); });
+        EXPECT_TRUE(contains(what, expected)) << name;
+        EXPECT_TRUE(contains(what, folder.path())) << name;
+    }
 }
 
 TEST_F(LexiconTest, Options) {
