@@ -31,7 +31,7 @@ struct LexiconOptions {
 };
 
 /// A file of a lexicon in memory: "SysDic" and "ConnTable" are needed; "SysDic2" and so on, "SysDic.idx",
-/// "ConnTable.idx", "reduce.rules", "number.list", "end.rules" and "pos.fields" are used where given.
+/// "ConnTable.idx", "reduce.rules", "number.list", "end.rules", "cooc.rules" and "pos.fields" are used where given.
 struct LexiconFile {
     std::string_view name;
     /// Aligned to 8 bytes. Not copied: they must stay as long as a lexicon or tokenizer uses them.

@@ -120,8 +120,8 @@ TAVO_EXPORT int tavo_getInputConvertMode(tavo_t* tavo);
 /// converted, 3 as given, with line breaks and tags.
 TAVO_EXPORT int tavo_setOutputConvertMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getOutputConvertMode(tavo_t* tavo);
-/// Cooccurrence scoring, 0 or 1; default 0. No scoring; 1: tavo_getResultNBest gives
-/// more than the best after tavo_analyze.
+/// 1: of analyses that cost hardly more than the best one, that whose words fit together best is taken;
+/// tavo_getResultNBest puts such first, also after tavo_analyze (docs/cooccurrence.md); default 0.
 TAVO_EXPORT int tavo_setCooccurrenceMode(tavo_t* tavo, int mode);
 TAVO_EXPORT int tavo_getCooccurrenceMode(tavo_t* tavo);
 /// 1: a line break ends a sentence; default 0.
@@ -205,6 +205,9 @@ TAVO_EXPORT int tavo_setReduceRulePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getReduceRulePath(tavo_t* tavo);
 TAVO_EXPORT int tavo_setEndFormRulePath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getEndFormRulePath(tavo_t* tavo);
+/// Settings of the cooccurrence mode (docs/cooccurrence.md); null gives their defaults.
+TAVO_EXPORT int tavo_setCooccurrenceRulePath(tavo_t* tavo, char const* path);
+TAVO_EXPORT char const* tavo_getCooccurrenceRulePath(tavo_t* tavo);
 /// Loads a list of parts of speech; null goes back to the built-in one.
 TAVO_EXPORT int tavo_setPublicPartOfSPPath(tavo_t* tavo, char const* path);
 TAVO_EXPORT char const* tavo_getPublicPartOfSPPath(tavo_t* tavo);

@@ -61,8 +61,8 @@ public:
     // throws invalid_argument outside its range.
 
     /// Reads @p path (lines of key=value) and applies its keys in a fixed
-    /// order; docs/init-file.md lists them. Without ReduceRule, NumberPartOfSP and EndFormRule it
-    /// takes reduce.rules, number.list and end.rules from beside its connection table, where these exist.
+    /// order; docs/init-file.md lists them. Without ReduceRule, NumberPartOfSP, EndFormRule and CooccurrenceRule it
+    /// takes reduce.rules, number.list, end.rules and cooc.rules from beside its connection table, where these exist.
     /// What was applied before an error stays.
     void setInitFilePath(char const* path);
     char const* getInitFilePath() const;
@@ -80,7 +80,8 @@ public:
     int getDelimitCRLFMode() const;
     void setDeleteCRLFMode(int mode);  ///< 1: line breaks are removed; default 0
     int getDeleteCRLFMode() const;
-    /// 0..1, default 0. No scoring; 1: getResultNBest() gives more than the best after analyze().
+    /// 1: of analyses that cost hardly more than the best one, that whose words fit together best is taken, and
+    /// getResultNBest() puts such first (docs/cooccurrence.md), also after analyze(); default 0.
     void setCooccurrenceMode(int mode);
     int getCooccurrenceMode() const;
     void setTaggedInputMode(int mode);  ///< 1: tagged text (docs/tagged-input.md); default 0
@@ -160,6 +161,9 @@ public:
     /// them. Throws file_not_found, and illegal_format (path:line:cause), after which the earlier rules stay.
     void setEndFormRulePath(char const* path);
     char const* getEndFormRulePath() const;
+    /// Settings of the cooccurrence mode (docs/cooccurrence.md); null gives their defaults.
+    void setCooccurrenceRulePath(char const* path);
+    char const* getCooccurrenceRulePath() const;
 
     /// The id of a part-of-speech name, 0 when unknown.
     unsigned short getPid(std::string const& name) const;

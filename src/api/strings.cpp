@@ -37,6 +37,10 @@ int tavo_setEndFormRulePath(tavo_t* tavo, char const* path) {
     return setOptionalPath(tavo, &Tavo::setEndFormRulePath, path);
 }
 char const* tavo_getEndFormRulePath(tavo_t* tavo) { return getText(tavo, &Tavo::getEndFormRulePath); }
+int tavo_setCooccurrenceRulePath(tavo_t* tavo, char const* path) {
+    return setOptionalPath(tavo, &Tavo::setCooccurrenceRulePath, path);
+}
+char const* tavo_getCooccurrenceRulePath(tavo_t* tavo) { return getText(tavo, &Tavo::getCooccurrenceRulePath); }
 int tavo_setPublicPartOfSPPath(tavo_t* tavo, char const* path) {
     return setOptionalPath(tavo, &Tavo::setPublicPartOfSPPath, path);
 }

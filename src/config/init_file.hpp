@@ -40,7 +40,7 @@ InitValues readInitFile(std::string const& path);
 /// and paths are used byte by byte.
 bool isTextKey(std::string_view key) noexcept;
 
-/// A value of ReduceRule, NumberPartOfSP and EndFormRule: no file, not even the one beside the
+/// A value of ReduceRule, NumberPartOfSP, EndFormRule and CooccurrenceRule: no file, not even the one beside the
 /// connection table.
 inline constexpr std::string_view kNoFile = "none";
 
@@ -51,6 +51,7 @@ struct TableCompanion {
     char const* name;
 };
 inline constexpr TableCompanion kTableCompanions[] = {
+    {"CooccurrenceRule", "cooc.rules"},
     {"ReduceRule", "reduce.rules"},
     {"NumberPartOfSP", "number.list"},
     {"EndFormRule", "end.rules"},

@@ -4,6 +4,7 @@
 
 #include "config/init_file.hpp"
 #include "convert/converter.hpp"
+#include "core/cooccurrence.hpp"
 #include "result/comment_rules.hpp"
 #include "result/context.hpp"
 #include "result/reduce_rules.hpp"
@@ -51,8 +52,14 @@ struct TAVO_HIDDEN Tavo::Impl {
     void buildLattice(Sentence& sentence, bool nBest);
     /// Makes the edges of a sentence of which only the best path was searched, where a mode lets more be asked for.
     void addEdges(Sentence& sentence);
+    /// The @p n best paths of a sentence with edges.
+    std::vector<Cooccurrence::Ranked> rankedPaths(std::size_t index, int n);
     void setBeginCost(Sentence& sentence, bool forced) const;
     void setErrorSentence(std::size_t index);
+    /// True when the cooccurrence mode may change the order of a sentence's paths.
+    bool actsOn(Sentence const& sentence) const;
+    /// Takes the path whose words fit together best, in the cooccurrence mode.
+    void reconsider(std::size_t index);
     /// Turns a path of @p found into morphemes.
     void assemble(std::vector<Mrph>& out, std::vector<LatticeNode const*> const& path, Sentence const& found);
     /// Frees the results and everything they point at.
@@ -79,6 +86,7 @@ struct TAVO_HIDDEN Tavo::Impl {
     CommentRules comments;
     ConvertRules convertRules;
     Converter converter;
+    Cooccurrence cooccurrence;
     std::string ownText;  // the last text that was given away; results may point into it
     bool hasResult = false;
     // The error state may be set by const operations.

@@ -59,9 +59,11 @@ void Tavo::Impl::copyFrom(Impl const& other) {
     ReduceRules reduceRules = other.reduce;
     CommentRules commentRules = other.comments;
     ConvertRules ownConvertRules = other.convertRules;
+    CoocRules coocRules = other.cooccurrence.rules();
     DicSet dics = other.context.dics;
     dropInput();
     convertRules = std::move(ownConvertRules);
+    cooccurrence.setRules(std::move(coocRules));
     context.settings = std::move(settings);
     context.pos = std::move(pos);
     context.endForms = std::move(endForms);

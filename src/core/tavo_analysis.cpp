@@ -36,6 +36,7 @@ void Tavo::Impl::dropInput() noexcept {
     context.lateNodes.reset();
     context.madeRecords.clear();
     context.input = {};
+    cooccurrence.clear();
 }
 
 int Tavo::Impl::analyzeText(std::string_view text, bool nBest) {
@@ -78,6 +79,7 @@ void Tavo::Impl::analyzeTogether() {
     for (std::size_t i = 0; i != sentences.size(); ++i) {
         setBeginCost(sentences[i], false);
         if (!sentences[i].path.exists()) setErrorSentence(i);
+        reconsider(i);
     }
 }
 
@@ -106,6 +108,7 @@ void Tavo::Impl::analyzeLine(std::string_view piece, bool nBest) {
     }
     context.sentences.push_back(std::move(sentence));
     if (!complete) setErrorSentence(context.sentences.size() - 1);
+    reconsider(context.sentences.size() - 1);
 }
 
 bool Tavo::Impl::mayHaveMarkup() const { return context.settings.mode(Mode::TaggedInput) == 1 || !comments.empty(); }
@@ -135,6 +138,8 @@ void Tavo::Impl::convert(Sentence& sentence) const {
 
 void Tavo::Impl::buildLattice(Sentence& sentence, bool nBest) {
     requireReady();
+    // The cooccurrence mode has its own lattice, and edges where they are asked for.
+    nBest = nBest && context.settings.mode(Mode::Cooccurrence) != 1;
     LatticeConstraints constraints;
     if (sentence.markup) {
         constraints = constraintsOf(sentence, context);

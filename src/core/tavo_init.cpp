@@ -72,6 +72,7 @@ constexpr FileKey kFileKeys[] = {
     {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath, &Tavo::getNumberPartOfSPPath},
     {"MajorPartOfSP", &Tavo::setMajorPartOfSPPath, &Tavo::getMajorPartOfSPPath},
     {"EndFormRule", &Tavo::setEndFormRulePath, &Tavo::getEndFormRulePath},
+    {"CooccurrenceRule", &Tavo::setCooccurrenceRulePath, &Tavo::getCooccurrenceRulePath},
 };
 
 bool hasCompanion(std::string_view key) {

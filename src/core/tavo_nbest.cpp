@@ -3,6 +3,7 @@
 #include "engine/nbest/nbest.hpp"
 #include "result/markup_constraints.hpp"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -27,12 +28,30 @@ void Tavo::Impl::addEdges(Sentence& sentence) {
         if (!context.lateNodes) context.lateNodes = std::make_unique<NodePool>(0);
         LatticeConstraints constraints;
         if (sentence.markup) constraints = constraintsOf(sentence, context);
+        context.allPaths.keepHomographs(actsOn(sentence));
         context.allPaths.build(sentence, context.connTable, context.dics, *context.lateNodes, constraints);
         sentence.path = best;  // whose nodes morphemes point at
     } catch (...) {
         dropInput();  // nodes and edges may not belong together any more
         throw;
     }
+}
+
+std::vector<Cooccurrence::Ranked> Tavo::Impl::rankedPaths(std::size_t index, int n) {
+    Sentence const& found = context.sentences[index];
+    bool const byScore = actsOn(found);
+    auto const wanted = static_cast<std::size_t>(n);
+    NBest const nbest(context.allPaths, found, byScore ? std::max(wanted, Cooccurrence::kRankedPaths) : wanted);
+    std::vector<Cooccurrence::Ranked> paths(nbest.size());
+    std::vector<std::uint32_t> indexes;
+    for (std::size_t rank = 0; rank < nbest.size(); ++rank) {
+        nbest.nodes(rank, indexes);
+        for (std::uint32_t const node : indexes) paths[rank].nodes.push_back(&context.edgeNodes().at(node));
+        paths[rank].key = nbest.key(rank);
+    }
+    if (byScore) cooccurrence.rank(paths, context, index, nbest.key(0));
+    if (paths.size() > wanted) paths.resize(wanted);
+    return paths;
 }
 
 int Tavo::analyzeNBest(char const* text, int length) {
@@ -69,17 +88,12 @@ void Tavo::getResultNBest(std::vector<std::vector<Mrph>>& results, std::vector<P
         costs.assign(1, bestCost(found));
         return;
     }
-    NBest const nbest(context.allPaths, found, static_cast<std::size_t>(n));
-    std::vector<std::vector<Mrph>> all(nbest.size());
-    std::vector<PathCost> allCosts(nbest.size());
-    std::vector<std::uint32_t> indexes;
-    std::vector<LatticeNode const*> path;
-    for (std::size_t rank = 0; rank < nbest.size(); ++rank) {
-        nbest.nodes(rank, indexes);
-        path.clear();
-        for (std::uint32_t const index : indexes) path.push_back(&context.edgeNodes().at(index));
-        impl_->assemble(all[rank], path, found);
-        allCosts[rank] = costOf(nbest.key(rank));
+    std::vector<Cooccurrence::Ranked> const paths = impl_->rankedPaths(static_cast<std::size_t>(sentence), n);
+    std::vector<std::vector<Mrph>> all(paths.size());
+    std::vector<PathCost> allCosts(paths.size());
+    for (std::size_t rank = 0; rank < paths.size(); ++rank) {
+        impl_->assemble(all[rank], paths[rank].nodes, found);
+        allCosts[rank] = costOf(paths[rank].key);
     }
     results = std::move(all);
     costs = std::move(allCosts);

@@ -170,6 +170,12 @@ char const* Tavo::getReduceRulePath() const { return impl_->reduce.path().c_str(
 void Tavo::setEndFormRulePath(char const* path) { impl_->context.endForms.load(path); }
 char const* Tavo::getEndFormRulePath() const { return impl_->context.endForms.path().c_str(); }
 
+void Tavo::setCooccurrenceRulePath(char const* path) {
+    impl_->hasResult = false;
+    impl_->cooccurrence.load(path);
+}
+char const* Tavo::getCooccurrenceRulePath() const { return impl_->cooccurrence.rules().path().c_str(); }
+
 unsigned short Tavo::getPid(std::string const& name) const { return impl_->context.pos.getPid(name); }
 std::string Tavo::getPartOfSP(unsigned short pid) const { return impl_->context.pos.name(pid); }
 std::string Tavo::getDisplayPartOfSP(unsigned short pid) const { return displayPosName(getPartOfSP(pid)); }

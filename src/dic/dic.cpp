@@ -17,6 +17,7 @@ void Dic::derive() {
     unsigned char const* const bytes = image_.data();
     std::size_t const length = image_.sizeBytes();
     serial_ = nextSerial();
+    marks_ = Marks::Unread;
     if (length <= kHeaderBytes) return;
     if (bytes[0] != kVersion) throw invalid_dictionary_version(std::to_string(bytes[0]));
     if (bytes[1] > 2) throw invalid_dictionary_char_type(std::to_string(bytes[1]));
@@ -41,6 +42,17 @@ char const* Dic::getPartOfSPName(std::uint32_t id) const noexcept {
     if (offset >= namePoolBytes_) return "";
     unsigned char const* const name = namePool_ + offset;
     return std::memchr(name, 0, namePoolBytes_ - offset) != nullptr ? asChars(name) : "";
+}
+
+bool Dic::hasCoocMarks() const {
+    if (marks_ != Marks::Unread) return marks_ == Marks::Some;
+    bool found = false;
+    if (trie_ != nullptr)
+        trie_->visitAll([&](std::string const&, RecordChain chain) {
+            for (; chain; chain = chain.next()) found = found || chain.record().hasCoocMarks();
+        });
+    marks_ = found ? Marks::Some : Marks::None;
+    return found;
 }
 
 bool Dic::contains(unsigned char const* record) const noexcept {

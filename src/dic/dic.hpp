@@ -6,6 +6,7 @@
 #include "dic/dic_trie.hpp"
 #include "dic/mapped_image.hpp"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -48,6 +49,8 @@ public:
     /// Name of part-of-speech id; "" for 0, above nameCount(), or a name that is
     /// not terminated inside the pool.
     char const* getPartOfSPName(std::uint32_t id) const noexcept;
+    /// True when a word looks for others that it occurs with. The first call reads all words.
+    bool hasCoocMarks() const;
     /// True when @p record lies inside the image.
     bool contains(unsigned char const* record) const noexcept;
 
@@ -58,6 +61,8 @@ public:
     void takeBack();
 
 private:
+    enum class Marks : unsigned char { Unread, None, Some };
+
     void derive();
 
     std::uint64_t serial_ = 0;
@@ -68,6 +73,7 @@ private:
     std::size_t namePoolBytes_ = 0;
     std::unique_ptr<DicTrie> trie_;
     MappedImage image_;
+    mutable std::atomic<Marks> marks_ = Marks::Unread;
 };
 
 }  // namespace TAVO

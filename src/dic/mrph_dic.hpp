@@ -38,6 +38,8 @@ public:
     /// True when the record holds nothing but its head and is no compound.
     bool isBare() const noexcept { return sizeBytes() <= kHeadBytes; }
     bool anotherFollows() const noexcept { return (head_[7] & kAnotherFollows) != 0; }
+    /// True when the word looks for others that it occurs with.
+    bool hasCoocMarks() const noexcept { return (flagsA() & (kLeftMark | kRightMark)) != 0; }
 
     /// Number of parts, at least 1.
     unsigned partCount() const noexcept;

@@ -29,6 +29,7 @@ std::string tableAt(std::string const& path) {
 void useTable(Tavo& analyser, std::string const& table, InitValues const& named) {
     using Setter = void (Tavo::*)(char const*);
     for (auto const& [key, set] : {std::pair<char const*, Setter>{"ReduceRule", &Tavo::setReduceRulePath},
+                                   {"CooccurrenceRule", &Tavo::setCooccurrenceRulePath},
                                    {"NumberPartOfSP", &Tavo::setNumberPartOfSPPath},
                                    {"EndFormRule", &Tavo::setEndFormRulePath}}) {
         if (named.contains(key)) continue;

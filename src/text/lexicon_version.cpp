@@ -24,9 +24,9 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Keys whose values are paths; each of a dictionary may have a second one behind a comma.
-constexpr char const* kPathKeys[] = {"Dic",           "ConnTable",      "CommentRule",
-                                     "ReduceRule",    "PublicPartOfSP", "NumberPartOfSP",
-                                     "MajorPartOfSP", "ConvertRule",    "EndFormRule"};
+constexpr char const* kPathKeys[] = {
+    "Dic",           "ConnTable",   "CommentRule", "ReduceRule",      "PublicPartOfSP", "NumberPartOfSP",
+    "MajorPartOfSP", "ConvertRule", "EndFormRule", "CooccurrenceRule"};
 
 std::string inFolder(fs::path const& folder, std::string const& path) {
     return path.empty() || path == kNoFile ? path : (folder / path).string();
@@ -264,6 +264,7 @@ void LexiconVersion::applyRules(InitValues const& values) {
     set("NumberPartOfSP", &Tavo::setNumberPartOfSPPath);
     set("ReduceRule", &Tavo::setReduceRulePath);
     set("EndFormRule", &Tavo::setEndFormRulePath);
+    set("CooccurrenceRule", &Tavo::setCooccurrenceRulePath);
     TavoAccess::Impl& impl = TavoAccess::impl(prototype_);
     if (LexiconFile const* const rules = file("reduce.rules"); rules != nullptr && !values.contains("ReduceRule")) {
         std::string_view const text = charsOf(*rules);
@@ -272,6 +273,10 @@ void LexiconVersion::applyRules(InitValues const& values) {
     if (LexiconFile const* const rules = file("end.rules")) {
         std::string_view const text = charsOf(*rules);
         impl.context.endForms.load("end.rules", &text);
+    }
+    if (LexiconFile const* const rules = file("cooc.rules"); rules != nullptr && !values.contains("CooccurrenceRule")) {
+        std::string_view const text = charsOf(*rules);
+        impl.cooccurrence.load("cooc.rules", &text);
     }
     if (LexiconFile const* const list = file("number.list")) {
         std::string_view const text = charsOf(*list);
@@ -319,9 +324,10 @@ std::string LexiconVersion::fingerprint() const {
     for (auto const& dic : dics_) add(dic->bytes());
     add(table_->bytes());
     TavoAccess::Impl const& impl = TavoAccess::impl(prototype_);
-    for (std::string const& path : {impl.comments.path(), std::string(prototype_.getConvertRulePath()),
-                                    impl.reduce.path(), impl.context.pos.numberPath(), impl.context.pos.majorPath(),
-                                    impl.context.pos.publicPath(), impl.context.endForms.path()}) {
+    for (std::string const& path :
+         {impl.comments.path(), std::string(prototype_.getConvertRulePath()), impl.reduce.path(),
+          impl.context.pos.numberPath(), impl.context.pos.majorPath(), impl.context.pos.publicPath(),
+          impl.context.endForms.path(), impl.cooccurrence.rules().path()}) {
         LexiconFile const* const given = file(path);
         addText(path.empty() ? "" : given != nullptr ? std::string(charsOf(*given)) : textOf(path));
     }

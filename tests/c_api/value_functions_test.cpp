@@ -167,6 +167,7 @@ TEST_F(ValueFunctions, RuleAndListFilesTakeNull) {
         {tavo_setConvertRulePath, tavo_getConvertRulePath},
         {tavo_setReduceRulePath, tavo_getReduceRulePath},
         {tavo_setEndFormRulePath, tavo_getEndFormRulePath},
+        {tavo_setCooccurrenceRulePath, tavo_getCooccurrenceRulePath},
         {tavo_setPublicPartOfSPPath, tavo_getPublicPartOfSPPath},
         {tavo_setNumberPartOfSPPath, tavo_getNumberPartOfSPPath},
         {tavo_setMajorPartOfSPPath, tavo_getMajorPartOfSPPath},

@@ -56,7 +56,7 @@ inline constexpr std::array kTavoStrings = {
     tavo_setInitFilePath,       tavo_setConnTablePath,     tavo_setConvertRulePath,
     tavo_setCommentRulePath,    tavo_setReduceRulePath,    tavo_setPublicPartOfSPPath,
     tavo_setNumberPartOfSPPath, tavo_setMajorPartOfSPPath, tavo_getDicIndex,
-    tavo_touchDicPath,          tavo_setEndFormRulePath};
+    tavo_touchDicPath,          tavo_setEndFormRulePath,   tavo_setCooccurrenceRulePath};
 inline constexpr std::array kTavoPointers = {tavo_getErrorWhat,
                                              tavo_getProsodicInfoFiller,
                                              tavo_getOutputFormat,

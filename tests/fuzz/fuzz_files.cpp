@@ -9,10 +9,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     using namespace TAVO::test;
     using TAVO::Tavo;
     using Setter = void (Tavo::*)(char const*);
-    constexpr Setter kSetters[] = {&Tavo::setInitFilePath,      &Tavo::setCommentRulePath,
-                                   &Tavo::setReduceRulePath,    &Tavo::setNumberPartOfSPPath,
-                                   &Tavo::setMajorPartOfSPPath, &Tavo::setPublicPartOfSPPath,
-                                   &Tavo::setConvertRulePath,   &Tavo::setEndFormRulePath};
+    constexpr Setter kSetters[] = {
+        &Tavo::setInitFilePath,       &Tavo::setCommentRulePath,   &Tavo::setReduceRulePath,
+        &Tavo::setNumberPartOfSPPath, &Tavo::setMajorPartOfSPPath, &Tavo::setPublicPartOfSPPath,
+        &Tavo::setConvertRulePath,    &Tavo::setEndFormRulePath,   &Tavo::setCooccurrenceRulePath};
     FuzzInput in(data, size);
     std::size_t const chosen = in.choice(std::size(kSetters));
     std::string const path = fuzzWorld().dir.write("file", in.rest());

@@ -5,6 +5,8 @@
 #include "engine/lattice.hpp"
 #include "engine/special_records.hpp"
 
+#include <algorithm>
+#include <cstring>
 #include <new>
 
 namespace TAVO {
@@ -31,14 +33,21 @@ public:
 
     void addRecords(std::size_t p, std::uint32_t length, RecordChain chain) {
         std::size_t const end = p + length;
-        eachNodeRecord(chain, table_.idCount(), [&](MrphDic record) {
+        auto const add = [&](MrphDic record) {
             std::uint16_t const pid = record.pid();
             if (end != length_) {
                 addNode(record.head(), length, pid, record.cost(), followerAfter(end, pid));
             } else if (std::uint8_t const cost = table_.cost(pid, ConnTable::kEndId); cost != ConnTable::kForbidden) {
                 addNode(record.head(), length, pid, record.cost(), ending(cost));
             }
-        });
+        };
+        if (!paths_.keepsHomographs_) return eachNodeRecord(chain, table_.idCount(), add);
+        std::size_t const ofOtherDictionaries = pool_.position().size();
+        for (; chain; chain = chain.next()) {
+            MrphDic const record = chain.record();
+            bool const isId = record.pid() != 0 && record.pid() <= table_.idCount();
+            if (isId && !hasTwin(record, length, ofOtherDictionaries)) add(record);
+        }
     }
 
     void addFixed(std::size_t p, std::uint32_t length, unsigned char const* record) {
@@ -77,6 +86,17 @@ public:
     }
 
 private:
+    /// True when one of the first @p count nodes of the position is the same word as @p record.
+    bool hasTwin(MrphDic record, std::uint32_t length, std::size_t count) {
+        return std::ranges::any_of(pool_.position().first(count), [&](LatticeNode const& node) {
+            MrphDic const other(node.record);
+            return node.length == length && other.pid() == record.pid() && other.cost() == record.cost() &&
+                   std::strcmp(other.readPron(), record.readPron()) == 0 &&
+                   std::strcmp(other.stdForm(), record.stdForm()) == 0 &&
+                   std::strcmp(other.partForm(), record.partForm()) == 0;
+        });
+    }
+
     static Follower ending(std::uint8_t cost) { return {nullptr, kNone, pathKey(cost, 0)}; }
 
     void addNode(unsigned char const* record, std::uint32_t length, std::uint16_t id, std::uint8_t wordCost,

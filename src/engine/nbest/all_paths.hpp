@@ -52,6 +52,10 @@ public:
 
     void clear() noexcept;
 
+    /// Every homograph is to be a node, also one that costs what another one does, which sums cannot tell apart. Of
+    /// words that differ in their cooccurrence ids alone the first dictionary's is one.
+    void keepHomographs(bool keep) noexcept { keepsHomographs_ = keep; }
+
     /// Adds nodes and edges of @p sentence to @p pool and to this, and sets its
     /// path (none when no complete path exists) and its edge lists. Throws
     /// as Lattice::build does.
@@ -108,6 +112,7 @@ private:
     RawBuffer<EdgeList> lists_;
     RawBuffer<std::uint8_t> costs_;
     std::vector<Starts> starts_;  // by position of the sentence at work
+    bool keepsHomographs_ = false;
 };
 
 }  // namespace TAVO

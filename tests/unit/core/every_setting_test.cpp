@@ -32,7 +32,8 @@ protected:
             });
         world.linesUtf8({"a,Noun,1,エ", "b,Verb,2,ビ", "c,Noun,3,シ", "a-b,Noun-Noun-Verb,40,エ/ビ", "1,Number,1,イチ",
                          "u,K:Undef,1", "s,S:Symbol,1", "データ,Noun,1,データ", "iPod,Noun,1,アイポッド",
-                         "pq,Noun,1,,,,,,,,,first,x", "rs,Noun,1,,,,,,,,,second,y"});
+                         "pq,Noun,1,,,,,,,,,first,x", "rs,Noun,1,,,,,,,,,second,y", "v,Noun,1,one", "v,Noun,1,two,,@w",
+                         "w,Noun,1,,,w"});
         paths_ = world.writeTo(dir_.path());
         init_ = dir_.write("tavo.ini", "Dic=" + paths_.dic + "\nConnTable=" + paths_.connTable + "\n");
     }
@@ -86,7 +87,7 @@ TEST_F(EverySetting, OfAModeActs) {
     // By key of the init file: another value than the default, and where it tells.
     std::map<std::string, std::pair<int, Case>> const cases{
         {"MemoryMapped", {0, {"a"}}},
-        {"Cooccurrence", {1, {"ab"}}},
+        {"Cooccurrence", {1, {"vw"}}},
         {"TaggedInput", {1, {"<word>a</word>b"}}},
         {"DeleteSlash", {0, {"<word Read=\"x/y\">a</word>", [](Tavo& tavo) { tavo.setTaggedInputMode(1); }}}},
         {"InputConvert", {2, {"ﾃﾞｰﾀ"}}},
@@ -145,6 +146,9 @@ TEST_F(EverySetting, OfATextOrFileActs) {
         {"ExtCombine", {"pqrs", joins}, [](Tavo& tavo) { tavo.setExtCombineMode(0, 1, ""); }},
         {"CommentRule", {"ab"}, file(&Tavo::setCommentRulePath, "String = a\nPartOfSP = Verb\n")},
         {"ReduceRule", {"ac"}, joins},
+        {"CooccurrenceRule",
+         {"vw", [](Tavo& tavo) { tavo.setCooccurrenceMode(1); }},
+         file(&Tavo::setCooccurrenceRulePath, "WordWeight = 0\n")},
         {"ConvertRule", {"b", convert}, file(&Tavo::setConvertRulePath, "b\ta\n")},
         {"PublicPartOfSP",
          {"ﾃﾞｰﾀ", [](Tavo& tavo) { tavo.setInputConvertMode(1), tavo.setOutputConvertMode(2); }},

@@ -22,7 +22,7 @@ using TAVO::InitLine;
 constexpr std::string_view kRepeated[] = {"Delimiter", "ExtCombine", "Dic"};
 constexpr std::string_view kTexts[] = {"OutputFormat", "EOS", "NullString", "ProsodicInfoCombine"};
 constexpr std::string_view kPaths[] = {"CommentRule",   "ReduceRule", "PublicPartOfSP", "NumberPartOfSP",
-                                       "MajorPartOfSP", "ConnTable",  "EndFormRule"};
+                                       "MajorPartOfSP", "ConnTable",  "EndFormRule",    "CooccurrenceRule"};
 constexpr std::string_view kKeptOnly[] = {"ConvertRule"};
 
 template <std::size_t N>
