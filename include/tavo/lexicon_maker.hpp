@@ -134,6 +134,37 @@ struct MecabImportOptions {
 /// beside it.
 TAVO_EXPORT std::string importMecab(MecabImportOptions const& options);
 
+// ---- cooccurrence ----
+
+struct CooccurrenceOptions {
+    /// Folder or init file of the lexicon; empty: the first that is found.
+    std::string lexicon;
+    /// The corpus is tagged text (docs/tagged-input.md): a tagged homograph is counted as what its tag says.
+    bool tagged = false;
+    std::string name = "corpus";  ///< of the corpus, in faults
+    /// Dictionary to write, with its search index. Beside it come FILE.rules and FILE.init, where FILE is this name
+    /// without ".dic".
+    std::string output;
+    std::uint32_t window = 40;   ///< distance, in characters, of words that are counted together
+    std::size_t leastCount = 3;  ///< of a word beside a homograph, and of the homograph
+    double leastRatio = 4;  ///< how much more often, at least, a word stands beside one homograph than beside others
+    double mostSentences =
+        0.05;                   ///< share of the sentences; a word in more of them, and in more than 20, tells nothing
+    std::uint32_t margin = 20;  ///< for the rules: connection cost by which an analysis may be dearer
+    LexiconProgress progress;
+};
+
+struct CooccurrenceReport {
+    std::size_t sentences = 0;   ///< of the corpus
+    std::size_t evidence = 0;    ///< words of it that could be one of several homographs only
+    std::size_t homographs = 0;  ///< forms that got ids to choose by
+    std::size_t words = 0;       ///< lines of the dictionary
+};
+
+/// Counts which words occur with which homographs in @p corpus, UTF-8, a text a line, and writes them as cooccurrence
+/// ids into a user dictionary (docs/cooccurrence.md).
+TAVO_EXPORT CooccurrenceReport learnCooccurrence(std::string_view corpus, CooccurrenceOptions const& options);
+
 // ---- files ----
 
 /// What does not hold in a compiled dictionary, and in a connection table, given as the bytes of their files. @p file

@@ -56,6 +56,7 @@ constexpr char kExamples[] =
     "  tavo dic check my.dic                             look for damage\n"
     "  tavo lookup すもも                                the entries of a word\n"
     "  tavo reading すもも                               the words that read so\n"
+    "  tavo learn cooc text.txt -o my.dic                words that tell homographs apart\n"
     "  tavo import mecab DIR -o OUT                      make a lexicon from a MeCab-format one\n"
     "\n"
     "The lexicon is looked for in the folder TAVO_PATH, beside the program, and in the\n"

@@ -8,6 +8,7 @@ namespace tool {
 
 ExitStatus analyseCommand(int argc, char** argv);
 ExitStatus dicCommand(int argc, char** argv);
+ExitStatus learnCommand(int argc, char** argv);
 ExitStatus lookupCommand(int argc, char** argv);
 ExitStatus readingCommand(int argc, char** argv);
 

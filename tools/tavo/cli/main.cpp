@@ -15,10 +15,8 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"import", tool::importCommand},
-    {"dic", tool::dicCommand},
-    {"lookup", tool::lookupCommand},
-    {"reading", tool::readingCommand},
+    {"import", tool::importCommand}, {"dic", tool::dicCommand},         {"learn", tool::learnCommand},
+    {"lookup", tool::lookupCommand}, {"reading", tool::readingCommand},
 };
 
 tool::ExitStatus dispatch(int argc, char** argv) {
