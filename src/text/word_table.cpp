@@ -19,8 +19,7 @@ constexpr std::size_t kFirstWordSlots = 4096;
 constexpr std::size_t kManyWords = std::size_t{1} << 17;
 constexpr std::size_t kManyBytes = std::size_t{1} << 24;
 
-/// Keys of words: those of a dictionary by its number and the search index's name for them, unknown ones by their
-/// bytes, others by their record.
+/// Keys of words that no search index names: unknown ones by their bytes, others by their record.
 constexpr std::uint64_t kUnknownKey = std::uint64_t{0x1FF} << 32, kRecordKey = std::uint64_t{1} << 63;
 /// Begins keys of joined_ for words known by their values; the others begin with a part of speech.
 constexpr char32_t kMadeKey = 0xFFFFFFFF;
@@ -37,8 +36,8 @@ void WordTable::clear() {
     words_.assign(1, {});
     pids_.assign(1, 0);
     texts_.assign(1, {});
-    nearSlots_.assign(kFirstWordSlots, {});
-    nearUsed_ = 0;
+    listedSlots_.assign(kFirstWordSlots, {});
+    listedUsed_ = 0;
     surfaces_.clear();
     slots_.assign(kFirstWordSlots, {});
     used_ = 0;
@@ -51,12 +50,6 @@ void WordTable::clear() {
 
 bool WordTable::isLarge() const noexcept {
     return words_.size() > kManyWords || strings_.bytes() > kManyBytes || surfaces_.size() > kManyBytes;
-}
-
-std::uint64_t WordTable::keyOf(PendingWord const& word) noexcept {
-    PathWord const& found = *word.word;
-    if (found.source < PathWord::kUnknown) return static_cast<std::uint64_t>(found.source + 1U) << 32 | found.word;
-    return keyOfRecord(word.record(), {word.text, word.length});
 }
 
 std::size_t WordTable::place(std::uint64_t key) const noexcept {
@@ -76,21 +69,17 @@ void WordTable::put(std::uint64_t key, std::uint32_t word) {
     ++used_;
 }
 
-std::uint32_t WordTable::add(std::uint64_t key, PendingWord const& word) {
-    std::uint32_t const number = addRecord(word.record(), {word.text, word.length});
-    put(key, number);
-    return number;
-}
-
-std::uint32_t WordTable::addNear(PendingWord const& word) {
-    std::uint32_t const number = addRecord(word.record(), {word.text, word.length});
-    if (2 * (nearUsed_ + 1) > nearSlots_.size()) {
-        std::vector<NearSlot> const old = std::exchange(nearSlots_, std::vector<NearSlot>(2 * nearSlots_.size()));
-        for (NearSlot const& slot : old)
-            if (slot.word != kNone) nearSlots_[nearPlace(slot.key)] = slot;
+std::uint32_t WordTable::addListed(ListedWord const& listed, PendingWord const& word) {
+    std::string_view const surface(word.text, word.length);
+    std::uint32_t const number = addRecord(word.record(), surface);
+    if (2 * (listedUsed_ + 1) > listedSlots_.size()) {
+        std::vector<ListedSlot> const old =
+            std::exchange(listedSlots_, std::vector<ListedSlot>(2 * listedSlots_.size()));
+        for (ListedSlot const& slot : old)
+            if (slot.word != kNone) listedSlots_[listedPlace(slot.listed, surfaceOf(words_[slot.word]))] = slot;
     }
-    nearSlots_[nearPlace(word.word->word)] = {word.word->word, number};
-    ++nearUsed_;
+    listedSlots_[listedPlace(listed, surface)] = {listed, number};
+    ++listedUsed_;
     return number;
 }
 

@@ -10,9 +10,11 @@
 #include <tavo/mrph.hpp>
 #include <tavo/tokenizer.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <span>
@@ -58,13 +60,10 @@ public:
     bool isLarge() const noexcept;
 
     std::uint32_t number(PendingWord const& word) {
-        if (word.word->source == 0) {
-            NearSlot const& near = nearSlots_[nearPlace(word.word->word)];
-            return near.word != kNone ? near.word : addNear(word);
-        }
-        std::uint64_t const key = keyOf(word);
-        Slot const& slot = slots_[place(key)];
-        return slot.key == key ? slot.word : add(key, word);
+        if (word.word->source >= PathWord::kUnknown) return number(word.record(), {word.text, word.length});
+        ListedWord const listed = listedWord(word);
+        ListedSlot const& slot = listedSlots_[listedPlace(listed, {word.text, word.length})];
+        return slot.word != kNone ? slot.word : addListed(listed, word);
     }
     /// The word that @p members, whose surfaces together are @p surface, come out as with part of speech @p pid (0:
     /// that of the first).
@@ -115,23 +114,38 @@ private:
     };
 
     using Texts = std::array<std::uint32_t, kTokenTexts>;
-    /// Of words of the first dictionary, by the search index's name; most words of most texts.
-    struct NearSlot {
-        std::uint32_t key = 0;
+    /// A word as a search index names it. Words of equal lists have one name, so that it takes the surface to tell.
+    struct ListedWord {
+        static constexpr std::size_t kTextBytes = 8;
+
+        std::uint64_t text = 0;  // the first bytes of the surface
+        std::uint32_t name = 0;
+        std::uint32_t source = 0;
+        bool operator==(ListedWord const&) const = default;
+    };
+    struct ListedSlot {
+        ListedWord listed;
         std::uint32_t word = kNone;  // that: free
     };
 
-    std::size_t nearPlace(std::uint32_t key) const noexcept {
-        std::size_t const mask = nearSlots_.size() - 1;
-        std::size_t at = (key * 0x9E3779B1U >> 7) & mask;
-        while (nearSlots_[at].word != kNone && nearSlots_[at].key != key) at = (at + 1) & mask;
-        return at;
+    static ListedWord listedWord(PendingWord const& word) noexcept {
+        std::uint64_t text = 0;
+        std::memcpy(&text, word.text, std::min<std::size_t>(word.length, ListedWord::kTextBytes));
+        return {text, word.word->word, word.word->source};
     }
-    std::uint32_t addNear(PendingWord const& word);
-    static std::uint64_t keyOf(PendingWord const& word) noexcept;
+    std::size_t listedPlace(ListedWord const& listed, std::string_view surface) const noexcept {
+        std::size_t const mask = listedSlots_.size() - 1;
+        std::uint64_t const mixed = (listed.text ^ std::uint64_t{listed.name} << 20) * 0x9E3779B97F4A7C15U;
+        for (std::size_t at = (mixed >> 32) & mask;; at = (at + 1) & mask) {
+            ListedSlot const& slot = listedSlots_[at];
+            bool const isSame = slot.listed == listed &&
+                                (surface.size() <= ListedWord::kTextBytes || surfaceOf(words_[slot.word]) == surface);
+            if (slot.word == kNone || isSame) return at;
+        }
+    }
+    std::uint32_t addListed(ListedWord const& listed, PendingWord const& word);
     std::size_t place(std::uint64_t key) const noexcept;
     void put(std::uint64_t key, std::uint32_t word);
-    std::uint32_t add(std::uint64_t key, PendingWord const& word);
     std::uint32_t addConverted(Mrph const& morpheme, std::string_view surface, std::string_view converted);
     std::uint32_t addRecord(unsigned char const* record, std::string_view surface);
     std::uint32_t addMade(Mrph const& morpheme);
@@ -153,9 +167,9 @@ private:
     // By word, apart from what is seldom asked for.
     std::vector<std::uint16_t> pids_;
     std::vector<Texts> texts_;
-    std::vector<NearSlot> nearSlots_;  // a power of two of them, never more than half full
-    std::size_t nearUsed_ = 0;
-    std::deque<ClassTexts> classes_;  // of phrases; their ids stand behind those of the table
+    std::deque<ClassTexts> classes_;       // of phrases; their ids stand behind those of the table
+    std::vector<ListedSlot> listedSlots_;  // a power of two of them, never more than half full
+    std::size_t listedUsed_ = 0;
     std::string surfaces_;
     std::vector<Slot> slots_;  // a power of two of them, never more than half full; key 0: free
     std::size_t used_ = 0;
