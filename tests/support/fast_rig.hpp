@@ -39,7 +39,7 @@ inline FastSearch::Options randomOptions(Random& random) {
     FastSearch::Options options;
     if (!random.oneIn(3)) options.blockPlaces = 2 + random.below(random.oneIn(2) ? 4 : 30);
     if (!random.oneIn(3)) options.chunkPlaces = 1 + random.below(random.oneIn(2) ? 4 : 30);
-    options.relax = random.of(relaxKernels()).relax;
+    options.kernel = &random.of(relaxKernels());
     return options;
 }
 

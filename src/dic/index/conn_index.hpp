@@ -53,6 +53,7 @@ public:
     /// Largest cost of a column, over all words on the left but the unknown one; kUnbounded when a word must not stand
     /// there, the unknown one included, or when it costs more than an unknown word does.
     std::uint8_t columnMost(std::uint32_t column) const noexcept { return columnMost_[column]; }
+    std::uint8_t const* columnMosts() const noexcept { return columnMost_.data(); }  ///< by column
     /// Largest cost of a row, over the end of a text and the columns that an unknown word may stand before; kUnbounded
     /// when one is forbidden.
     std::uint8_t rowMost(std::uint32_t row) const noexcept { return rowMost_[row]; }

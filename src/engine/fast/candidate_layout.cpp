@@ -7,7 +7,8 @@
 namespace TAVO {
 namespace {
 
-constexpr std::size_t kSlack = 64;  // behind what is used: vectors are stored whole
+constexpr std::size_t kSlack = 64;        // behind what is used: vectors are stored whole
+constexpr std::size_t kPlacesBehind = 3;  // that a look reads
 
 }  // namespace
 
@@ -181,7 +182,7 @@ bool CandidateLayout::lay(TextPlaces const& text, SearchIndexes const& indexes, 
     laidEnd_ = end;
     beyond_.clear();
     std::size_t const places = end - begin;
-    reserve(places + head.counts.size() + 1, kMostSlots + 2 * kMostAtPlace + head.columns.size() + kSlack);
+    reserve(places + head.counts.size() + kPlacesBehind, kMostSlots + 2 * kMostAtPlace + head.columns.size() + kSlack);
     Pass pass(*this, text, indexes, chosen);
     if (!pass.run(places)) return false;
     std::reverse(beyond_.begin(), beyond_.end());
@@ -196,7 +197,6 @@ void CandidateLayout::reserve(std::size_t places, std::size_t slots) {
         if (array->size() < slots) array->resizeForOverwrite(slots);
 }
 
-/// Without a head there is a place that nothing starts at.
 void CandidateLayout::appendHead(Head const& head, std::size_t places, std::size_t slot) {
     std::size_t at = slot;
     for (std::size_t i = 0; i != head.counts.size(); ++i) {
@@ -206,9 +206,10 @@ void CandidateLayout::appendHead(Head const& head, std::size_t places, std::size
     }
     std::copy(head.columns.begin(), head.columns.end(), columns_.begin() + slot);
     std::copy(head.sums.begin(), head.sums.end(), sums_.begin() + slot);
-    std::size_t const behind = places + head.counts.size();
-    firstSlot_[behind] = static_cast<std::uint16_t>(at);
-    counts_[behind] = 0;
+    for (std::size_t behind = places + head.counts.size(); behind != firstSlot_.size(); ++behind) {
+        firstSlot_[behind] = static_cast<std::uint16_t>(at);
+        counts_[behind] = 0;
+    }
     storeLanes(columns_.begin() + at, allLanes(0));
     storeLanes(sums_.begin() + at, allLanes(kNoSum));
 }
@@ -218,6 +219,22 @@ void CandidateLayout::copyHead(std::size_t begin, std::size_t end, Head& head) c
     std::size_t const first = firstSlot(begin), last = firstSlot(end);
     head.columns.assign(columns_.begin() + first, columns_.begin() + last);
     head.sums.assign(sums_.begin() + first, sums_.begin() + last);
+}
+
+Relaxation CandidateLayout::block(ConnIndex const& conn, ChosenPlaces& chosen, TieBreaker& ties) noexcept {
+    return {.matrix = conn.matrix(),
+            .stride = conn.stride(),
+            .columns = columns_.begin(),
+            .sums = sums_.begin(),
+            .rows = rows_.begin(),
+            .ends = ends_.begin(),
+            .slots = slots_.begin(),
+            .firstSlots = firstSlot_.begin(),
+            .counts = counts_.begin(),
+            .next = chosen.next.begin() + chosen.firstWord[begin_],
+            .ties = &ties,
+            .columnMosts = conn.columnMosts(),
+            .unknownCost = conn.unknownCost()};
 }
 
 Candidate CandidateLayout::candidate(TextPlaces const& text, SearchIndexes const& indexes, ChosenPlaces const& chosen,

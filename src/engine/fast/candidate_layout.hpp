@@ -4,6 +4,7 @@
 
 #include "base/raw_buffer.hpp"
 #include "engine/fast/lanes.hpp"
+#include "engine/fast/relaxation.hpp"
 #include "engine/fast/search_indexes.hpp"
 #include "engine/fast/text_places.hpp"
 
@@ -68,8 +69,6 @@ public:
                                std::size_t p, unsigned number) noexcept;
 
     std::size_t begin() const noexcept { return begin_; }
-    /// Behind the last place that has slots.
-    std::size_t end() const noexcept { return begin_ + firstSlot_.size() - 1; }
     /// Words of the block before place @p p, which is in it or behind its last own place.
     std::size_t wordsBefore(std::size_t p, ChosenPlaces const& chosen) const noexcept {
         return p == laidEnd_ ? words_ : chosen.firstWord[p] - chosen.firstWord[begin_];
@@ -88,17 +87,15 @@ public:
     /// Places with words that the lists lack, from the last to the first.
     std::vector<std::uint32_t> const& beyond() const noexcept { return beyond_; }
 
+    /// The arrays for the kernels; they write into @p chosen, too.
+    Relaxation block(ConnIndex const& conn, ChosenPlaces& chosen, TieBreaker& ties) noexcept;
+
     // By slot.
     std::uint16_t* sums() noexcept { return sums_.begin(); }
     std::uint16_t const* sums() const noexcept { return sums_.begin(); }
     std::uint16_t const* columns() const noexcept { return columns_.begin(); }
-    // By word of the block: row, place where it ends and slot, these two counted from the block's.
-    std::uint16_t const* rows() const noexcept { return rows_.begin(); }
+    /// By word of the block: the place where it ends, counted from the block's.
     std::uint16_t const* ends() const noexcept { return ends_.begin(); }
-    std::uint16_t const* slots() const noexcept { return slots_.begin(); }
-    // By place of the block.
-    std::uint16_t const* firstSlots() const noexcept { return firstSlot_.begin(); }
-    std::uint16_t const* counts() const noexcept { return counts_.begin(); }
 
 private:
     class Pass;
@@ -107,7 +104,9 @@ private:
 
     std::size_t begin_ = 0, laidEnd_ = 0;
     std::size_t words_ = 0;
-    RawBuffer<std::uint16_t> columns_, sums_, rows_, ends_, slots_, firstSlot_, counts_;
+    RawBuffer<std::uint16_t> columns_, sums_;       // by slot
+    RawBuffer<std::uint16_t> rows_, ends_, slots_;  // by word
+    RawBuffer<std::uint16_t> firstSlot_, counts_;   // by place, and of some behind the last one at which nothing starts
     std::vector<std::uint32_t> beyond_;
 };
 

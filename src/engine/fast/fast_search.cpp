@@ -1,6 +1,7 @@
 #include "engine/fast/fast_search.hpp"
 
 #include <algorithm>
+#include <array>
 
 namespace TAVO {
 namespace {
@@ -15,7 +16,7 @@ constexpr int kMostSum = 0x8000;
 
 FastSearch::FastSearch(PathStore& paths, SearchState& state, Options const& options)
     : paths_(paths), state_(state), options_(options), ties_(state), check_(state), pieces_(state, ties_, check_) {
-    if (options_.relax == nullptr) options_.relax = relaxKernel().relax;
+    if (options_.kernel == nullptr) options_.kernel = &relaxKernel();
 }
 
 void FastSearch::search(std::span<std::string_view const> texts, ConnTable const& table, DicSet const& dics,
@@ -36,7 +37,7 @@ void FastSearch::search(std::span<std::string_view const> texts, ConnTable const
             batch_.push_back({texts[i], place, state_.text.size() - 1});
         }
         findCandidates();
-        if (!state_.layout.lay(state_.text, state_.indexes, state_.chosen, 0, state_.text.size(), {})) {
+        if (!layOut(0, state_.text.size(), {})) {
             for (std::size_t k = first; k != i; ++k) results[k] = searchLong(texts[k]);
             continue;
         }
@@ -48,6 +49,13 @@ void FastSearch::findCandidates() {
     state_.text.findLists(state_.indexes);
     state_.chosen.start(state_.text.size());
     check_.findLooks();
+}
+
+/// False when the places have too many candidates for one block.
+bool FastSearch::layOut(std::size_t from, std::size_t to, CandidateLayout::Head const& head) {
+    if (!state_.layout.lay(state_.text, state_.indexes, state_.chosen, from, to, head)) return false;
+    block_ = state_.layout.block(state_.indexes.conn(), state_.chosen, ties_);
+    return true;
 }
 
 /// Searches a sentence of the block.
@@ -71,7 +79,7 @@ LazyPath FastSearch::searchLong(std::string_view text) {
         // all.
         std::size_t const from = to > blockPlaces + 1 ? to - blockPlaces : 0;
         std::size_t const words = state_.chosen.next.size();
-        if (!state_.layout.lay(state_.text, state_.indexes, state_.chosen, from, to, head_)) {
+        if (!layOut(from, to, head_)) {
             if (blockPlaces == 1) return {};
             blockPlaces /= 2;
             continue;
@@ -106,7 +114,8 @@ void FastSearch::beginSentence(Sentence const& sentence) {
 FastSearch::Outcome FastSearch::relaxPlaces(Sentence const& sentence, std::size_t from, std::size_t to) {
     while (to > from) {
         std::size_t const begin = std::max(from, to - std::min(to, options_.chunkPlaces));
-        relax(begin, to);
+        CandidateLayout const& layout = state_.layout;
+        options_.kernel->relax(block_, layout.wordsBefore(begin, state_.chosen), layout.wordsBefore(to, state_.chosen));
         std::size_t const last = std::min(to + kReach, known_);
         std::size_t const failing = firstFailing(std::max(begin, sentence.first), to, last);
         if (ties_.failed()) return Outcome::kGivenUp;
@@ -129,24 +138,9 @@ FastSearch::Outcome FastSearch::relaxPlaces(Sentence const& sentence, std::size_
     return Outcome::kFound;
 }
 
-void FastSearch::relax(std::size_t from, std::size_t to) {
-    CandidateLayout& layout = state_.layout;
-    ConnIndex const& conn = state_.indexes.conn();
-    Relaxation const block{conn.matrix(),
-                           conn.stride(),
-                           layout.columns(),
-                           layout.sums(),
-                           layout.rows(),
-                           layout.ends(),
-                           layout.slots(),
-                           layout.firstSlots(),
-                           layout.counts(),
-                           state_.chosen.next.begin() + state_.chosen.firstWord[layout.begin()],
-                           &ties_};
-    options_.relax(block, layout.wordsBefore(from, state_.chosen), layout.wordsBefore(to, state_.chosen));
-}
-
-/// The last of the places [@p from, @p to) that does not pass; kNowhere when all do.
+/// The last of the places [@p from, @p to), just relaxed, that does not pass; kNowhere when all do. Sums are known up
+/// to place @p last. Where an exact piece begins there, what the kernel reads behind it proves nothing, but spoils no
+/// proof: over a seam nothing leads that is not deep.
 std::size_t FastSearch::firstFailing(std::size_t from, std::size_t to, std::size_t last) const {
     std::size_t failing = kNowhere;
     for (std::uint32_t const place : state_.layout.beyond()) {
@@ -155,13 +149,22 @@ std::size_t FastSearch::firstFailing(std::size_t from, std::size_t to, std::size
             break;
         }
     }
-    RawBuffer<std::uint32_t> const& looks = check_.looks();
-    std::uint32_t const* look = std::lower_bound(looks.begin(), looks.end(), static_cast<std::uint32_t>(to));
-    while (look != looks.begin() && *--look >= from) {
-        if (failing != kNowhere && *look <= failing) break;
-        if (!check_.passes(*look, last)) return *look;
-    }
+    auto const isFailing = [&](Look look) {
+        return (failing == kNowhere || look.place > failing) && !check_.passes(look.place, last);
+    };
+    std::array<Look, Options::kMostChunkPlaces> left;
+    for (std::size_t i = options_.kernel->pass(block_, looksIn(from, to), state_.layout.begin(), left.data());
+         i-- != 0;)
+        if (isFailing(left[i])) return left[i].place;
     return failing;
+}
+
+/// The check's looks in [@p from, @p to).
+std::span<Look const> FastSearch::looksIn(std::size_t from, std::size_t to) const {
+    std::span<Look const> const looks = check_.looks();
+    auto const isBefore = [](Look const& look, std::size_t place) { return look.place < place; };
+    auto const first = std::lower_bound(looks.begin(), looks.end(), from, isBefore);
+    return {first, std::lower_bound(first, looks.end(), to, isBefore)};
 }
 
 /// Counts the sums of the places that words before @p from may reach from the least of them. False when they lie too
@@ -210,19 +213,24 @@ LazyPath FastSearch::writePath(Sentence const& sentence) {
 /// stands in the arrays of the block; their lists are far away by now.
 PlacedCandidate FastSearch::writePlainWords(PlacedCandidate at) {
     TextPlaces const& text = state_.text;
-    CandidateLayout const& layout = state_.layout;
+    std::uint16_t const* const flags = text.flags();
+    std::uint32_t const* const offsets = text.offsets();
+    std::uint32_t const* const lists = text.lists(0);
     std::uint32_t const* const firstWord = state_.chosen.firstWord.begin();
-    std::uint8_t const* const next = state_.chosen.next.begin();
-    std::uint32_t offset = text.offset(at.place);
-    while ((text.flags(at.place) & (CharacterFlag::kUnknown | CharacterFlag::kEnd)) == 0) {
+    Relaxation const block = block_;
+    PathWord* const first = paths_.room();
+    PathWord* to = first;
+    std::uint32_t offset = offsets[at.place];
+    for (; (flags[at.place] & (CharacterFlag::kUnknown | CharacterFlag::kEnd)) == 0; ++to) {
         std::size_t const word = firstWord[at.place] + at.number;
-        std::size_t const end = layout.ends()[word];
-        std::uint32_t const behind = text.offset(end);
-        paths_.add({text.list(0, at.place) << 8 | at.number, layout.columns()[layout.firstSlot(at.place) + at.number],
-                    static_cast<std::uint8_t>(behind - offset), 0});
-        at = {end, next[word]};
+        std::size_t const end = block.ends[word];
+        std::uint32_t const behind = offsets[end];
+        *to = {lists[at.place] << 8 | at.number, block.columns[block.firstSlots[at.place] + at.number],
+               static_cast<std::uint8_t>(behind - offset), 0};
+        at = {end, block.next[word]};
         offset = behind;
     }
+    paths_.take(static_cast<std::size_t>(to - first));
     return at;
 }
 

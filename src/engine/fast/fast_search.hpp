@@ -35,9 +35,11 @@ class FastSearch {
 public:
     /// How texts are cut; small numbers let tests meet every border.
     struct Options {
-        std::size_t blockPlaces = 1024;  ///< of a block, about; 2 or more
-        std::size_t chunkPlaces = 96;    ///< relaxed and checked at a time, 1 to 96: sums have 16 bits
-        RelaxFunction relax = nullptr;   ///< null: relaxKernel()
+        static constexpr std::size_t kMostChunkPlaces = 96;
+
+        std::size_t blockPlaces = 1024;              ///< of a block, about; 2 or more
+        std::size_t chunkPlaces = kMostChunkPlaces;  ///< relaxed and checked at a time: sums have 16 bits
+        RelaxKernel const* kernel = nullptr;         ///< null: relaxKernel()
     };
 
     FastSearch(PathStore& paths, SearchState& state, Options const& options);
@@ -61,12 +63,13 @@ private:
 
     bool isLong(std::string_view text) const noexcept { return text.size() > 4 * options_.blockPlaces; }
     void findCandidates();
+    bool layOut(std::size_t from, std::size_t to, CandidateLayout::Head const& head);
     LazyPath searchShort(Sentence const& sentence);
     LazyPath searchLong(std::string_view text);
     void beginSentence(Sentence const& sentence);
     Outcome relaxPlaces(Sentence const& sentence, std::size_t from, std::size_t to);
-    void relax(std::size_t from, std::size_t to);
     std::size_t firstFailing(std::size_t from, std::size_t to, std::size_t last) const;
+    std::span<Look const> looksIn(std::size_t from, std::size_t to) const;
     bool rebase(std::size_t from);
     LazyPath writePath(Sentence const& sentence);
     PlacedCandidate writePlainWords(PlacedCandidate at);
@@ -79,6 +82,7 @@ private:
     ExactPieces pieces_;
     ConnTable const* table_ = nullptr;
     DicSet const* dics_ = nullptr;
+    Relaxation block_{};
     std::size_t known_ = 0;  // sums of the sentence at work hold up to this place
     std::vector<Sentence> batch_;
     CandidateLayout::Head head_;

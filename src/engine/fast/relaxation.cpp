@@ -12,12 +12,13 @@ namespace {
 std::vector<RelaxKernel> findKernels() {
     std::vector<RelaxKernel> kernels;
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2")) kernels.push_back({"avx2", relaxAvx2});
-    kernels.push_back({"sse2", relaxSse2});
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2"))
+        kernels.push_back({"avx2", relaxAvx2, passAvx2});
+    kernels.push_back({"sse2", relaxSse2, passSse2});
 #elif defined(__aarch64__)
-    kernels.push_back({"neon", relaxNeon});
+    kernels.push_back({"neon", relaxNeon, passNeon});
 #endif
-    kernels.push_back({"plain", relaxPlain});
+    kernels.push_back({"plain", relaxPlain, passPlain});
     return kernels;
 }
 

@@ -42,15 +42,6 @@ struct SearchState {
     Candidate candidate(PlacedCandidate at) const noexcept {
         return CandidateLayout::candidate(text, indexes, chosen, at.place, at.number);
     }
-    /// True when each of @p place's words may follow any word.
-    bool isBounded(std::size_t place) const noexcept {
-        for (std::size_t i = 0; i != indexes.count(); ++i) {
-            CandidateList const list = indexes.dic(i).list(text.list(i, place));
-            if ((list.flags() & CandidateList::kBounded) == 0 || list.usable(chosen.open[place]) != list.unrestricted())
-                return false;
-        }
-        return true;
-    }
     /// True when all words at @p place are laid out that may stand where the classes @p opened are open.
     bool hasAllWords(std::size_t place, unsigned opened) const noexcept {
         for (std::size_t i = 0; i != indexes.count(); ++i) {

@@ -39,6 +39,10 @@ public:
     std::uint32_t list(std::size_t dic, std::size_t p) const noexcept { return walks_[dic].lists[p]; }
     /// How many characters from there on the dictionary's surfaces begin with: no word of a sound list is longer.
     std::uint16_t depth(std::size_t dic, std::size_t p) const noexcept { return walks_[dic].depths[p]; }
+    // By place, of a dictionary where one is named.
+    std::uint16_t const* flags() const noexcept { return flags_.begin(); }
+    std::uint32_t const* offsets() const noexcept { return offsets_.begin(); }
+    std::uint32_t const* lists(std::size_t dic) const noexcept { return walks_[dic].lists.begin(); }
     /// Ascending: the ends.
     RawBuffer<std::uint32_t> const& ends() const noexcept { return ends_; }
     /// Ascending: the places at which the search may have to check what it leaves out.

@@ -15,12 +15,28 @@ using namespace CharacterFlag;
 void UnknownCheck::findLooks() {
     RawBuffer<std::uint32_t> const& places = text_.looks();
     looks_.resizeForOverwrite(places.size());
-    std::uint32_t* to = looks_.begin();
+    Look* to = looks_.begin();
     for (std::uint32_t const p : places) {
-        *to = p;
+        *to = {p, 0};
         to += needsLook(p);
     }
     looks_.truncate(static_cast<std::size_t>(to - looks_.begin()));
+    for (Look& look : looks_) look.isDeep = isDeep(look.place) ? 1 : 0;
+}
+
+/// False when nothing that is left out at @p p leads beyond two places, or it comes back to known words at the third,
+/// or goes on from the first or the second with unknown words alone.
+inline bool UnknownCheck::isDeep(std::size_t p) const noexcept {
+    unsigned const flags = text_.flags(p);
+    unsigned const behind = text_.flags(p + 1);
+    bool const isOdd = (flags & kHighByte) != 0 || ((flags & kDouble) != 0 && !mayBeTrail(text_.code(p) & 0xFFU));
+    if (isOdd || isBehindUnknown(p)) return true;
+    if ((flags & kDouble) == 0 || (behind & kEnd) != 0) return false;
+    if ((flags & kTrailContinues) != 0 && mayContinue(p)) return true;
+    if ((flags & kHighTrail) == 0 || !mayPair(p)) return false;
+    if ((behind & kDouble) == 0 || !mayBeTrail(text_.code(p + 1) & 0xFFU)) return true;
+    if ((text_.flags(p + 2) & kEnd) != 0) return false;
+    return ((behind & kTrailContinues) != 0 && mayContinue(p + 1)) || ((behind & kHighTrail) != 0 && mayPair(p + 1));
 }
 
 /// 1 or 0. A safe character of two bytes needs a look only where words inside it may lead beyond its end.
@@ -44,10 +60,7 @@ inline bool UnknownCheck::mayPair(std::size_t p) const noexcept {
 
 bool UnknownCheck::passes(std::size_t p, std::size_t last) const {
     Sum const leftOut = lowLeftOut(p, last);
-    if (leftOut >= kNone) return true;
-    // Costs of bounded columns are U at most, and an unknown word may stand before them.
-    if (state_.isBounded(p) && low(p) < CandidateLayout::kNoSum && low(p) < unknownCost_ + leftOut) return true;
-    return limit(p) < 2 * unknownCost_ + leftOut;
+    return leftOut >= kNone || limit(p) < 2 * unknownCost_ + leftOut;
 }
 
 bool UnknownCheck::passesForUnknown(std::size_t p, std::size_t last) const {

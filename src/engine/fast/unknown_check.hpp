@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace TAVO {
@@ -56,9 +57,10 @@ public:
     }
     /// Finds the places of the text at which something is left out that could be chosen; all others pass.
     void findLooks();
-    /// Ascending: these places.
-    RawBuffer<std::uint32_t> const& looks() const noexcept { return looks_; }
-    /// True when place @p p, one of looks(), passes. Sums of places up to @p last are known.
+    /// These places, ascending. Most pass by the sums of the next three places alone, which a kernel sees
+    /// (PassFunction).
+    std::span<Look const> looks() const noexcept { return {looks_.begin(), looks_.size()}; }
+    /// True when place @p p passes where something is left out. Sums of places up to @p last are known.
     bool passes(std::size_t p, std::size_t last) const;
     /// True when an unknown word that ends at @p p would choose a known word as well.
     bool passesForUnknown(std::size_t p, std::size_t last) const;
@@ -75,6 +77,7 @@ private:
     unsigned needsLook(std::size_t p) const noexcept;
     bool isBehindUnknown(std::size_t p) const noexcept { return (text_.flags(p - 1) & CharacterFlag::kUnknown) != 0; }
     bool mayPair(std::size_t p) const noexcept;
+    bool isDeep(std::size_t p) const noexcept;
     bool mayContinue(std::size_t p) const noexcept;
     Sum lowLeftOut(std::size_t p, std::size_t last) const;
     Sum lowInside(std::size_t p, std::size_t last) const;
@@ -88,7 +91,7 @@ private:
     ConnTable const* table_ = nullptr;
     DicSet const* dics_ = nullptr;
     Sum unknownCost_ = 0;
-    RawBuffer<std::uint32_t> looks_;
+    RawBuffer<Look> looks_;
 };
 
 }  // namespace TAVO

@@ -39,6 +39,7 @@ struct Avx2Eight {
         __m128i const costs = _mm_unpacklo_epi64(low, high);
         return {_mm_or_si128(_mm_adds_epu16(load(sums), costs), _mm_cmpeq_epi16(costs, _mm_set1_epi16(255)))};
     }
+    static Avx2Eight of(std::uint16_t const* from) noexcept { return {load(from)}; }
     static Avx2Eight least(Avx2Eight a, Avx2Eight b) noexcept { return {_mm_min_epu16(a.sums, b.sums)}; }
     [[gnu::always_inline]] unsigned minimum() const noexcept {
         return static_cast<unsigned>(_mm_cvtsi128_si32(_mm_minpos_epu16(sums))) & 0xFFFF;
@@ -54,6 +55,9 @@ struct Avx2Eight {
 
 void relaxAvx2(Relaxation const& block, std::size_t begin, std::size_t end) {
     relaxWords<Avx2Eight>(block, begin, end);
+}
+std::size_t passAvx2(Relaxation const& block, std::span<Look const> looks, std::size_t first, Look* left) {
+    return passLooks<Avx2Eight>(block, looks, first, left);
 }
 
 }  // namespace TAVO

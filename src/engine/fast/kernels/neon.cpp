@@ -26,6 +26,7 @@ struct NeonEight {
         uint16x8_t const costs = vmovl_u8(bytes);
         return {vorrq_u16(vqaddq_u16(vld1q_u16(sums), costs), vceqq_u16(costs, vdupq_n_u16(255)))};
     }
+    static NeonEight of(std::uint16_t const* from) noexcept { return {vld1q_u16(from)}; }
     static NeonEight least(NeonEight a, NeonEight b) noexcept { return {vminq_u16(a.sums, b.sums)}; }
     unsigned minimum() const noexcept { return vminvq_u16(sums); }
     [[gnu::always_inline]] unsigned equal(unsigned value) const noexcept {
@@ -39,6 +40,9 @@ struct NeonEight {
 
 void relaxNeon(Relaxation const& block, std::size_t begin, std::size_t end) {
     relaxWords<NeonEight>(block, begin, end);
+}
+std::size_t passNeon(Relaxation const& block, std::span<Look const> looks, std::size_t first, Look* left) {
+    return passLooks<NeonEight>(block, looks, first, left);
 }
 
 }  // namespace TAVO

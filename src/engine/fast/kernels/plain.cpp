@@ -18,6 +18,11 @@ struct PlainEight {
         }
         return eight;
     }
+    static PlainEight of(std::uint16_t const* from) noexcept {
+        PlainEight eight;
+        std::copy_n(from, 8, eight.sums.begin());
+        return eight;
+    }
     static PlainEight least(PlainEight const& a, PlainEight const& b) noexcept {
         PlainEight eight;
         for (std::size_t i = 0; i != 8; ++i) eight.sums[i] = std::min(a.sums[i], b.sums[i]);
@@ -36,6 +41,9 @@ struct PlainEight {
 
 void relaxPlain(Relaxation const& block, std::size_t begin, std::size_t end) {
     relaxWords<PlainEight>(block, begin, end);
+}
+std::size_t passPlain(Relaxation const& block, std::span<Look const> looks, std::size_t first, Look* left) {
+    return passLooks<PlainEight>(block, looks, first, left);
 }
 
 }  // namespace TAVO

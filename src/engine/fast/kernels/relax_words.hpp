@@ -1,4 +1,4 @@
-// The loop that every kernel runs, over eight lanes of its own.
+// The loops that every kernel runs, over eight lanes of its own.
 #ifndef TAVO_ENGINE_FAST_KERNELS_RELAX_WORDS_HPP
 #define TAVO_ENGINE_FAST_KERNELS_RELAX_WORDS_HPP
 
@@ -14,6 +14,7 @@ namespace TAVO {
 
 // A kernel's Eight has:
 // - after(matrixRow, columns, sums): eight sums plus the costs of the row in these columns, kNoSum where a cost is 255;
+// - of(sums): eight sums;
 // - least(a, b): the smaller sums of two;
 // - minimum(): the smallest sum;
 // - equal(value): a bit for each of the eight lanes that is value, the first one lowest;
@@ -94,6 +95,43 @@ template <class Eight>
         b.sums[b.slots[word]] = static_cast<std::uint16_t>(least);
         b.next[word] = static_cast<std::uint8_t>(best);
     }
+}
+
+/// The lesser ones of @p eight and of the candidates of a place behind its first eight.
+template <class Eight, class Load>
+[[gnu::always_inline]] inline Eight withMore(Eight eight, std::size_t count, Load const& load) {
+    for (std::size_t i = kLanesOfKernel; i < count; i += kLanesOfKernel) eight = Eight::least(eight, load(i));
+    return eight;
+}
+
+template <class Eight>
+[[gnu::always_inline]] inline std::size_t passLooks(Relaxation const& block, std::span<Look const> looks,
+                                                    std::size_t firstPlace, Look* left) {
+    Relaxation const b = block;
+    Look* to = left;
+    for (Look const look : looks) {
+        std::size_t const place = look.place - firstPlace;
+        // The sums at a place of the three behind, and what a word before it has at most.
+        auto const sums = [&](std::size_t behind) {
+            std::uint16_t const* const from = b.sums + b.firstSlots[place + behind];
+            return withMore(Eight::of(from), b.counts[place + behind],
+                            [&](std::size_t i) { return Eight::of(from + i); });
+        };
+        auto const bounds = [&](std::size_t behind) {
+            std::size_t const slot = b.firstSlots[place + behind];
+            auto const load = [&](std::size_t i) {
+                return Eight::after(b.columnMosts, b.columns + slot + i, b.sums + slot + i);
+            };
+            return withMore(load(0), b.counts[place + behind], load);
+        };
+        unsigned const least = Eight::least(Eight::least(sums(1), sums(2)), sums(3)).minimum();
+        unsigned const leaving = Eight::least(bounds(1), bounds(2)).minimum();
+        unsigned const most =
+            std::min({2 * b.unknownCost + least, b.unknownCost + leaving, unsigned{Relaxation::kNoSum}});
+        *to = look;
+        to += static_cast<unsigned>(bounds(0).minimum() >= most) | look.isDeep;
+    }
+    return static_cast<std::size_t>(to - left);
 }
 
 }  // namespace TAVO

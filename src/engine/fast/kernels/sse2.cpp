@@ -32,6 +32,7 @@ struct Sse2Eight {
         __m128i const forbidden = _mm_cmpeq_epi16(costs, _mm_set1_epi16(255));
         return {_mm_or_si128(_mm_andnot_si128(forbidden, sum), _mm_and_si128(forbidden, _mm_set1_epi16(0x7FFF)))};
     }
+    static Sse2Eight of(std::uint16_t const* from) noexcept { return {_mm_xor_si128(load(from), turned())}; }
     static Sse2Eight least(Sse2Eight a, Sse2Eight b) noexcept { return {_mm_min_epi16(a.sums, b.sums)}; }
     [[gnu::always_inline]] unsigned minimum() const noexcept {
         __m128i s = _mm_min_epi16(sums, _mm_shuffle_epi32(sums, 0x4E));
@@ -52,6 +53,9 @@ struct Sse2Eight {
 
 void relaxSse2(Relaxation const& block, std::size_t begin, std::size_t end) {
     relaxWords<Sse2Eight>(block, begin, end);
+}
+std::size_t passSse2(Relaxation const& block, std::span<Look const> looks, std::size_t first, Look* left) {
+    return passLooks<Sse2Eight>(block, looks, first, left);
 }
 
 }  // namespace TAVO
