@@ -72,6 +72,8 @@ public:
         return static_cast<std::uint8_t>(membership & ~kFollows);
     }
     static bool mayFollow(Membership membership) noexcept { return (membership & kFollows) != 0; }
+    /// The membership of what may follow a member of rule @p number.
+    static Membership following(std::uint8_t number) noexcept { return static_cast<Membership>(number | kFollows); }
     /// True when a morpheme of @p form joins between two members of rule @p number.
     bool mayBeInner(std::uint8_t number, std::string_view form) const noexcept {
         return !rules_[number - 1U].inner.empty() && isInner(number, form);
@@ -115,12 +117,13 @@ public:
     /// Appends the item made of @p value for a morpheme whose form is @p form.
     template <class Value>
     void append(ReduceRules::Membership membership, std::string_view form, Value&& value) {
+        // Nearly all words are of no rule, or go on in a run.
         if (rule_ == ReduceRules::kNone && membership == ReduceRules::kNone)
             out_.emplace_back(std::forward<Value>(value));
-        else if (rules_.isWholeWord(form))
-            appendAlone(Item(std::forward<Value>(value)));
+        else if (goesOn_ == membership && !rules_.isWholeWord(form))
+            follow(std::forward<Value>(value));
         else
-            appendToRun(membership, form, std::forward<Value>(value));
+            appendRare(membership, form, std::forward<Value>(value));
     }
     /// Appends an item that no run may cross.
     void appendAlone(Item&& item) {
@@ -134,14 +137,24 @@ public:
 
 private:
     template <class Value>
+    void follow(Value&& value) {
+        hasInner_ = false;
+        join_.append(out_, runStart_, std::forward<Value>(value));
+        runEnd_ = out_.size();
+    }
+    template <class Value>
+    [[gnu::noinline]] void appendRare(ReduceRules::Membership membership, std::string_view form, Value&& value) {
+        if (rules_.isWholeWord(form))
+            appendAlone(Item(std::forward<Value>(value)));
+        else
+            appendToRun(membership, form, std::forward<Value>(value));
+    }
+    template <class Value>
     void appendToRun(ReduceRules::Membership membership, std::string_view form, Value&& value) {
         std::uint8_t const rule = ReduceRules::ruleOf(membership);
         while (rule_ != ReduceRules::kNone) {
             if (rule == rule_ && (hasInner_ || ReduceRules::mayFollow(membership))) {
-                hasInner_ = false;
-                join_.append(out_, runStart_, std::forward<Value>(value));
-                runEnd_ = out_.size();
-                return;
+                return follow(std::forward<Value>(value));
             }
             if (!hasInner_ && rules_.mayBeInner(rule_, form)) {
                 hasInner_ = true;
@@ -157,6 +170,7 @@ private:
     /// Opens a run of @p rule with the last item.
     void start(std::uint8_t rule) {
         rule_ = rule;
+        goesOn_ = ReduceRules::following(rule);
         runEnd_ = out_.size();
         runStart_ = runEnd_ - 1;
     }
@@ -168,7 +182,7 @@ private:
             join_.join(first, end, rules_.joinedPid(rule_));
             out_.erase(first + 1, end);
         }
-        rule_ = ReduceRules::kNone;
+        rule_ = goesOn_ = ReduceRules::kNone;
         if (!hasInner_) return;
         // It joined nothing, so it may begin a run of its own.
         hasInner_ = false;
@@ -178,7 +192,8 @@ private:
     ReduceRules const& rules_;
     std::vector<Item>& out_;
     Join join_;
-    std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
+    std::uint8_t rule_ = ReduceRules::kNone;               // of the open run
+    ReduceRules::Membership goesOn_ = ReduceRules::kNone;  // of what joins it directly
     // Of the open run, in the result.
     std::size_t runStart_ = 0;
     std::size_t runEnd_ = 0;
