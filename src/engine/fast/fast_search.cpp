@@ -74,6 +74,7 @@ LazyPath FastSearch::searchLong(std::string_view text) {
     beginSentence(sentence);
     head_ = {};
     std::size_t blockPlaces = options_.blockPlaces;
+    std::size_t mostPlaces = kMostBlockPlaces;  // of the block at work
     for (std::size_t to = sentence.end + 1; to != 0;) {
         // The beginning of the text is never a block alone: nothing is left to do there behind an exact piece of it
         // all.
@@ -81,23 +82,24 @@ LazyPath FastSearch::searchLong(std::string_view text) {
         std::size_t const words = state_.chosen.next.size();
         if (!layOut(from, to, head_)) {
             if (blockPlaces == 1) return {};
-            blockPlaces /= 2;
+            mostPlaces = blockPlaces /= 2;
             continue;
         }
         std::size_t const known = known_;
         std::size_t const pieces = state_.pieces.size();
         Outcome const outcome = relaxPlaces(sentence, from, std::min(to, sentence.end));
-        if (outcome == Outcome::kEarlierBegin && from != 0 && blockPlaces < kMostBlockPlaces) {
+        if (outcome == Outcome::kEarlierBegin && from != 0 && blockPlaces < mostPlaces) {
             // The same block with more before it.
             state_.chosen.next.truncate(words);
             state_.pieces.resize(pieces);
             known_ = known;
-            blockPlaces *= 2;
+            blockPlaces = std::min(2 * blockPlaces, mostPlaces);
             continue;
         }
         if (outcome != Outcome::kFound) return {};
         if (from != 0) state_.layout.copyHead(from, std::min(from + kReach, sentence.end) + 1, head_);
         blockPlaces = options_.blockPlaces;
+        mostPlaces = kMostBlockPlaces;
         to = from;
     }
     return writePath(sentence);

@@ -160,6 +160,19 @@ TEST_F(FastStages, PiecesAreShort) {
     }
 }
 
+// No place is a seam, so that the failing piece needs an earlier beginning than the largest block has.
+TEST_F(FastStages, TheExactSearchTakesOverFromTheLargestBlock) {
+    std::vector<std::pair<unsigned, unsigned>> words;
+    for (unsigned id = 4; id <= kIds; ++id)
+        for (unsigned cost = 1; cost <= 3; ++cost) words.push_back({id, cost});
+    World world = worldOf({{"\x82\xA0", {}}}, {});
+    for (auto const& [id, cost] : words) world.dictionaries[0]["\x82\xA0"].push_back({id, cost});
+    for (unsigned id = 4; id <= kIds; ++id) world.cost(id, id) = kU;
+    std::string text;
+    while (text.size() < 12000) text += "\x82\xA0";
+    EXPECT_FALSE(search(world, text).exists());
+}
+
 // A word reaches the first places of a later block, where it may open a class.
 TEST_F(FastStages, LongWordsOpenClassesInLaterBlocks) {
     World world = worldOf({{"A", {{4, 1}}}, {"AAAAAA", {{5, 1}}}, {"B", {{7, 1}, {6, 2}}}},
