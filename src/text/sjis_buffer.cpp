@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 #include <string>
 
 namespace TAVO {
@@ -162,10 +163,22 @@ void SjisBuffer::assign(std::size_t bytes) {
     size_ = bytes;
 }
 
-SjisBuffer::Range SjisBuffer::add(std::string_view utf8, std::uint32_t base) {
+SjisBuffer::Range SjisBuffer::add(std::string_view text, std::uint32_t base, TextEncoding encoding) {
     // No character has more Shift_JIS bytes than UTF-8 bytes.
-    if (capacity_ < size_ + 1 + utf8.size() + kRoom) grow(size_ + 1 + utf8.size());
+    if (capacity_ < size_ + 1 + text.size() + kRoom) grow(size_ + 1 + text.size());
     if (size_ != 0) bytes_[size_++] = '\n';  // its offset is the end of the text before
+    std::size_t const begin = size_;
+    encoding == TextEncoding::Utf8 ? addUtf8(text, base) : addSjis(text, base);
+    return {begin, size_};
+}
+
+void SjisBuffer::addSjis(std::string_view sjis, std::uint32_t base) noexcept {
+    std::copy_n(sjis.data(), sjis.size(), bytes_.get() + size_);
+    std::iota(offsets_.get() + size_, offsets_.get() + size_ + sjis.size() + 1, base);
+    size_ += sjis.size();
+}
+
+void SjisBuffer::addUtf8(std::string_view utf8, std::uint32_t base) {
     std::size_t const begin = size_;
     Cursor at{utf8.data(),          utf8.data() + utf8.size(), utf8.data() - base, bytes_.get() + begin,
               bytes_.get() + begin, offsets_.get() + begin,    utf8.data()};
@@ -200,7 +213,6 @@ SjisBuffer::Range SjisBuffer::add(std::string_view utf8, std::uint32_t base) {
     *at.offset = end;
     offsets_[begin] = base;
     size_ = static_cast<std::size_t>(at.out - bytes_.get());
-    return {begin, size_};
 }
 
 /// Any character.

@@ -4,6 +4,8 @@
 
 #include "base/utf8.hpp"
 
+#include <tavo/lexicon_maker.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -43,8 +45,8 @@ public:
         skips_ = false;
         invalidBytes_ = 0;
     }
-    /// Adds @p utf8. Its offsets count from @p base on; together they are below 2^32.
-    Range add(std::string_view utf8, std::uint32_t base);
+    /// Adds @p text, Shift_JIS as it is. Its offsets count from @p base on; together they are below 2^32.
+    Range add(std::string_view text, std::uint32_t base, TextEncoding encoding = TextEncoding::Utf8);
 
     std::string_view sjis() const noexcept { return {bytes_.get(), size_}; }
     /// Where the character that holds or follows byte @p at of sjis() stands in its text; behind a text's last
@@ -64,6 +66,8 @@ public:
 private:
     struct Cursor;
     void grow(std::size_t bytes);
+    void addUtf8(std::string_view utf8, std::uint32_t base);
+    void addSjis(std::string_view sjis, std::uint32_t base) noexcept;
     void convertRare(Cursor& at);
     void convertLeadingMarks(Cursor& at);
     void convertMark(Cursor& at, Utf8Char const& mark);

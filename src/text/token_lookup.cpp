@@ -33,7 +33,7 @@ void TokenTable::lookUp(std::string_view text, LookUp by, std::size_t most) {
     start({&text, 1});
     hasOwnText_ = true;
     plainText_.clear();
-    firstOfText_.push_back(0);
+    beginTextsUpTo(0);
     auto const add = [&](std::string_view surface, unsigned char const* record) {
         if (tokenCount() == most) return false;
         auto const begin = static_cast<std::uint32_t>(plainText_.size());

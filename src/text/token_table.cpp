@@ -2,6 +2,7 @@
 
 #include "base/utf8.hpp"
 #include "core/impl.hpp"
+#include "result/assembly.hpp"
 #include "result/mrph_access.hpp"
 #include "text/characters.hpp"
 
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -39,27 +41,71 @@ bool isBreak(char c) noexcept { return c == '\n' || c == '\r'; }
 bool isBlank(std::string_view text) noexcept { return std::all_of(text.begin(), text.end(), isBlankByte); }
 
 /// The length of the piece of @p text to analyse next: up to a line break where it is long.
-std::size_t pieceLength(std::string_view text) noexcept {
+std::size_t pieceLength(std::string_view text, bool breaksAreText, TextEncoding encoding) noexcept {
     if (text.size() <= kMostTogether) return text.size();
-    std::size_t const before = text.rfind('\n', kMostTogether);
-    std::size_t const end = before != std::string_view::npos ? before : text.find('\n');
-    if (end < kMostBytes) return end + 1;
-    if (text.size() <= kMostBytes) return text.size();
-    auto const continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80; };
-    constexpr std::size_t kMostContinuationBytes = 3;
-    for (std::size_t back = 0; back <= kMostContinuationBytes; ++back)
-        if (!continues(kMostBytes - back)) return kMostBytes - back;
-    return kMostBytes;  // no character, so nothing to keep whole
+    if (!breaksAreText) {
+        std::size_t const before = text.rfind('\n', kMostTogether);
+        std::size_t const end = before != std::string_view::npos ? before : text.find('\n');
+        if (end < kMostBytes) return end + 1;
+    }
+    return lengthWithin(text, kMostBytes, encoding);
 }
+
+std::uint32_t lengthOf(WordPiece const& piece) noexcept { return piece.length; }
+std::uint32_t lengthOf(unsigned int length) noexcept { return length; }
+std::uint32_t wordOf(WordPiece const& piece) noexcept { return piece.word; }
+std::uint32_t wordOf(unsigned int) noexcept { return WordTable::kNone; }
 
 }  // namespace
 
+std::size_t lengthWithin(std::string_view text, std::size_t limit, TextEncoding encoding) noexcept {
+    if (text.size() <= limit) return text.size();
+    if (encoding == TextEncoding::Sjis) {
+        std::size_t at = 0;
+        for (std::size_t next = 0; next <= limit; next += charWidth(text, next)) at = next;
+        return at;
+    }
+    auto const continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80; };
+    constexpr std::size_t kMostContinuationBytes = 3;
+    for (std::size_t back = 0; back <= kMostContinuationBytes && back < limit; ++back)
+        if (!continues(limit - back)) return limit - back;
+    return limit;  // no character, so nothing to keep whole
+}
+
+/// Where the adding of a tagged line's words stands.
+struct TokenTable::TaggedPlace {
+    LineText const& shown;     // the line without its tags, with annotations
+    std::uint32_t at;          // in the plain text
+    std::size_t position = 0;  // in shown's Shift_JIS
+    std::size_t begin = 0;     // the same in shown
+};
+
 TokenTable::TokenTable(std::shared_ptr<LexiconVersion const> version, TokenizerOptions const& options)
     : version_(std::move(version)),
-      options_(options),
+      options_{.keepBlanks = options.keepBlanks, .values = {}},
       analyser_(version_->prototype()),
-      words_(TavoAccess::impl(analyser_).context, *version_) {
+      words_(TavoAccess::impl(analyser_).context, version_.get(), options_.encoding, {}) {
     TavoAccess::impl(analyser_).reduce.setWholeWord(SjisBuffer::kUnknownCharacter);
+    hasMarkup_ = !TavoAccess::impl(analyser_).comments.empty();
+}
+
+TokenTable::TokenTable(Tavo const& prototype, TokenTableOptions options)
+    : options_(std::move(options)),
+      analyser_(prototype),
+      words_(TavoAccess::impl(analyser_).context, nullptr, options_.encoding, options_.values) {
+    if (options_.encoding == TextEncoding::Utf8)
+        TavoAccess::impl(analyser_).reduce.setWholeWord(SjisBuffer::kUnknownCharacter);
+    analyser_.setTaggedInputMode(0);
+    analyser_.setDelimitCRLFMode(1);
+    analyser_.setDeleteCRLFMode(1);
+    hasMarkup_ = !TavoAccess::impl(analyser_).comments.empty();
+}
+
+void TokenTable::setBreaksAreText(bool areText) {
+    if (breaksAreText_ == areText) return;
+    breaksAreText_ = areText;
+    analyser_.setDelimitCRLFMode(areText ? 0 : 1);
+    analyser_.setDeleteCRLFMode(areText ? 0 : 1);
 }
 
 void TokenTable::start(std::span<std::string_view const> texts) {
@@ -70,7 +116,10 @@ void TokenTable::start(std::span<std::string_view const> texts) {
                                         " bytes; give it in parts of less than 4294967295");
     if (words_.isLarge()) words_.clear();
     texts_.assign(texts.begin(), texts.end());
-    for (auto* const column : {&firstOfText_, &begin_, &end_, &word_, &connectionCosts_, &wordCosts_}) column->clear();
+    for (auto* const column :
+         {&firstOfText_, &begin_, &end_, &word_, &sentenceEnds_, &firstSentence_, &connectionCosts_, &wordCosts_})
+        column->clear();
+    invalidBytes_.assign(texts.size(), 0);
     hasOwnText_ = false;
     characters_.made = utf16_.made = false;
     buffer_.clear();
@@ -91,108 +140,166 @@ void TokenTable::finish() {
     segments_.clear();
 }
 
-void TokenTable::tokenizeNBest(std::string_view text, int n) {
+/// The N-best paths of @p text, which is in Shift_JIS: add(path, sentence, row) for each path of each row.
+template <class Body>
+void TokenTable::eachAnalysis(std::string_view text, int n, Body add) {
     if (n < 1) throw std::invalid_argument("INVALID_ARGUMENT: Tokenizer::nBest(): n is " + std::to_string(n));
-    start({&text, 1});
-    std::size_t rows = 1;
-    std::vector<std::vector<std::vector<Mrph>>> paths;
-    std::vector<std::vector<PathCost>> costs;
-    Segment const segment{buffer_.add(text, 0), 0};
-    if (buffer_.sjis().size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         throw too_long_string("Exceed nbest limit: length=" + std::to_string(text.size()));
-    analyser_.analyzeNBest(buffer_.sjis().data(), static_cast<int>(buffer_.sjis().size()));
+    analyser_.analyzeNBest(text.data(), static_cast<int>(text.size()));
     std::vector<Sentence> const& sentences = TavoAccess::impl(analyser_).context.sentences;
-    paths.resize(sentences.size());
-    costs.resize(sentences.size());
+    std::vector<std::vector<std::vector<Mrph>>> paths(sentences.size());
+    std::vector<std::vector<PathCost>> costs(sentences.size());
+    std::size_t rows = 1;
     for (std::size_t i = 0; i != sentences.size(); ++i) {
         analyser_.getResultNBest(paths[i], costs[i], static_cast<int>(i), n);
         rows = std::max(rows, paths[i].size());
     }
-    texts_.assign(rows, text);
+    texts_.assign(rows, texts_.front());
     for (std::size_t row = 0; row != rows; ++row) {
         beginTextsUpTo(row);
         PathCost sum{0, 0};
         for (std::size_t i = 0; i != sentences.size(); ++i) {
             std::size_t const at = std::min(row, paths[i].size() - 1);
-            addPath(paths[i][at], sentences[i], {segment.range, static_cast<std::uint32_t>(row)});
+            add(paths[i][at], sentences[i], static_cast<std::uint32_t>(row));
             sum.connection += costs[i][at].connection;
             sum.word += costs[i][at].word;
         }
         connectionCosts_.push_back(sum.connection);
         wordCosts_.push_back(sum.word);
     }
+}
+
+void TokenTable::tokenizeNBest(std::string_view text, int n) {
+    start({&text, 1});
+    Segment const segment = addToBuffer(text, 0, 0);
+    eachAnalysis(buffer_.sjis(), n, [&](std::vector<Mrph> const& path, Sentence const& sentence, std::uint32_t row) {
+        addPath(path, sentence, {segment.range, row});
+    });
     finish();
 }
 
-void TokenTable::tokenizeTagged(std::string_view text) {
-    start({&text, 1});
+/// @p body with the mode of tagged input; text(0) becomes the plain text that it makes.
+template <class Body>
+void TokenTable::asTagged(Body body) {
     hasOwnText_ = true;
     plainText_.clear();
     analyser_.setTaggedInputMode(1);
     try {
-        for (std::string_view rest = text; !rest.empty();) {
-            std::size_t const end = std::min(rest.find('\n'), rest.size());
-            addTaggedLine(rest.substr(0, end));
-            if (end != rest.size()) plainText_ += '\n';
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
+        body();
     } catch (...) {
         analyser_.setTaggedInputMode(0);
         throw;
     }
     analyser_.setTaggedInputMode(0);
-    texts_.front() = plainText_;
-    firstOfText_.push_back(0);
+    std::size_t const size = plainText_.size();
+    plainText_.append(kPaddingBytes, '\0');
+    texts_.assign(texts_.size(), std::string_view(plainText_).substr(0, size));
     finish();
+}
+
+void TokenTable::tokenizeTagged(std::string_view text) {
+    start({&text, 1});
+    asTagged([&] {
+        beginTextsUpTo(0);
+        for (std::string_view rest = text; !rest.empty();) {
+            std::size_t const end = std::min(rest.find('\n'), rest.size());
+            for (std::string_view line = rest.substr(0, end); !line.empty();) {
+                std::size_t const length = lengthWithin(line, kMostBytes, options_.encoding);
+                addTaggedLine(line.substr(0, length));
+                line.remove_prefix(length);
+            }
+            if (end != rest.size()) plainText_ += '\n';
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+    });
+}
+
+void TokenTable::tokenizeTaggedNBest(std::string_view line, int n) {
+    start({&line, 1});
+    asTagged([&] {
+        assignLine(line);
+        LineText const* shown = nullptr;
+        std::optional<TaggedPlace> place;
+        std::uint32_t last = UINT32_MAX;
+        eachAnalysis(line_.sjis(), n, [&](std::vector<Mrph> const& path, Sentence const& sentence, std::uint32_t row) {
+            if (shown == nullptr) shown = &taggedLine_.strip(line_, analyser_);
+            if (row != last) place.emplace(TaggedPlace{*shown, 0});
+            last = row;
+            addTaggedPath(path, sentence, *place);
+        });
+        plainText_ = shown != nullptr ? taggedLine_.plainText() : "";
+    });
+}
+
+void TokenTable::assignLine(std::string_view line) {
+    options_.encoding == TextEncoding::Utf8 ? line_.assignTaggedUtf8(line) : line_.assignSjis(line);
+    invalidBytes_.front() += static_cast<std::uint32_t>(line_.invalidBytes());
 }
 
 /// A line of tagged text; tokens count in the plain text.
 void TokenTable::addTaggedLine(std::string_view line) {
-    if (line.size() > kMostBytes)
-        throw too_long_string("a line of tagged text has " + std::to_string(line.size()) + " bytes");
-    line_.assignTaggedUtf8(line);
+    assignLine(line);
     analyser_.analyze(line_.sjis().data(), static_cast<int>(line_.sjis().size()));
-    LineText const& shown = taggedLine_.strip(line_, analyser_);
-    auto at = static_cast<std::uint32_t>(plainText_.size());
+    TaggedPlace place{taggedLine_.strip(line_, analyser_), static_cast<std::uint32_t>(plainText_.size())};
     plainText_ += taggedLine_.plainText();
-    std::size_t position = 0;  // in shown
-    std::size_t begin = 0;
-    auto const add = [&](std::size_t length, std::uint32_t word) {
-        position = std::min(position + length, shown.sjis().size());
-        std::size_t const end = shown.originalOffset(position);
-        auto const bytes = static_cast<std::uint32_t>(words_.word(word).isAnnotation ? 0 : end - begin);
-        bool const isWord = end > begin && (options_.keepBlanks || !isBlank(shown.slice(begin, end)));
-        if (isWord) addToken(at, at + bytes, word);
-        if (words_.word(word).isAnnotation) words_.setAnnotation(word, shown.slice(begin, end));
-        at += bytes;
-        begin = end;
-    };
     std::vector<Sentence> const& sentences = TavoAccess::impl(analyser_).context.sentences;
     for (std::size_t i = 0; i != sentences.size(); ++i) {
         analyser_.getResult(morphemes_, static_cast<int>(i));
-        std::size_t end = position + sentences[i].text.size();
-        for (Mrph const& morpheme : morphemes_) {
-            std::size_t const length = MrphAccess::rawForm(morpheme).size();
-            if (morpheme.isAnnotation()) end += length;
-            add(length, words_.number(morpheme));
-        }
-        if (position < end) add(end - position, WordTable::kNone);
+        addTaggedPath(morphemes_, sentences[i], place);
     }
+}
+
+void TokenTable::addTaggedPath(std::vector<Mrph> const& path, Sentence const& sentence, TaggedPlace& place) {
+    LineText const& shown = place.shown;
+    auto const add = [&](std::size_t length, std::uint32_t word) {
+        place.position = std::min(place.position + length, shown.sjis().size());
+        std::size_t const begin = place.begin, end = shown.originalOffset(place.position);
+        bool const isAnnotation = words_.word(word).isAnnotation;
+        auto const bytes = static_cast<std::uint32_t>(isAnnotation ? 0 : end - begin);
+        bool const isShown = end > begin && (options_.keepBlanks || !isBlank(shown.slice(begin, end)));
+        if (isShown) addToken(place.at, place.at + bytes, word);
+        if (isAnnotation) words_.setAnnotation(word, shown.slice(begin, end));
+        place.at += bytes;
+        place.begin = end;
+    };
+    std::size_t end = place.position + sentence.text.size();
+    for (Mrph const& morpheme : path) {
+        std::size_t const length = MrphAccess::rawForm(morpheme).size();
+        if (morpheme.isAnnotation()) end += length;
+        add(length, words_.number(morpheme));
+    }
+    if (place.position < end) add(end - place.position, WordTable::kNone);
+    endSentence();
+}
+
+TokenTable::Segment TokenTable::addToBuffer(std::string_view piece, std::uint32_t base, std::uint32_t text) {
+    std::size_t const invalidBytes = buffer_.invalidBytes();
+    Segment const segment{buffer_.add(piece, base, options_.encoding), text};
+    invalidBytes_[text] += static_cast<std::uint32_t>(buffer_.invalidBytes() - invalidBytes);
+    return segment;
 }
 
 void TokenTable::addText(std::uint32_t text) {
     std::string_view rest = texts_[text];
     while (!rest.empty()) {
-        std::string_view const piece = rest.substr(0, pieceLength(rest));
+        std::string_view const piece = rest.substr(0, pieceLength(rest, breaksAreText_, options_.encoding));
         if (!segments_.empty() && buffer_.sjis().size() + piece.size() > kMostTogether) analyse();
         auto const base = static_cast<std::uint32_t>(piece.data() - texts_[text].data());
-        segments_.push_back({buffer_.add(piece, base), text});
+        segments_.push_back(addToBuffer(piece, base, text));
+        // What follows must not be taken for a part of it, nor the line break for half a character.
+        bool const endsInside =
+            options_.encoding == TextEncoding::Sjis && isInsideCharacter(buffer_.sjis(), buffer_.sjis().size());
+        if (breaksAreText_ || endsInside || hasMarkup_) analyse();
         rest.remove_prefix(piece.size());
     }
 }
 
 void TokenTable::beginTextsUpTo(std::size_t text) {
-    while (firstOfText_.size() <= text) firstOfText_.push_back(static_cast<std::uint32_t>(begin_.size()));
+    while (firstOfText_.size() <= text) {
+        firstOfText_.push_back(static_cast<std::uint32_t>(begin_.size()));
+        firstSentence_.push_back(static_cast<std::uint32_t>(sentenceEnds_.size()));
+    }
 }
 
 void TokenTable::analyse() {
@@ -214,12 +321,18 @@ void TokenTable::analyse() {
 void TokenTable::addSentence(Sentence const& sentence, int index, Segment const& segment) {
     AnalyzerContext& context = TavoAccess::impl(analyser_).context;
     ReduceRules& reduce = TavoAccess::impl(analyser_).reduce;
-    auto const at = static_cast<std::size_t>(sentence.given.data() - buffer_.sjis().data());
-    pieces_.clear();
-    if (sentence.path.isPending() && !sentence.markup && !sentence.conversion && reduce.phrases().empty() &&
-        context.settings.mode(Mode::DivideWord) != 1) {
+    bool const isPending = sentence.path.isPending();
+    if (isPending || options_.surfacesOnly) {
         reduce.bind(context.pos, context.settings);
-        reduce.bindColumns(*context.connTable);
+        if (isPending) reduce.bindColumns(*context.connTable);
+    }
+    if (options_.surfacesOnly) {
+        lengths_.clear();
+        if (appendLengths(lengths_, context, reduce, sentence)) return addItems(lengths_, sentence, segment);
+    }
+    pieces_.clear();
+    if (isPending && !sentence.markup && !sentence.conversion && reduce.phrases().empty() &&
+        context.settings.mode(Mode::DivideWord) != 1) {
         RunAppender<WordPiece, JoinPieces> joiner(reduce, pieces_, JoinPieces{words_, sentence.text.data()});
         char const* const text = sentence.text.data();
         sentence.path.visitPending([&](PendingWord const& word) {
@@ -227,7 +340,7 @@ void TokenTable::addSentence(Sentence const& sentence, int index, Segment const&
                           WordPiece{words_.number(word), static_cast<std::uint32_t>(word.text - text), word.length});
         });
         joiner.finish();
-        return addPieces(sentence, at, segment);
+        return addItems(pieces_, sentence, segment);
     }
     analyser_.getResult(morphemes_, index);
     addPath(morphemes_, sentence, segment);
@@ -235,32 +348,36 @@ void TokenTable::addSentence(Sentence const& sentence, int index, Segment const&
 
 void TokenTable::addPath(std::vector<Mrph> const& path, Sentence const& sentence, Segment const& segment) {
     pieces_.clear();
-    std::uint32_t begin = 0;
     for (Mrph const& morpheme : path) {
         auto const length = static_cast<std::uint32_t>(MrphAccess::rawForm(morpheme).size());
-        pieces_.push_back({words_.number(morpheme), begin, length});
-        begin += length;
+        pieces_.push_back({words_.number(morpheme), 0, length});
     }
-    addPieces(sentence, static_cast<std::size_t>(sentence.given.data() - buffer_.sjis().data()), segment);
+    addItems(pieces_, sentence, segment);
 }
 
-void TokenTable::addPieces(Sentence const& sentence, std::size_t at, Segment const& segment) {
-    auto const size = static_cast<std::uint32_t>(sentence.text.size());
-    std::uint32_t const covered = pieces_.empty() ? 0 : pieces_.back().begin + pieces_.back().length;
-    if (covered < size) pieces_.push_back({WordTable::kNone, covered, size - covered});
+bool TokenTable::isWord(std::string_view text, std::uint32_t begin, std::uint32_t end) const noexcept {
+    // Half a character at the end of a word belongs to the word before it.
+    return end > begin &&
+           (options_.keepBlanks || !isBlankByte(text[begin]) || !isBlank(text.substr(begin, end - begin)));
+}
+
+template <class Item>
+void TokenTable::addItems(std::vector<Item> const& items, Sentence const& sentence, Segment const& segment) {
+    auto at = static_cast<std::size_t>(sentence.given.data() - buffer_.sjis().data());
+    std::size_t const sentenceEnd = std::min(at + sentence.text.size(), segment.range.end);
     std::string_view const text = texts_[segment.text];
     // Marks at the beginning of a line belong to its first word.
-    bool const behindBreak = at != segment.range.begin && isBreak(buffer_.sjis()[at - 1]);
+    bool const behindBreak = !breaksAreText_ && at != segment.range.begin && isBreak(buffer_.sjis()[at - 1]);
     std::uint32_t begin = behindBreak ? buffer_.offset(at - 1) + 1 : buffer_.offset(at);
-    for (WordPiece const& piece : pieces_) {
-        at = std::min(at + piece.length, segment.range.end);
+    auto const add = [&](std::size_t itemEnd, std::uint32_t word) {
+        at = std::min(itemEnd, sentenceEnd);
         std::uint32_t const end = buffer_.offset(at);
-        // Half a character at the end of a word belongs to the word before it.
-        bool const isWord = end > begin && (options_.keepBlanks || !isBlankByte(text[begin]) ||
-                                            !isBlank(text.substr(begin, end - begin)));
-        if (isWord) addToken(begin, end, piece.word);
+        if (isWord(text, begin, end)) addToken(begin, end, word);
         begin = end;
-    }
+    };
+    for (Item const& item : items) add(at + lengthOf(item), wordOf(item));
+    if (at < sentenceEnd) add(sentenceEnd, WordTable::kNone);
+    endSentence();
 }
 
 std::uint32_t TokenTable::textId(std::size_t token, std::size_t text, TokenText which) {
@@ -273,6 +390,17 @@ std::uint32_t TokenTable::textIdOf(std::uint32_t word, std::string_view surface,
     if (which == TokenText::Normalized) return strings().add(normalizedText(withoutSkipped(surface, scratch_)));
     std::uint32_t const usual = words_.spelling(word, surface);
     return usual != WordTable::kNotYet ? usual : strings().add(withoutSkipped(surface, scratch_));
+}
+
+std::string_view TokenTable::shownText(std::size_t token, std::size_t text) {
+    if (!hasOwnText_ || !word(token).isAnnotation) return surface(token, text);
+    return strings().text(words_.text(word_[token], TokenText::Annotation));
+}
+
+std::string_view TokenTable::value(std::size_t token, std::string_view shown, std::size_t index) {
+    std::uint32_t const found = words_.value(word_[token], index);
+    if (found != WordTable::kSurface) return strings().text(found);
+    return options_.encoding == TextEncoding::Utf8 ? withoutSkipped(shown, scratch_) : shown;
 }
 
 TokenTable::Positions const& TokenTable::made(Positions& positions, bool utf16) {

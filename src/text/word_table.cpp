@@ -36,6 +36,7 @@ void WordTable::clear() {
     words_.assign(1, {});
     pids_.assign(1, 0);
     texts_.assign(1, {});
+    values_.assign(wanted_.size(), 0);
     listedSlots_.assign(kFirstWordSlots, {});
     listedUsed_ = 0;
     surfaces_.clear();
@@ -98,6 +99,9 @@ std::uint32_t WordTable::addRecord(unsigned char const* record, std::string_view
     if (!word.isUnknown) word.id = idOf(record);
     Texts texts;
     texts.fill(kNotYet);
+    if (!wanted_.empty())
+        addValues(
+            MrphAccess::fromRecord(surface.data(), static_cast<unsigned>(surface.size()), word.record, &context_));
     std::uint32_t const number = keep(word, surface, texts);
     if (!isUnknown) records_.insert_or_assign(record, number);
     return number;
@@ -218,6 +222,7 @@ std::uint32_t WordTable::addMade(Mrph const& morpheme) {
     set(TokenText::Converted, word.isAnnotation ? 0 : add(MrphAccess::converted(morpheme, surface), surface));
     set(TokenText::Reading, add(morpheme.getRead(true), surface));
     set(TokenText::Pronunciation, add(morpheme.getPron(true), surface));
+    addValues(morpheme);
     if (isPhrase || word.isAnnotation) {  // a phrase is known by its members, and an annotation's text comes later
         std::uint32_t const number = keep(word, surface, texts);
         if (isPhrase) pids_.back() = classId(MrphAccess::cover(morpheme)->className);
@@ -225,15 +230,24 @@ std::uint32_t WordTable::addMade(Mrph const& morpheme) {
     }
     std::u32string key{kMadeKey, word.pid, static_cast<char32_t>(word.cost), word.isUnknown};
     for (std::uint32_t const text : texts) key += static_cast<char32_t>(text);
+    for (std::size_t i = values_.size() - wanted_.size(); i != values_.size(); ++i)
+        key += static_cast<char32_t>(values_[i]);
     for (char const byte : surface) key += static_cast<unsigned char>(byte);
     auto const [known, isNew] = joined_.emplace(std::move(key), 0);
     if (isNew) known->second = keep(word, surface, texts);
     return known->second;
 }
 
+/// Those of the word that is kept next.
+void WordTable::addValues(Mrph const& morpheme) {
+    values_.resize(words_.size() * wanted_.size());
+    for (WordValue const& value : wanted_) values_.push_back(add(valueOf(value, morpheme), MrphAccess::form(morpheme)));
+}
+
 std::uint32_t WordTable::add(std::string_view sjis, std::string_view surface) {
     if (sjis.empty()) return 0;
-    return sjis == surface ? kSurface : strings_.add(tagTextToUtf8(sjis));
+    if (sjis == surface) return kSurface;
+    return strings_.add(encoding_ == TextEncoding::Utf8 ? tagTextToUtf8(sjis) : std::string(sjis));
 }
 
 std::uint32_t WordTable::find(std::uint32_t number, TokenText which) {

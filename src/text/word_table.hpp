@@ -6,6 +6,7 @@
 #include "result/context.hpp"
 #include "text/lexicon_version.hpp"
 #include "text/string_table.hpp"
+#include "text/word_values.hpp"
 
 #include <tavo/mrph.hpp>
 #include <tavo/tokenizer.hpp>
@@ -21,6 +22,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace TAVO {
@@ -50,8 +52,12 @@ public:
         bool isAnnotation = false;
     };
 
-    /// @p context is the analyser's that the words come from, @p lexicon what that was made from. Both outlive this.
-    WordTable(AnalyzerContext const& context, LexiconVersion const& lexicon) : context_(context), lexicon_(lexicon) {
+    /// @p context is the analyser's that the words come from, @p lexicon what that was made from, or null where no part
+    /// of speech is asked for. Both outlive this. Texts are in @p encoding; @p values are found for each word when it
+    /// is met first.
+    WordTable(AnalyzerContext const& context, LexiconVersion const* lexicon, TextEncoding encoding,
+              std::vector<WordValue> values)
+        : context_(context), lexicon_(lexicon), encoding_(encoding), wanted_(std::move(values)) {
         clear();
     }
 
@@ -82,13 +88,17 @@ public:
         std::uint32_t const known = texts_[number][static_cast<std::size_t>(which)];
         return known != kNotYet ? known : find(number, which);
     }
+    /// The same of value @p index of those wanted.
+    std::uint32_t value(std::uint32_t number, std::size_t index) const noexcept {
+        return values_[number * wanted_.size() + index];
+    }
     /// The number in strings() of word @p number's surface where that is written as @p surface; else kNotYet.
     std::uint32_t spelling(std::uint32_t number, std::string_view surface);
 
     PosTexts::Part const& pos(std::uint32_t number) const {
         std::size_t const id = pids_[number], ofTable = context_.pos.getPidMax();
         if (id > ofTable) return classes_[id - ofTable - 1].part;
-        if (pos_ == nullptr) pos_ = &lexicon_.pos();
+        if (pos_ == nullptr) pos_ = &lexicon_->pos();
         return pos_->part(pids_[number]);
     }
     StringTable& strings() noexcept { return strings_; }
@@ -133,10 +143,12 @@ private:
         std::memcpy(&text, word.text, std::min<std::size_t>(word.length, ListedWord::kTextBytes));
         return {text, word.word->word, word.word->source};
     }
+    std::size_t listedHash(ListedWord const& listed) const noexcept {
+        return ((listed.text ^ std::uint64_t{listed.name} << 20) * 0x9E3779B97F4A7C15U) >> 32;
+    }
     std::size_t listedPlace(ListedWord const& listed, std::string_view surface) const noexcept {
         std::size_t const mask = listedSlots_.size() - 1;
-        std::uint64_t const mixed = (listed.text ^ std::uint64_t{listed.name} << 20) * 0x9E3779B97F4A7C15U;
-        for (std::size_t at = (mixed >> 32) & mask;; at = (at + 1) & mask) {
+        for (std::size_t at = listedHash(listed) & mask;; at = (at + 1) & mask) {
             ListedSlot const& slot = listedSlots_[at];
             bool const isSame = slot.listed == listed &&
                                 (surface.size() <= ListedWord::kTextBytes || surfaceOf(words_[slot.word]) == surface);
@@ -152,6 +164,7 @@ private:
     /// The place in pids_ of a part of speech that a phrase has.
     std::uint16_t classId(std::string const& name);
     std::uint32_t keep(Word word, std::string_view surface, Texts const& texts);
+    void addValues(Mrph const& morpheme);
     Mrph morphemeOf(Word const& word) const;
     std::string_view surfaceOf(Word const& word) const noexcept {
         return std::string_view(surfaces_).substr(word.surfaceAt, word.surfaceBytes);
@@ -161,12 +174,15 @@ private:
     std::uint32_t add(std::string_view sjis, std::string_view surface);
 
     AnalyzerContext const& context_;
-    LexiconVersion const& lexicon_;
+    LexiconVersion const* lexicon_;
     mutable PosTexts const* pos_ = nullptr;  // the lexicon's, once a part of speech was asked for
+    TextEncoding encoding_;
+    std::vector<WordValue> wanted_;
     std::vector<Word> words_;
     // By word, apart from what is seldom asked for.
     std::vector<std::uint16_t> pids_;
     std::vector<Texts> texts_;
+    std::vector<std::uint32_t> values_;    // as many a word as are wanted
     std::deque<ClassTexts> classes_;       // of phrases; their ids stand behind those of the table
     std::vector<ListedSlot> listedSlots_;  // a power of two of them, never more than half full
     std::size_t listedUsed_ = 0;

@@ -3,13 +3,13 @@
 #include "cli/line_reader.hpp"
 #include "fuzz/fuzz_input.hpp"
 #include "fuzz/fuzz_world.hpp"
-#include "output/line_text.hpp"
+#include "text/line_text.hpp"
 
 namespace {
 
 using TAVO::test::check;
 
-void checkLine(tool::LineText& text, std::string_view line) {
+void checkLine(TAVO::LineText& text, std::string_view line) {
     text.assignUtf8(line);
     check(text.original() == line && text.invalidBytes() <= line.size());
     std::string joined;
@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::string const bytes = TAVO::test::FuzzInput(data, size).rest();
     tool::LineReader reader({TAVO::test::fuzzWorld().dir.write("text", bytes)}, size % 2 == 0);
     std::string joined;
-    tool::LineText text;
+    TAVO::LineText text;
     for (tool::Block block; reader.next(block);) {
         check(joined.empty() || joined.back() == '\n');  // blocks are cut between lines
         joined += block.text();

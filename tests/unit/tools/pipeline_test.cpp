@@ -10,14 +10,14 @@ using TAVO::test::SmallWorld;
 using TAVO::test::TempDir;
 using tool::Encoding;
 
-TEST(BlockAnalyser, LongLinesAreCutBetweenCharacters) {
-    EXPECT_EQ(tool::pieceLength("abc", 3, Encoding::Utf8), 3U);
-    EXPECT_EQ(tool::pieceLength("あい", 5, Encoding::Utf8), 3U);
-    EXPECT_EQ(tool::pieceLength("aあい", 4, Encoding::Utf8), 4U);
-    EXPECT_EQ(tool::pieceLength("😀😀", 7, Encoding::Utf8), 4U);
-    EXPECT_EQ(tool::pieceLength("\x80\x80\x80\x80\x80\x80", 5, Encoding::Utf8), 5U);
-    EXPECT_EQ(tool::pieceLength("\x82\xA0\x82\xA2", 3, Encoding::Sjis), 2U);
-    EXPECT_EQ(tool::pieceLength("a\x82\xA2z", 3, Encoding::Sjis), 3U);
+TEST(TokenTable, LongTextsAreCutBetweenCharacters) {
+    EXPECT_EQ(TAVO::lengthWithin("abc", 3, Encoding::Utf8), 3U);
+    EXPECT_EQ(TAVO::lengthWithin("あい", 5, Encoding::Utf8), 3U);
+    EXPECT_EQ(TAVO::lengthWithin("aあい", 4, Encoding::Utf8), 4U);
+    EXPECT_EQ(TAVO::lengthWithin("😀😀", 7, Encoding::Utf8), 4U);
+    EXPECT_EQ(TAVO::lengthWithin("\x80\x80\x80\x80\x80\x80", 5, Encoding::Utf8), 5U);
+    EXPECT_EQ(TAVO::lengthWithin("\x82\xA0\x82\xA2", 3, Encoding::Sjis), 2U);
+    EXPECT_EQ(TAVO::lengthWithin("a\x82\xA2z", 3, Encoding::Sjis), 3U);
 }
 
 /// An analyser over two words.
@@ -64,7 +64,7 @@ TEST(FormatWriter, AgreesWithTheLibrary) {
 
 /// What comes out for @p block, and what is told of it.
 std::string outputOf(tool::BlockAnalyser& analyser, std::string const& block, tool::BlockReport& report) {
-    std::string const padded = block + std::string(tool::kPaddingBytes, '\0');
+    std::string const padded = block + std::string(TAVO::kPaddingBytes, '\0');
     tool::OutBuffer out;
     report = analyser.run(std::string_view(padded).substr(0, block.size()), out);
     return std::string(out.view());

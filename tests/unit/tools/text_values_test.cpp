@@ -1,6 +1,7 @@
+#include "cli/encoding.hpp"
 #include "cli/tool_error.hpp"
+#include "config/pos_name.hpp"
 #include "lexicon/encoding_guess.hpp"
-#include "output/pos_names.hpp"
 #include "support/testing.hpp"
 
 namespace {
@@ -80,8 +81,8 @@ TEST(Encoding, TheLikelyOneIsTold) {
 }
 
 TEST(PosNames, OnlyANumberAtTheEndIsAClass) {
-    EXPECT_EQ(tool::withoutClass("A:B-12"), "A:B");
-    for (char const* whole : {"A:B", "A-", "A-b", "A-1b", "-1", "12", ""}) EXPECT_EQ(tool::withoutClass(whole), whole);
+    EXPECT_EQ(TAVO::withoutClass("A:B-12"), "A:B");
+    for (char const* whole : {"A:B", "A-", "A-b", "A-1b", "-1", "12", ""}) EXPECT_EQ(TAVO::withoutClass(whole), whole);
 }
 
 }  // namespace

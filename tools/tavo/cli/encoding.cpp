@@ -2,7 +2,6 @@
 
 #include "cli/tool_error.hpp"
 #include "cli/utf8.hpp"
-#include "output/out_buffer.hpp"
 
 namespace tool {
 
@@ -14,10 +13,6 @@ std::optional<Encoding> encodingNamed(std::string_view name) {
     for (std::string_view const known : {"sjis", "shiftjis", "cp932", "ms932", "mskanji", "windows31j", "cswindows31j"})
         if (plain == known) return Encoding::Sjis;
     return std::nullopt;
-}
-
-void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis) {
-    out.finish(TAVO::putSjisAsUtf8(out.reserve(TAVO::kUtf8BytesPerSjisByte * sjis.size()), sjis));
 }
 
 std::string argumentToSjis(std::string_view utf8, Encoding encoding, std::string_view what) {

@@ -13,8 +13,6 @@
 
 namespace tool {
 
-class OutBuffer;
-
 using Encoding = TAVO::TextEncoding;
 using TAVO::words::fromSjis;
 using TAVO::words::kByteOrderMark;
@@ -22,9 +20,6 @@ using TAVO::words::kByteOrderMark;
 /// The encoding of a usual @p name such as "UTF-8", "cp932" or "Shift_JIS"; case,
 /// "-" and "_" do not count.
 std::optional<Encoding> encodingNamed(std::string_view name);
-
-/// Appends @p sjis in UTF-8; U+FFFD for a code that has no character.
-void appendSjisAsUtf8(OutBuffer& out, std::string_view sjis);
 
 using TAVO::appendUtf8AsSjis;
 using TAVO::sjisToUtf8;

@@ -1,17 +1,17 @@
 #include "cli/line_reader.hpp"
 
 #include "cli/tool_error.hpp"
-#include "output/line_text.hpp"
+#include "text/line_text.hpp"
 
 #include <algorithm>
 #include <cstring>
 
 namespace tool {
 
-std::size_t Block::room() const noexcept { return capacity_ == 0 ? 0 : capacity_ - kPaddingBytes - size_; }
+std::size_t Block::room() const noexcept { return capacity_ == 0 ? 0 : capacity_ - TAVO::kPaddingBytes - size_; }
 
 void Block::grow() {
-    std::size_t const capacity = std::max(capacity_ * 2, LineReader::kBlockBytes + kPaddingBytes);
+    std::size_t const capacity = std::max(capacity_ * 2, LineReader::kBlockBytes + TAVO::kPaddingBytes);
     auto bigger = std::make_unique_for_overwrite<char[]>(capacity);
     if (size_ != 0) std::memcpy(bigger.get(), data_.get(), size_);
     data_ = std::move(bigger);
@@ -26,7 +26,7 @@ void Block::append(std::string_view bytes) {
 
 void Block::seal(std::size_t size) noexcept {
     size_ = size;
-    std::memset(data_.get() + size_, 0, kPaddingBytes);
+    std::memset(data_.get() + size_, 0, TAVO::kPaddingBytes);
 }
 
 LineReader::LineReader(std::vector<std::string> paths, bool eager, Encoding encoding)

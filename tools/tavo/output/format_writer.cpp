@@ -1,60 +1,13 @@
 // The analyser's own output: each morpheme through a format string.
 #include "cli/utf8.hpp"
 #include "output/line_writer.hpp"
-#include "output/pos_names.hpp"
-#include "output/token.hpp"
-#include "output/value_text.hpp"
+#include "output/word_layouts.hpp"
 
-#include "result/format.hpp"
-
-#include <functional>
+#include <utility>
 
 namespace tool {
 
 namespace {
-
-struct Piece {
-    std::string literal;  // in the user's encoding; comes first
-    TAVO::Directive directive;
-    bool hasDirective = false;
-};
-
-/// The pieces of a format string in the user's encoding. Literal text may hold
-/// characters that code page 932 lacks.
-std::vector<Piece> compile(std::string const& format, Encoding encoding) {
-    std::string padded = format.substr(0, format.find('\0'));  // a NUL ends a format
-    std::size_t const size = padded.size();
-    padded.append(kPaddingBytes, '\0');
-    LineText text;
-    if (encoding == Encoding::Utf8) {
-        text.assignUtf8(std::string_view(padded).substr(0, size));
-    } else {
-        text.assignSjis(std::string_view(padded).substr(0, size));
-    }
-    std::string_view const sjis = text.sjis();
-    std::vector<Piece> pieces;
-    auto const last = [&pieces]() -> Piece& {
-        if (pieces.empty() || pieces.back().hasDirective) pieces.emplace_back();
-        return pieces.back();
-    };
-    auto const literal = [&](std::string_view bytes) {
-        std::less<> const before;
-        bool const inside = !before(bytes.data(), sjis.data()) && before(bytes.data(), sjis.data() + sjis.size());
-        if (!inside) {  // the byte of an escape
-            last().literal += bytes;
-            return;
-        }
-        auto const at = static_cast<std::size_t>(bytes.data() - sjis.data());
-        last().literal += text.slice(text.originalOffset(at), text.originalOffset(at + bytes.size()));
-    };
-    auto const value = [&](TAVO::Directive const& directive) {
-        Piece& piece = last();
-        piece.directive = directive;
-        piece.hasDirective = true;
-    };
-    TAVO::scanFormat(sjis, literal, value);
-    return pieces;
-}
 
 /// The program's own format: the library's default, with a column that tells unknown
 /// words. Blanks at the end of its line are left out.
@@ -75,70 +28,75 @@ public:
         : LineWriter(options),
           encoding_(options.encoding),
           ownFormat_(!options.format && analyser.getOutputFormat() == std::string_view(kLibraryFormat)),
-          names_(analyser, encoding_, options.showClasses),
           eos_(endOfSentence(options, analyser, ownFormat_)),
           nullString_(options.nullString.value_or(fromSjis(analyser.getNullString(), encoding_))),
-          unknownWord_(fromSjis(TAVO::kUnknownWordName, encoding_)),
-          pieces_(compile(
-              ownFormat_ ? kOwnFormat : options.format.value_or(fromSjis(analyser.getOutputFormat(), encoding_)),
-              encoding_)) {}
-
-    void beginAnalysis(Rank const&, OutBuffer&) override { empty_ = true; }
-
-    void writePiece(Analysis const& analysis, OutBuffer& out) override {
-        forEachToken(
-            analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); },
-            [&] {
-                out.append(eos_);
-                empty_ = false;
-            });
+          unknownWord_(fromSjis(TAVO::kUnknownWordName, encoding_)) {
+        std::string const format =
+            ownFormat_ ? kOwnFormat : options.format.value_or(fromSjis(analyser.getOutputFormat(), encoding_));
+        for (TAVO::FormatPiece& read : TAVO::formatPieces(format, encoding_)) {
+            Piece& piece = pieces_.emplace_back();
+            piece.literal = std::move(read.literal);
+            if (read.directive) setDirective(piece, *read.directive, options.showClasses);
+        }
     }
 
-    void endAnalysis(bool, OutBuffer& out) override {
+    TAVO::TokenTableOptions asksFor() const override { return {.values = values_}; }
+
+    void writeAnalysis(Words const& words, Rank const&, bool, OutBuffer& out) override {
+        layouts_.begin(words);
+        TAVO::TokenTable& table = words.table;
+        std::size_t word = words.begin();
+        std::size_t const sentence = table.firstSentence()[words.text], end = table.firstSentence()[words.text + 1];
+        for (std::size_t i = sentence; i != end; ++i) {
+            for (; word != table.sentenceEnds()[i]; ++word) {
+                std::string_view const shown = table.shownText(word, words.text);
+                auto const write = [&](OutBuffer& to) {
+                    writeWord(words, word, shown, to);
+                    return 0U;
+                };
+                WordLayouts::append(out, layouts_.of(words.number(word), shown, write));
+            }
+            out.append(eos_);
+        }
         // A line without a sentence shows its end all the same.
-        if (empty_) out.append(eos_);
+        if (sentence == end) out.append(eos_);
     }
 
 private:
-    void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
-        std::size_t const tokenStart = out.size();
-        for (Piece const& piece : pieces_) {
-            out.append(piece.literal);
-            if (!piece.hasDirective) continue;
-            std::size_t const start = out.size();
-            writeDirective(piece.directive, text, token, out);
-            if (out.size() == start) out.append(nullString_);
-            pad(out, start, static_cast<std::size_t>(piece.directive.width));
-        }
-        if (!ownFormat_) return;
-        std::string_view const line = out.view().substr(tokenStart);
-        out.finish(line.data() + line.find_last_not_of(' ') + 1);
-        out.append('\n');
+    enum class Shows { Literal, Word, Unknown, Value };
+    struct Piece {
+        std::string literal;  // in the user's encoding; comes first
+        Shows shows = Shows::Literal;
+        std::size_t value = 0;  // index
+        std::size_t width = 0;
+    };
+
+    void setDirective(Piece& piece, TAVO::Directive const& directive, bool showClasses) {
+        char const letter = directive.letter;
+        piece.width = static_cast<std::size_t>(directive.width);
+        piece.shows = letter == 'w' || letter == 'W' ? Shows::Word : letter == 'u' ? Shows::Unknown : Shows::Value;
+        if (piece.shows != Shows::Value) return;
+        piece.value = values_.size();
+        TAVO::WordValue value{.directive = directive};
+        if (!showClasses && letter == 'h') value.kind = TAVO::WordValue::Kind::Pos;
+        if (!showClasses && letter == 'H') value.kind = TAVO::WordValue::Kind::PosHead;
+        values_.push_back(value);
     }
 
-    void writeDirective(TAVO::Directive const& directive, LineText const& text, Token const& token, OutBuffer& out) {
-        switch (directive.letter) {
-            case 'w':
-            case 'W':
-                return out.append(text.slice(token.begin, token.end));
-            case 'h':
-                if (token.morpheme != nullptr) out.append(names_.name(*token.morpheme));
-                return;
-            case 'H':
-                if (token.morpheme != nullptr) out.append(names_.head(*token.morpheme));
-                return;
-            case 'u':
-                if (token.morpheme == nullptr || TAVO::MrphAccess::isUnknown(*token.morpheme)) out.append(unknownWord_);
-                return;
-            default:
-                break;
+    void writeWord(Words const& words, std::size_t word, std::string_view shown, OutBuffer& out) {
+        for (Piece const& piece : pieces_) {
+            out.append(piece.literal);
+            if (piece.shows == Shows::Literal) continue;
+            std::size_t const start = out.size();
+            if (piece.shows == Shows::Word) out.append(shown);
+            if (piece.shows == Shows::Unknown && words.of(word).isUnknown) out.append(unknownWord_);
+            if (piece.shows == Shows::Value) out.append(words.table.value(word, shown, piece.value));
+            if (out.size() == start) out.append(nullString_);
+            pad(out, start, piece.width);
         }
-        if (token.morpheme == nullptr) return;
-        TAVO::Directive unpadded = directive;
-        unpadded.width = 0;
-        value_.clear();
-        TAVO::writeValue(value_, unpadded, *token.morpheme, {});
-        appendValue(out, value_, token, text);
+        if (!ownFormat_) return;
+        out.finish(out.view().data() + out.view().find_last_not_of(' ') + 1);
+        out.append('\n');
     }
 
     /// In Shift_JIS a width counts bytes, in UTF-8 the columns of a terminal.
@@ -152,12 +110,10 @@ private:
 
     Encoding encoding_;
     bool ownFormat_;
-    PosNames names_;
     std::string eos_, nullString_, unknownWord_;
     std::vector<Piece> pieces_;
-    bool empty_ = true;
-    std::string value_;
-    std::vector<TAVO::Mrph> morphemes_;
+    std::vector<TAVO::WordValue> values_;
+    WordLayouts layouts_;
 };
 
 }  // namespace

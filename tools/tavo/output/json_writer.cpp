@@ -1,11 +1,12 @@
 // One JSON object per input line.
 #include "cli/utf8.hpp"
 #include "output/line_writer.hpp"
-#include "output/pos_names.hpp"
-#include "output/token.hpp"
-#include "output/value_text.hpp"
+#include "output/word_layouts.hpp"
 
 #include <charconv>
+#include <cstring>
+#include <iterator>
+#include <limits>
 
 namespace tool {
 
@@ -38,12 +39,23 @@ void appendEscape(OutBuffer& out, char c) {
     out.append(kHex[c & 0xF]);
 }
 
+/// True for three bytes that are a character of U+1000 to U+CFFF.
+bool isPlainTriple(char const* bytes) noexcept {
+    auto const byte = [bytes](int i) { return static_cast<unsigned char>(bytes[i]); };
+    return byte(0) >= 0xE1 && byte(0) <= 0xEC && (byte(1) & 0xC0U) == 0x80 && (byte(2) & 0xC0U) == 0x80;
+}
+
 /// Appends UTF-8 as a JSON string. JSON cannot hold bytes that are not UTF-8:
 /// each becomes U+FFFD.
 void appendJsonString(OutBuffer& out, std::string_view text) {
     out.append('"');
     std::size_t plain = 0;  // start of what needs no change
     for (std::size_t at = 0; at < text.size();) {
+        // Kana, most Chinese characters and what else is as plain.
+        if (at + 3 <= text.size() && isPlainTriple(text.data() + at)) {
+            at += 3;
+            continue;
+        }
         Utf8Char const c = decodeUtf8(text.substr(at));
         bool const change = !c.valid || c.character < 0x20 || c.character == '"' || c.character == '\\';
         if (change) {
@@ -63,76 +75,93 @@ void appendJsonString(OutBuffer& out, std::string_view text) {
 
 class JsonWriter final : public LineWriter {
 public:
-    JsonWriter(OutputOptions const& options, TAVO::Tavo const& analyser)
-        : LineWriter(options), encoding_(options.encoding), names_(analyser, Encoding::Utf8, options.showClasses) {}
+    explicit JsonWriter(OutputOptions const& options)
+        : LineWriter(options), encoding_(options.encoding), showClasses_(options.showClasses) {}
+
+    TAVO::TokenTableOptions asksFor() const override {
+        TAVO::TokenTableOptions options;
+        options.values.push_back(showClasses_ ? TAVO::WordValue::of('h')
+                                              : TAVO::WordValue{TAVO::WordValue::Kind::Pos, {}});
+        for (char const letter : {'s', 'k', 'p'}) options.values.push_back(TAVO::WordValue::of(letter));
+        return options;
+    }
 
     void beginLine(std::string_view line, OutBuffer& out) override {
         out.append("{\"text\":");
-        appendRead(out, line);
+        appendText(out, line);
         if (isRanked()) out.append(",\"analyses\":[");
     }
 
-    void beginAnalysis(Rank const& rank, OutBuffer& out) override {
-        byte_ = character_ = 0;
-        first_ = true;
-        if (!isRanked()) return out.append(",\"morphemes\":[");
-        out.append(rank.number == 1 ? "{\"rank\":" : ",{\"rank\":");
-        appendNumber(out, rank.number);
-        cost(out, ",\"connection_cost\":", rank, &TAVO::PathCost::connection);
-        cost(out, ",\"word_cost\":", rank, &TAVO::PathCost::word);
+    void writeAnalysis(Words const& words, Rank const& rank, bool, OutBuffer& out) override {
+        if (isRanked()) {
+            out.append(rank.number == 1 ? "{\"rank\":" : ",{\"rank\":");
+            appendNumber(out, rank.number);
+            cost(out, ",\"connection_cost\":", rank, &TAVO::PathCost::connection);
+            cost(out, ",\"word_cost\":", rank, &TAVO::PathCost::word);
+        }
         out.append(",\"morphemes\":[");
+        layouts_.begin(words);
+        character_ = 0;
+        for (std::size_t i = words.begin(); i != words.end(); ++i) {
+            if (i != words.begin()) out.append(',');
+            writeWord(words, i, out);
+        }
+        out.append(isRanked() ? "]}" : "]");
     }
-
-    void writePiece(Analysis const& analysis, OutBuffer& out) override {
-        forEachToken(
-            analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); }, [] {});
-    }
-
-    void endAnalysis(bool, OutBuffer& out) override { out.append(isRanked() ? "]}" : "]"); }
 
     void endLine(OutBuffer& out) override { out.append(isRanked() ? "]}\n" : "}\n"); }
 
 private:
-    void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
-        std::string_view const word = text.slice(token.begin, token.end);
-        if (!first_) out.append(',');
-        first_ = false;
-        out.append("{\"surface\":");
-        appendRead(out, word);
-        writeValues(text, token, out);
+    void writeWord(Words const& words, std::size_t i, OutBuffer& out) {
+        std::string_view const shown = words.table.shownText(i, words.text);
+        auto const write = [&](OutBuffer& to) { return writeValues(words, i, shown, to); };
+        auto const [text, extra] = layouts_.of(words.number(i), shown, write);
+        constexpr std::size_t kDigits = 20, kKeys = 64;
+        char* to = out.reserve(text.size() + 4 * kDigits + kKeys);
+        to = put(to, text);
+        to = put(to, words.table.begin()[i]);
+        to = put(to, ",\"end\":");
+        to = put(to, words.table.end()[i]);
+        to = put(to, ",\"char_start\":");
+        to = put(to, character_);
+        to = put(to, ",\"char_end\":");
         // An annotation stands beside the text, so it takes no room there.
-        bool const beside = token.morpheme != nullptr && token.morpheme->isAnnotation();
-        position(out, ",\"start\":", ",\"end\":", byte_, beside ? 0 : word.size());
-        // In Shift_JIS, characters are counted after conversion.
-        std::size_t const characters = countCharacters(text.isUtf8() ? word : std::string_view(sjisToUtf8(word)));
-        position(out, ",\"char_start\":", ",\"char_end\":", character_, beside ? 0 : characters);
-        bool const unknown = token.morpheme == nullptr || TAVO::MrphAccess::isUnknown(*token.morpheme);
-        out.append(unknown ? ",\"unknown\":true}" : ",\"unknown\":false}");
+        if ((extra & kAnnotation) == 0) character_ += extra >> kCountShift;
+        to = put(to, character_);
+        out.finish(put(to, (extra & kUnknown) != 0 ? ",\"unknown\":true}" : ",\"unknown\":false}"));
     }
 
-    void writeValues(LineText const& text, Token const& token, OutBuffer& out) {
-        if (token.morpheme == nullptr) {
-            return out.append(",\"pos\":null,\"base_form\":null,\"reading\":null,\"pronunciation\":null,\"cost\":null");
+    static char* put(char* to, std::string_view text) noexcept {
+        std::memcpy(to, text.data(), text.size());
+        return to + text.size();
+    }
+    static char* put(char* to, std::uint32_t number) noexcept {
+        return std::to_chars(to, to + std::numeric_limits<std::uint32_t>::digits10 + 1, number).ptr;
+    }
+
+    /// All before the position; what tells the rest.
+    std::uint32_t writeValues(Words const& words, std::size_t i, std::string_view shown, OutBuffer& out) {
+        constexpr std::string_view kKeys[] = {",\"pos\":", ",\"base_form\":", ",\"reading\":", ",\"pronunciation\":"};
+        bool const isAnalysed = words.isAnalysed(i);
+        out.append("{\"surface\":");
+        appendText(out, shown);
+        for (std::size_t value = 0; value != std::size(kKeys); ++value) {
+            out.append(kKeys[value]);
+            std::string_view const text = words.table.value(i, shown, value);
+            // A part of speech has a name, and may have an empty one.
+            isAnalysed && (value == 0 || !text.empty()) ? appendText(out, text) : out.append("null");
         }
-        TAVO::Mrph const& m = *token.morpheme;
-        out.append(",\"pos\":");
-        appendJsonString(out, names_.name(m));
-        value(out, ",\"base_form\":", m.getStdForm(true), text, token);
-        value(out, ",\"reading\":", m.getRead(true), text, token);
-        value(out, ",\"pronunciation\":", m.getPron(true), text, token);
         out.append(",\"cost\":");
-        appendNumber(out, static_cast<std::size_t>(m.getCost()));
-    }
-
-    void value(OutBuffer& out, std::string_view key, std::string const& sjis, LineText const& text,
-               Token const& token) {
-        out.append(key);
-        if (sjis.empty()) return out.append("null");
-        if (sjis == TAVO::MrphAccess::form(*token.morpheme)) {
-            appendRead(out, ownForm(token, text, scratch_));
-        } else {
-            appendJsonString(out, sjisToUtf8(sjis));
-        }
+        if (isAnalysed)
+            appendNumber(out, static_cast<std::size_t>(words.of(i).cost));
+        else
+            out.append("null");
+        out.append(",\"start\":");
+        // In Shift_JIS, characters are counted after conversion.
+        std::size_t const characters =
+            countCharacters(encoding_ == Encoding::Utf8 ? shown : std::string_view(sjisToUtf8(shown)));
+        return static_cast<std::uint32_t>(characters) << kCountShift | (words.of(i).isAnnotation ? kAnnotation : 0) |
+               (words.of(i).isUnknown ? kUnknown : 0);
     }
 
     static void cost(OutBuffer& out, std::string_view key, Rank const& rank, unsigned int TAVO::PathCost::*sum) {
@@ -141,33 +170,26 @@ private:
         appendNumber(out, rank.cost->*sum);
     }
 
-    /// Text as it was read; JSON is always UTF-8.
-    void appendRead(OutBuffer& out, std::string_view text) const {
+    /// Text in the user's encoding; JSON is always UTF-8.
+    void appendText(OutBuffer& out, std::string_view text) const {
         if (encoding_ == Encoding::Utf8) return appendJsonString(out, text);
         appendJsonString(out, sjisToUtf8(text));
     }
 
-    static void position(OutBuffer& out, std::string_view startKey, std::string_view endKey, std::size_t& at,
-                         std::size_t length) {
-        out.append(startKey);
-        appendNumber(out, at);
-        at += length;
-        out.append(endKey);
-        appendNumber(out, at);
-    }
+    // What stands behind the number of characters.
+    static constexpr std::uint32_t kUnknown = 1, kAnnotation = 2;
+    static constexpr unsigned kCountShift = 2;
 
     Encoding encoding_;
-    PosNames names_;
-    std::size_t byte_ = 0, character_ = 0;  // where in the line the next word starts
-    bool first_ = true;
-    std::string scratch_;
-    std::vector<TAVO::Mrph> morphemes_;
+    bool showClasses_;
+    std::uint32_t character_ = 0;  // where in the line the next word starts
+    WordLayouts layouts_;
 };
 
 }  // namespace
 
-std::unique_ptr<LineWriter> makeJsonWriter(OutputOptions const& options, TAVO::Tavo const& analyser) {
-    return std::make_unique<JsonWriter>(options, analyser);
+std::unique_ptr<LineWriter> makeJsonWriter(OutputOptions const& options) {
+    return std::make_unique<JsonWriter>(options);
 }
 
 }  // namespace tool

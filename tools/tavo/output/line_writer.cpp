@@ -3,7 +3,6 @@
 namespace tool {
 
 void LineWriter::beginLine(std::string_view, OutBuffer&) {}
-void LineWriter::beginAnalysis(Rank const&, OutBuffer&) {}
 void LineWriter::endLine(OutBuffer& out) {
     if (ranked_) out.append('\n');
 }
@@ -15,7 +14,7 @@ std::unique_ptr<LineWriter> makeLineWriter(OutputOptions const& options, TAVO::T
         case OutputKind::Mecab:
             return makeMecabWriter(options, analyser);
         case OutputKind::Json:
-            return makeJsonWriter(options, analyser);
+            return makeJsonWriter(options);
         case OutputKind::Tagged:
             return makeTaggedWriter(options);
         case OutputKind::Tavo:

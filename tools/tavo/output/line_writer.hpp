@@ -3,8 +3,8 @@
 #define TAVO_TOOL_LINE_WRITER_HPP
 
 #include "cli/encoding.hpp"
-#include "output/line_text.hpp"
 #include "output/out_buffer.hpp"
+#include "output/words.hpp"
 
 #include <tavo/tavo.hpp>
 
@@ -29,17 +29,13 @@ struct OutputOptions {
     std::optional<std::string> nullString;
 };
 
-struct Analysis;
-
 /// The place of an analysis among the best ones of its line, from 1 on.
 struct Rank {
     std::size_t number;
     TAVO::PathCost const* cost;  // null when it is not known
 };
 
-/// Writes line by line: beginLine; for each analysis of the line beginAnalysis,
-/// writePiece for each piece of the line (an over-long line has several),
-/// endAnalysis; endLine. One per thread.
+/// Writes line by line: beginLine; writeAnalysis for each analysis of the line; endLine. One per thread.
 class LineWriter {
 public:
     explicit LineWriter(OutputOptions const& options) noexcept : ranked_(options.nBest != 0) {}
@@ -47,11 +43,12 @@ public:
     LineWriter& operator=(LineWriter const&) = delete;
     virtual ~LineWriter() = default;
 
+    /// What the words that are written are to have; the encoding and blanks do not count.
+    virtual TAVO::TokenTableOptions asksFor() const = 0;
     virtual void beginLine(std::string_view line, OutBuffer& out);
-    virtual void beginAnalysis(Rank const& rank, OutBuffer& out);
-    virtual void writePiece(Analysis const& analysis, OutBuffer& out) = 0;
-    /// @p carriageReturn: the line ended with CR LF, not with LF.
-    virtual void endAnalysis(bool carriageReturn, OutBuffer& out) = 0;
+    /// @p carriageReturn: the line ended with CR LF, not with LF. The text of @p words stands in memory with
+    /// TAVO::kPaddingBytes behind it.
+    virtual void writeAnalysis(Words const& words, Rank const& rank, bool carriageReturn, OutBuffer& out) = 0;
     /// An empty line behind the N best analyses of a line.
     virtual void endLine(OutBuffer& out);
 
@@ -70,7 +67,7 @@ std::unique_ptr<LineWriter> makeWakatiWriter(OutputOptions const& options);
 std::unique_ptr<LineWriter> makeFormatWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 std::unique_ptr<LineWriter> makeMecabWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
 std::unique_ptr<LineWriter> makeTaggedWriter(OutputOptions const& options);
-std::unique_ptr<LineWriter> makeJsonWriter(OutputOptions const& options, TAVO::Tavo const& analyser);
+std::unique_ptr<LineWriter> makeJsonWriter(OutputOptions const& options);
 
 }  // namespace tool
 

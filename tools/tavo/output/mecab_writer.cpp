@@ -1,12 +1,10 @@
 // MeCab's format: word, tab, the lexicon's fields as CSV. A line EOS ends each input line.
 #include "lexicon/mecab_fields.hpp"
 #include "output/line_writer.hpp"
-#include "output/token.hpp"
-#include "output/value_text.hpp"
+#include "output/word_layouts.hpp"
 
 #include "config/pos_name.hpp"
 
-#include <cstdint>
 #include <filesystem>
 #include <utility>
 
@@ -29,23 +27,28 @@ public:
           encoding_(options.encoding),
           eos_(options.eos.value_or("EOS\n")),
           missing_(csvField(options.nullString.value_or("*"))),
-          rows_(analyser.getPidMax() + std::size_t{1}),
-          recordsStay_(analyser.getTaggedInputMode() != 1 && *analyser.getCommentRulePath() == '\0') {
-        if (recordsStay_) written_.resize(kWritten);
+          rows_(analyser.getPidMax() + std::size_t{1}) {
         auto const folder = std::filesystem::path(analyser.getConnTablePath()).parent_path();
         if (!fields_.read((folder / kMecabFieldsName).string())) fields_ = fieldsOfNames();
         withoutAnalysis_.tail = joined({}, fields_.unknownCount) + "\n";
     }
 
-    void writePiece(Analysis const& analysis, OutBuffer& out) override {
-        forEachToken(
-            analysis, morphemes_, [&](Token const& token) { writeToken(analysis.text, token, out); }, [] {});
+    TAVO::TokenTableOptions asksFor() const override {
+        return {.values = {TAVO::WordValue::of('s'), TAVO::WordValue::of('k'), TAVO::WordValue::of('p')}};
     }
 
-    void endAnalysis(bool, OutBuffer& out) override { out.append(eos_); }
+    void writeAnalysis(Words const& words, Rank const&, bool, OutBuffer& out) override {
+        layouts_.begin(words);
+        for (std::size_t i = words.begin(); i != words.end(); ++i) {
+            std::string_view const word = words.table.shownText(i, words.text);
+            WordLayouts::append(
+                out, layouts_.of(words.number(i), word, [&](OutBuffer& to) { return writeLine(words, i, word, to); }));
+        }
+        out.append(eos_);
+    }
 
 private:
-    enum class Value { Base, Reading, Pron };
+    enum Value : std::size_t { Base, Reading, Pron };  // in the order of asksFor()
     /// What stands behind the tab for a part of speech.
     struct Row {
         struct Piece {
@@ -64,70 +67,23 @@ private:
     }
     std::string displayName(unsigned short pid) const { return sjisToUtf8(analyser_.getDisplayPartOfSP(pid)); }
 
-    /// The line of a word, which most words of a text have had before, and those of other analyses nearly all.
-    struct Written {
-        unsigned char const* record = nullptr;
-        std::size_t wordBytes = 0;
-        std::string line;  // begins with the word
-    };
-    static constexpr std::size_t kWritten = 4096;
-
-    /// Where the line of @p word stands or is to be kept; null when more than the record tells its fields.
-    Written* placeOf(std::string_view word, Token const& token) {
-        if (!recordsStay_ || token.morpheme == nullptr || TAVO::MrphAccess::cover(*token.morpheme) != nullptr)
-            return nullptr;
-        auto const address = reinterpret_cast<std::uintptr_t>(TAVO::MrphAccess::record(*token.morpheme));
-        // Unknown words have one record: their last byte tells some apart.
-        return &written_[(address / 4 + static_cast<unsigned char>(word.back()) * std::size_t{61}) % kWritten];
-    }
-
-    void writeToken(LineText const& text, Token const& token, OutBuffer& out) {
-        std::string_view const word = text.slice(token.begin, token.end);
-        Written* const place = placeOf(word, token);
-        if (place == nullptr) return writeLine(word, text, token, out);
-        unsigned char const* const record = TAVO::MrphAccess::record(*token.morpheme);
-        if (place->record != record || place->wordBytes != word.size() || !place->line.starts_with(word)) {
-            std::size_t const start = out.size();
-            writeLine(word, text, token, out);
-            place->line = out.view().substr(start);
-            place->record = place->line.empty() ? nullptr : record;  // blanks have no line
-            place->wordBytes = word.size();
-            return;
-        }
-        out.append(place->line);
-    }
-
-    void writeLine(std::string_view word, LineText const& text, Token const& token, OutBuffer& out) {
-        if (word.find_first_not_of(kBlanks) == std::string_view::npos) return;
+    std::uint32_t writeLine(Words const& words, std::size_t i, std::string_view word, OutBuffer& out) {
+        if (word.find_first_not_of(kBlanks) == std::string_view::npos) return 0;
         out.append(word);
         out.append('\t');
-        Row const& row = token.morpheme == nullptr ? withoutAnalysis_ : rowOf(*token.morpheme);
+        Row const& row = words.isAnalysed(i) ? rowOf(words.of(i)) : withoutAnalysis_;
         for (Row::Piece const& piece : row.pieces) {
             out.append(piece.before);
-            writeValue(valueOf(*token.morpheme, piece.value), text, token, out);
+            std::string_view const value = words.table.value(i, word, piece.value);
+            out.append(value.empty() ? missing_ : csvField(value));
         }
         out.append(row.tail);
+        return 0;
     }
 
-    static std::string valueOf(TAVO::Mrph const& m, Value value) {
-        if (value == Value::Base) return m.getStdForm(true);
-        return value == Value::Reading ? m.getRead(true) : m.getPron(true);
-    }
-
-    void writeValue(std::string const& value, LineText const& text, Token const& token, OutBuffer& out) {
-        if (value.empty()) return out.append(missing_);
-        std::size_t const start = out.size();
-        appendValue(out, value, token, text);
-        std::string_view const written = out.view().substr(start);
-        if (written.find_first_of(",\"") == std::string_view::npos) return;
-        std::string const quoted = csvField(written);
-        out.finish(out.view().data() + start);
-        out.append(quoted);
-    }
-
-    Row const& rowOf(TAVO::Mrph const& m) {
-        Row& row = rows_[m.getPid() < rows_.size() ? m.getPid() : 0];
-        if (row.tail.empty()) row = rowOf(m.getPid(), TAVO::MrphAccess::isUnknown(m));
+    Row const& rowOf(TAVO::WordTable::Word const& word) {
+        Row& row = rows_[word.pid < rows_.size() ? word.pid : 0];
+        if (row.tail.empty()) row = rowOf(word.pid, word.isUnknown);
         return row;
     }
 
@@ -177,9 +133,7 @@ private:
     MecabFields fields_;
     std::vector<Row> rows_;  // by part-of-speech id
     Row withoutAnalysis_;
-    bool recordsStay_;              // no record is made for one text and freed with it
-    std::vector<Written> written_;  // by record; a later word takes the place
-    std::vector<TAVO::Mrph> morphemes_;
+    WordLayouts layouts_;
 };
 
 }  // namespace

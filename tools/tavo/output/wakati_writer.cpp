@@ -1,6 +1,5 @@
 // Words separated by one blank, an input line an output line.
 #include "output/line_writer.hpp"
-#include "output/token.hpp"
 
 #include <cstring>
 
@@ -14,45 +13,42 @@ class WakatiWriter final : public LineWriter {
 public:
     using LineWriter::LineWriter;
 
-    void beginAnalysis(Rank const& rank, OutBuffer&) override {
-        first_ = true;
-        best_ = rank.number == 1;
-    }
+    TAVO::TokenTableOptions asksFor() const override { return {.surfacesOnly = true, .values = {}}; }
 
-    void writePiece(Analysis const& analysis, OutBuffer& out) override {
-        LineText const& text = analysis.text;
-        // At most one separator a byte, and whole blocks are copied.
-        char* to = out.reserve(2 * text.original().size() + kCopyBytes);
-        bool first = first_;
-        auto const write = [&](Token const& token) {
-            std::string_view const word = text.slice(token.begin, token.end);
+    void writeAnalysis(Words const& words, Rank const& rank, bool carriageReturn, OutBuffer& out) override {
+        TAVO::TokenTable& table = words.table;
+        std::string_view const text = table.text(words.text);
+        char* to = out.reserve(2 * text.size() + kCopyBytes);  // at most one separator a byte, and whole blocks
+        bool first = true;
+        for (std::size_t i = words.begin(); i != words.end(); ++i) {
+            std::string_view const word = table.surface(i, words.text);
+            if (table.hasOwnText() && words.of(i).isAnnotation) {
+                out.finish(to);
+                if (!first) out.append(' ');
+                std::string_view const annotation = table.shownText(i, words.text);
+                out.append(annotation);
+                to = out.reserve(2 * text.size() + kCopyBytes);
+                first = false;
+                continue;
+            }
             // A word of blanks is not written: the separators stand for it.
-            if (word.front() == ' ' && isBlank(word)) return;
+            if (word.front() == ' ' && isBlank(word)) continue;
             if (!first) *to++ = ' ';
             first = false;
-            if (text.isUtf8() && word.size() <= kCopyBytes) {
+            if (word.size() <= kCopyBytes) {
                 std::memcpy(to, word.data(), kCopyBytes);  // padding behind the line keeps this inside the buffer
             } else {
                 std::memcpy(to, word.data(), word.size());
             }
             to += word.size();
-        };
-        forEachPiece(analysis, scratch_, write);
-        first_ = first;
+        }
         out.finish(to);
-    }
-
-    void endAnalysis(bool carriageReturn, OutBuffer& out) override {
         // An empty line behind the best analysis would end those of this input.
-        if (best_ || !first_) out.append(carriageReturn ? "\r\n" : "\n");
+        if (rank.number == 1 || !first) out.append(carriageReturn ? "\r\n" : "\n");
     }
 
 private:
-    static constexpr std::size_t kCopyBytes = kPaddingBytes;
-
-    bool first_ = true;  // no word was written yet
-    bool best_ = true;
-    TokenScratch scratch_;
+    static constexpr std::size_t kCopyBytes = TAVO::kPaddingBytes;
 };
 
 }  // namespace
