@@ -58,13 +58,20 @@ struct Rewriting {
 };
 
 /// Escapes the characters of @p tag that do not come back as they were.
+/// What the tag itself is made of stays: a mark behind such a character, which is no part of a value, is lost in the
+/// tag.
 void escapeTag(Rewriting& rewriting, Tag const& tag) {
+    constexpr std::string_view kSyntax = "<>\"=/ ";
     LineText const& from = rewriting.from;
     for (std::size_t at = tag.begin; at < tag.end;) {
         std::size_t const end = std::min(at + charWidth(from.sjis(), at), tag.end);
         std::string_view const character = from.sjis().substr(at, end - at);
         std::string_view const given = from.slice(from.originalOffset(at), from.originalOffset(end));
-        if (given != character && given != sjisToUtf8(character)) {
+        // Another spelling of a character of the code page is that character, as it is in the dictionaries.
+        bool const isSpelling = character != SjisBuffer::kUnknownCharacter &&
+                                character.front() != SjisBuffer::kInvalidByte &&
+                                decodeUtf8(given).bytes == given.size();
+        if (kSyntax.find(character) == std::string_view::npos && !isSpelling && given != sjisToUtf8(character)) {
             rewriting.copyTo(at);
             rewriting.escapeTo(end);
         }
