@@ -350,7 +350,7 @@ void TokenTable::addPath(std::vector<Mrph> const& path, Sentence const& sentence
     pieces_.clear();
     for (Mrph const& morpheme : path) {
         auto const length = static_cast<std::uint32_t>(MrphAccess::rawForm(morpheme).size());
-        pieces_.push_back({words_.number(morpheme), 0, length});
+        pieces_.push_back({options_.surfacesOnly ? WordTable::kNone : words_.number(morpheme), 0, length});
     }
     addItems(pieces_, sentence, segment);
 }

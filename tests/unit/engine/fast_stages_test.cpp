@@ -160,17 +160,18 @@ TEST_F(FastStages, PiecesAreShort) {
     }
 }
 
-// No place is a seam, so that the failing piece needs an earlier beginning than the largest block has.
+// No place is a seam, so that the piece of the last character needs an earlier beginning than the largest block has.
 TEST_F(FastStages, TheExactSearchTakesOverFromTheLargestBlock) {
-    std::vector<std::pair<unsigned, unsigned>> words;
-    for (unsigned id = 4; id <= kIds; ++id)
-        for (unsigned cost = 1; cost <= 3; ++cost) words.push_back({id, cost});
-    World world = worldOf({{"\x82\xA0", {}}}, {});
-    for (auto const& [id, cost] : words) world.dictionaries[0]["\x82\xA0"].push_back({id, cost});
-    for (unsigned id = 4; id <= kIds; ++id) world.cost(id, id) = kU;
+    World world = worldOf({{"\x82\xA0", {}}, {"\x82\xA2", {{4, 1}}}}, {{4, 2, kU}});
+    for (unsigned id = 5; id <= kIds; ++id)
+        for (unsigned cost = 1; cost <= 2; ++cost) world.dictionaries[0]["\x82\xA0"].push_back({id, cost});
+    for (unsigned left = 4; left <= kIds; ++left)
+        for (unsigned right = 4; right <= kIds; ++right)
+            world.cost(left, right) = static_cast<std::uint8_t>(right == 4 ? kU : 5 + (7 * left + 5 * right) % 11);
     std::string text;
     while (text.size() < 12000) text += "\x82\xA0";
-    EXPECT_FALSE(search(world, text).exists());
+    EXPECT_FALSE(search(world, text + "\x82\xA2").exists());
+    EXPECT_TRUE(search(world, text).exists());
 }
 
 // A word reaches the first places of a later block, where it may open a class.
