@@ -45,7 +45,7 @@ public:
     void add(PathWord const& word) { words_.push(word); }
     /// Room behind the last word for as many as were reserved; take() tells how many were written there.
     PathWord* room() noexcept { return words_.end(); }
-    void take(std::size_t count) noexcept { words_.resizeForOverwrite(words_.size() + count); }
+    void take(std::size_t count) { words_.resizeForOverwrite(words_.size() + count); }
     void addExact(LatticeNode const& node);
     PathWord const& word(std::size_t i) const noexcept { return words_[i]; }
     std::uint32_t lengthBytes(PathWord const& word) const noexcept {
