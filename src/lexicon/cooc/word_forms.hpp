@@ -18,7 +18,7 @@ namespace TAVO::words {
 /// part of speech. Texts are Shift_JIS.
 struct Lexeme {
     std::string base, stemReading, pos;
-    auto operator<=>(Lexeme const&) const = default;
+    auto operator<=>(Lexeme const&) const = default;  // NOLINT(modernize-use-nullptr): of the comparison that it makes
 };
 
 /// Katakana for the hiragana of @p text; empty when it holds anything but kana.
