@@ -72,7 +72,7 @@ public:
         return static_cast<std::uint8_t>(membership & ~kFollows);
     }
     static bool mayFollow(Membership membership) noexcept { return (membership & kFollows) != 0; }
-    /// The membership of what may follow a member of rule @p number.
+    /// The membership of what may follow a member of rule @p number; of kNone, one that nothing has.
     static Membership following(std::uint8_t number) noexcept { return static_cast<Membership>(number | kFollows); }
     /// True when a morpheme of @p form joins between two members of rule @p number.
     bool mayBeInner(std::uint8_t number, std::string_view form) const noexcept {
@@ -120,7 +120,7 @@ public:
         // Nearly all words are of no rule, or go on in a run.
         if (rule_ == ReduceRules::kNone && membership == ReduceRules::kNone)
             out_.emplace_back(std::forward<Value>(value));
-        else if (goesOn_ == membership && !rules_.isWholeWord(form))
+        else if (membership == ReduceRules::following(rule_) && !rules_.isWholeWord(form))
             follow(std::forward<Value>(value));
         else
             appendRare(membership, form, std::forward<Value>(value));
@@ -170,7 +170,6 @@ private:
     /// Opens a run of @p rule with the last item.
     void start(std::uint8_t rule) {
         rule_ = rule;
-        goesOn_ = ReduceRules::following(rule);
         runEnd_ = out_.size();
         runStart_ = runEnd_ - 1;
     }
@@ -182,7 +181,7 @@ private:
             join_.join(first, end, rules_.joinedPid(rule_));
             out_.erase(first + 1, end);
         }
-        rule_ = goesOn_ = ReduceRules::kNone;
+        rule_ = ReduceRules::kNone;
         if (!hasInner_) return;
         // It joined nothing, so it may begin a run of its own.
         hasInner_ = false;
@@ -192,8 +191,7 @@ private:
     ReduceRules const& rules_;
     std::vector<Item>& out_;
     Join join_;
-    std::uint8_t rule_ = ReduceRules::kNone;               // of the open run
-    ReduceRules::Membership goesOn_ = ReduceRules::kNone;  // of what joins it directly
+    std::uint8_t rule_ = ReduceRules::kNone;  // of the open run
     // Of the open run, in the result.
     std::size_t runStart_ = 0;
     std::size_t runEnd_ = 0;

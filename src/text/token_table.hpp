@@ -120,7 +120,7 @@ private:
         end_.push_back(end);
         word_.push_back(word);
     }
-    bool isWord(std::string_view text, std::uint32_t begin, std::uint32_t end) const noexcept;
+    bool isWord(std::string_view text, std::size_t begin, std::size_t end) const noexcept;
     /// Analyses keep no place in the caller's texts.
     void finish();
     void addText(std::uint32_t text);

@@ -43,7 +43,7 @@ std::string CandidateListMaker::layOut(std::vector<ListedWord> const& words, boo
     auto const middle =
         std::stable_partition(order.begin(), order.end(), [&](std::uint8_t i) { return !isRestricted(i); });
     unsigned enteredBy = 0, opens = 0, restrictedOpens = 0, longest = 0;
-    unsigned flags = CandidateList::kBounded | (beyond ? CandidateList::kBeyond : 0);
+    unsigned flags = beyond ? CandidateList::kBeyond : 0;
     for (std::uint8_t const i : order) {
         ListedWord const& word = words[i];
         longest = std::max<unsigned>(longest, word.length);
@@ -54,7 +54,6 @@ std::string CandidateListMaker::layOut(std::vector<ListedWord> const& words, boo
             restrictedOpens |= opened;
         } else {
             opens |= opened;
-            if (conn_.columnMost(word.column) == ConnIndex::kUnbounded) flags &= ~CandidateList::kBounded;
         }
     }
     std::string list;

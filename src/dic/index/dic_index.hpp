@@ -53,7 +53,6 @@ public:
     static constexpr unsigned kMostWords = 255;
     static constexpr unsigned kOpensLater = 1;  ///< a word of several characters opens a class
     static constexpr unsigned kBeyond = 2;      ///< there are words that the index lacks: the exact search is needed
-    static constexpr unsigned kBounded = 4;     ///< the columns of all unrestricted words are bounded
 
     explicit CandidateList(unsigned char const* bytes) noexcept : bytes_(bytes) {}
 

@@ -14,6 +14,7 @@ unsigned PathTies::breakTie(std::size_t end, std::span<std::uint16_t const> sums
             best = i;
             continue;
         }
+        if (failed_) break;  // the choices are of no use any more
         std::int64_t const more = difference({place, best}, {place, i});
         bool const isEarlier = more == 0 && state_.candidate({place, i}).rank < state_.candidate({place, best}).rank;
         if (more > 0 || isEarlier) best = i;
